@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace krx {
+
+/// A failed operation of the bus-access library or of the link: a number and a text. Thrown where it happens,
+/// shown once at the window's edge.
+class CommsError : public std::runtime_error {
+ public:
+  CommsError(int number, const std::string& text) : std::runtime_error(text), number_(number) {}
+
+  int Number() const { return number_; }
+
+  /// "Error: 6, Overflow": the number of an error is written with one leading blank.
+  std::string BoxText() const { return "Error: " + std::to_string(number_) + ", " + what(); }
+
+ private:
+  int number_;
+};
+
+/// No device acknowledged its address. A search takes it for "nothing there", everybody else for a failure.
+class NoAcknowledge : public CommsError {
+ public:
+  using CommsError::CommsError;
+};
+
+/// A value that does not fit the byte it is meant for.
+class Overflow : public CommsError {
+ public:
+  static constexpr int number = 6;
+  Overflow() : CommsError(number, "Overflow") {}
+};
+
+}  // namespace krx

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linknewcomport06.h"
+
+#include <algorithm>
+
+#include "link/commserror.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t printerPortMedium = 1;
+constexpr double smbusWaitSeconds = 0.005;
+
+/// The last stretch of a wait is spun: an event handled in it would make the wait late.
+constexpr double spinSeconds = 0.0001;
+
+std::uint8_t ToByte(std::int16_t value) {
+  if (value < 0 || value > 255) throw Overflow();
+  return static_cast<std::uint8_t>(value);
+}
+
+/// Marks a transfer as running, and puts the caller's operands back however it ends: handlers that ran during its
+/// wait have set their own.
+class TransferScope {
+ public:
+  TransferScope(LinkNewComPort06& link, int& transfers)
+      : link_(link), transfers_(transfers), addressPointer_(link.AddressPointer), writeData_(link.WriteData) {
+    ++transfers_;
+  }
+  ~TransferScope() {
+    --transfers_;
+    link_.AddressPointer = addressPointer_;
+    link_.WriteData = writeData_;
+  }
+  TransferScope(const TransferScope&) = delete;
+  TransferScope& operator=(const TransferScope&) = delete;
+
+ private:
+  LinkNewComPort06& link_;
+  int& transfers_;
+  std::int16_t addressPointer_;
+  std::int16_t writeData_;
+};
+
+}  // namespace
+
+LinkNewComPort06::LinkNewComPort06(CommsRoot& root, Clock& clock, EventPump& pump)
+    : root_(root), clock_(clock), pump_(pump) {}
+
+void LinkNewComPort06::ReadRegister() {
+  const std::uint8_t chip = ToByte(ChipAddress);
+  const std::uint8_t reg = ToByte(AddressPointer);
+  TransferScope scope(*this, transfers_);
+  if (CommsMedium == printerPortMedium) {
+    const auto adapter = root_.Get().ObtainPrinterPortAdapter();
+    const auto device = adapter->ObtainBusDevice();
+    RegisterData = device->ReadByteData(chip, reg);
+  } else {
+    Delay(smbusWaitSeconds);
+    const auto controller = root_.Get().ObtainSmbusController();
+    RegisterData = controller->ReadByteData(chip, reg);
+  }
+}
+
+void LinkNewComPort06::WriteRegister() {
+  const std::uint8_t data = ToByte(WriteData);
+  const std::uint8_t chip = ToByte(ChipAddress);
+  const std::uint8_t reg = ToByte(AddressPointer);
+  TransferScope scope(*this, transfers_);
+  if (CommsMedium == printerPortMedium) {
+    const auto adapter = root_.Get().ObtainPrinterPortAdapter();
+    const auto device = adapter->ObtainBusDevice();
+    device->WriteByteData(chip, reg, data);
+  } else {
+    Delay(smbusWaitSeconds);
+    const auto controller = root_.Get().ObtainSmbusController();
+    controller->WriteByteData(chip, reg, data);
+  }
+}
+
+double LinkNewComPort06::ElapsedSeconds() {
+  if (perfClock_.Frequency == 0) perfClock_.Frequency = clock_.Frequency();
+  perfClock_.Counter = clock_.Counter();
+  if (perfClock_.Frequency == 0) return 0;
+  return static_cast<double>(perfClock_.Counter) / static_cast<double>(perfClock_.Frequency);
+}
+
+void LinkNewComPort06::Delay(double seconds) {
+  if (!(seconds > 0)) return;
+  const double start = ElapsedSeconds();
+  const bool counting = perfClock_.Frequency != 0;
+  const auto now = [&] { return counting ? ElapsedSeconds() : clock_.FallbackSeconds(); };
+  const double end = (counting ? start : clock_.FallbackSeconds()) + seconds;
+  const PumpMode mode = TransferInProgress() ? PumpMode::HoldUserInput : PumpMode::Everything;
+  for (double left = end - now(); left > 0; left = end - now()) {
+    if (left > spinSeconds) pump_.Pump(left - spinSeconds, mode);
+  }
+}
+
+}  // namespace krx

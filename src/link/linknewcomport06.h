@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+#include "link/clock.h"
+#include "link/commsroot.h"
+#include "link/eventpump.h"
+
+namespace krx {
+
+/// The link state and the two routines through which every byte to and from the chip passes. The convention: set
+/// AddressPointer (and WriteData), call, and after a read take RegisterData. Made once per process and handed out by
+/// reference; link/registeraccess.h has the whole sequences.
+class LinkNewComPort06 {
+ public:
+  LinkNewComPort06(CommsRoot& root, Clock& clock, EventPump& pump);
+  LinkNewComPort06(const LinkNewComPort06&) = delete;
+  LinkNewComPort06& operator=(const LinkNewComPort06&) = delete;
+
+  std::int16_t AddressPointer = 0;   ///< register of the next transfer, 0..255
+  std::int16_t WriteData = 0;        ///< byte of the next write, 0..255
+  std::int16_t RegisterData = 0;     ///< byte of the last successful read, 0..255
+  std::int16_t ChipAddress = 0;      ///< 8-bit form on the printer port, 7-bit form on the SMBus
+  std::uint8_t CommsMedium = 0;      ///< 1: evaluation board at the printer port; anything else: SMBus
+  std::int16_t EvalBoardMedium = 0;  ///< integer copy of CommsMedium for the windows
+
+  /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws
+  /// Overflow before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData
+  /// then keeps its value. AddressPointer is on return what it was on entry, whatever ran during the wait.
+  void ReadRegister();
+
+  /// Writes WriteData to the register at AddressPointer; errors and waits as ReadRegister. AddressPointer and
+  /// WriteData are on return what they were on entry.
+  void WriteRegister();
+
+  /// Seconds from an arbitrary origin; always 0 on a platform without a performance counter.
+  double ElapsedSeconds();
+
+  /// Returns after at least `seconds`, handling events meanwhile. Zero and negative values handle none.
+  void Delay(double seconds);
+
+  /// True inside ReadRegister and WriteRegister, their wait included.
+  bool TransferInProgress() const { return transfers_ > 0; }
+
+  CommsRoot& Root() { return root_; }
+
+ private:
+  CommsRoot& root_;
+  Clock& clock_;
+  EventPump& pump_;
+  PerfClock perfClock_;
+  int transfers_ = 0;
+};
+
+using Link = LinkNewComPort06;
+
+}  // namespace krx
