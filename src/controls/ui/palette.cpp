@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/palette.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+#include <QVariant>
+#include <QWidget>
+
+namespace krx {
+
+Theme ThemeFromName(const QString& name) {
+  if (name == QLatin1String("light")) return Theme::Light;
+  if (name == QLatin1String("dark")) return Theme::Dark;
+  return Theme::System;
+}
+
+const Palette& Palette::Light() {
+  static const Palette palette{
+      .window = 0xf4f6f8,
+      .card = 0xffffff,
+      .raised = 0xffffff,
+      .line = 0xd5dbe1,
+      .grid = 0xe6eaee,
+      .text = 0x1d2733,
+      .mutedText = 0x66727f,
+      .accent = 0x0b6bcb,
+      .ok = 0x1a7f37,
+      .bad = 0xc62828,
+      .traces = {0x0072B2, 0xD55E00, 0x009E73, 0xCC79A7, 0x8A6D00, 0x56B4E9, 0x7B3294, 0x444444, 0x999999},
+  };
+  return palette;
+}
+
+const Palette& Palette::Dark() {
+  static const Palette palette{
+      .window = 0x15191e,
+      .card = 0x1c2229,
+      .raised = 0x232a32,
+      .line = 0x333c46,
+      .grid = 0x2a323b,
+      .text = 0xe6ebf0,
+      .mutedText = 0x93a0ad,
+      .accent = 0x58a6ff,
+      .ok = 0x3fb950,
+      .bad = 0xff6b6b,
+      .traces = {0x4FA8E0, 0xFF8A4C, 0x2CCB9B, 0xF0A3CC, 0xE0C040, 0x8FD3FF, 0xC79AE8, 0xD0D0D0, 0x8A8A8A},
+  };
+  return palette;
+}
+
+const Palette& Palette::For(const QPalette& palette) {
+  const bool dark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+  return dark ? Dark() : Light();
+}
+
+const Palette& Palette::For(const QWidget& widget) {
+  return For(widget.palette());
+}
+
+QPalette MakeQPalette(const Palette& palette) {
+  QPalette result(palette.raised, palette.window);  // derives the shades of bevels from these two
+  result.setColor(QPalette::Window, palette.window);
+  result.setColor(QPalette::Base, palette.raised);
+  result.setColor(QPalette::AlternateBase, palette.window);
+  result.setColor(QPalette::Button, palette.raised);
+  result.setColor(QPalette::ToolTipBase, palette.raised);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+    result.setColor(role, palette.text);
+  result.setColor(QPalette::PlaceholderText, palette.mutedText);
+  result.setColor(QPalette::BrightText, palette.bad);
+  result.setColor(QPalette::Highlight, palette.accent);
+  result.setColor(QPalette::HighlightedText, palette.window);
+  result.setColor(QPalette::Link, palette.accent);
+  result.setColor(QPalette::LinkVisited, palette.accent);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    result.setColor(QPalette::Disabled, role, palette.mutedText);
+  result.setColor(QPalette::Disabled, QPalette::Base, palette.window);
+  result.setColor(QPalette::Disabled, QPalette::Highlight, palette.line);
+  return result;
+}
+
+QString MakeStyleSheet(const Palette& palette) {
+  return QStringLiteral(
+             "QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
+             "QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }")
+      .arg(palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name());
+}
+
+void ApplyTheme(QApplication& application, Theme theme) {
+  const Palette& palette = theme == Theme::Light  ? Palette::Light()
+                           : theme == Theme::Dark ? Palette::Dark()
+                                                  : Palette::For(application.palette());
+  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setPalette(MakeQPalette(palette));
+  application.setStyleSheet(MakeStyleSheet(palette));
+}
+
+void MakeCard(QWidget& widget) {
+  widget.setProperty("card", true);
+}
+
+}  // namespace krx

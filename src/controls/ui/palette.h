@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <QString>
+#include <array>
+
+class QApplication;
+class QWidget;
+
+namespace krx {
+
+/// Which of the two palettes a run uses.
+enum class Theme { System, Light, Dark };
+
+/// "light" and "dark" by name; anything else follows the system.
+Theme ThemeFromName(const QString& name);
+
+/// Every colour of the program, by its role. Text on window, card and raised has a contrast of at least 4.5:1.
+struct Palette {
+  QColor window;  ///< behind everything
+  QColor card;    ///< areas that group widgets
+  QColor raised;  ///< rows, buttons and fields on a card
+  QColor line;    ///< thin outlines
+  QColor grid;    ///< grid lines of charts, the trough of a gauge
+  QColor text;
+  QColor mutedText;  ///< units, axis numbers, and what "application-workspace" means for a caption
+  QColor accent;     ///< the one accent: selection, focus, the value of a gauge
+  QColor ok;
+  QColor bad;
+  std::array<QColor, 9> traces;
+
+  static const Palette& Light();
+  static const Palette& Dark();
+
+  /// The one of the two that a palette made by MakeQPalette, or any other palette, belongs to.
+  static const Palette& For(const QPalette& palette);
+  static const Palette& For(const QWidget& widget);
+};
+
+/// Colours with a meaning of their own, the same in both palettes: row captions and the results of a search.
+namespace fixedcolours {
+inline constexpr QColor brightGreen{0, 255, 0};
+inline constexpr QColor darkGreen{0, 128, 0};
+inline constexpr QColor yellow{255, 255, 0};
+inline constexpr QColor wizardRed{192, 0, 0};
+inline constexpr QColor wizardGreen{0, 128, 0};
+}  // namespace fixedcolours
+
+/// The toolkit's palette that carries the roles to every standard widget.
+QPalette MakeQPalette(const Palette& palette);
+
+/// The program's one style sheet: cards (any QFrame with the property "card" set to true, see MakeCard) and tool tips.
+QString MakeStyleSheet(const Palette& palette);
+
+/// Gives the application the Fusion style, the palette of the theme and the style sheet. Theme::System takes the dark
+/// palette when the system's window colour is darker than its text; call it once, before the first window.
+void ApplyTheme(QApplication& application, Theme theme);
+
+/// Makes the widget a card: thin line, radius 8.
+void MakeCard(QWidget& widget);
+
+}  // namespace krx
