@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/chipsearch.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace krx {
+namespace {
+
+// The three addresses at which the chip can answer, in their 8-bit form.
+constexpr std::array<std::uint8_t, 3> candidateAddresses{0x58, 0x5A, 0x5C};
+
+constexpr std::uint8_t companyIdRegister = 0x3E;
+constexpr std::uint8_t companyId = 0x41;
+
+constexpr int progressPerMedium = 33;
+constexpr int progressPerPort = progressPerMedium / 4;
+constexpr int progressPerAddress = progressPerMedium / (static_cast<int>(candidateAddresses.size()) - 1);
+
+// They push the key at the end of a row out of the visible part of the list.
+constexpr int printerRowBlanks = 50;
+constexpr int smbusRowBlanks = 98;
+
+/// Runs operations one after the other, keeps the first failure and goes on.
+class Routine {
+ public:
+  explicit Routine(std::string title) : title_(std::move(title)) {}
+
+  template <typename Operation>
+  bool Try(Operation operation) {
+    try {
+      operation();
+      return true;
+    } catch (const CommsError& error) {
+      if (!text_) text_ = error.BoxText();
+      return false;
+    }
+  }
+
+  /// The company id at an address; nothing where no device answers or the transfer fails.
+  template <typename Read>
+  bool IsChip(Read read) {
+    bool found = false;
+    Try([&] {
+      try {
+        found = read() == companyId;
+      } catch (const NoAcknowledge&) {
+        // An empty address is what a search mostly finds.
+      }
+    });
+    return found;
+  }
+
+  std::optional<SearchReport> Report() const {
+    if (!text_) return std::nullopt;
+    return SearchReport{title_, *text_};
+  }
+
+ private:
+  std::string title_;
+  std::optional<std::string> text_;
+};
+
+void Append(std::vector<SearchReport>& reports, const Routine& routine) {
+  if (auto report = routine.Report()) reports.push_back(*report);
+}
+
+}  // namespace
+
+ChipSearch::ChipSearch(Link& link) : link_(link) {}
+
+void ChipSearch::Load() {
+  Routine("").Try([&] { link_.Root().Get().ObtainPrinterPortAdapter()->ObtainBusDevice()->SetControlByte(0); });
+}
+
+std::optional<MediumReport> ChipSearch::ReadChipset(std::optional<SearchReport>& report) {
+  Routine routine("InitFrm, SetupMediumSearchPanel");
+  std::optional<MediumReport> described;
+  routine.Try([&] { described = DescribeChipset(link_.Root().Get().ObtainSmbusController()->ChipsetReport()); });
+  report = routine.Report();
+  return described;
+}
+
+std::uint8_t ChipSearch::CountPorts() {
+  return link_.Root().Get().ObtainPrinterPortAdapter()->PortCount();
+}
+
+int ChipSearch::ProgressMaximum(const SearchMedia& media) {
+  std::uint8_t ports = 0;
+  if (media.PrinterPort) {
+    // The search itself reports an adapter that cannot count its ports.
+    Routine("").Try([&] { ports = CountPorts(); });
+  }
+  return progressPerMedium * ((ports > 0 ? 1 : 0) + (media.Smbus ? 1 : 0) + (media.Usb ? 1 : 0));
+}
+
+std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, const Progress& progress) {
+  progress_ = progress;
+  progressValue_ = 0;
+  progressMaximum_ = ProgressMaximum(media);
+  std::vector<SearchReport> reports;
+  if (media.PrinterPort) SearchPrinterPort(reports);
+  if (media.Smbus) SearchSmbus(reports);
+  if (media.Usb) SearchUsb();
+  progress_ = nullptr;
+  return reports;
+}
+
+void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
+  Routine routine("InitFrm, Search Printer Port");
+  std::unique_ptr<PrinterPortAdapter> adapter;
+  std::uint8_t ports = 0;
+  routine.Try([&] {
+    adapter = link_.Root().Get().ObtainPrinterPortAdapter();
+    ports = adapter->PortCount();
+  });
+  for (int port = 0; port < ports; ++port) {
+    Advance(progressPerPort);
+    std::unique_ptr<BusDevice> device;
+    // Without its port selected a device would be searched on the port before.
+    if (!routine.Try([&] {
+          adapter->SelectPort(static_cast<std::uint8_t>(port));
+          device = adapter->ObtainBusDevice();
+        })) {
+      continue;
+    }
+    for (const bool mode : {false, true}) {
+      routine.Try([&] { device->SetBusMode(mode); });
+      for (const std::uint8_t address : candidateAddresses) {
+        if (!routine.IsChip([&] { return device->ReadByteData(address, companyIdRegister); })) continue;
+        routine.Try([&] { printerFinds_.push_back({address, adapter->CurrentPort(), device->GetBusMode()}); });
+      }
+    }
+  }
+  Append(reports, routine);
+}
+
+void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
+  Routine routine("InitFrm, Search SMBus");
+  for (const std::uint8_t candidate : candidateAddresses) {
+    Advance(progressPerAddress);
+    const auto address = static_cast<std::uint8_t>(candidate / 2);
+    const auto read = [&] {
+      return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, companyIdRegister);
+    };
+    if (routine.IsChip(read)) smbusFinds_.push_back(address);
+  }
+  Append(reports, routine);
+}
+
+void ChipSearch::SearchUsb() {
+  // No device is known behind USB: only the progress moves.
+  for (std::size_t candidate = 0; candidate < candidateAddresses.size(); ++candidate) Advance(progressPerAddress);
+}
+
+void ChipSearch::Advance(int step) {
+  progressValue_ = std::min(progressValue_ + step, progressMaximum_);
+  if (progress_) progress_(progressValue_);
+}
+
+void ChipSearch::ClearFinds() {
+  printerFinds_.clear();
+  smbusFinds_.clear();
+}
+
+std::vector<ResultRow> ChipSearch::Rows() const {
+  std::vector<ResultRow> rows;
+  int number = 0;
+  for (const PrinterFind& find : printerFinds_) {
+    ++number;
+    rows.push_back({fmt::format("Found an KRX5580 at:{:X}h, on printer port:{:X}h{:{}}Printer {}", find.Address / 2,
+                                find.Port, "", printerRowBlanks, number),
+                    find.Address, find});
+  }
+  for (const std::uint8_t address : smbusFinds_) {
+    rows.push_back(
+        {fmt::format("An KRX5580 was found at:{0:X}h, on the SMBus{1:{2}}SMBus{0:X}", address, "", smbusRowBlanks),
+         address});
+  }
+  return rows;
+}
+
+void ChipSearch::Finish(const ResultRow& row) {
+  Routine silent("");
+  CommsModule* module = nullptr;
+  silent.Try([&] { module = &link_.Root().Get(); });
+  if (module != nullptr && row.Find) {
+    std::unique_ptr<BusDevice> device;
+    silent.Try([&] {
+      const auto adapter = module->ObtainPrinterPortAdapter();
+      silent.Try([&] { adapter->SelectPort(static_cast<std::uint8_t>(row.Find->Port)); });
+      device = adapter->ObtainBusDevice();
+    });
+    if (device) {
+      silent.Try([&] { device->SetBusMode(row.Find->BusMode); });
+      silent.Try([&] { device->SetDeviceAddress(row.Find->Address); });
+    }
+  } else if (module != nullptr) {
+    silent.Try([&] { module->ObtainSmbusController()->SetTargetAddress(row.Address); });
+  }
+  const std::uint8_t medium = row.Find ? 1 : 0;
+  if (module != nullptr) silent.Try([&] { module->SelectMedium(medium); });
+  link_.CommsMedium = medium;
+  link_.EvalBoardMedium = medium;
+  link_.ChipAddress = row.Address;
+}
+
+}  // namespace krx

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "link/commserror.h"
+#include "link/linknewcomport06.h"
+#include "link/mediumreport.h"
+
+namespace krx {
+
+/// The media that the user ticked.
+struct SearchMedia {
+  bool PrinterPort = false;
+  bool Smbus = false;
+  bool Usb = false;
+  bool Any() const { return PrinterPort || Smbus || Usb; }
+};
+
+/// A chip found through the printer-port adapter, with what it takes to reach it again.
+struct PrinterFind {
+  std::uint8_t Address;  ///< 8-bit form
+  std::int32_t Port;     ///< as the adapter reported it
+  bool BusMode;          ///< as the device reported it
+};
+
+/// A message box of a routine that went on past failing operations.
+struct SearchReport {
+  std::string Title;
+  std::string Text;
+};
+
+/// One row of the result list. Finish goes by Find and Address; the text only shows them.
+struct ResultRow {
+  std::string Text;
+  std::uint8_t Address = 0;              ///< what ChipAddress becomes: 8-bit form or 7-bit form
+  std::optional<PrinterFind> Find = {};  ///< set for a printer row
+};
+
+/// Finds the chip on the media and hands the chosen one to the link. Probes through the CommsModule directly, since
+/// the link has no medium yet.
+class ChipSearch {
+ public:
+  /// Called with the progress value, 0 to ProgressMaximum.
+  using Progress = std::function<void(int)>;
+
+  explicit ChipSearch(Link& link);
+
+  /// Creates the CommsModule and puts the board's control byte to 0. Goes on past failing operations.
+  void Load();
+
+  /// Asks the SMBus host for its report. A failure is returned in `report`.
+  std::optional<MediumReport> ReadChipset(std::optional<SearchReport>& report);
+
+  /// 33 for each ticked medium; the printer port counts only when the adapter reports a port.
+  int ProgressMaximum(const SearchMedia& media);
+
+  /// Searches printer port, SMBus and USB in this order; appends to the finds. Returns the message boxes to show,
+  /// one per routine that had a failing operation. An address that no device acknowledges is no failure.
+  std::vector<SearchReport> Search(const SearchMedia& media, const Progress& progress);
+
+  void ClearFinds();
+  const std::vector<PrinterFind>& PrinterFinds() const { return printerFinds_; }
+  const std::vector<std::uint8_t>& SmbusFinds() const { return smbusFinds_; }
+
+  /// Printer rows first, then SMBus rows, each in order of finding.
+  std::vector<ResultRow> Rows() const;
+
+  /// Applies port, bus mode, device address and medium of the row and writes the link state. Goes on past failing
+  /// operations: the link state is set in any case.
+  void Finish(const ResultRow& row);
+
+ private:
+  void SearchPrinterPort(std::vector<SearchReport>& reports);
+  void SearchSmbus(std::vector<SearchReport>& reports);
+  void SearchUsb();
+  void Advance(int step);
+  std::uint8_t CountPorts();
+
+  Link& link_;
+  Progress progress_;
+  int progressValue_ = 0;
+  int progressMaximum_ = 0;
+  std::vector<PrinterFind> printerFinds_;
+  std::vector<std::uint8_t> smbusFinds_;
+};
+
+}  // namespace krx

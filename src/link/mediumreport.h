@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace krx {
+
+enum class ReportColour { Red, Green };
+
+/// What the medium page of the search wizard makes of the SMBus host's chipset report.
+struct MediumReport {
+  std::string Description;
+  ReportColour Colour;
+  bool SmbusOffered;  ///< true: the SMBus box is checked and enabled, false: cleared and disabled
+};
+
+/// Compares the report's beginning; a report that is none of the known ones gives nothing and leaves the page as it is.
+std::optional<MediumReport> DescribeChipset(const std::string& report);
+
+}  // namespace krx
