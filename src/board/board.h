@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+
+#include "board/boardstate.h"
+#include "board/heater.h"
+#include "board/switch.h"
+#include "board/switchmap.h"
+
+namespace krx {
+
+/// The evaluation board: four switch devices, two heaters and what the main window's boxes do with them. On the SMBus
+/// there is none and every operation does nothing.
+class Board {
+ public:
+  Board(Link& link, BoardState& state);
+
+  /// Both heaters off, heater 1 first. A failing heater does not keep the other one on; the error is thrown last.
+  void SwitchHeatersOff();
+  /// Switches off what this run switched on; never throws, since it runs when the program ends.
+  void ReleaseHeaters() noexcept;
+
+  /// The heater check boxes: remembers the wish, then writes it. heater: 0 or 1.
+  void SetHeater(std::size_t heater, bool on);
+  /// Diode check boxes: closes or opens the three switches of a Temp group. diode: 0 or 1.
+  void SetDiode(std::size_t diode, bool closed);
+  bool DiodeClosed(std::size_t diode) const;
+  /// VID check boxes: input 0..4 is U3A..U3E.
+  void SetVid(int input, bool closed);
+
+  /// One of the 32 switches of the access dialog: the wanted states of all devices are written whole, U3, U4, U5, U6.
+  void ToggleSwitch(std::size_t index);
+  bool SwitchClosed(std::size_t index) const;
+  /// Reads all devices, U3, U4, U5, U6.
+  void ReadAll();
+
+  Switch& Device(SwitchDevice device) { return switches_.at(static_cast<std::size_t>(device)); }
+  const Switch& Device(SwitchDevice device) const { return switches_.at(static_cast<std::size_t>(device)); }
+  Heater& GetHeater(std::size_t heater) { return heaters_.at(heater); }
+  Link& GetLink() { return link_; }
+  BoardState& State() { return state_; }
+
+  /// Called after every change of a switch's known state, whoever made it.
+  std::function<void()> SwitchesChanged;
+  void ReportSwitches() const {
+    if (SwitchesChanged) SwitchesChanged();
+  }
+
+ private:
+  Link& link_;
+  BoardState& state_;
+  std::array<Switch, 4> switches_;
+  std::array<Heater, 2> heaters_;
+};
+
+}  // namespace krx

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "board/heater.h"
+
+#include "board/switches.h"
+
+namespace krx {
+
+/// The heater's bit in the control byte and in the status byte; 0 for a number that is no heater.
+std::uint8_t Heater::Mask() const {
+  if (heaterNumber_ == 1) return 0x10;
+  if (heaterNumber_ == 2) return 0x20;
+  return 0;
+}
+
+void Heater::SetHeaterOn(bool on) {
+  if (!HasBoard(link_)) return;
+  const auto adapter = link_.Root().Get().ObtainPrinterPortAdapter();
+  const auto device = adapter->ObtainBusDevice();
+  const std::uint8_t mask = Mask();
+  if (mask != 0) {
+    const std::uint8_t status = device->ReadStatusByte();
+    // Set before the write: a heater that may be on after a failed transfer has to be switched off at the end.
+    if (on) switchedOnHere_ = true;
+    device->SetControlByte(static_cast<std::uint8_t>(on ? status | mask : status & ~mask));
+  }
+  device->Complete();
+  if (!on) switchedOnHere_ = false;
+}
+
+bool Heater::HeaterOn() {
+  if (!HasBoard(link_)) return false;
+  const auto adapter = link_.Root().Get().ObtainPrinterPortAdapter();
+  return (adapter->ObtainBusDevice()->ReadStatusByte() & Mask()) != 0;
+}
+
+}  // namespace krx
