@@ -32,6 +32,15 @@ class Overflow : public CommsError {
  public:
   static constexpr int number = 6;
   Overflow() : CommsError(number, "Overflow") {}
+
+ protected:
+  explicit Overflow(const std::string& text) : CommsError(number, text) {}
+};
+
+/// An overflow that is found before anything is written, with a text that names the value.
+class OutOfRange : public Overflow {
+ public:
+  explicit OutOfRange(const std::string& text) : Overflow(text) {}
 };
 
 }  // namespace krx

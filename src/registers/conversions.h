@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace krx {
+
+// Register bytes to engineering units and back. Engineering values are singles and computed in single precision.
+
+/// Where a temperature channel (0 Local, 1 Remote1, 2 Remote2) is measured; its two fraction bits are in 0x77.
+struct TempChannel {
+  std::uint8_t ValueRegister;
+  int FractionShift;  ///< place of the lower fraction bit
+};
+inline constexpr std::array<TempChannel, 3> tempChannels{{{0x26, 4}, {0x25, 2}, {0x27, 6}}};
+
+/// Where a voltage channel is measured, and the volts of one count.
+struct VoltageChannel {
+  std::string_view Name;
+  std::uint8_t ValueRegister;
+  std::uint8_t ExtensionRegister;
+  int ExtensionShift;  ///< place of the lower extension bit
+  float ByteScale;     ///< of the 8-bit value and limit registers
+  float CodeScale;     ///< of the 10-bit code, a quarter of it
+};
+inline constexpr std::array<VoltageChannel, 5> voltageChannels{{
+    {"5V", 0x23, 0x76, 6, 0.026F, 0.0065F},
+    {"12V", 0x24, 0x77, 0, 0.0624F, 0.0156F},
+    {"Vccp", 0x21, 0x76, 2, 0.01172F, 0.00293F},
+    {"Vcc", 0x22, 0x76, 4, 0.0168F, 0.0042F},
+    {"2.5V", 0x20, 0x76, 0, 0.0128F, 0.0032F},
+}};
+
+/// °C of a signed value byte. The fraction widens the magnitude: 0xF6 with 0.25 is -10.25.
+float TempFromByte(std::uint8_t byte, float fraction);
+
+/// The signed byte of whole degrees. Throws OutOfRange outside -128..127.
+std::uint8_t TempToByte(int degrees);
+
+/// Volts of a 10-bit code (value byte x 4 + extension). 0 V for a channel outside 0..4.
+float VoltageFromCode(int channel, int code);
+
+/// Volts of a value or limit byte. 0 V for a channel outside 0..4.
+float VoltageFromByte(int channel, std::uint8_t byte);
+
+/// The limit byte at or below a voltage, at most 255. `name` is that of a voltage channel; another one throws
+/// CommsError 11 "Division by zero". Throws OutOfRange for a negative voltage and for NaN.
+std::uint8_t VoltageToByte(std::string_view name, float volts);
+
+/// Speed in RPM of a tachometer count, and count of a speed: the relation is its own inverse. 0 gives 65535, and the
+/// counts of a fan that stands still (65,061 to 65,535) give 0.
+float TachToRPM(float value);
+
+/// The limit count of a speed: TachToRPM times the fan's pulse correction, halves to even. 0 RPM is "no limit", 65535
+/// whatever the correction. Throws OutOfRange for a negative speed and for a count outside 0..65535.
+std::uint16_t TachLimitCount(float rpm, float pulseCorrection);
+
+/// Percent of a duty byte: 255 is 100.
+float DutyToPercent(std::uint8_t byte);
+
+/// Percent of the read period during which THERM was asserted, at most 100; none for a period of 0 or less, which
+/// leaves the last percent standing. `count` is the byte of 0x79.
+std::optional<float> ThermShare(std::uint8_t count, float seconds);
+
+/// Milliseconds during which THERM was asserted.
+float ThermTime(std::uint8_t count);
+
+}  // namespace krx
