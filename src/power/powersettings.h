@@ -5,12 +5,12 @@ namespace krx {
 
 /// How the 2.5V input stands for the processor current.
 struct PowerSettings {
-  bool PowerMode = false;          ///< bit 4 ("V*I") of 0x40, as found at start-up
-  bool PowerEquation = true;       ///< true: Rout equation, false: Scale/Offset equation
-  float SenseRout = 0.003F;        ///< Ω
-  float SenseRoutOffset = -0.9F;   ///< V
-  float SenseScale = 0.0125F;      ///< V per A
-  float SenseOffset = 1.0F;        ///< V at zero current
+  bool PowerMode = false;         ///< bit 4 ("V*I") of 0x40, as found at start-up
+  bool PowerEquation = true;      ///< true: Rout equation, false: Scale/Offset equation
+  float SenseRout = 0.003F;       ///< Ω
+  float SenseRoutOffset = -0.9F;  ///< V
+  float SenseScale = 0.0125F;     ///< V per A
+  float SenseOffset = 1.0F;       ///< V at zero current
 };
 
 }  // namespace krx

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "autocontrol/zonestate.h"
+#include "console/alarms.h"
+#include "console/channels.h"
+#include "console/measurements.h"
+#include "console/pinsettings.h"
+#include "fans/fancommon.h"
+#include "link/linknewcomport06.h"
+#include "power/powersettings.h"
+#include "records/logstate.h"
+
+namespace krx {
+
+class TraceHistory;
+
+/// What the reading cycle shares with the rest of the console.
+struct ReadingCycleState {
+  Measurements& Measured;
+  ZoneState& Zones;
+  const FanCommon& Fans;
+  const PowerSettings& Power;
+  const LogState& Log;
+  PinSettings& Pins;
+  TraceHistory& History;
+};
+
+/// Round-robin counters, one per kind of reading. A counter is advanced before it is used and goes back to 0 at a
+/// multiple of its number of members, so that the selection never jumps.
+struct ReadingCounters {
+  std::int16_t Temperature = 0;
+  std::int16_t Tach = 0;
+  std::int16_t Voltage = 0;
+  std::int16_t Duty = 0;
+  std::int16_t Hysteresis = 0;
+  std::int16_t TminOpPoint = 0;
+};
+
+/// The periodic reading of the chip. One tick reads one member of every group, so that it stays short on a slow bus.
+class ReadingCycle {
+ public:
+  ReadingCycle(Link& link, ReadingCycleState state);
+
+  /// One tick: its nine steps in order, then one row appended to the history (NaN where nothing was posted). A
+  /// failing transfer gives the rest of the tick up and is thrown on; what was posted until then is appended, and no
+  /// value made of several bytes is left half-read.
+  void Tick();
+
+  /// The duty step alone: reads the next output's duty into DutyTexts.
+  void DutyStep();
+
+  /// Reads the duty register of one output (0..2) into DutyTexts and returns the byte.
+  std::uint8_t ReadDuty(std::size_t output);
+
+  double ThermPeriod = 1;     ///< seconds between two readings of the THERM timer; negative counts as 0
+  double ThermReadStart = 0;  ///< clock reading at which the present period began
+  ReadingCounters Counters;
+  AlarmStates Alarms{};
+  std::string ThermCaption;  ///< "THERM=22.8%" since the last THERM reading with the input enabled, else empty
+
+ private:
+  using Row = std::array<float, traceCount>;
+
+  void TemperatureStep(Row& row);
+  void TachStep(Row& row);
+  void VoltageStep(Row& row);
+  void AlarmStep();
+  void HysteresisStep();
+  void TminOpPointStep();
+  void ThermStep(Row& row);
+
+  Link& link_;
+  ReadingCycleState state_;
+};
+
+}  // namespace krx

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+#include "console/alarms.h"
+#include "console/channels.h"
+#include "console/limits.h"
+
+namespace krx {
+
+struct Workbench;
+
+/// The timers of the main window, as the models command them.
+class MainTimers {
+ public:
+  virtual ~MainTimers() = default;
+  static constexpr int tickMilliseconds = 10;
+  /// visual_timer, every tickMilliseconds.
+  virtual void StartVisualTimer() = 0;
+  virtual void StopVisualTimer() = 0;
+  /// Timer3 and its switch: "Continuous Reading is Off".
+  virtual void StopContinuousReading() = 0;
+};
+
+enum class CaptionMark {
+  Plain,       ///< muted text
+  FirstShown,  ///< dark green: channel 0 on the first visit, before anything was clicked
+  Selected,    ///< bright green: clicked last
+};
+
+/// Everything the "Visual Display" tab shows that is not in the measurement state. Changed by VisualModel only.
+struct VisualState {
+  std::array<std::string, channelCount> Captions;
+  std::array<bool, channelCount> ChannelShown{};  ///< caption, tile and indicator
+  std::array<CaptionMark, channelCount> Marks{};
+  AlarmStates Alarms{};
+
+  Strip ShownStrip = Strip::Strip2;
+  std::string Strip2Caption;
+  std::string Strip3Caption;
+  GaugeScale Strip2Range{-20, 120};
+  std::array<std::string, traceCount> TraceNames;
+  std::array<bool, traceCount> TraceShown{};
+
+  GaugeScale Scale = temperatureScale;
+  LimitMarkers Markers;
+  double PointerValue = 0;  ///< the selected channel's value
+  std::string Readout;
+
+  bool SliderShown = false;      ///< pnlSlider; pnlPWM is shown in the opposite case
+  std::string PanelCaption;      ///< "Fan1 PWM"
+  std::string SliderCaption;     ///< "Fan1": chooses the register that the slider writes
+  std::string PwmText = "100%";  ///< lblPWM
+  std::string DutyCycleText;     ///< lblDutyCycle1
+  int SliderValue = 255;         ///< 0..255
+
+  std::array<std::string, 3> TminTexts;
+  std::array<std::string, 3> OpPointTexts;
+};
+
+/// The rules of the "Visual Display" tab: what every handler reads and writes, in which order, and what is seen
+/// afterwards. Handlers throw what the link throws; the state then shows what was reached, and the next one works.
+class VisualModel {
+ public:
+  VisualModel(Workbench& bench, MainTimers& timers);
+
+  const VisualState& State() const { return state_; }
+
+  /// The tab was selected.
+  void EnterVisualDisplay();
+  /// The "Read/Write" tab was selected: both timers stop. (The register panel then selects its row.)
+  void EnterReadWrite();
+
+  /// visual_timer's tick.
+  void Tick();
+
+  /// A caption was clicked.
+  void SelectChannel(std::size_t channel);
+  void EasySetup();
+  /// Captions, visibility and traces by the present labels and modes, without any transfer.
+  void Relabel();
+
+  // The duty slider. Values 0..255; which of the notifications writes depends on the medium.
+  void SliderPressed();
+  void SliderMoving(int value);
+  /// moved: the value changed since the press. Restarts visual_timer also when the write fails.
+  void SliderReleased(int value, bool moved);
+  /// A keyboard step, which is a move and a release after it.
+  void SliderStepped(int value);
+
+  // A limit marker. Values in the channel's unit; which of the notifications writes depends on the medium. When
+  // nothing could be written the marker is put back and the error thrown.
+  void MarkerMoving(LimitSide side, double value);
+  void MarkerReleased(LimitSide side, double value);
+  /// A typed value or an arrow key: a move and a release, one write.
+  void MarkerStepped(LimitSide side, double value);
+
+ private:
+  void ApplyPinLabels();
+  void ShowPwmPanel();
+  void ShowReadout();
+  void ShowDuty();
+  void ShowZones();
+  void WriteMarkers();
+  void WriteSlider(int value);
+
+  Workbench& bench_;
+  MainTimers& timers_;
+  VisualState state_;
+  bool visited_ = false;
+  bool sliderPressed_ = false;
+};
+
+}  // namespace krx
