@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace krx {
+
+/// What one trace shows in one pixel column: the smallest and the largest value that fell into it.
+struct TraceColumn {
+  float Min = std::numeric_limits<float>::infinity();
+  float Max = -std::numeric_limits<float>::infinity();
+  bool Empty() const { return !(Min <= Max); }
+};
+
+/// One posted value.
+struct TraceSample {
+  std::int64_t Time = 0;  ///< microseconds
+  float Value = 0;
+};
+
+/// How long the levels are kept, in microseconds back from the newest row; what is coarser than both is kept for ever.
+struct TraceRetention {
+  std::int64_t Raw = std::int64_t{2} * 3600 * 1'000'000;      ///< every row
+  std::int64_t Blocks = std::int64_t{24} * 3600 * 1'000'000;  ///< minimum and maximum of 16 rows
+  static constexpr TraceRetention Everything() {
+    return {std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::max()};
+  }
+};
+
+/// Every value ever posted to a set of traces that share one time column. Over the rows stands a pyramid: each level
+/// holds the minimum and maximum of 16 entries of the level below, so a picture of the whole history costs the same
+/// after ten seconds and after ten days. Rows and blocks lie in chunks; an append never moves what is stored.
+class TraceHistory {
+ public:
+  explicit TraceHistory(std::size_t traceCount, TraceRetention retention = {});
+
+  /// Adds one row. `time` in microseconds since the start of the program; a time before the newest row counts as that
+  /// row's. A value that is not finite, or missing because `values` is shorter than the trace count, was not posted.
+  void Append(std::int64_t time, std::span<const float> values);
+
+  /// Forgets everything.
+  void Clear();
+
+  std::size_t TraceCount() const { return traceCount_; }
+  std::uint64_t RowCount() const;  ///< rows appended since the last Clear, dropped ones included
+  bool Empty() const { return RowCount() == 0; }
+  std::int64_t FirstTime() const;   ///< of the oldest entry of any level; 0 while empty
+  std::int64_t LastTime() const;    ///< of the newest row; 0 while empty
+  std::size_t MemoryBytes() const;  ///< allocated for rows and blocks
+
+  /// Fills `columns` with what `trace` shows when `columns` share the time from `begin` (inside) to `end` (outside)
+  /// evenly. A block that is shorter than a column belongs whole to the column it starts in; no value is lost.
+  void Columns(std::size_t trace, std::int64_t begin, std::int64_t end, std::span<TraceColumn> columns) const;
+
+  /// Smallest and largest value from `begin` (inside) to `end` (outside).
+  TraceColumn Range(std::size_t trace, std::int64_t begin, std::int64_t end) const;
+
+  /// The newest value posted at or before `time`, and the oldest one posted at or after it. Where only a block is left,
+  /// the middle of its range.
+  std::optional<TraceSample> LastUpTo(std::size_t trace, std::int64_t time) const;
+  std::optional<TraceSample> FirstFrom(std::size_t trace, std::int64_t time) const;
+
+  /// Calls `row` in order of time for every row from `begin` (inside) to `end` (outside), NaN where nothing was posted.
+  /// Where only a block is left it gives two rows: its minima at its first time, its maxima at its last.
+  void ForEachRow(std::int64_t begin, std::int64_t end,
+                  const std::function<void(std::int64_t time, std::span<const float> values)>& row) const;
+
+ private:
+  struct Chunk {
+    std::unique_ptr<std::int64_t[]> Times;  // level 0: one column; above: first times, then last times
+    std::unique_ptr<float[]> Values;        // level 0: a column a trace; above: minima of every trace, then maxima
+  };
+  struct Level {
+    std::vector<Chunk> Chunks;
+    std::uint64_t DroppedChunks = 0;
+    std::uint64_t Count = 0;  // entries, dropped ones included
+  };
+  struct Run;
+  enum class Direction { Backward, Forward };
+
+  Run RunAt(std::size_t level, std::uint64_t entry) const;
+  bool Kept(std::size_t level, std::uint64_t entry) const;
+  Run NewEntry(std::size_t level);
+  void FoldUp(std::size_t level);
+  void DropOld();
+  template <class Visit>
+  void WalkEntry(std::size_t level, std::uint64_t entry, std::int64_t begin, std::int64_t end, std::int64_t longest,
+                 Visit& visit) const;
+  template <class Visit>
+  void Walk(std::int64_t begin, std::int64_t end, std::int64_t longest, Visit&& visit) const;
+  std::optional<TraceSample> FindIn(std::size_t level, std::uint64_t entry, std::size_t trace, std::int64_t time,
+                                    Direction direction) const;
+  std::optional<TraceSample> Find(std::size_t trace, std::int64_t time, Direction direction) const;
+
+  std::size_t traceCount_;
+  TraceRetention retention_;
+  std::vector<Level> levels_;
+  std::int64_t lastTime_ = 0;
+};
+
+}  // namespace krx
