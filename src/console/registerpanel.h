@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "link/linknewcomport06.h"
+#include "registers/registermap.h"
+
+namespace krx {
+
+/// How a row of the register list is shown; the panel finds the selected register by it.
+enum class RowState : std::uint8_t { Plain, Hovered, Selected, SelectedHovered };
+
+/// The button beside an entry box.
+enum class EntryState : std::uint8_t { Untouched, Unwritten, Written };
+
+/// What the panel shows of the selected register.
+struct RegisterView {
+  std::string Address;  ///< hexadecimal, no prefix; the hexadecimal write goes there
+  std::string Name;
+  std::string HexValue;  ///< of the last read
+  std::string DecimalValue;
+  std::array<bool, 8> Bits{};  ///< of the last read, or of the byte just written; b0 first
+  std::array<std::string_view, 8> BitNames{};
+  bool Editable = false;     ///< entry boxes enabled, bits clickable
+  std::string_view Caution;  ///< why a write to this register wants care; empty for most
+};
+
+/// The "Read/Write" panel: 90 rows, the selected register bit by bit, and the two entry boxes. Handlers throw what the
+/// link throws; a failed one leaves the last value shown.
+class RegisterPanel {
+ public:
+  static constexpr int rowCount = 90;
+
+  explicit RegisterPanel(Link& link);
+
+  // Rows are numbered 1..90, as in the register map.
+  RowState State(int row) const { return rows_.at(static_cast<std::size_t>(row)); }
+  int CurrentRow() const { return currentRow_; }
+  int LastSelectedRow() const { return lastSelectedRow_; }
+
+  /// A real click: the pointer is over the row, also where no motion was reported before. Reads the register once.
+  void Click(int row);
+  void Hover(int row);
+  /// The pointer left the list.
+  void LeaveList();
+  /// The tab is shown: the row clicked last (the first one at first) ends selected and is read once.
+  void Reselect();
+
+  /// One tick of continuous reading.
+  void ReadSelected();
+
+  /// Inverts the bit as it is shown, in the byte read afresh; shows what the chip keeps of it. Nothing happens on a
+  /// read-only register.
+  void ClickBit(int bit);
+
+  const std::string& HexEntry() const { return hexEntry_; }
+  const std::string& DecimalEntry() const { return decimalEntry_; }
+  void SetHexEntry(std::string text);
+  void SetDecimalEntry(std::string text);
+  EntryState HexButton() const { return hexButton_; }
+  EntryState DecimalButton() const { return decimalButton_; }
+
+  /// Writes the entry. An invalid one turns both boxes into "00" and writes nothing; on a read-only register nothing
+  /// happens.
+  void WriteHexEntry();
+  void WriteDecimalEntry();
+
+  /// Shows the last read byte again.
+  void UpdateRegisterInfo();
+
+  const RegisterView& View() const { return view_; }
+  std::uint8_t LastWritten() const { return lastWritten_; }
+
+ private:
+  const RegisterEntry& SelectedRegister() const;
+  void LeaveCurrentRow();
+  void ShowRegister(int row);
+  void Read(std::uint8_t address);
+  void ShowBits(std::uint8_t byte);
+  void RejectEntries();
+  void ShowWritten(std::uint8_t address, std::uint8_t byte);
+
+  Link& link_;
+  std::array<RowState, rowCount + 1> rows_{};  ///< by row number; index 0 is unused
+  int currentRow_ = 1;
+  int lastSelectedRow_ = 1;
+  std::uint8_t lastRead_ = 0;
+  std::uint8_t lastWritten_ = 0;
+  std::string hexEntry_;
+  std::string decimalEntry_;
+  EntryState hexButton_ = EntryState::Untouched;
+  EntryState decimalButton_ = EntryState::Untouched;
+  RegisterView view_;
+};
+
+}  // namespace krx
