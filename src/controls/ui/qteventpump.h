@@ -1,2 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "controls/waitbudget.h"
+#include "link/eventpump.h"
+
+namespace krx {
+
+/// Keeps the windows alive while Delay waits; the only place of the program that processes events by hand. Made after
+/// the QApplication, on its thread.
+class QtEventPump : public QObject, public EventPump, public WaitBudget {
+  Q_OBJECT
+
+ public:
+  QtEventPump();
+  ~QtEventPump() override;
+
+  /// Handles events until `seconds` are over, sleeping between them. PumpMode::HoldUserInput leaves clicks and keys
+  /// queued; they are delivered by the next pump or main loop that takes everything.
+  void Pump(double seconds, PumpMode mode) override;
+
+  double SecondsLeft() const override;
+  void CallAfterwards(const void* owner, std::function<void()> work) override;
+  void Forget(const void* owner) override;
+
+ private:
+  void RunPutOff();
+
+  class Descriptor;
+  std::unique_ptr<Descriptor> timer_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  double holdEnd_;  ///< on the monotonic clock; infinite while no transfer waits
+  std::map<const void*, std::function<void()>> putOff_;
+};
+
+}  // namespace krx

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/chiptimer.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace krx {
+namespace {
+
+/// Between two turns; long enough for the main loop to deliver what the user did during the first.
+constexpr int breathMs = 2;
+
+std::optional<CommsError> RunCaught(const std::function<void()>& tick) {
+  try {
+    tick();
+  } catch (const CommsError& error) {
+    return error;
+  } catch (const std::exception& error) {
+    return CommsError(0, error.what());
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ChipTurns::ChipTurns(Link& link, Failure failed) : link_(link), failed_(std::move(failed)) {
+  breath_.setSingleShot(true);
+  breath_.setTimerType(Qt::PreciseTimer);
+  connect(&breath_, &QTimer::timeout, this, &ChipTurns::RunNext);
+}
+
+void ChipTurns::Ask(ChipTimer& timer) {
+  if (std::find(waiting_.begin(), waiting_.end(), &timer) != waiting_.end()) return;
+  waiting_.push_back(&timer);
+  ScheduleNext();
+}
+
+void ChipTurns::Withdraw(ChipTimer& timer) {
+  std::erase(waiting_, &timer);
+}
+
+void ChipTurns::ScheduleNext() {
+  if (running_ || waiting_.empty() || breath_.isActive()) return;
+  const auto rested = sinceLastTurn_.isValid() ? std::min<qint64>(sinceLastTurn_.elapsed(), breathMs) : breathMs;
+  breath_.start(breathMs - static_cast<int>(rested));
+}
+
+void ChipTurns::RunNext() {
+  if (running_ || waiting_.empty()) return;
+  if (link_.TransferInProgress()) {
+    breath_.start(breathMs);
+    return;
+  }
+  // Copies: the tick may end its own timer.
+  const std::string name = waiting_.front()->name_;
+  const auto tick = waiting_.front()->tick_;
+  waiting_.pop_front();
+  running_ = true;
+  const auto error = RunCaught(tick);
+  running_ = false;
+  sinceLastTurn_.start();
+  if (error && failed_) failed_(name, *error);
+  emit TurnEnded();
+  ScheduleNext();
+}
+
+ChipTimer::ChipTimer(ChipTurns& turns, std::string name, int intervalMs, std::function<void()> tick)
+    : turns_(turns), name_(std::move(name)), tick_(std::move(tick)) {
+  timer_.setInterval(intervalMs);
+  timer_.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&timer_, &QTimer::timeout, &turns_, [this] { turns_.Ask(*this); });
+}
+
+ChipTimer::~ChipTimer() {
+  turns_.Withdraw(*this);
+}
+
+void ChipTimer::Start() {
+  timer_.start();
+}
+
+void ChipTimer::Stop() {
+  timer_.stop();
+  turns_.Withdraw(*this);
+}
+
+}  // namespace krx

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/dutyslider.h"
+
+#include <QSignalBlocker>
+#include <QWheelEvent>
+#include <utility>
+
+namespace krx {
+
+DutySlider::DutySlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
+  setRange(0, 255);
+  setPageStep(13);  // about 5 %
+  setObjectName(QStringLiteral("analog_output_slider"));
+  connect(this, &QSlider::sliderPressed, this, [this] {
+    moved_ = false;
+    emit Pressed();
+  });
+  connect(this, &QSlider::sliderMoved, this, [this](int value) {
+    moved_ = true;
+    emit ValueMoving(value);
+  });
+  connect(this, &QSlider::sliderReleased, this, [this] {
+    emit Released();
+    if (std::exchange(moved_, false)) emit ReleasedAfterMove(value());
+  });
+  // Keys and clicks beside the handle come here, before the value follows the position.
+  connect(this, &QSlider::actionTriggered, this, [this](int action) {
+    if (action == SliderMove || action == SliderNoAction || sliderPosition() == value()) return;
+    setValue(sliderPosition());
+    emit ValueMoving(value());
+    emit ReleasedAfterMove(value());
+  });
+}
+
+void DutySlider::SetCaption(const QString& caption) {
+  caption_ = caption;
+  setAccessibleName(caption + QStringLiteral(" PWM duty"));
+}
+
+bool DutySlider::SetValue(int value) {
+  if (isSliderDown()) return false;
+  const QSignalBlocker blocker(this);
+  setValue(value);
+  return true;
+}
+
+void DutySlider::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+}  // namespace krx

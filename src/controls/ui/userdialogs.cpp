@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/userdialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QStringList>
+#include <exception>
+
+#include "link/commserror.h"
+
+namespace krx {
+namespace {
+
+void ShowBox(QMessageBox::Icon icon, const QString& text, const QString& title) {
+  QMessageBox box(icon, title.isEmpty() ? QGuiApplication::applicationDisplayName() : title, text, QMessageBox::Ok,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);  // an error's text may hold anything
+  box.exec();
+}
+
+std::optional<QString> Chosen(const QString& path) {
+  if (path.isEmpty()) return std::nullopt;
+  return path;
+}
+
+}  // namespace
+
+void QtUserDialogs::Critical(const QString& text, const QString& title) {
+  ShowBox(QMessageBox::Critical, text, title);
+}
+
+void QtUserDialogs::Exclamation(const QString& text, const QString& title) {
+  ShowBox(QMessageBox::Warning, text, title);
+}
+
+void QtUserDialogs::Information(const QString& text, const QString& title) {
+  ShowBox(QMessageBox::Information, text, title);
+}
+
+std::optional<QString> QtUserDialogs::SaveFile(const QString& filter, const QString& proposedName) {
+  return Chosen(
+      QFileDialog::getSaveFileName(QApplication::activeWindow(), QString(), proposedName, ToolkitFilter(filter)));
+}
+
+std::optional<QString> QtUserDialogs::OpenFile(const QString& filter, const QString& proposedName) {
+  return Chosen(
+      QFileDialog::getOpenFileName(QApplication::activeWindow(), QString(), proposedName, ToolkitFilter(filter)));
+}
+
+QString ToolkitFilter(const QString& filter) {
+  const QStringList parts = filter.split(u'|');
+  QStringList result;
+  for (qsizetype i = 0; i < parts.size(); i += 2) {
+    const bool named = parts[i].contains(u'(') || i + 1 == parts.size();
+    result += named ? parts[i] : parts[i] + QStringLiteral(" (") + parts[i + 1] + QStringLiteral(")");
+  }
+  return result.join(QStringLiteral(";;"));
+}
+
+bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action) {
+  QString text;
+  try {
+    action();
+    return true;
+  } catch (const CommsError& error) {
+    text = QString::fromStdString(error.BoxText());
+  } catch (const std::exception& error) {
+    text = QString::fromLocal8Bit(error.what());
+  }
+  // Only here, when everything the action held is released: the box runs the event loop.
+  dialogs.Critical(text);
+  return false;
+}
+
+}  // namespace krx

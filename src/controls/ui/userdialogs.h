@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <optional>
+
+namespace krx {
+
+/// The modal boxes and file dialogs, behind an interface so that a test answers them. An empty title stands for the
+/// program's name. Open one only between complete register sequences: timers go on behind it.
+class UserDialogs {
+ public:
+  virtual ~UserDialogs() = default;
+
+  virtual void Critical(const QString& text, const QString& title = {}) = 0;
+  virtual void Exclamation(const QString& text, const QString& title = {}) = 0;
+  virtual void Information(const QString& text, const QString& title = {}) = 0;
+
+  /// The chosen file's path, nothing when the dialog was cancelled. Filters are pairs of name and pattern with a bar
+  /// between: "Text Files (*.sav)|*.sav". The name is returned as typed, no ending is added.
+  virtual std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) = 0;
+  virtual std::optional<QString> OpenFile(const QString& filter, const QString& proposedName = {}) = 0;
+};
+
+/// The toolkit's boxes and dialogs, over the active window.
+class QtUserDialogs : public UserDialogs {
+ public:
+  void Critical(const QString& text, const QString& title = {}) override;
+  void Exclamation(const QString& text, const QString& title = {}) override;
+  void Information(const QString& text, const QString& title = {}) override;
+  std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) override;
+  std::optional<QString> OpenFile(const QString& filter, const QString& proposedName = {}) override;
+};
+
+/// "Text Files (*.sav)|*.sav" as the toolkit writes it: "Text Files (*.sav)"; several pairs are parted by ";;".
+QString ToolkitFilter(const QString& filter);
+
+/// Runs what a user's click asks for and shows a failure in one box, so that no exception leaves the slot. True when
+/// the action came to its end.
+bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action);
+
+}  // namespace krx
