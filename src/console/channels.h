@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "console/measurements.h"
+#include "controls/gaugemarkers.h"
 #include "fans/fancommon.h"
 #include "power/powersettings.h"
 
@@ -19,12 +20,6 @@ enum class ChannelKind { Temperature, Fan, Voltage };
 
 /// Which of the two strip charts; one is visible at a time.
 enum class Strip { Strip2, Strip3 };
-
-struct GaugeScale {
-  double Minimum = 0;
-  double Maximum = 1;
-  bool operator==(const GaugeScale&) const = default;
-};
 
 struct Channel {
   std::string_view Caption;  ///< of a fan: while its label is none of the five of `fanPlaceLabels`

@@ -27,7 +27,7 @@ struct Workbench {
   BoardState Board;
   LogState Log;
   DisplayState Display;
-  TraceHistory History;
+  TraceHistory History{traceCount};
   PinSettings Pins{ChipLink, Board};
   ReadingCycle Cycle{ChipLink, {Measured, Zones, Fans, Power, Log, Pins, History}};
 };

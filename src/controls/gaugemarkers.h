@@ -28,6 +28,8 @@ struct GaugeScale {
   double Step() const;
   /// Graduations inside the scale, at most `most` (at least 2) of them, 1, 2 or 5 times a power of ten apart.
   std::vector<double> Ticks(int most) const;
+
+  bool operator==(const GaugeScale&) const = default;
 };
 
 /// The state of a limit gauge: the value pointer and two markers. A marker exists for the user only after a channel
