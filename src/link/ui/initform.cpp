@@ -1,0 +1,293 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/ui/initform.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+#include <tuple>
+
+#include "controls/ui/palette.h"
+#include "controls/ui/userdialogs.h"
+
+namespace krx {
+namespace {
+
+/// The rows carry a key behind a long run of blanks; it is not for the eye, however wide the window is.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QString displayText(const QVariant& value, const QLocale&) const override {
+    const QString text = value.toString();
+    const qsizetype blanks = text.indexOf(QString(10, QLatin1Char(' ')));
+    return blanks < 0 ? text : text.left(blanks);
+  }
+};
+
+/// The hourglass pointer for as long as it lives.
+class BusyPointer {
+ public:
+  BusyPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~BusyPointer() { QGuiApplication::restoreOverrideCursor(); }
+  BusyPointer(const BusyPointer&) = delete;
+  BusyPointer& operator=(const BusyPointer&) = delete;
+};
+
+QLabel* MakeLabel(const char* name, const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setObjectName(name);
+  label->setWordWrap(true);
+  return label;
+}
+
+std::size_t Index(SearchWizard::Page page) {
+  return static_cast<std::size_t>(page) - 1;
+}
+
+}  // namespace
+
+InitForm::InitForm(SearchWizard& wizard, UserDialogs& dialogs, const QString& mediumNote, bool simulatedOffered)
+    : wizard_(wizard), dialogs_(dialogs), simulatedOffered_(simulatedOffered) {
+  setObjectName("InitForm");
+  setWindowTitle(wizardtext::title);
+  auto* const layout = new QVBoxLayout(this);
+  MakeWelcomePanel();
+  MakeMediumPanel();
+  MakeSearchingPanel();
+  MakeResultsPanel();
+  for (QWidget* const panel : panels_) layout->addWidget(panel, 1);
+  auto* const note = MakeLabel("MediumNoteLBL", mediumNote);
+  note->setForegroundRole(QPalette::PlaceholderText);
+  layout->addWidget(note);
+  layout->addWidget(MakeButtons());
+  const int em = fontMetrics().horizontalAdvance('m');
+  setMinimumSize(44 * em, 26 * em);
+  ShowWizard();
+}
+
+void InitForm::Load() {
+  const auto report = wizard_.Load();
+  ShowChipset();
+  ShowWizard();
+  next_->setFocus();
+  if (report) ShowReport(*report);
+}
+
+QVBoxLayout* InitForm::MakePanel(SearchWizard::Page page, const char* name, const QString& heading) {
+  auto* const panel = new QFrame;
+  panel->setObjectName(name);
+  MakeCard(*panel);
+  panels_.at(Index(page)) = panel;
+  auto* const layout = new QVBoxLayout(panel);
+  auto* const title = new QLabel(heading);
+  QFont font = title->font();
+  font.setBold(true);
+  font.setPointSizeF(font.pointSizeF() * 1.3);
+  title->setFont(font);
+  layout->addWidget(title);
+  return layout;
+}
+
+void InitForm::MakeWelcomePanel() {
+  auto* const layout = MakePanel(SearchWizard::Page::Welcome, "WelcomePanel", "Welcome");
+  layout->addWidget(MakeLabel("WelcomeLBL", wizardtext::welcome));
+  layout->addStretch();
+  layout->addWidget(MakeLabel("WelcomeInstructionsLBL", wizardtext::welcomeInstructions));
+}
+
+void InitForm::MakeMediumPanel() {
+  auto* const layout = MakePanel(SearchWizard::Page::Medium, "SeclectComsMediumPanel", "Search Media");
+  const auto addMedium = [&](const char* name, const QString& caption, const char* descriptionName,
+                             const QString& description) {
+    auto* const check = new QCheckBox(caption);
+    check->setObjectName(name);
+    auto* const line = MakeLabel(descriptionName, description);
+    line->setIndent(fontMetrics().horizontalAdvance("mmm"));
+    check->setAccessibleDescription(description);
+    layout->addWidget(check);
+    layout->addWidget(line);
+    return std::pair(check, line);
+  };
+  printerPortCheck_ =
+      addMedium("PPCheck", "Parallel Printer Port", "PPSearchDescLBL", wizardtext::printerPortDescription).first;
+  usbCheck_ = addMedium("USBCheck", "USB", "USBSearchDescLBL", wizardtext::initialDescription).first;
+  std::tie(smbusCheck_, smbusDescription_) =
+      addMedium("SMBusCheck", "On-Board SMBus", "SMBusSearchDescLBL", wizardtext::initialDescription);
+  layout->addStretch();
+  layout->addWidget(MakeLabel("SearchMediumInstLBL", wizardtext::mediumInstructions));
+}
+
+void InitForm::MakeSearchingPanel() {
+  auto* const layout = MakePanel(SearchWizard::Page::Searching, "SearchingPanel", "Searching");
+  progress_ = new QProgressBar;
+  progress_->setObjectName("SearchProgress");
+  progress_->setAccessibleName("Search progress");
+  progress_->setTextVisible(false);
+  layout->addStretch();
+  layout->addWidget(progress_);
+  layout->addStretch();
+  layout->addWidget(MakeLabel("SearchingDetailsLBL", wizardtext::searchingDetails));
+}
+
+void InitForm::MakeResultsPanel() {
+  auto* const layout = MakePanel(SearchWizard::Page::Results, "SearchResultsPanel", "Search Results");
+  list_ = new QListWidget;
+  list_->setObjectName("SearchResultsLIST");
+  list_->setAccessibleName("Search Results");
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setItemDelegate(new RowDelegate(list_));
+  results_ = MakeLabel("SearchResultsLBL", QString());
+  instructions_ = MakeLabel("SearchInsLBL", QString());
+  simulated_ = new QPushButton("Use the simulated board");
+  simulated_->setObjectName("SimulatedCMD");
+  layout->addWidget(list_, 1);
+  layout->addWidget(results_);
+  layout->addWidget(simulated_, 0, Qt::AlignLeft);
+  layout->addWidget(instructions_);
+  connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+    wizard_.Select(row);
+    ShowWizard();
+  });
+  connect(list_, &QListWidget::itemActivated, this, &InitForm::Finish);
+  connect(simulated_, &QPushButton::clicked, this, &InitForm::SimulatedBoardWanted);
+}
+
+QWidget* InitForm::MakeButtons() {
+  auto* const row = new QWidget;
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  const auto add = [&](const char* name, const QString& caption) {
+    auto* const button = new QPushButton(caption);
+    button->setObjectName(name);
+    button->setAutoDefault(true);
+    layout->addWidget(button);
+    return button;
+  };
+  layout->addStretch();
+  back_ = add("BackCMD", "< Back");
+  next_ = add("NextCMD", "Next >");
+  cancel_ = add("CancelCMD", "Cancel");
+  finish_ = add("FinishCMD", "Finish");
+  connect(back_, &QPushButton::clicked, this, &InitForm::Back);
+  connect(next_, &QPushButton::clicked, this, &InitForm::Next);
+  connect(cancel_, &QPushButton::clicked, this, &InitForm::close);
+  connect(finish_, &QPushButton::clicked, this, &InitForm::Finish);
+  return row;
+}
+
+void InitForm::ShowWizard() {
+  for (std::size_t i = 0; i < panels_.size(); ++i) panels_.at(i)->setVisible(i == Index(wizard_.CurrentPage()));
+  back_->setEnabled(wizard_.BackEnabled());
+  next_->setEnabled(wizard_.NextEnabled());
+  cancel_->setEnabled(wizard_.CancelEnabled());
+  finish_->setEnabled(wizard_.FinishEnabled());
+  results_->setText(QString::fromStdString(wizard_.SearchResultsText()));
+  instructions_->setText(QString::fromStdString(wizard_.SearchInstructionText()));
+  simulated_->setVisible(simulatedOffered_ && wizard_.Rows().empty());
+}
+
+void InitForm::ShowChipset() {
+  const auto& chipset = wizard_.Chipset();
+  if (!chipset) return;
+  smbusDescription_->setText(QString::fromStdString(chipset->Description));
+  smbusCheck_->setAccessibleDescription(smbusDescription_->text());
+  smbusCheck_->setChecked(chipset->SmbusOffered);
+  smbusCheck_->setEnabled(chipset->SmbusOffered);
+  // The two colours are fixed and made for a light ground, so the line brings one along.
+  QPalette palette = smbusDescription_->palette();
+  palette.setColor(QPalette::WindowText,
+                   chipset->Colour == ReportColour::Red ? fixedcolours::wizardRed : fixedcolours::wizardGreen);
+  palette.setColor(QPalette::Window, Palette::Light().card);
+  smbusDescription_->setAutoFillBackground(true);
+  smbusDescription_->setPalette(palette);
+}
+
+void InitForm::ShowResults() {
+  const QSignalBlocker blocker(list_);
+  list_->clear();
+  for (const ResultRow& row : wizard_.Rows()) list_->addItem(QString::fromStdString(row.Text));
+  list_->setCurrentRow(wizard_.SelectedRow());
+}
+
+SearchMedia InitForm::TickedMedia() const {
+  return {printerPortCheck_->isChecked(), smbusCheck_->isChecked(), usbCheck_->isChecked()};
+}
+
+void InitForm::Next() {
+  switch (wizard_.Next(TickedMedia())) {
+    case SearchWizard::NextStep::SelectMedium:
+      dialogs_.Exclamation(wizardtext::noMediumText, wizardtext::noMediumTitle);
+      break;
+    case SearchWizard::NextStep::Search:
+      Search();
+      break;
+    case SearchWizard::NextStep::Shown:
+      ShowWizard();
+      break;
+  }
+}
+
+void InitForm::Back() {
+  wizard_.Back();
+  ShowResults();
+  ShowWizard();
+  if (wizard_.CurrentPage() == SearchWizard::Page::Welcome) next_->setFocus();
+}
+
+void InitForm::Search() {
+  std::vector<SearchReport> reports;
+  {
+    const BusyPointer pointer;
+    const SearchMedia media = TickedMedia();
+    const int maximum = wizard_.BeginSearch(media);
+    // A maximum of 0 would turn the bar into a moving one; there is nothing to search, so it stays empty.
+    progress_->setRange(0, maximum > 0 ? maximum : 1);
+    progress_->setValue(0);
+    ShowWizard();
+    repaint();
+    if (!mainWindowWanted_) {
+      mainWindowWanted_ = true;
+      emit MainWindowWanted();
+    }
+    reports = wizard_.RunSearch(media, [this](int value) {
+      progress_->setValue(value);
+      panels_.at(Index(SearchWizard::Page::Searching))->repaint();
+    });
+    ShowResults();
+    ShowWizard();
+    progress_->setValue(0);
+    if (finish_->isEnabled()) {
+      finish_->setFocus();
+    } else if (next_->isEnabled()) {
+      next_->setFocus();
+    }
+  }
+  for (const SearchReport& report : reports) ShowReport(report);
+}
+
+void InitForm::Finish() {
+  if (!wizard_.FinishEnabled() || !wizard_.Finish()) return;
+  finished_ = true;
+  emit Finished();
+  close();
+}
+
+void InitForm::ShowReport(const SearchReport& report) {
+  dialogs_.Exclamation(QString::fromStdString(report.Text), QString::fromStdString(report.Title));
+}
+
+void InitForm::closeEvent(QCloseEvent* event) {
+  if (!wizard_.MayClose()) {
+    event->ignore();
+    return;
+  }
+  event->accept();
+  if (!finished_) emit Abandoned();
+}
+
+}  // namespace krx
