@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulator/simcomms.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "simulator/simbus.h"
+
+namespace krx {
+namespace {
+
+constexpr std::int64_t longestGapSteps = 3600 * 100;
+
+double ClockSeconds(Clock& clock) {
+  const std::int64_t frequency = clock.Frequency();
+  if (frequency == 0) return clock.FallbackSeconds();
+  return static_cast<double>(clock.Counter()) / static_cast<double>(frequency);
+}
+
+}  // namespace
+
+Simulation::Simulation(Clock& clock, SimOptions options) : clock_(clock), options_(std::move(options)) {
+  options_.Speed = std::clamp(options_.Speed, 1.0, 1000.0);
+  startSeconds_ = ClockSeconds(clock_);
+  boards_.resize(options_.Ports);
+  for (const SimOptions::BoardChip& place : options_.BoardChips) {
+    auto unit = std::make_unique<Unit>(options_);
+    unit->Address = static_cast<std::uint8_t>(place.Address << 1);
+    unit->Modes = place.Modes;
+    unit->Port = place.Port;
+    if (place.Port < boards_.size()) unit->Board = &boards_[place.Port];
+    boardUnits_.push_back(std::move(unit));
+  }
+  for (const SimOptions::SmbusChip& place : options_.SmbusChips) {
+    auto unit = std::make_unique<Unit>(options_);
+    unit->Address = place.Address;
+    smbusUnits_.push_back(std::move(unit));
+  }
+}
+
+Simulation::~Simulation() = default;
+
+std::unique_ptr<CommsModule> Simulation::MakeCommsModule() {
+  return MakeSimBus(*this);
+}
+
+double Simulation::Seconds() {
+  return ClockSeconds(clock_) - startSeconds_;
+}
+
+void Simulation::Advance() {
+  const double steps = Seconds() * options_.Speed / SimPlant::stepSeconds;
+  const auto target = static_cast<std::int64_t>(std::floor(steps + 1e-6));
+  step_ = std::max(step_, target - longestGapSteps);
+  while (step_ < target) {
+    ++step_;
+    for (const auto& unit : boardUnits_) Step(*unit, step_);
+    for (const auto& unit : smbusUnits_) Step(*unit, step_);
+  }
+  for (const auto& unit : boardUnits_) RefreshPins(*unit);
+  for (const auto& unit : smbusUnits_) RefreshPins(*unit);
+}
+
+void Simulation::Step(Unit& unit, std::int64_t step) {
+  PlantDrive drive{unit.Chip.FanDuty(), {}};
+  if (unit.Board != nullptr) drive.Heater = {unit.Board->HeaterOn(1), unit.Board->HeaterOn(2)};
+  unit.Plant.Step(drive, plantFaults_, step);
+  unit.Chip.Step(unit.Plant.State(), step);
+}
+
+void Simulation::RefreshPins(Unit& unit) {
+  ChipPins pins = unit.Board == nullptr ? ChipPins{} : unit.Board->Pins(options_.VidFollowsU3);
+  for (std::size_t diode = 0; diode < openDiode_.size(); ++diode) {
+    pins.DiodeOpen[diode] = pins.DiodeOpen[diode] || openDiode_[diode];
+  }
+  unit.Chip.SetPins(pins);
+}
+
+void Simulation::AddFault(const Fault& fault) {
+  Advance();
+  const auto index = static_cast<std::size_t>(std::max(fault.Index, 1) - 1);
+  switch (fault.What) {
+    case Fault::Kind::FailTransfer:
+      plan_.Add(fault);
+      break;
+    case Fault::Kind::ExtraTime:
+      extraSeconds_ += fault.Seconds;
+      break;
+    case Fault::Kind::ChipAbsent:
+      absentFrom_ = std::min(fault.Seconds, absentFrom_.value_or(fault.Seconds));
+      break;
+    case Fault::Kind::StalledFan:
+      plantFaults_.StalledFan.at(index) = true;
+      break;
+    case Fault::Kind::RunawayFan:
+      plantFaults_.RunawayFan.at(index) = true;
+      break;
+    case Fault::Kind::OpenDiode:
+      openDiode_.at(index) = true;
+      break;
+    case Fault::Kind::WrongCompanyId:
+      companyId_ = fault.Value;
+      break;
+  }
+}
+
+void Simulation::ClearFaults() {
+  Advance();
+  plan_.Clear();
+  extraSeconds_ = 0;
+  absentFrom_.reset();
+  plantFaults_ = {};
+  openDiode_ = {};
+  companyId_.reset();
+}
+
+SimChip& Simulation::BoardChip(std::size_t index) {
+  Advance();
+  return boardUnits_.at(index)->Chip;
+}
+
+SimChip& Simulation::SmbusChip(std::size_t index) {
+  Advance();
+  return smbusUnits_.at(index)->Chip;
+}
+
+SimBoard& Simulation::Board(std::size_t port) {
+  Advance();
+  return boards_.at(port);
+}
+
+SimPlant& Simulation::BoardPlant(std::size_t index) {
+  Advance();
+  return boardUnits_.at(index)->Plant;
+}
+
+SimPlant& Simulation::SmbusPlant(std::size_t index) {
+  Advance();
+  return smbusUnits_.at(index)->Plant;
+}
+
+}  // namespace krx

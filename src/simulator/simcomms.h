@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "link/clock.h"
+#include "link/commsmodule.h"
+#include "simulator/simboard.h"
+#include "simulator/simchip.h"
+#include "simulator/simfaults.h"
+#include "simulator/simoptions.h"
+#include "simulator/simplant.h"
+#include "simulator/simtrace.h"
+
+namespace krx {
+
+/// The simulated computer: chips with their fans and their heat, boards at the printer ports, the SMBus, the trace of
+/// what was asked for and the planned faults. The model advances when it is looked at, in steps of 10 ms of model
+/// time, so the same seed, the same operations and the same clock readings give the same bytes.
+///
+/// Of a gap longer than an hour of model time only the last hour is computed: a program that was not reading does not
+/// have to make up for days at once (an hour is some 50 ms of work), and all but a slow dynamic Tmin has settled by
+/// then.
+class Simulation {
+ public:
+  Simulation(Clock& clock, SimOptions options);
+  ~Simulation();
+  Simulation(const Simulation&) = delete;
+  Simulation& operator=(const Simulation&) = delete;
+
+  /// A bus-access library over this simulation, which must outlive it and everything it hands out.
+  std::unique_ptr<CommsModule> MakeCommsModule();
+
+  SimTrace& Trace() { return trace_; }
+
+  /// Plans a fault; those of a kind add up. Counting for FailTransfer starts here.
+  void AddFault(const Fault& fault);
+  void ClearFaults();
+  /// How many transfers have failed by plan since the last ClearFaults.
+  int FaultsFired() const { return plan_.Fired(); }
+
+  // Looking inside without a trace; the model is brought up to now first. Throws std::out_of_range for a chip or
+  // board that the options do not have.
+  SimChip& BoardChip(std::size_t index = 0);
+  SimChip& SmbusChip(std::size_t index = 0);
+  SimBoard& Board(std::size_t port = 0);
+  /// The fans and temperatures around a chip.
+  SimPlant& BoardPlant(std::size_t index = 0);
+  SimPlant& SmbusPlant(std::size_t index = 0);
+  /// Adapters, bus devices and controllers that are handed out and not yet released.
+  int LiveHandles() const { return liveHandles_; }
+  /// Clock seconds since the simulation was made.
+  double Seconds();
+
+ private:
+  friend class SimBus;
+  struct Unit;
+
+  void Advance();
+  void Step(Unit& unit, std::int64_t step);
+  void RefreshPins(Unit& unit);
+
+  Clock& clock_;
+  SimOptions options_;
+  double startSeconds_ = 0;
+  std::int64_t step_ = 0;
+  std::vector<SimBoard> boards_;
+  std::vector<std::unique_ptr<Unit>> boardUnits_;
+  std::vector<std::unique_ptr<Unit>> smbusUnits_;
+  SimTrace trace_;
+  FaultPlan plan_;
+  double extraSeconds_ = 0;
+  std::optional<double> absentFrom_;
+  PlantFaults plantFaults_;
+  std::array<bool, 2> openDiode_{};
+  std::optional<std::uint8_t> companyId_;
+  std::uint8_t selectedPort_ = 0;
+  int liveHandles_ = 0;
+};
+
+}  // namespace krx

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/simtrace.h"
+
+namespace krx {
+
+/// One planned fault. The fields beside `What` matter only to the kinds named with them.
+struct Fault {
+  enum class Kind {
+    FailTransfer,    ///< the Nth matching transfer fails and leaves chip and board untouched
+    ExtraTime,       ///< every bus transfer takes `Seconds` longer
+    ChipAbsent,      ///< from `Seconds` after the start of the simulation no chip acknowledges
+    StalledFan,      ///< fan `Index` (1..4) does not turn, whatever drives it
+    RunawayFan,      ///< fan `Index` (1..4) never stops
+    OpenDiode,       ///< remote diode `Index` (1, 2) is open
+    WrongCompanyId,  ///< 0x3E reads `Value`
+  };
+
+  Kind What = Kind::FailTransfer;
+
+  // FailTransfer. Counted from the moment the fault is added, the first one is 1. Without Op the bus transfers are
+  // counted (IsBusTransfer); with Op that operation; with Register only transfers of that register.
+  int Nth = 1;
+  bool Onward = false;  ///< all from the Nth on instead of just that one
+  std::optional<Operation> Op;
+  std::optional<std::uint8_t> Register;
+  bool NoAck = false;  ///< throws NoAcknowledge instead of CommsError
+  int Number = 57;
+  std::string Text = "Device I/O error";
+
+  double Seconds = 0;
+  int Index = 1;
+  std::uint8_t Value = 0;
+};
+
+/// Reads a fault as the command line takes it; nullopt for anything else. A word, "=", a number, then for "fail" any
+/// of the further words, separated by commas:
+///
+///   fail=N      the Nth bus transfer fails, "fail=N+" all from the Nth on
+///     ,op=NAME    counts read, write, send, receive, control, status, complete, mode, port or report instead
+///     ,reg=HH     counts transfers of the register HH (hexadecimal)
+///     ,noack      as "no acknowledge"
+///     ,number=E   with the error number E
+///   slow=S      every transfer takes S seconds longer
+///   absent=S    no chip answers from S seconds after the start
+///   stall=F     fan F stands still; runaway=F: fan F never stops (1..4)
+///   diode=D     remote diode D is open (1, 2)
+///   company=HH  the company id reads HH (hexadecimal)
+std::optional<Fault> ParseFault(std::string_view text);
+
+/// The planned faults of transfers, counted down as the transfers come.
+class FaultPlan {
+ public:
+  void Add(const Fault& fault);
+  void Clear();
+
+  /// Counts this transfer; throws when a fault says that it fails.
+  void Check(Operation op, std::uint8_t reg);
+
+  /// How many transfers have failed by plan since the last Clear.
+  int Fired() const { return fired_; }
+
+ private:
+  struct Countdown {
+    Fault Plan;
+    int Left = 0;
+  };
+  std::vector<Countdown> countdowns_;
+  int fired_ = 0;
+};
+
+}  // namespace krx

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "link/clock.h"
+#include "link/commsroot.h"
+#include "link/eventpump.h"
+#include "link/linknewcomport06.h"
+#include "simulator/simcomms.h"
+
+namespace krx {
+
+/// A clock that a test moves by hand. Every reading moves it on by a microsecond, so that a loop which waits for it
+/// ends.
+class ManualClock : public Clock {
+ public:
+  std::int64_t Frequency() override { return 1'000'000; }
+  std::int64_t Counter() override { return ++micros_; }
+  double FallbackSeconds() override { return static_cast<double>(Counter()) / 1e6; }
+
+  void Advance(double seconds) { micros_ += std::llround(seconds * 1e6); }
+  /// The present time without moving it on.
+  double Seconds() const { return static_cast<double>(micros_) / 1e6; }
+
+ private:
+  std::int64_t micros_ = 0;
+};
+
+/// An event pump whose "waiting" moves the clock. `OnPump` stands for the events handled meanwhile.
+class ScriptedPump : public EventPump {
+ public:
+  explicit ScriptedPump(ManualClock& clock) : clock_(clock) {}
+
+  void Pump(double seconds, PumpMode mode) override {
+    ++Calls;
+    LastMode = mode;
+    if (OnPump) OnPump();
+    clock_.Advance(seconds);
+  }
+
+  int Calls = 0;
+  PumpMode LastMode = PumpMode::Everything;
+  std::function<void()> OnPump;
+
+ private:
+  ManualClock& clock_;
+};
+
+/// A link on the simulated computer, ready to use: the chip is chosen, the trace is empty.
+struct TestBench {
+  enum class Medium { Board, Smbus };
+
+  explicit TestBench(Medium medium = Medium::Board, SimOptions options = {})
+      : On(medium),
+        Pump(Time),
+        Sim(Time, WithWait(std::move(options))),
+        Root([this] { return Sim.MakeCommsModule(); }),
+        Bus(Root, Time, Pump) {
+    Bus.CommsMedium = medium == Medium::Board ? 1 : 0;
+    Bus.EvalBoardMedium = Bus.CommsMedium;
+    Bus.ChipAddress = medium == Medium::Board ? 0x5A : 0x2E;
+  }
+
+  /// The chip that the link reaches, brought up to now; Peek and Poke leave no trace.
+  SimChip& Chip() { return On == Medium::Board ? Sim.BoardChip() : Sim.SmbusChip(); }
+  SimPlant& Plant() { return On == Medium::Board ? Sim.BoardPlant() : Sim.SmbusPlant(); }
+  std::uint8_t Peek(std::uint8_t reg) { return Chip().Peek(reg); }
+  void Poke(std::uint8_t reg, std::uint8_t value) { Chip().Poke(reg, value); }
+
+  /// Lets clock and model run.
+  void Advance(double seconds) {
+    Time.Advance(seconds);
+    Chip();
+  }
+
+  /// The register transfers since the last call of this or of BusTraffic: "R77 R25 W30:FF", a failed one "R77!".
+  std::string Traffic() { return Take(TraceFilter::Registers); }
+  /// The same with the board's transfers: "S90:10" and "V94" (switch devices), "C10", "ST", "K" (complete).
+  std::string BusTraffic() { return Take(TraceFilter::Bus); }
+
+  /// The nth bus transfer from now on fails (n = 1 is the next).
+  void FailTransfer(int nth, bool onward = false) {
+    Fault fault;
+    fault.Nth = nth;
+    fault.Onward = onward;
+    Sim.AddFault(fault);
+  }
+
+  Medium On;
+  ManualClock Time;
+  ScriptedPump Pump;
+  Simulation Sim;
+  CommsRoot Root;
+  Link Bus;
+
+ private:
+  SimOptions WithWait(SimOptions options) {
+    if (!options.Wait) options.Wait = [this](double seconds) { Time.Advance(seconds); };
+    return options;
+  }
+  std::string Take(TraceFilter filter) {
+    std::string text = Sim.Trace().Text(filter);
+    Sim.Trace().Clear();
+    return text;
+  }
+};
+
+}  // namespace krx
