@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "link/clock.h"
+#include "link/commsmodule.h"
+#include "link/linux/kernel.h"
+#include "link/linux/portwiring.h"
+
+namespace krx {
+
+/// Which of a PC's buses to use, and how.
+struct LinuxOptions {
+  std::optional<int> Smbus;        ///< N of /dev/i2c-N; none: the first host SMBus
+  std::optional<int> PrinterPort;  ///< N of /dev/parportN; none: all ports
+  PortWiring Wiring = DefaultWiring();
+  bool Force = false;  ///< also use a chip that a kernel driver holds
+  KernelRoots Roots = {};
+};
+
+/// The real buses of a Linux PC: its SMBus through i2c-dev, the evaluation board on a printer port through ppdev.
+/// Making it opens nothing. The objects it hands out must not outlive it.
+class LinuxComms : public CommsModule {
+ public:
+  /// `kernel` and `clock` must outlive it.
+  LinuxComms(const LinuxOptions& options, Kernel& kernel, Clock& clock);
+  ~LinuxComms() override;
+
+  std::unique_ptr<PrinterPortAdapter> ObtainPrinterPortAdapter() override;
+  std::unique_ptr<SmbusController> ObtainSmbusController() override;
+  /// Gives back the medium that was not selected.
+  void SelectMedium(int medium) override;
+
+ private:
+  struct Buses;
+  std::unique_ptr<Buses> buses_;
+};
+
+/// LinuxComms over the running kernel.
+std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& clock);
+
+/// What this PC has for `--medium auto`: "SMBus I801 adapter at 0700, i2c-1", "printer port 0", or nothing.
+std::optional<std::string> FindLinuxBus(const KernelRoots& roots);
+
+}  // namespace krx

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linux/parportboard.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "link/commserror.h"
+
+namespace krx {
+
+namespace {
+
+struct HeaterLines {
+  std::uint8_t Mask;  ///< in control byte and status byte
+  std::optional<PortLine> PortLines::*Out;
+  std::optional<PortLine> PortLines::*In;
+};
+
+constexpr std::array heaters{HeaterLines{0x10, &PortLines::Heater1Out, &PortLines::Heater1In},
+                             HeaterLines{0x20, &PortLines::Heater2Out, &PortLines::Heater2In}};
+
+/// Releases the port however the transaction ends.
+class Claimed {
+ public:
+  Claimed(ParportNode& node, int port) : node_(node) { node_.Claim(port); }
+  ~Claimed() { node_.Release(); }
+  Claimed(const Claimed&) = delete;
+  Claimed& operator=(const Claimed&) = delete;
+
+ private:
+  ParportNode& node_;
+};
+
+}  // namespace
+
+ParportBoard::ParportBoard(Kernel& kernel, Clock& clock, KernelRoots roots, const PortWiring& wiring,
+                           std::optional<int> port)
+    : clock_(clock), roots_(std::move(roots)), wiring_(wiring), onlyPort_(port), node_(kernel, roots_) {}
+
+std::vector<int> ParportBoard::Ports() const {
+  if (onlyPort_) return {*onlyPort_};
+  return ListPrinterPorts(roots_);
+}
+
+std::uint8_t ParportBoard::PortCount() const {
+  return static_cast<std::uint8_t>(Ports().size());
+}
+
+void ParportBoard::SelectPort(std::uint8_t port) {
+  if (port >= PortCount()) throw CommsError(ENODEV, fmt::format("there is no printer port {}", port));
+  if (port == selected_) return;
+  Close();
+  selected_ = port;
+  control_ = 0;
+  used_ = false;
+}
+
+void ParportBoard::SendByte(std::uint8_t address, std::uint8_t data) {
+  Transaction([&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{data}); });
+}
+
+std::uint8_t ParportBoard::ReceiveByte(std::uint8_t address) {
+  std::uint8_t data = 0;
+  Transaction([&](LineDriver&, TwoWireMaster& bus) { data = bus.Receive(address); });
+  return data;
+}
+
+std::uint8_t ParportBoard::ReadByteData(std::uint8_t address, std::uint8_t reg) {
+  std::uint8_t data = 0;
+  Transaction([&](LineDriver&, TwoWireMaster& bus) { data = bus.ReadRegister(address, reg); });
+  return data;
+}
+
+void ParportBoard::WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
+  Transaction([&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{reg, data}); });
+}
+
+void ParportBoard::SetControlByte(std::uint8_t value) {
+  const std::uint8_t before = control_;
+  control_ = value;
+  if (!used_ && value == 0) return;
+  try {
+    Transaction([](LineDriver&, TwoWireMaster&) {});
+  } catch (const CommsError&) {
+    // The next transaction must not switch on a heater that its user was told had failed.
+    control_ = value & before;
+    throw;
+  }
+}
+
+std::uint8_t ParportBoard::ReadStatusByte() {
+  unsigned status = 0;
+  Transaction([&](LineDriver& driver, TwoWireMaster&) {
+    for (const HeaterLines& heater : heaters) {
+      const auto& line = Lines().*heater.In;
+      const bool on = line ? driver.Get(*line) : (control_ & heater.Mask) != 0;
+      if (on) status |= heater.Mask;
+    }
+  });
+  return static_cast<std::uint8_t>(status);
+}
+
+void ParportBoard::Transaction(const Work& work) {
+  const auto ports = Ports();
+  const auto index = static_cast<std::size_t>(selected_);
+  if (index >= ports.size()) throw CommsError(ENODEV, "this PC has no printer port, or it is gone");
+  const Claimed claimed(node_, ports[index]);
+  used_ = true;
+  LineDriver driver(node_);
+  TwoWireMaster bus(driver, Lines(), clock_);
+  // Whoever had the port meanwhile may have left other levels on the heater lines.
+  for (const HeaterLines& heater : heaters) {
+    if (const auto& line = Lines().*heater.Out) driver.Set(*line, (control_ & heater.Mask) != 0);
+  }
+  work(driver, bus);
+}
+
+}  // namespace krx
