@@ -11,14 +11,13 @@
 #include "console/channels.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
+#include "controls/tracehistory.h"
 #include "fans/fancommon.h"
 #include "link/linknewcomport06.h"
 #include "power/powersettings.h"
 #include "records/logstate.h"
 
 namespace krx {
-
-class TraceHistory;
 
 /// What the reading cycle shares with the rest of the console.
 struct ReadingCycleState {
@@ -55,18 +54,16 @@ class ReadingCycle {
   /// The duty step alone: reads the next output's duty into DutyTexts.
   void DutyStep();
 
-  /// Reads the duty register of one output (0..2) into DutyTexts and returns the byte.
-  std::uint8_t ReadDuty(std::size_t output);
-
   double ThermPeriod = 1;     ///< seconds between two readings of the THERM timer; negative counts as 0
   double ThermReadStart = 0;  ///< clock reading at which the present period began
   ReadingCounters Counters;
   AlarmStates Alarms{};
-  std::string ThermCaption;  ///< "THERM=22.8%" since the last THERM reading with the input enabled, else empty
+  std::string ThermCaption;  ///< "THERM=22.8%" after a tick that read THERM with the input enabled, else empty
 
  private:
   using Row = std::array<float, traceCount>;
 
+  void Steps(Row& row);
   void TemperatureStep(Row& row);
   void TachStep(Row& row);
   void VoltageStep(Row& row);
@@ -77,6 +74,7 @@ class ReadingCycle {
 
   Link& link_;
   ReadingCycleState state_;
+  double start_;  ///< clock reading that the history's times count from
 };
 
 }  // namespace krx

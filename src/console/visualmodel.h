@@ -8,6 +8,7 @@
 #include "console/alarms.h"
 #include "console/channels.h"
 #include "console/limits.h"
+#include "console/startup.h"
 
 namespace krx {
 
@@ -45,9 +46,7 @@ struct VisualState {
   std::array<std::string, traceCount> TraceNames;
   std::array<bool, traceCount> TraceShown{};
 
-  GaugeScale Scale = temperatureScale;
-  LimitMarkers Markers;
-  double PointerValue = 0;  ///< the selected channel's value
+  GaugeMarkers Gauge;  ///< of the selected channel; its value is the channel's
   std::string Readout;
 
   bool SliderShown = false;      ///< pnlSlider; pnlPWM is shown in the opposite case
@@ -82,30 +81,36 @@ class VisualModel {
   void EasySetup();
   /// Captions, visibility and traces by the present labels and modes, without any transfer.
   void Relabel();
+  /// The readings by the present measurement state, without any transfer: for a change of labels or constants.
+  void ShowReadings();
+
+  /// Repeats the start-up's reading steps and shows what they change.
+  StepProblems ReReadChip();
 
   // The duty slider. Values 0..255; which of the notifications writes depends on the medium.
   void SliderPressed();
   void SliderMoving(int value);
-  /// moved: the value changed since the press. Restarts visual_timer also when the write fails.
-  void SliderReleased(int value, bool moved);
-  /// A keyboard step, which is a move and a release after it.
-  void SliderStepped(int value);
+  void SliderReleased();
+  void SliderReleasedAfterMove(int value);
 
-  // A limit marker. Values in the channel's unit; which of the notifications writes depends on the medium. When
-  // nothing could be written the marker is put back and the error thrown.
-  void MarkerMoving(LimitSide side, double value);
-  void MarkerReleased(LimitSide side, double value);
-  /// A typed value or an arrow key: a move and a release, one write.
-  void MarkerStepped(LimitSide side, double value);
+  // A limit marker. Values in the channel's unit; which of the notifications writes depends on the medium. A value
+  // that could not be written throws; the marker then stands where it was placed.
+  void MarkerMoving(Marker marker, double value);
+  void MarkerReleased(Marker marker, double value);
 
  private:
-  void ApplyPinLabels();
+  void LabelByPowerMode();
+  void LabelByThermPin();
+  void LabelByAlertPin();
   void ShowPwmPanel();
   void ShowReadout();
   void ShowDuty();
   void ShowZones();
-  void WriteMarkers();
+  void ShowSlider(int value);
   void WriteSlider(int value);
+  void MoveMarker(Marker marker, double value);
+  void WriteMarkers(Marker dragged);
+  LimitContext Limits() const;
 
   Workbench& bench_;
   MainTimers& timers_;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "autocontrol/zonestate.h"
+#include "board/board.h"
 #include "board/boardstate.h"
+#include "console/channels.h"
 #include "console/displaystate.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
@@ -15,20 +17,24 @@
 
 namespace krx {
 
-/// Every headless object of the run, in order of dependency. Only the main window and its models see all of it.
+/// Every headless object of the run, in order of dependency, with its start values. Only the main window and its
+/// models see all of it.
 struct Workbench {
   explicit Workbench(Link& link) : ChipLink(link) {}
+  Workbench(const Workbench&) = delete;
+  Workbench& operator=(const Workbench&) = delete;
 
   Link& ChipLink;
   Measurements Measured;
   FanCommon Fans;
   ZoneState Zones;
   PowerSettings Power;
-  BoardState Board;
+  BoardState BoardFlags;
   LogState Log;
   DisplayState Display;
   TraceHistory History{traceCount};
-  PinSettings Pins{ChipLink, Board};
+  Board EvalBoard{ChipLink, BoardFlags};
+  PinSettings Pins{EvalBoard};
   ReadingCycle Cycle{ChipLink, {Measured, Zones, Fans, Power, Log, Pins, History}};
 };
 

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/readingcycle.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "link/registeraccess.h"
+#include "power/processorpower.h"
+#include "registers/chipreadings.h"
+#include "registers/conversions.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t interruptStatus1 = 0x41;
+constexpr std::uint8_t interruptStatus2 = 0x42;
+constexpr std::uint8_t dutyRegister = 0x30;  // PWM1; PWM2 and PWM3 follow
+constexpr std::uint8_t thermTimer = 0x79;
+
+constexpr std::size_t vccpSlot = 2;
+constexpr std::size_t senseSlot = 4;  // the 2.5V input
+
+constexpr std::size_t fanTraces = 3;
+constexpr std::size_t voltageTraces = 9;
+
+constexpr std::int16_t wrapOfThree = 99;
+constexpr std::int16_t wrapOfFourAndFive = 100;
+
+/// One member's Tmin and operating-point registers, which belong to different zones.
+struct TminOpPointRow {
+  std::uint8_t TminRegister;
+  std::size_t TminZone;
+  std::uint8_t OpPointRegister;
+  std::size_t OpPointZone;
+};
+constexpr std::array<TminOpPointRow, 3> tminOpPointRows{{{0x68, 0, 0x33, 1}, {0x67, 1, 0x34, 0}, {0x69, 2, 0x35, 2}}};
+
+/// Advances a counter and returns the member it stands for.
+std::size_t Next(std::int16_t& counter, std::int16_t wrap, int members) {
+  if (++counter == wrap) counter = 0;
+  return static_cast<std::size_t>(counter % members);
+}
+
+std::int16_t Signed(std::uint8_t byte) {
+  return static_cast<std::int16_t>(byte < 128 ? byte : byte - 256);
+}
+
+}  // namespace
+
+ReadingCycle::ReadingCycle(Link& link, ReadingCycleState state)
+    : link_(link), state_(state), start_(link.ElapsedSeconds()) {}
+
+void ReadingCycle::Tick() {
+  Row row;
+  row.fill(std::numeric_limits<float>::quiet_NaN());
+  const auto append = [&] {
+    constexpr double microseconds = 1e6;
+    state_.History.Append(std::llround((link_.ElapsedSeconds() - start_) * microseconds), row);
+  };
+  ThermCaption.clear();
+  try {
+    Steps(row);
+  } catch (...) {
+    append();
+    throw;
+  }
+  append();
+}
+
+void ReadingCycle::Steps(Row& row) {
+  TemperatureStep(row);
+  TachStep(row);
+  VoltageStep(row);
+  AlarmStep();
+  DutyStep();
+  HysteresisStep();
+  TminOpPointStep();
+  ThermStep(row);
+}
+
+void ReadingCycle::TemperatureStep(Row& row) {
+  const std::size_t channel = Next(Counters.Temperature, wrapOfThree, 3);
+  const float fraction = TempFraction(link_, static_cast<int>(channel)).Value;
+  const std::uint8_t byte = ReadByte(link_, tempChannels[channel].ValueRegister);
+  Measurements& measured = state_.Measured;
+  measured.Temperatures[channel] = TempFromByte(byte, fraction);
+  std::ranges::copy(measured.Temperatures, row.begin());
+  row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
+}
+
+void ReadingCycle::TachStep(Row& row) {
+  const std::size_t fan = Next(Counters.Tach, wrapOfFourAndFive, 4);
+  const auto lowRegister = static_cast<std::uint8_t>(0x28 + 2 * fan);
+  const int low = ReadByte(link_, lowRegister);
+  const int high = ReadByte(link_, static_cast<std::uint8_t>(lowRegister + 1));
+  Measurements& measured = state_.Measured;
+  measured.FanSpeeds[fan] = TachToRPM(static_cast<float>(high * 256 + low)) * state_.Fans.PulseCorrection(fan);
+  std::ranges::copy(measured.FanSpeeds, row.begin() + fanTraces);
+}
+
+void ReadingCycle::VoltageStep(Row& row) {
+  const std::size_t slot = Next(Counters.Voltage, wrapOfFourAndFive, 5);
+  const int extension = VoltageExtension(link_, static_cast<int>(slot));
+  const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
+  Measurements& measured = state_.Measured;
+  measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
+  std::ranges::copy(measured.Voltages, row.begin() + voltageTraces);
+}
+
+void ReadingCycle::AlarmStep() {
+  const std::uint8_t status1 = ReadByte(link_, interruptStatus1);
+  const std::uint8_t status2 = ReadByte(link_, interruptStatus2);
+  ApplyAlarms(status1, status2, Alarms);
+}
+
+void ReadingCycle::DutyStep() {
+  const std::size_t output = Next(Counters.Duty, wrapOfThree, 3);
+  const std::uint8_t duty = ReadByte(link_, static_cast<std::uint8_t>(dutyRegister + output));
+  state_.Measured.DutyTexts[output] = DutyText(DutyToPercent(duty));
+}
+
+void ReadingCycle::HysteresisStep() {
+  const std::size_t zone = Next(Counters.Hysteresis, wrapOfThree, 3);
+  state_.Measured.ZoneHysteresis[zone] = HysteresisOf(link_, static_cast<int>(zone));
+}
+
+void ReadingCycle::TminOpPointStep() {
+  const TminOpPointRow& row = tminOpPointRows[Next(Counters.TminOpPoint, wrapOfThree, 3)];
+  const std::uint8_t tmin = ReadByte(link_, row.TminRegister);
+  const std::uint8_t opPoint = ReadByte(link_, row.OpPointRegister);
+  state_.Zones.ZoneTmin[row.TminZone] = Signed(tmin);
+  state_.Zones.ZoneOpPoint[row.OpPointZone] = Signed(opPoint);
+}
+
+void ReadingCycle::ThermStep(Row& row) {
+  Measurements& measured = state_.Measured;
+  const double period = std::max(0.0, ThermPeriod);
+  if (link_.ElapsedSeconds() - ThermReadStart < period) {
+    row[thermTrace] = measured.ThermPercent;
+    return;
+  }
+  const std::uint8_t count = ReadByte(link_, thermTimer);
+  measured.ThermPercent = ThermShare(count, static_cast<float>(period)).value_or(measured.ThermPercent);
+  row[thermTrace] = measured.ThermPercent;
+  measured.ThermReading = state_.Log.ThermLogMode == 2 ? ThermTime(count) : static_cast<float>(count);
+  ThermReadStart = link_.ElapsedSeconds();
+  state_.Pins.ThermRefresh();
+  if (state_.Pins.ThermPinMode != 0) ThermCaption = ThermText(measured.ThermPercent);
+}
+
+}  // namespace krx

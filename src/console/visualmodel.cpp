@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/visualmodel.h"
+
+#include <algorithm>
+
+#include "console/easysetup.h"
+#include "console/workbench.h"
+#include "link/registeraccess.h"
+#include "registers/conversions.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t configuration1 = 0x40;
+constexpr std::uint8_t startBit = 0x01;
+
+constexpr std::size_t fan4Channel = 6;
+constexpr std::size_t fiveVoltChannel = 7;
+
+constexpr GaugeScale firstStrip2Range{-20, 120};
+
+constexpr std::int16_t thermOn5v = 1;
+constexpr std::int16_t thermOnTach4 = 2;
+constexpr std::int16_t alertOn25v = 2;
+
+constexpr double dutyCountsPerPercent = 2.55;
+constexpr std::int16_t boardMedium = 1;
+constexpr std::int16_t smbusMedium = 0;
+
+/// The slider's captions and the duty registers they stand for; the place is the output's index.
+struct SliderOutput {
+  std::string_view Caption;
+  std::uint8_t Register;
+};
+constexpr std::array<SliderOutput, 3> sliderOutputs{{{"Fan1", 0x30}, {"Fan2", 0x31}, {"Fan3", 0x32}}};
+
+/// The output (1..3) that drives each fan: fans 3 and 4 share the third.
+constexpr std::array<std::int16_t, 4> fanOutputs{1, 2, 3, 3};
+
+}  // namespace
+
+VisualModel::VisualModel(Workbench& bench, MainTimers& timers) : bench_(bench), timers_(timers) {
+  state_.ChannelShown.fill(true);
+  state_.TraceShown.fill(true);
+  std::ranges::copy(traceNames, state_.TraceNames.begin());
+  state_.Gauge.SetScale(temperatureScale.Minimum, temperatureScale.Maximum);
+  Relabel();
+  ShowPwmPanel();
+  ShowReadings();
+}
+
+void VisualModel::EnterVisualDisplay() {
+  timers_.StopContinuousReading();
+  LabelByPowerMode();
+  bench_.Pins.ThermRefresh();
+  LabelByThermPin();
+  bench_.Pins.AlertRefresh();
+  LabelByAlertPin();
+  ShowPwmPanel();
+  bench_.Cycle.DutyStep();
+  ShowDuty();
+  if (!visited_) {
+    visited_ = true;
+    bench_.History.Clear();
+    state_.Strip2Range = firstStrip2Range;
+    bench_.Display.SelectedChannel = 0;
+    state_.Marks.fill(CaptionMark::Plain);
+    state_.Marks[0] = CaptionMark::FirstShown;
+  }
+  ShowReadout();
+  if (bench_.Log.TimerStateAtLogStart) return;
+  if (bench_.Display.EasySetupUsed || (ReadByte(bench_.ChipLink, configuration1) & startBit) != 0) {
+    timers_.StartVisualTimer();
+  }
+}
+
+void VisualModel::EnterReadWrite() {
+  timers_.StopVisualTimer();
+  timers_.StopContinuousReading();
+}
+
+void VisualModel::Tick() {
+  try {
+    bench_.Cycle.Tick();
+  } catch (...) {
+    ShowReadings();
+    throw;
+  }
+  ShowReadings();
+  if (!bench_.Cycle.ThermCaption.empty()) state_.Strip2Caption = bench_.Cycle.ThermCaption;
+}
+
+void VisualModel::SelectChannel(std::size_t channel) {
+  const Channel& row = channels.at(channel);
+  bench_.Display.SelectedChannel = static_cast<std::int16_t>(channel);
+  state_.Marks.fill(CaptionMark::Plain);
+  state_.Marks[channel] = CaptionMark::Selected;
+  PlaceLimits(bench_.ChipLink, channel, Limits(), state_.Gauge);
+  ShowReadout();
+  state_.ShownStrip = ChannelChart(channel, bench_.Power.PowerMode);
+  if (row.Kind == ChannelKind::Fan) {
+    bench_.Display.SelectedPwm = fanOutputs.at(row.Slot);
+    ShowPwmPanel();
+    const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
+    const std::uint8_t duty = ReadByte(bench_.ChipLink, sliderOutputs.at(output).Register);
+    if (state_.SliderShown) ShowSlider(duty);
+  }
+  timers_.StartVisualTimer();
+}
+
+void VisualModel::EasySetup() {
+  WriteEasySetup(bench_.ChipLink);
+  bench_.Pins.ThermRefresh();
+  bench_.Pins.AlertRefresh();
+  timers_.StartVisualTimer();
+  bench_.Display.EasySetupUsed = true;
+  SelectChannel(0);
+}
+
+void VisualModel::SliderPressed() {
+  sliderPressed_ = true;
+  timers_.StopVisualTimer();
+}
+
+void VisualModel::SliderMoving(int value) {
+  ShowSlider(value);
+  if (bench_.ChipLink.EvalBoardMedium == boardMedium) WriteSlider(value);
+}
+
+void VisualModel::SliderReleased() {
+  sliderPressed_ = false;
+  timers_.StartVisualTimer();
+}
+
+void VisualModel::SliderReleasedAfterMove(int value) {
+  ShowSlider(value);
+  if (bench_.ChipLink.EvalBoardMedium == smbusMedium) WriteSlider(value);
+}
+
+void VisualModel::WriteSlider(int value) {
+  const auto output = std::ranges::find(sliderOutputs, state_.SliderCaption, &SliderOutput::Caption);
+  if (output == sliderOutputs.end()) return;
+  bench_.Measured.DutyTexts.at(static_cast<std::size_t>(output - sliderOutputs.begin())) = state_.DutyCycleText;
+  WriteByte(bench_.ChipLink, output->Register, value);
+}
+
+void VisualModel::MarkerMoving(Marker marker, double value) {
+  MoveMarker(marker, value);
+  if (bench_.ChipLink.EvalBoardMedium == boardMedium) WriteMarkers(marker);
+}
+
+void VisualModel::MarkerReleased(Marker marker, double value) {
+  MoveMarker(marker, value);
+  if (bench_.ChipLink.EvalBoardMedium == smbusMedium) WriteMarkers(marker);
+}
+
+void VisualModel::MoveMarker(Marker marker, double value) {
+  // A value that it has already leaves the marker unmoved, with the bytes it was placed from.
+  if (value != state_.Gauge.ValueOf(marker)) state_.Gauge.Move(marker, value);
+}
+
+void VisualModel::WriteMarkers(Marker dragged) {
+  if (!state_.Gauge.IsDraggable(dragged)) return;
+  WriteLimits(bench_.ChipLink, static_cast<std::size_t>(bench_.Display.SelectedChannel), Limits(), state_.Gauge);
+}
+
+StepProblems VisualModel::ReReadChip() {
+  const bool powerMode = bench_.Power.PowerMode;
+  StepProblems problems = krx::ReReadChip(bench_);
+  if (bench_.Power.PowerMode != powerMode && bench_.Display.SelectedChannel == currentChannel) {
+    // Its markers stand for the other unit; the next selection places them anew.
+    const GaugeScale scale = ChannelScale(currentChannel, bench_.Power.PowerMode);
+    state_.Gauge.SetScale(scale.Minimum, scale.Maximum);
+    state_.ShownStrip = ChannelChart(currentChannel, bench_.Power.PowerMode);
+  }
+  Relabel();
+  ShowPwmPanel();
+  ShowReadings();
+  return problems;
+}
+
+void VisualModel::Relabel() {
+  LabelByPowerMode();
+  LabelByThermPin();
+  LabelByAlertPin();
+}
+
+void VisualModel::LabelByPowerMode() {
+  const bool powerMode = bench_.Power.PowerMode;
+  state_.Strip2Caption = powerMode ? "Proc Power (W)" : "";
+  state_.Strip3Caption = powerMode ? "" : "2.5V";
+  // Without a current input the power is a number without meaning.
+  state_.TraceShown[powerTrace] = powerMode;
+  for (std::size_t channel = 0; channel < channelCount; ++channel) {
+    state_.Captions[channel] = ChannelCaption(channel, bench_.Fans, powerMode);
+  }
+}
+
+void VisualModel::LabelByThermPin() {
+  const std::int16_t mode = bench_.Pins.ThermPinMode;
+  state_.ChannelShown[fan4Channel] = mode != thermOnTach4;
+  state_.TraceShown[channels[fan4Channel].Trace] = mode != thermOnTach4;
+  state_.ChannelShown[fiveVoltChannel] = mode != thermOn5v;
+  state_.TraceShown[thermTrace] = mode != 0;
+  state_.Strip2Caption = mode != 0 ? "THERM %" : "";
+}
+
+void VisualModel::LabelByAlertPin() {
+  const bool measured = bench_.Pins.Alert25vMode != alertOn25v;
+  state_.ChannelShown[currentChannel] = measured;
+  state_.TraceShown[channels[currentChannel].Trace] = measured;
+}
+
+void VisualModel::ShowPwmPanel() {
+  const std::int16_t output = bench_.Display.SelectedPwm;
+  const auto index = static_cast<std::size_t>(output - 1);
+  state_.SliderShown = bench_.Display.PwmManual.at(index);
+  state_.PanelCaption = "Fan" + std::to_string(output) + " PWM";
+  state_.SliderCaption = sliderOutputs.at(index).Caption;
+}
+
+void VisualModel::ShowReadings() {
+  ShowReadout();
+  ShowDuty();
+  ShowZones();
+  state_.Alarms = bench_.Cycle.Alarms;
+}
+
+void VisualModel::ShowReadout() {
+  const auto channel = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  state_.Gauge.SetValue(ChannelValue(channel, bench_.Measured, bench_.Power));
+  state_.Readout = ReadoutText(channel, bench_.Measured, bench_.Power);
+}
+
+void VisualModel::ShowDuty() {
+  const std::string& text = bench_.Measured.DutyTexts.at(static_cast<std::size_t>(bench_.Display.SelectedPwm - 1));
+  if (text.empty()) return;  // not read yet
+  state_.PwmText = text;
+  if (sliderPressed_) return;  // it is the user's
+  state_.DutyCycleText = text;
+  state_.SliderValue = CInt(Val(text) * dutyCountsPerPercent);
+}
+
+void VisualModel::ShowSlider(int value) {
+  state_.SliderValue = value;
+  state_.DutyCycleText = DutyText(DutyToPercent(static_cast<std::uint8_t>(value)));
+}
+
+void VisualModel::ShowZones() {
+  const ZoneState& zones = bench_.Zones;
+  for (std::size_t zone = 0; zone < zones.ZoneTmin.size(); ++zone) {
+    const bool enabled = zones.ZoneOpEnable[zone];
+    state_.TminTexts[zone] = enabled ? std::to_string(zones.ZoneTmin[zone]) : "Disabled";
+    state_.OpPointTexts[zone] = enabled ? std::to_string(zones.ZoneOpPoint[zone]) : "Disabled";
+  }
+}
+
+LimitContext VisualModel::Limits() const {
+  return {bench_.Fans, bench_.Power, bench_.Measured};
+}
+
+}  // namespace krx
