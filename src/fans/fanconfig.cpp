@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fans/fanconfig.h"
+
+#include <cmath>
+#include <span>
+
+#include "board/boardsync.h"
+#include "fans/fantables.h"
+#include "link/commserror.h"
+#include "link/registeraccess.h"
+#include "registers/conversions.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t acoustics1 = 0x62;
+constexpr std::uint8_t acoustics2 = 0x63;
+constexpr std::uint8_t configuration2 = 0x73;
+constexpr std::uint8_t fanPulses = 0x7B;
+
+constexpr std::uint8_t behaviourMask = 0xE0;
+constexpr int behaviourShift = 5;
+constexpr std::uint8_t polarityMask = 0x10;
+constexpr std::uint8_t spinUpMask = 0x07;
+constexpr std::uint8_t frequencyMask = 0x07;
+
+/// Where an output's fields lie.
+struct OutputRegisters {
+  std::uint8_t Configuration;
+  std::uint8_t Frequency;
+  std::uint8_t MinimumDuty;
+  std::uint8_t Acoustics;  ///< holds enable and ramp rate
+  std::uint8_t EnableMask;
+  int RampShift;
+  std::uint8_t HysteresisMask;  ///< in 0x62 for all three
+};
+constexpr std::array<OutputRegisters, pwmCount> outputs{{
+    {0x5C, 0x5F, 0x64, acoustics1, 0x08, 0, 0x20},
+    {0x5D, 0x60, 0x65, acoustics2, 0x80, 4, 0x40},
+    {0x5E, 0x61, 0x66, acoustics2, 0x08, 0, 0x80},
+}};
+constexpr std::uint8_t rampField = 0x07;
+
+constexpr std::uint8_t TachMinimumLow(std::size_t t) {
+  return static_cast<std::uint8_t>(0x54 + 2 * t);
+}
+constexpr std::uint8_t TachMinimumHigh(std::size_t t) {
+  return static_cast<std::uint8_t>(0x55 + 2 * t);
+}
+
+std::uint8_t Shifted(std::uint8_t field, std::size_t by) {
+  return static_cast<std::uint8_t>(field << by);
+}
+std::uint8_t AllBits(bool set) {
+  return set ? 0xFF : 0x00;
+}
+
+std::string Item(std::span<const std::string_view> items, int code) {
+  return std::string(items[static_cast<std::size_t>(code)]);
+}
+
+/// 1 to 4; nothing when the text is none of the items.
+std::optional<int> Pulses(const std::string& text) {
+  const auto code = CodeOf(text, pulseItems);
+  if (!code) return std::nullopt;
+  return *code + 1;
+}
+
+/// A limit that is no number means no limit, like 0.
+float LimitRpm(const std::string& text) {
+  return IsNumber(text) ? static_cast<float>(Val(text)) : 0.0F;
+}
+
+}  // namespace
+
+std::optional<std::uint8_t> MinimumDutyByte(double percent) {
+  if (!(percent >= 0 && percent <= 100)) return std::nullopt;
+  // 255/100 and not 2.55, which has no exact value: 50 % would fall below its half and come back as 127.
+  return static_cast<std::uint8_t>(CInt(percent * 255 / 100));
+}
+
+FanConfig::FanConfig(Link& link, Board& board, FanCommon& fans, std::array<std::uint8_t, 3>& behaviourCodes)
+    : link_(link), board_(board), fans_(fans), behaviourCodes_(behaviourCodes) {}
+
+void FanConfig::LoadFanSettings(std::size_t index, FanFields& fields) {
+  if (index < pwmCount) LoadOutput(index, fields);
+  if (index < fanCount) LoadTach(index, fields);
+}
+
+void FanConfig::LoadOutput(std::size_t k, FanFields& fields) {
+  const OutputRegisters& output = outputs.at(k);
+  const std::uint8_t configuration = ReadByte(link_, output.Configuration);
+  fields.Behaviour = Item(behaviourItems, configuration >> behaviourShift);
+  fields.ActiveHigh = (configuration & polarityMask) != 0;
+  fields.SpinUp = Item(spinUpItems, configuration & spinUpMask);
+  fields.MinimumDuty = std::to_string(CInt(ReadByte(link_, output.MinimumDuty) * 100.0 / 255));
+  fields.HysteresisOn = (ReadByte(link_, acoustics1) & output.HysteresisMask) == 0;
+  fields.Frequency = Item(frequencyItems, ReadByte(link_, output.Frequency) & frequencyMask);
+  fields.EnhancedAcoustics = (ReadByte(link_, output.Acoustics) & output.EnableMask) != 0;
+  fields.RampRate = Item(rampRateItems, ReadByte(link_, output.Acoustics) >> output.RampShift & rampField);
+}
+
+void FanConfig::LoadTach(std::size_t t, FanFields& fields) {
+  const int high = ReadByte(link_, TachMinimumHigh(t));
+  const int count = high * 256 + ReadByte(link_, TachMinimumLow(t));
+  fields.TachLimit = std::to_string(CInt(TachToRPM(static_cast<float>(count)) * fans_.PulseCorrection(t)));
+  fields.TwoWire = (ReadByte(link_, configuration2) >> t & 1) != 0;
+  fields.ProgrammedPulses = Item(pulseItems, ReadByte(link_, fanPulses) >> (2 * t) & 3);
+  fields.ActualPulses = std::to_string(CInt(fans_.ActualPulses.at(t)));
+  fields.FanType = TypeOfLabel(fans_.FanLabel.at(t));
+}
+
+std::optional<FanRefusal> FanConfig::Check(const AllFanFields& fields) const {
+  for (std::size_t k = 0; k < pwmCount; ++k) {
+    if (Pending(FanSetting::MinimumDuty, k) && !MinimumDutyByte(Val(fields.at(k).MinimumDuty))) {
+      return FanRefusal{"Invalid Min PWM Value", FanSetting::MinimumDuty, k};
+    }
+  }
+  for (std::size_t t = 0; t < fanCount; ++t) {
+    if (!Pending(FanSetting::TachLimit, t)) continue;
+    // The limit is converted after the programmed pulses have been written.
+    float programmed = fans_.ProgrammedPulses.at(t);
+    if (Pending(FanSetting::ProgrammedPulses, t)) {
+      programmed = static_cast<float>(Pulses(fields.at(t).ProgrammedPulses).value_or(CInt(programmed)));
+    }
+    try {
+      TachLimitCount(LimitRpm(fields.at(t).TachLimit), programmed / fans_.ActualPulses.at(t));
+    } catch (const CommsError&) {
+      return FanRefusal{"Invalid Tach Limit", FanSetting::TachLimit, t};
+    }
+  }
+  return std::nullopt;
+}
+
+void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
+  const auto forOutputs = [&](FanSetting setting, auto apply) {
+    for (std::size_t k = 0; k < pwmCount; ++k) {
+      if (Pending(setting, k)) apply(outputs.at(k), fields.at(k), k);
+    }
+  };
+  const auto forTachs = [&](FanSetting setting, auto apply) {
+    for (std::size_t t = 0; t < fanCount; ++t) {
+      if (Pending(setting, t)) apply(fields.at(t), t);
+    }
+  };
+  // Every step reads its register afresh, so that steps which share one do not undo each other.
+  forOutputs(FanSetting::Behaviour,
+             [&](const OutputRegisters&, const FanFields& fan, std::size_t k) { ApplyBehaviour(k, fan); });
+  forOutputs(FanSetting::Frequency, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    if (const auto code = CodeOf(fan.Frequency, frequencyItems)) {
+      UpdateBits(link_, output.Frequency, frequencyMask, *code);
+    }
+  });
+  forOutputs(FanSetting::SpinUp, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    if (const auto code = CodeOf(fan.SpinUp, spinUpItems)) UpdateBits(link_, output.Configuration, spinUpMask, *code);
+  });
+  forOutputs(FanSetting::MinimumDuty, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    if (const auto byte = MinimumDutyByte(Val(fan.MinimumDuty))) WriteByte(link_, output.MinimumDuty, *byte);
+  });
+  forTachs(FanSetting::ProgrammedPulses, [&](const FanFields& fan, std::size_t t) { ApplyPulses(t, fan); });
+  forOutputs(FanSetting::Hysteresis, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, acoustics1, output.HysteresisMask, AllBits(!fan.HysteresisOn));
+  });
+  forOutputs(FanSetting::Polarity, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, output.Configuration, polarityMask, AllBits(fan.ActiveHigh));
+  });
+  forTachs(FanSetting::TachSource, [&](const FanFields& fan, std::size_t t) { ApplyTachSource(t, fan); });
+  forTachs(FanSetting::TachLimit, [&](const FanFields& fan, std::size_t t) { ApplyTachLimit(t, fan); });
+  forOutputs(FanSetting::Acoustics, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, output.Acoustics, output.EnableMask, AllBits(fan.EnhancedAcoustics));
+  });
+  forOutputs(FanSetting::RampRate, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+    const auto shift = static_cast<std::size_t>(output.RampShift);
+    if (const auto code = RampRateCode(fan.RampRate)) {
+      UpdateBits(link_, output.Acoustics, Shifted(rampField, shift), Shifted(*code, shift));
+    }
+  });
+  forTachs(FanSetting::ActualPulses, [&](const FanFields& fan, std::size_t t) {
+    if (const auto pulses = Pulses(fan.ActualPulses)) fans_.ActualPulses.at(t) = static_cast<float>(*pulses);
+  });
+  forTachs(FanSetting::FanType, [&](const FanFields& fan, std::size_t t) {
+    if (const auto label = LabelOfType(fan.FanType)) fans_.FanLabel.at(t) = *label;
+  });
+}
+
+void FanConfig::ApplyBehaviour(std::size_t k, const FanFields& fields) {
+  const auto code = CodeOf(fields.Behaviour, behaviourItems);
+  if (!code) return;
+  UpdateBits(link_, outputs.at(k).Configuration, behaviourMask, Shifted(*code, behaviourShift));
+  behaviourCodes_.at(k) = *code;
+}
+
+void FanConfig::ApplyPulses(std::size_t t, const FanFields& fields) {
+  const auto pulses = Pulses(fields.ProgrammedPulses);
+  if (!pulses) return;
+  UpdateBits(link_, fanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
+  fans_.ProgrammedPulses.at(t) = static_cast<float>(*pulses);
+}
+
+void FanConfig::ApplyTachSource(std::size_t t, const FanFields& fields) {
+  UpdateBits(link_, configuration2, Shifted(1, t), AllBits(fields.TwoWire));
+  RouteTach(board_, static_cast<int>(t), fields.TwoWire);
+}
+
+void FanConfig::ApplyTachLimit(std::size_t t, const FanFields& fields) {
+  const int count = TachLimitCount(LimitRpm(fields.TachLimit), fans_.PulseCorrection(t));
+  // High byte first here; a dragged limit marker writes the low byte first.
+  WriteByte(link_, TachMinimumHigh(t), count >> 8);
+  WriteByte(link_, TachMinimumLow(t), count & 0xFF);
+}
+
+}  // namespace krx

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace krx {
+
+// The item texts of the fan settings. Except for the behaviours' list, an item's place is its code.
+
+inline constexpr std::array<std::string_view, 8> behaviourItems{
+    "Remote1 Control", "Local Control",         "Remote2 Control",      "Always On",
+    "Always Off",      "Fastest of Remote 1,2", "Fastest of all Temps", "Manual Control"};
+/// The order in which the fan dialog lists the behaviours.
+inline constexpr std::array<std::string_view, 8> behaviourList{"Always On",
+                                                               "Always Off",
+                                                               "Remote1 Control",
+                                                               "Remote2 Control",
+                                                               "Local Control",
+                                                               "Fastest of Remote 1,2",
+                                                               "Fastest of all Temps",
+                                                               "Manual Control"};
+inline constexpr std::uint8_t manualBehaviour = 7;
+
+inline constexpr std::array<std::string_view, 8> spinUpItems{"None",   "100 ms", "250 ms", "400 ms",
+                                                             "667 ms", "1 sec",  "2 sec",  "4 sec"};
+inline constexpr std::array<std::string_view, 8> frequencyItems{"11 Hz",   "14.7 Hz", "22.1 Hz", "29.4 Hz",
+                                                                "35.3 Hz", "44.1 Hz", "58.8 Hz", "88.2 Hz"};
+inline constexpr std::array<std::string_view, 16> rangeItems{"2°C",  "2.5°C", "3.3°C",  "4°C",  "5°C",  "6.7°C",
+                                                             "8°C",  "10°C",  "13.3°C", "16°C", "20°C", "26.7°C",
+                                                             "32°C", "40°C",  "53.3°C", "80°C"};
+inline constexpr std::array<std::string_view, 8> rampRateItems{"1", "2", "3", "5", "8", "12", "24", "48"};
+inline constexpr std::array<std::string_view, 4> pulseItems{"1", "2", "3", "4"};
+
+/// A fan type of the dialog and the short label that the main window shows for it.
+struct FanType {
+  std::string_view Item;
+  std::string_view Label;
+};
+inline constexpr std::array<FanType, 5> fanTypes{{
+    {"CPU", "CPU Fan"},
+    {"Front Chassis", "Fr. Chas."},
+    {"Rear Chassis", "Rr. Chas."},
+    {"Internal Circ.", "Int. Circ."},
+    {"Not Used", "Unused"},
+}};
+
+/// The place of the item with this text, leading and trailing blanks ignored; nothing when there is none.
+std::optional<std::uint8_t> CodeOf(std::string_view text, std::span<const std::string_view> items);
+
+/// The ramp-rate code whose number the text begins with.
+std::optional<std::uint8_t> RampRateCode(std::string_view text);
+
+/// The short label of a dialog item; nothing for any other text.
+std::optional<std::string_view> LabelOfType(std::string_view item);
+/// The dialog item of a short label, or the label itself when it is none of the five.
+std::string_view TypeOfLabel(std::string_view label);
+
+}  // namespace krx
