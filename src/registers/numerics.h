@@ -27,8 +27,8 @@ double Floor(double value);
 double Round(double value, int decimals);
 
 /// The shortest decimal text that reads back as the same single or double, without a digit before the point for
-/// magnitudes below 1: "159.32", ".84", "-.9", "0". Magnitudes from 1e-15 to below 1e15 have no exponent, others have
-/// one ("1e+20"); infinities and NaN give "inf" and "nan".
+/// magnitudes below 1: "159.32", ".84", "-.9", "0". Magnitudes from 1e-15 to below 1e15 never have an exponent, others
+/// where it is shorter ("1e+20"); infinities and NaN give "inf" and "nan".
 std::string ShortestText(float value);
 std::string ShortestText(double value);
 

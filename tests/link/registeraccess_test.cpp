@@ -3,22 +3,25 @@
 
 #include <gtest/gtest.h>
 
-#include "link/commserror.h"
+#include "support/fakecomms.h"
 
 namespace krx {
 namespace {
 
-class NoModule : public EventPump {
- public:
-  void Pump(double, PumpMode) override { FAIL() << "no wait before an overflow"; }
-};
-
 TEST(RegisterAccess, AValueOutsideAByteOverflowsBeforeAnyWaitOrTraffic) {
-  SystemClock clock;
-  NoModule pump;
-  CommsRoot root([]() -> std::unique_ptr<CommsModule> { throw CommsError(1, "traffic"); });
-  Link link(root, clock, pump);
-  for (const int value : {-1, 256, 65536, -65536}) EXPECT_THROW(WriteByte(link, 0x30, value), Overflow) << value;
+  FakeBench bench;
+  bench.Link.CommsMedium = 0;
+  for (const int value : {-1, 256, 65536, -65536}) EXPECT_THROW(WriteByte(bench.Link, 0x30, value), Overflow) << value;
+  EXPECT_TRUE(bench.Bus.Diary.empty());
+}
+
+TEST(RegisterAccess, UpdateBitsReadsOnceWritesOnceAndKeepsTheNeighbours) {
+  FakeBench bench;
+  bench.Bus.Registers[0x5C] = 0xA5;
+  UpdateBits(bench.Link, 0x5C, 0x1E, 0xFF);
+  UpdateBits(bench.Link, 0x5C, 0xE0, 0x00);
+  EXPECT_EQ(bench.Bus.Diary, (std::vector<std::string>{"port read 5A 5C", "port write 5A 5C BF", "port read 5A 5C",
+                                                       "port write 5A 5C 1F"}));
 }
 
 }  // namespace

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linknewcomport06.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "link/registeraccess.h"
+#include "support/fakecomms.h"
+
+namespace krx {
+namespace {
+
+using Diary = std::vector<std::string>;
+
+/// A chip on each medium: the printer port (1) takes 8-bit addresses, the SMBus 7-bit ones.
+void Select(Link& link, int medium) {
+  link.CommsMedium = static_cast<std::uint8_t>(medium);
+  link.ChipAddress = medium == 1 ? 0x5A : 0x2D;
+}
+
+int Waits(const Diary& diary) {
+  return static_cast<int>(std::ranges::count(diary, "wait, input held"));
+}
+
+TEST(Link, ThePrinterPortTransfersAtOnceAndEveryOtherMediumIsTheSmbusAfterFiveMilliseconds) {
+  for (const int medium : {1, 0, 2, 255}) {
+    FakeBench bench;
+    Select(bench.Link, medium);
+    bench.Bus.Registers[0x3E] = 0xF1;
+    bench.Link.AddressPointer = 0x3E;
+    bench.Link.ReadRegister();
+    EXPECT_EQ(bench.Link.RegisterData, 0xF1) << "never negative";
+    bench.Link.AddressPointer = 0x30;
+    bench.Link.WriteData = 0xC0;
+    bench.Link.WriteRegister();
+    if (medium == 1) {
+      EXPECT_EQ(bench.Bus.Diary, (Diary{"port read 5A 3E", "port write 5A 30 C0"}));
+      EXPECT_EQ(bench.Time.Now, 0) << "no look at the clock, so no wait";
+    } else {
+      const std::string wait = "wait, input held";
+      EXPECT_EQ(bench.Bus.Diary,
+                (Diary{wait, wait, wait, "smbus read 2D 3E", wait, wait, wait, "smbus write 2D 30 C0"}))
+          << "medium " << medium;
+      EXPECT_GE(bench.Time.Now, 10000);
+      EXPECT_LT(bench.Time.Now, 10300);
+    }
+    EXPECT_EQ(bench.Bus.LiveObjects, 0);
+  }
+}
+
+TEST(Link, AnOperandOutsideAByteOverflowsBeforeAnyWaitOrTraffic) {
+  for (const int medium : {0, 1}) {
+    for (std::int16_t LinkNewComPort06::*operand : {&Link::AddressPointer, &Link::ChipAddress, &Link::WriteData}) {
+      for (const std::int16_t value : {std::int16_t{-1}, std::int16_t{256}}) {
+        FakeBench bench;
+        Select(bench.Link, medium);
+        bench.Link.*operand = value;
+        EXPECT_THROW(bench.Link.WriteRegister(), Overflow);
+        if (operand != &Link::WriteData) {
+          EXPECT_THROW(bench.Link.ReadRegister(), Overflow);
+        }
+        EXPECT_EQ(bench.Bus.Diary, Diary{});
+        EXPECT_FALSE(bench.Link.TransferInProgress());
+      }
+    }
+  }
+  EXPECT_EQ(Overflow().BoxText(), "Error: 6, Overflow");
+}
+
+TEST(Link, AFailedTransferIsNotRepeatedReleasesEverythingAndKeepsTheLastReading) {
+  for (const int medium : {0, 1}) {
+    FakeBench bench;
+    Select(bench.Link, medium);
+    bench.Bus.Registers[0x26] = 44;
+    ReadByte(bench.Link, 0x26);
+    bench.Bus.Registers[0x26] = 55;
+    bench.Bus.Failing = true;
+    bench.Bus.Diary.clear();
+    EXPECT_THROW(bench.Link.ReadRegister(), NoAcknowledge);
+    EXPECT_THROW(WriteByte(bench.Link, 0x30, 9), NoAcknowledge);
+    EXPECT_EQ(bench.Link.RegisterData, 44);
+    EXPECT_EQ(bench.Link.AddressPointer, 0x30);
+    EXPECT_EQ(bench.Link.WriteData, 9);
+    EXPECT_EQ(bench.Bus.Diary.size() - static_cast<std::size_t>(Waits(bench.Bus.Diary)), 2U);
+    EXPECT_EQ(bench.Bus.LiveObjects, 0);
+    EXPECT_FALSE(bench.Link.TransferInProgress());
+    bench.Bus.Failing = false;
+    EXPECT_EQ(ReadByte(bench.Link, 0x26), 55) << "the next transfer works";
+  }
+}
+
+TEST(Link, AHandlerThatRunsDuringTheWaitChangesNeitherTheTransferNorItsOperands) {
+  FakeBench bench;
+  Select(bench.Link, 0);
+  bench.Bus.Registers[0x26] = 40;
+  bench.Bus.Registers[0x41] = 0xFF;
+  const auto handler = [&] {
+    EXPECT_TRUE(bench.Link.TransferInProgress());
+    UpdateBits(bench.Link, 0x41, 0x0F, 0x00);
+    bench.Link.ChipAddress = 0x2E;
+  };
+  bench.Pump.Handler = handler;
+  EXPECT_EQ(ReadByte(bench.Link, 0x26), 40);
+  EXPECT_EQ(bench.Link.AddressPointer, 0x26);
+  EXPECT_EQ(bench.Bus.Diary.back(), "smbus read 2D 26");
+  EXPECT_EQ(bench.Bus.Registers[0x41], 0xF0);
+
+  Select(bench.Link, 0);
+  bench.Pump.Handler = handler;
+  WriteByte(bench.Link, 0x30, 77);
+  EXPECT_EQ(bench.Bus.Diary.back(), "smbus write 2D 30 4D");
+  EXPECT_EQ(bench.Link.AddressPointer, 0x30);
+  EXPECT_EQ(bench.Link.WriteData, 77);
+
+  bench.Pump.Handler = [&] {
+    bench.Link.AddressPointer = 0x7F;
+    throw CommsError(1, "from a handler");
+  };
+  EXPECT_THROW(ReadByte(bench.Link, 0x26), CommsError);
+  EXPECT_EQ(bench.Link.AddressPointer, 0x26);
+  EXPECT_FALSE(bench.Link.TransferInProgress());
+}
+
+TEST(Link, TheRootObjectIsMadeOnFirstUseOnlyAndAFailureToMakeItIsTriedAgain) {
+  FakeBench bench;
+  int attempts = 0;
+  CommsRoot root([&]() -> std::unique_ptr<CommsModule> {
+    if (++attempts == 1) throw CommsError(429, "no library");
+    return std::make_unique<FakeComms>(bench.Bus);
+  });
+  Link link(root, bench.Time, bench.Pump);
+  EXPECT_EQ(attempts, 0);
+  EXPECT_THROW(ReadByte(link, 0x26), CommsError);
+  EXPECT_NO_THROW(ReadByte(link, 0x26));
+  EXPECT_NO_THROW(ReadByte(link, 0x26));
+  EXPECT_EQ(attempts, 2);
+}
+
+TEST(Delay, ReturnsAfterTheTimeAskedForAndLetsEventsRunMeanwhile) {
+  FakeBench bench;
+  const double start = bench.Link.ElapsedSeconds();
+  bench.Link.Delay(0.005);
+  const double waited = bench.Link.ElapsedSeconds() - start;
+  EXPECT_GE(waited, 0.005);
+  EXPECT_LT(waited, 0.0052);
+  EXPECT_EQ(bench.Bus.Diary, (Diary{"wait", "wait", "wait"})) << "outside a transfer nothing is held back";
+}
+
+TEST(Delay, ZeroAndNegativeTimesHandleNoEvent) {
+  FakeBench bench;
+  for (const double seconds : {0.0, -1.0, std::nan("")}) bench.Link.Delay(seconds);
+  EXPECT_EQ(bench.Bus.Diary, Diary{});
+}
+
+TEST(Delay, EndsByAnotherClockWhereThePlatformHasNoPerformanceCounter) {
+  FakeBench bench;
+  bench.Time.CountsPerSecond = 0;
+  bench.Link.Delay(0.005);
+  EXPECT_GE(bench.Time.Now, 5000);
+  EXPECT_LT(bench.Time.Now, 5300);
+  EXPECT_EQ(bench.Link.ElapsedSeconds(), 0.0);
+}
+
+}  // namespace
+}  // namespace krx
