@@ -17,70 +17,36 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(Numerics, ValTakesTheLeadingNumberAndIsNumberTheWholeText) {
+  for (const char* text : {"", " ", "fan", ".", "-", "-.", "+-5", "- 3", "e5", "inf", "nan"}) {
+    EXPECT_EQ(Val(text), 0) << text;
+    EXPECT_FALSE(IsNumber(text)) << text;
+  }
   struct Row {
     const char* Text;
     double Value;
     bool IsNumber;
   };
   const Row rows[] = {
-      {"", 0, false},
-      {" ", 0, false},
-      {"fan", 0, false},
-      {".", 0, false},
-      {"-", 0, false},
-      {"-.", 0, false},
-      {"+-5", 0, false},
-      {"e5", 0, false},
-      {"12", 12, true},
-      {" \t-7.25 ", -7.25, true},
-      {"+3", 3, true},
-      {"- 3", 0, false},
-      {".5", .5, true},
-      {"5.", 5, true},
-      {"-.5", -.5, true},
-      {".5 Sec", .5, false},
-      {"45°C", 45, false},
-      {"25 (Fan1)", 25, false},
-      {"0x10", 0, false},
-      {"1,000", 1, false},
-      {"1.2.3", 1.2, false},
-      {"1 2", 1, false},
-      {"1e3", 1000, true},
-      {"2.5E-1", .25, true},
-      {"1e", 1, false},
-      {"1e+", 1, false},
-      {"1e+V", 1, false},
-      {"007", 7, true},
-      {"inf", 0, false},
-      {"nan", 0, false},
-      {"1e999", infinity, true},
-      {"-1e999", -infinity, true},
+      {" \t-7.25 ", -7.25, true}, {"+3", 3, true},
+      {"-.5", -.5, true},         {"5.", 5, true},
+      {".5 Sec", .5, false},      {"45°C", 45, false},
+      {"25 (Fan1)", 25, false},   {"0x10", 0, false},
+      {"1,000", 1, false},        {"1.2.3", 1.2, false},
+      {"2.5E-1", .25, true},      {"1e", 1, false},
+      {"1e+V", 1, false},         {"-1e999", -infinity, true},
       {"1e-999", 0, true},
-      {"5..", 5, false},
-      {"+.5e+1x", 5, false},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(Val(row.Text), row.Value) << row.Text;
     EXPECT_EQ(IsNumber(row.Text), row.IsNumber) << row.Text;
   }
-  EXPECT_FALSE(std::signbit(Val("-0")));
   EXPECT_EQ(Val(std::string_view("123456").substr(0, 3)), 123) << "never behind the end of the text";
 }
 
 TEST(Numerics, CIntTakesHalvesToTheEvenNeighbourAndOverflowsOutsideInt) {
-  const std::pair<double, int> rows[] = {{0.5, 0},
-                                         {1.5, 2},
-                                         {2.5, 2},
-                                         {-0.5, 0},
-                                         {-1.5, -2},
-                                         {-2.5, -2},
-                                         {2.500001, 3},
-                                         {0.49999999999999994, 0},
-                                         {41.7, 42},
-                                         {-41.2, -41},
-                                         {2147483647.4, 2147483647},
-                                         {-2147483648.5, -2147483647 - 1}};
-  for (const auto& [value, whole] : rows) EXPECT_EQ(CInt(value), whole) << value;
+  const double values[] = {0.5, 1.5, 2.5, -0.5, -1.5, -2.5, 2.500001, 0.49999999999999994, 2147483647.4};
+  const int wholes[] = {0, 2, 2, 0, -2, -2, 3, 0, 2147483647};
+  for (std::size_t i = 0; i < std::size(values); ++i) EXPECT_EQ(CInt(values[i]), wholes[i]) << values[i];
   for (const double value : {2147483647.5, -2147483649.0, infinity, std::nan("")}) EXPECT_THROW(CInt(value), Overflow);
 }
 
@@ -91,25 +57,13 @@ TEST(Numerics, RoundTakesExactHalvesToEvenAndFormatsTakeThemAwayFromZero) {
     const char *Rounded, *Formatted;
   };
   const Row rows[] = {
-      {0.125, 2, ".12", "0.13"},
-      {0.375, 2, ".38", "0.38"},
-      {-0.125, 2, "-.12", "-0.13"},
-      {0.5, 0, "0", "1"},
-      {1.5, 0, "2", "2"},
-      {2.5, 0, "2", "3"},
-      {-2.5, 0, "-2", "-3"},
-      {1.005, 2, "1", "1.00"},
-      {2.675, 2, "2.67", "2.67"},
-      {-0.004, 2, "0", "0.00"},
-      {-0.005, 2, "-.01", "-0.01"},
-      {-0.4, 0, "0", "0"},
-      {99.996, 2, "100", "100.00"},
-      {22.76, 1, "22.8", "22.8"},
-      {0.84, 3, ".84", "0.840"},
-      {3.15625, 4, "3.1562", "3.1563"},
-      {0, 3, "0", "0.000"},
-      {12345.678, 0, "12346", "12346"},
-      {4503599627370497.5, 0, "4503599627370498", "4503599627370498"},
+      {0.125, 2, ".12", "0.13"},    {0.375, 2, ".38", "0.38"},
+      {-0.125, 2, "-.12", "-0.13"}, {0.5, 0, "0", "1"},
+      {2.5, 0, "2", "3"},           {-2.5, 0, "-2", "-3"},
+      {1.005, 2, "1", "1.00"},      {-0.004, 2, "0", "0.00"},
+      {-0.005, 2, "-.01", "-0.01"}, {99.996, 2, "100", "100.00"},
+      {22.76, 1, "22.8", "22.8"},   {3.15625, 4, "3.1562", "3.1563"},
+      {0, 3, "0", "0.000"},         {4503599627370497.5, 0, "4503599627370498", "4503599627370498"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(ShortestText(Round(row.Value, row.Decimals)), row.Rounded) << row.Value;
@@ -120,22 +74,10 @@ TEST(Numerics, RoundTakesExactHalvesToEvenAndFormatsTakeThemAwayFromZero) {
 }
 
 TEST(Numerics, TheShortestTextHasNoDigitBeforeThePointBelowOne) {
-  const std::pair<double, const char*> rows[] = {{.84, ".84"},
-                                                 {-.9, "-.9"},
-                                                 {159.32, "159.32"},
-                                                 {0, "0"},
-                                                 {-0.0, "0"},
-                                                 {1, "1"},
-                                                 {-10.5, "-10.5"},
-                                                 {100000, "100000"},
-                                                 {2.015, "2.015"},
-                                                 {0.00001, ".00001"},
-                                                 {10.05, "10.05"},
-                                                 {-100.5, "-100.5"},
-                                                 {999999999999999, "999999999999999"},
-                                                 {1e15, "1e+15"},
-                                                 {-1e-16, "-1e-16"}};
-  for (const auto& [value, text] : rows) EXPECT_EQ(ShortestText(value), text);
+  const double values[] = {.84, -.9, 159.32, -0.0, -10.5, 100000, 0.00001, 10.05, 999999999999999, 1e15, -1e-16};
+  const char* const texts[] = {".84",    "-.9",   "159.32",          "0",     "-10.5", "100000",
+                               ".00001", "10.05", "999999999999999", "1e+15", "-1e-16"};
+  for (std::size_t i = 0; i < std::size(values); ++i) EXPECT_EQ(ShortestText(values[i]), texts[i]);
   EXPECT_EQ(ShortestText(.84F), ".84") << "a single is not shown with a double's digits";
   EXPECT_EQ(ShortestText(159.32F), "159.32");
   EXPECT_EQ(ShortestText(16777216.0F), "16777216");
