@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fans/fandialogmodel.h"
+
+#include <utility>
+
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::array<FanSetting, 8> outputSettings{
+    FanSetting::Behaviour,  FanSetting::Polarity,  FanSetting::SpinUp,    FanSetting::MinimumDuty,
+    FanSetting::Hysteresis, FanSetting::Frequency, FanSetting::Acoustics, FanSetting::RampRate};
+// Not the fan type: loading sets its text, and only the choice of an item is an edit.
+constexpr std::array<FanSetting, 4> tachSettings{FanSetting::TachLimit, FanSetting::TachSource,
+                                                 FanSetting::ProgrammedPulses, FanSetting::ActualPulses};
+
+}  // namespace
+
+FanDialogModel::FanDialogModel(FanConfig& config, FanCommon& fans) : config_(config), fans_(fans) {}
+
+void FanDialogModel::Open() {
+  loaded_ = {};
+  Load(0);
+  ClearEdits();
+}
+
+void FanDialogModel::ShowTab(std::size_t fan) {
+  const bool pendingBefore = applyEnabled_;
+  if (!loaded_.at(fan)) Load(fan);
+  if (!pendingBefore) ClearEdits();
+}
+
+void FanDialogModel::Load(std::size_t fan) {
+  // Into a copy: a failing transfer must not leave half a fan that the next Apply would write.
+  FanFields fields;
+  config_.LoadFanSettings(fan, fields);
+  Fields.at(fan) = std::move(fields);
+  if (fan < pwmCount) {
+    for (const FanSetting setting : outputSettings) Edited(setting, fan);
+  }
+  for (const FanSetting setting : tachSettings) Edited(setting, fan);
+  loaded_.at(fan) = true;
+}
+
+void FanDialogModel::ClearEdits() {
+  applyEnabled_ = false;
+  fans_.PendingChange.Clear();
+}
+
+void FanDialogModel::Edited(FanSetting setting, std::size_t fan) {
+  applyEnabled_ = true;
+  fans_.PendingChange.Set(setting, fan);
+}
+
+const std::string& FanDialogModel::EditTachLimit(std::size_t fan, std::string text) {
+  std::string& limit = Fields.at(fan).TachLimit;
+  limit = IsNumber(text) ? std::move(text) : "0";
+  Edited(FanSetting::TachLimit, fan);
+  return limit;
+}
+
+std::optional<FanRefusal> FanDialogModel::Apply() {
+  if (auto refusal = config_.Check(Fields)) return refusal;
+  config_.ApplyFanSettings(Fields);
+  applyEnabled_ = false;
+  return std::nullopt;
+}
+
+}  // namespace krx

@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fans/minimumpwm.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "fans/fanconfig.h"
+#include "link/registeraccess.h"
+#include "registers/conversions.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::array<int, 8> testValues{15, 20, 25, 30, 35, 40, 45, 50};
+constexpr double pauseSeconds = 0.5;
+constexpr double settlingSeconds = 1;
+constexpr double readingSeconds = 1;
+constexpr double secondsPerValue = pauseSeconds + settlingSeconds + readingSeconds * steadyReadingCount;
+constexpr double valuesBarStep = 100.0 / 8;
+constexpr double readingsBarStep = 100.0 / 20;
+constexpr int failingMisses = 3;
+
+// A fan that this output does not drive would be waited for without end. Large fans coast for some ten seconds.
+constexpr double standstillLimitSeconds = 30;
+// The tachometer is counted anew four times a second at most; polling faster only loads the bus.
+constexpr double standstillPollSeconds = 0.02;
+
+constexpr std::uint8_t manualControl = 0xE0;
+constexpr std::uint8_t fullDuty = 0xFF;
+
+struct OutputRegisters {
+  std::uint8_t Configuration;
+  std::uint8_t Duty;
+  std::uint8_t TachLow;
+  std::uint8_t TachHigh;
+};
+constexpr std::array<OutputRegisters, 3> outputs{
+    {{0x5C, 0x30, 0x28, 0x29}, {0x5D, 0x31, 0x2A, 0x2B}, {0x5E, 0x32, 0x2C, 0x2D}}};
+
+/// A zone's temperature and its THERM limit, both signed whole degrees.
+struct ThermRegisters {
+  std::uint8_t Value;
+  std::uint8_t Limit;
+};
+constexpr std::array<ThermRegisters, 3> thermZones{{{0x26, 0x6B}, {0x25, 0x6A}, {0x27, 0x6C}}};
+
+/// Takes an output into manual control and puts its configuration back, whatever ends the run. An output that was in
+/// manual control before gets its duty back too, unless the run found a new one.
+class ManualControl {
+ public:
+  ManualControl(Link& link, const OutputRegisters& output)
+      : link_(link), output_(output), configuration_(ReadByte(link, output.Configuration)) {
+    if ((configuration_ & manualControl) == manualControl) duty_ = ReadByte(link, output.Duty);
+    restore_ = true;
+    try {
+      WriteByte(link, output.Configuration, configuration_ | manualControl);
+    } catch (...) {
+      // The destructor of an object that was never made does not run, and the write may have arrived.
+      RestoreQuietly();
+      throw;
+    }
+  }
+  ~ManualControl() { RestoreQuietly(); }
+  ManualControl(const ManualControl&) = delete;
+  ManualControl& operator=(const ManualControl&) = delete;
+
+  void KeepDuty() { duty_.reset(); }
+
+  /// Throws when a transfer fails; the destructor then tries once more.
+  void Restore() {
+    if (duty_) WriteByte(link_, output_.Duty, *duty_);
+    WriteByte(link_, output_.Configuration, configuration_);
+    restore_ = false;
+  }
+
+ private:
+  void RestoreQuietly() noexcept {
+    if (!restore_) return;
+    try {
+      if (duty_) WriteByte(link_, output_.Duty, *duty_);
+    } catch (...) {
+      // The configuration matters more; it gets its turn.
+    }
+    try {
+      WriteByte(link_, output_.Configuration, configuration_);
+    } catch (...) {
+      // The failure that ended the run is the one to report.
+    }
+    restore_ = false;
+  }
+
+  Link& link_;
+  const OutputRegisters& output_;
+  std::uint8_t configuration_;
+  std::optional<std::uint8_t> duty_;
+  bool restore_ = false;
+};
+
+std::string Rpm(float speed) {
+  return FormatFixed(speed, 0) + " RPM";
+}
+
+}  // namespace
+
+SteadyVerdict JudgeReadings(std::span<const std::uint16_t, steadyReadingCount> counts) {
+  const auto kept = counts.subspan<1>();
+  std::int64_t sum = 0;
+  for (const std::uint16_t count : kept) sum += count;
+  const auto number = static_cast<std::int64_t>(kept.size());
+  SteadyVerdict verdict;
+  verdict.Mean = static_cast<double>(sum) / static_cast<double>(number);
+  for (const std::uint16_t count : kept) {
+    // |count - mean| > 0.3 mean in whole numbers, so that a reading exactly on the limit is inside.
+    const bool outside = std::llabs(count * number - sum) * 10 > 3 * sum;
+    // A fan that never starts reads 65535 throughout, well inside the band of its own mean.
+    if (outside || count == standstillCount) ++verdict.Misses;
+  }
+  verdict.Passed = verdict.Misses < failingMisses;
+  return verdict;
+}
+
+MinimumPwm::MinimumPwm(Link& link, const FanCommon& fans, DetectionMonitor& monitor)
+    : link_(link), fans_(fans), monitor_(monitor) {}
+
+DetectionResult MinimumPwm::Min_PWM(std::size_t index) {
+  DetectionResult result;
+  progress_ = {};
+  progress_.SecondsLeft = secondsPerValue * static_cast<double>(testValues.size());
+  if (AtThermLimit()) {
+    result.End = DetectionEnd::TooHot;
+    result.Message = "Temperature Too High!\n\nA temperature zone is at its THERM limit; the fan is not stopped now.";
+    return result;
+  }
+  if (!IsPresent(index)) {
+    result.End = DetectionEnd::Absent;
+    result.Message = "Fan Not Present!";
+    return result;
+  }
+  ManualControl control(link_, outputs.at(index));
+  try {
+    RunValues(index, result);
+    control.KeepDuty();
+  } catch (const Cancelled&) {
+    result.End = DetectionEnd::Cancelled;
+  } catch (const DidNotStop&) {
+    result.End = DetectionEnd::DidNotStop;
+    result.Message = DidNotStopText();
+  } catch (const TooHot&) {
+    WriteByte(link_, outputs.at(index).Duty, fullDuty);
+    result.End = DetectionEnd::TooHot;
+    result.Message = "Temperature Too High!\n\nA temperature zone reached its THERM limit; the detection was ended.";
+  }
+  control.Restore();
+  return result;
+}
+
+void MinimumPwm::RunValues(std::size_t index, DetectionResult& result) {
+  for (const int duty : testValues) {
+    valueStart_ = monitor_.Seconds();
+    WriteByte(link_, outputs.at(index).Duty, 0);
+    progress_.Values = std::min(100.0, progress_.Values + valuesBarStep);
+    progress_.Duty = duty;
+    ShowProgress();
+    Wait(pauseSeconds);
+    DutyEvidence evidence;
+    evidence.Duty = duty;
+    WaitForStandstill(index, evidence);
+    TestSteadyRun(index, evidence);
+    result.Evidence.push_back(evidence);
+    progress_.SecondsLeft -= secondsPerValue;
+    if (evidence.Verdict.Passed) {
+      progress_.Values = 100;
+      ShowProgress();
+      result.Value = static_cast<std::int16_t>(duty);
+      result.End = DetectionEnd::Found;
+      return;
+    }
+  }
+  result.Value = 0;
+  result.End = DetectionEnd::NoneFound;
+}
+
+bool MinimumPwm::IsPresent(std::size_t index) {
+  ManualControl control(link_, outputs.at(index));
+  control.KeepDuty();  // nothing changes it here
+  const std::uint16_t count = ReadCount(index);
+  speedBefore_ = SpeedOf(index, count);
+  control.Restore();
+  return count != standstillCount;
+}
+
+void MinimumPwm::WaitForStandstill(std::size_t index, DutyEvidence& evidence) {
+  const double start = monitor_.Seconds();
+  double passed = 0;
+  for (std::uint16_t count = ReadCount(index); count != standstillCount; count = ReadCount(index)) {
+    speedAtZero_ = SpeedOf(index, count);
+    passed = monitor_.Seconds() - start;
+    if (passed >= standstillLimitSeconds) throw DidNotStop();
+    progress_.StandstillSecondsLeft = standstillLimitSeconds - passed;
+    ShowProgress();
+    Wait(standstillPollSeconds);
+  }
+  evidence.SecondsToStop = monitor_.Seconds() - start;
+  progress_.StandstillSecondsLeft.reset();
+}
+
+void MinimumPwm::TestSteadyRun(std::size_t index, DutyEvidence& evidence) {
+  // The duty is a percentage throughout: what is tested is the byte that accepting the result writes.
+  WriteByte(link_, outputs.at(index).Duty, MinimumDutyByte(evidence.Duty).value_or(fullDuty));
+  Wait(settlingSeconds);
+  progress_.Readings = 0;
+  for (std::uint16_t& count : evidence.Counts) {
+    progress_.Readings = std::min(100.0, progress_.Readings + readingsBarStep);
+    count = ReadCount(index);
+    ShowProgress();
+    Wait(readingSeconds);
+    if (AtThermLimit()) throw TooHot();
+  }
+  evidence.Verdict = JudgeReadings(evidence.Counts);
+}
+
+std::uint16_t MinimumPwm::ReadCount(std::size_t index) {
+  const int low = ReadByte(link_, outputs.at(index).TachLow);
+  const auto count = static_cast<std::uint16_t>(low + 256 * ReadByte(link_, outputs.at(index).TachHigh));
+  progress_.SpeedRpm = SpeedOf(index, count);
+  return count;
+}
+
+float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
+  return TachToRPM(count) * fans_.PulseCorrection(index);
+}
+
+bool MinimumPwm::AtThermLimit() {
+  return std::any_of(thermZones.begin(), thermZones.end(), [&](const ThermRegisters& zone) {
+    const float limit = TempFromByte(ReadByte(link_, zone.Limit), 0);
+    return TempFromByte(ReadByte(link_, zone.Value), 0) >= limit;
+  });
+}
+
+void MinimumPwm::Wait(double seconds) {
+  if (!monitor_.Wait(seconds)) throw Cancelled();
+}
+
+void MinimumPwm::ShowProgress() {
+  DetectionProgress shown = progress_;
+  const double thisValue = std::min(secondsPerValue, monitor_.Seconds() - valueStart_);
+  shown.SecondsLeft = std::max(0.0, shown.SecondsLeft - thisValue);
+  monitor_.Show(shown);
+}
+
+std::string MinimumPwm::DidNotStopText() const {
+  std::string cause = "The fan slows down, but does not come to a standstill.";
+  // A tenth is more than the ripple of a fan that keeps its speed.
+  if (speedAtZero_ > 1.1F * speedBefore_) {
+    cause = "It turns faster at 0 %: the polarity of the output (\"Fan Active High\") is probably inverted.";
+  } else if (speedAtZero_ > 0.75F * speedBefore_) {
+    cause = "Its speed hardly changed: the fan is probably not controlled by this output.";
+  }
+  return fmt::format("Fan Did Not Stop!\n\nSpeed before: {}\nSpeed at 0 %: {}\n{}", Rpm(speedBefore_),
+                     Rpm(speedAtZero_), cause);
+}
+
+std::string EvidenceText(const DetectionResult& result, int fan) {
+  std::string text = fmt::format("Minimum PWM of fan {}: {}\n", fan,
+                                 result.End == DetectionEnd::Found ? fmt::format("{} %", result.Value) : "none found");
+  for (const DutyEvidence& evidence : result.Evidence) {
+    text += fmt::format("\n{} %: {}\nstopped after {:.1f} s, mean count {}, misses {} of {}\ncounts:", evidence.Duty,
+                        evidence.Verdict.Passed ? "passed" : "failed", evidence.SecondsToStop,
+                        ShortestText(evidence.Verdict.Mean), evidence.Verdict.Misses, evidence.Counts.size() - 1);
+    for (const std::uint16_t count : evidence.Counts) text += fmt::format(" {}", count);
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace krx
