@@ -3,17 +3,25 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "simulator/simboard.h"
+#include "simulator/simdrive.h"
+#include "simulator/simmeasure.h"
+#include "simulator/simoptions.h"
 #include "simulator/simplant.h"
 #include "simulator/simregisters.h"
 
 namespace krx {
 
 /// One chip: its registers as the bus sees them, and the measuring and driving behind them.
+///
+/// RDY (0x40 bit 2) reads 1 while STRT is set and something has been converted, so a fresh chip's 0x40 reads 0x00.
+/// A value in two registers is read coherently: reading the low byte of a tachometer, or 0x76 or 0x77, keeps the
+/// upper bytes that belong to it as they are for the next read within 50 ms.
 class SimChip {
  public:
-  SimChip();
+  explicit SimChip(const SimOptions& options);
 
   /// A read on the bus. Unlisted registers read 0; reading 0x79 clears it.
   std::uint8_t Read(std::uint8_t reg);
@@ -32,8 +40,19 @@ class SimChip {
   std::array<double, 3> FanDuty() const;
 
  private:
+  struct HeldByte {
+    std::uint8_t Value = 0;
+    std::int64_t UntilStep = -1;
+  };
+  void HoldUpperBytes(std::uint8_t reg);
+
   SimRegisters registers_ = ResetRegisters();
   ChipPins pins_;
+  SimMeasure measure_;
+  SimDrive drive_;
+  SimDynamicTmin dynamicTmin_;
+  std::array<HeldByte, 16> held_;  // 0x20 to 0x2F
+  std::int64_t step_ = 0;
 };
 
 }  // namespace krx

@@ -50,6 +50,9 @@ double Simulation::Seconds() {
 }
 
 void Simulation::Advance() {
+  // First, so that the steps see what the board has been told since the last one.
+  for (const auto& unit : boardUnits_) RefreshPins(*unit);
+  for (const auto& unit : smbusUnits_) RefreshPins(*unit);
   const double steps = Seconds() * options_.Speed / SimPlant::stepSeconds;
   const auto target = static_cast<std::int64_t>(std::floor(steps + 1e-6));
   step_ = std::max(step_, target - longestGapSteps);
@@ -58,8 +61,6 @@ void Simulation::Advance() {
     for (const auto& unit : boardUnits_) Step(*unit, step_);
     for (const auto& unit : smbusUnits_) Step(*unit, step_);
   }
-  for (const auto& unit : boardUnits_) RefreshPins(*unit);
-  for (const auto& unit : smbusUnits_) RefreshPins(*unit);
 }
 
 void Simulation::Step(Unit& unit, std::int64_t step) {

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "simulator/simdrive.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace krx {
+namespace {
+
+using Reg = SimRegisters;
+
+constexpr int alwaysOn = 3, alwaysOff = 4;
+
+/// By Trange code, % per °C.
+constexpr std::array<double, 16> slopes{33.5, 26.8, 20.12, 16.75, 13.4, 10.04, 8.38, 6.7,
+                                        5.03, 4.19, 3.35,  2.51,  2.09, 1.68,  1.26, 0.84};
+/// By spin-up code: none, 100, 250, 400, 667 ms, 1, 2, 4 s.
+constexpr std::array<int, 8> spinUpSteps{0, 10, 25, 40, 67, 100, 200, 400};
+/// By ramp-rate code; eight times as many counts a second.
+constexpr std::array<int, 8> rampRates{1, 2, 3, 5, 8, 12, 24, 48};
+
+struct AcousticsRow {
+  std::uint8_t Register;
+  int EnableBit;
+  int RateShift;
+};
+constexpr std::array<AcousticsRow, 3> acousticsRows{
+    {{Reg::Acoustics1, 3, 0}, {Reg::Acoustics2, 7, 4}, {Reg::Acoustics2, 3, 0}}};
+
+std::size_t Behaviour(const Reg& registers, std::size_t pwm) {
+  return registers[Reg::PwmConfig + pwm] >> 5;
+}
+
+bool DrivenBy(const Reg& registers, std::size_t pwm, std::size_t zone) {
+  return ((behaviourZones[Behaviour(registers, pwm)] >> zone) & 1) != 0;
+}
+
+/// The most that a duty may move in a step.
+double RampPerStep(const Reg& registers, std::size_t pwm) {
+  const AcousticsRow& row = acousticsRows[pwm];
+  if (!registers.Bit(row.Register, row.EnableBit)) return 255;
+  const auto code = static_cast<std::size_t>((registers[row.Register] >> row.RateShift) & 7);
+  return 8.0 * rampRates[code] * SimPlant::stepSeconds;
+}
+
+}  // namespace
+
+void SimDrive::Settle(SimRegisters& registers, bool measured) {
+  for (std::size_t pwm = 0; pwm < outputs_.size(); ++pwm) SettleOutput(registers, pwm, measured);
+}
+
+bool SimDrive::SettleOutput(SimRegisters& registers, std::size_t pwm, bool measured) {
+  const std::size_t behaviour = Behaviour(registers, pwm);
+  const bool automatic = behaviourZones[behaviour] != 0;
+  if (automatic && registers.Monitoring() && measured) return false;
+  Output& output = outputs_[pwm];
+  std::uint8_t duty = output.Latch;
+  // An automatic output without temperatures to follow gives full duty.
+  if (automatic || behaviour == alwaysOn) duty = 255;
+  if (behaviour == alwaysOff) duty = 0;
+  registers[Reg::Duty + pwm] = duty;
+  output.Ramp = duty;
+  output.On.fill(duty > 0);
+  output.SpinUpSteps = 0;
+  return true;
+}
+
+void SimDrive::Step(SimRegisters& registers, const SimMeasure& measure) {
+  for (std::size_t pwm = 0; pwm < outputs_.size(); ++pwm) {
+    if (!SettleOutput(registers, pwm, measure.Measured())) StepAutomatic(registers, measure, pwm);
+  }
+}
+
+void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure, std::size_t pwm) {
+  Output& output = outputs_[pwm];
+  double target = 0;
+  bool therm = false;
+  for (std::size_t zone = 0; zone < zoneRegisters.size(); ++zone) {
+    if (!DrivenBy(registers, pwm, zone)) continue;
+    const double celsius = measure.Celsius(zone);
+    target = std::max(target, ZoneDuty(registers, celsius, pwm, zone));
+    therm = therm || celsius >= registers.Signed(zoneRegisters[zone].Therm);
+  }
+  std::uint8_t& duty = registers[Reg::Duty + pwm];
+  if (therm) {
+    // An overheated zone waits for no ramp.
+    output.Ramp = 255;
+    output.SpinUpSteps = 0;
+    duty = 255;
+    return;
+  }
+  if (target <= 0) {
+    output.SpinUpSteps = 0;
+  } else if (duty == 0) {
+    output.SpinUpSteps = spinUpSteps[registers[Reg::PwmConfig + pwm] & 7u];
+    output.Ramp = std::min<double>(target, registers[Reg::MinDuty + pwm]);
+  }
+  const double most = RampPerStep(registers, pwm);
+  output.Ramp += std::clamp(target - output.Ramp, -most, most);
+  if (output.SpinUpSteps > 0) {
+    --output.SpinUpSteps;
+    duty = 255;
+  } else {
+    duty = static_cast<std::uint8_t>(std::lround(output.Ramp));
+  }
+}
+
+double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::size_t pwm, std::size_t zone) {
+  const ZoneRegisters& row = zoneRegisters[zone];
+  const int tmin = registers.Signed(row.Tmin);
+  const int hysteresis = (registers[row.Hysteresis] >> row.HysteresisShift) & 0x0F;
+  const double minimum = registers[Reg::MinDuty + pwm];
+  bool& on = outputs_[pwm].On[zone];
+  if (celsius >= tmin) {
+    on = true;
+    const double slope = slopes[registers[row.Trange] >> 4];
+    return std::min(255.0, minimum + slope * 2.55 * (celsius - tmin));
+  }
+  if (celsius < tmin - hysteresis) on = false;
+  const bool neverOff = registers.Bit(Reg::Acoustics1, static_cast<int>(5 + pwm));
+  return on || neverOff ? minimum : 0;
+}
+
+void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, const std::array<bool, 3>& fanRunning) {
+  // By zone: its bits in 0x36. The cycle code of Remote1 is spread over both registers.
+  constexpr std::array<int, 3> enableBits{6, 5, 7};
+  constexpr std::array<int, 3> prochotBits{3, 2, 4};
+  const int low = registers[Reg::DynamicTmin2];
+  const std::array<int, 3> codes{(low >> 3) & 7, ((registers[Reg::DynamicTmin1] & 1) << 2) | (low >> 6), low & 7};
+
+  for (std::size_t z = 0; z < zones_.size(); ++z) {
+    const ZoneRegisters& row = zoneRegisters[z];
+    const int opPoint = registers.Signed(row.OpPoint);
+    const bool prochot = measure.Prochot() && registers.Bit(Reg::DynamicTmin1, prochotBits[z]);
+    bool running = false;
+    for (std::size_t pwm = 0; pwm < 3; ++pwm) running = running || (DrivenBy(registers, pwm, z) && fanRunning[pwm]);
+
+    int direction = 0;
+    if (registers.Monitoring() && measure.Measured() && registers.Bit(Reg::DynamicTmin1, enableBits[z])) {
+      if (prochot || measure.Celsius(z) > opPoint) {
+        direction = -1;
+      } else if (measure.Celsius(z) < opPoint && running) {
+        direction = +1;
+      }
+    }
+    Zone& zone = zones_[z];
+    if (direction != zone.Direction) zone = {direction, 0};
+    if (direction == 0) continue;
+    const int period = (direction < 0 ? 50 : 100) << codes[z];  // 0.5 s and 1 s, doubled by each code
+    if (++zone.Steps < period) continue;
+    zone.Steps = 0;
+    const int tmin = registers.Signed(row.Tmin);
+    const bool room = direction < 0 ? tmin > registers.Signed(row.LowLimit) : tmin < opPoint;
+    if (room) registers[row.Tmin] = static_cast<std::uint8_t>(tmin + direction);
+  }
+}
+
+}  // namespace krx

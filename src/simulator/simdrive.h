@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "simulator/simmeasure.h"
+#include "simulator/simregisters.h"
+
+namespace krx {
+
+/// The three outputs: behaviour, slope, minimum duty, hysteresis, spin-up, enhanced acoustics, and the latch of the
+/// manual duty. What an output gives now stands in its duty register.
+class SimDrive {
+ public:
+  /// A byte written to a duty register: it drives the output as soon as that is under manual control.
+  void Latch(std::size_t pwm, std::uint8_t value) { outputs_[pwm].Latch = value; }
+
+  /// Brings those outputs up to date that follow no temperature, so that a write shows at once.
+  void Settle(SimRegisters& registers, bool measured);
+  /// One step of 10 ms of all outputs.
+  void Step(SimRegisters& registers, const SimMeasure& measure);
+
+ private:
+  struct Output {
+    std::uint8_t Latch = 0xFF;
+    double Ramp = 255;                         ///< duty, followed slowly with enhanced acoustics
+    std::array<bool, 3> On{true, true, true};  ///< by zone: above Tmin, or not yet below Tmin - hysteresis
+    int SpinUpSteps = 0;
+  };
+
+  bool SettleOutput(SimRegisters& registers, std::size_t pwm, bool measured);
+  void StepAutomatic(SimRegisters& registers, const SimMeasure& measure, std::size_t pwm);
+  double ZoneDuty(const SimRegisters& registers, double celsius, std::size_t pwm, std::size_t zone);
+
+  std::array<Output, 3> outputs_;
+};
+
+/// Dynamic Tmin: moves the zones' Tmin registers around their operating points.
+class SimDynamicTmin {
+ public:
+  void Step(SimRegisters& registers, const SimMeasure& measure, const std::array<bool, 3>& fanRunning);
+
+ private:
+  struct Zone {
+    int Direction = 0;
+    int Steps = 0;  ///< spent in this direction since Tmin moved
+  };
+  std::array<Zone, 3> zones_;
+};
+
+}  // namespace krx

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "simulator/simboard.h"
+#include "simulator/simnoise.h"
+#include "simulator/simplant.h"
+#include "simulator/simregisters.h"
+
+namespace krx {
+
+/// The chip's converters: fills the value registers 0x20 to 0x2F, 0x76, 0x77 and 0x79 and the interrupt status.
+///
+/// Temperatures and voltages are converted every 100 ms while STRT is set, the tachometers every second (250 ms with
+/// FAST) whatever STRT is. A pin that serves as THERM input or as alert output is not measured: voltages read 0, the
+/// tachometer 0xFFFF, and their alarms stay clear.
+class SimMeasure {
+ public:
+  SimMeasure(SimNoise noise, std::array<double, 4> realPulses) : noise_(noise), realPulses_(realPulses) {}
+
+  void Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
+
+  /// True once something has been converted; RDY shows it while STRT is set.
+  bool Measured() const { return measured_; }
+  /// The last conversion of a zone, offset added, as its registers show it.
+  double Celsius(std::size_t zone) const { return celsius_[zone]; }
+  /// The processor-hot signal reaches the THERM input and is asserted now.
+  bool Prochot() const { return prochot_; }
+
+ private:
+  void MeasureTachs(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) const;
+  void CountProchot(SimRegisters& registers, const PlantState& plant, const ChipPins& pins);
+  void Convert(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
+  void ConvertTemperatures(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
+
+  SimNoise noise_;
+  std::array<double, 4> realPulses_;
+  int conversionSteps_ = 0;
+  int tachSteps_ = 0;
+  bool measured_ = false;
+  bool prochot_ = false;
+  double prochotMilliseconds_ = 0;  // not yet a whole count
+  std::array<double, 3> celsius_{-128, -128, -128};
+};
+
+/// Value byte and the two bits below it. A negative temperature has its fraction counted away from zero (-10.25 is
+/// 0xF6 and 01), so -0.25 to -0.75 do not exist.
+struct TemperatureCode {
+  std::uint8_t Byte;
+  std::uint8_t Fraction;
+};
+TemperatureCode EncodeTemperature(double celsius);
+double DecodeTemperature(TemperatureCode code);
+
+}  // namespace krx
