@@ -24,7 +24,6 @@ constexpr std::int16_t thermOn5v = 1;
 constexpr std::int16_t thermOnTach4 = 2;
 constexpr std::int16_t alertOn25v = 2;
 
-constexpr double dutyCountsPerPercent = 2.55;
 constexpr std::int16_t boardMedium = 1;
 constexpr std::int16_t smbusMedium = 0;
 
@@ -239,7 +238,8 @@ void VisualModel::ShowDuty() {
   state_.PwmText = text;
   if (sliderPressed_) return;  // it is the user's
   state_.DutyCycleText = text;
-  state_.SliderValue = CInt(Val(text) * dutyCountsPerPercent);
+  // Times 2.55, in an order that is exact: 50 % is 127.5 and becomes 128.
+  state_.SliderValue = CInt(Val(text) * 255 / 100);
 }
 
 void VisualModel::ShowSlider(int value) {
