@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include "controls/ui/chiptimer.h"
+#include "controls/ui/qteventpump.h"
+#include "simulator/simcomms.h"
+
+namespace krx {
+
+/// A link on the simulated SMBus with the real clock and the real event loop: what only shows in live waits.
+struct LiveBench {
+  LiveBench() {
+    Bus.CommsMedium = 0;
+    Bus.ChipAddress = 0x2E;
+  }
+
+  /// Lets the main loop run.
+  static void Run(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
+
+  void FailTransfer(int nth) {
+    Fault fault;
+    fault.Nth = nth;
+    Sim.AddFault(fault);
+  }
+
+  SystemClock Time;
+  QtEventPump Pump;
+  Simulation Sim{Time, {}};
+  CommsRoot Root{[this] { return Sim.MakeCommsModule(); }};
+  Link Bus{Root, Time, Pump};
+  ChipTurns Turns{Bus};
+};
+
+}  // namespace krx
