@@ -159,8 +159,14 @@ PortWiring ParseWiring(const std::string& text) {
 }
 
 PortWiring ReadWiringFile(const std::string& path) {
+  errno = 0;
   std::ifstream file(path);
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::string text;
+  try {
+    text.assign(std::istreambuf_iterator<char>(file), {});
+  } catch (const std::ios_base::failure&) {  // a directory can be opened, but not read
+    file.setstate(std::ios::badbit);
+  }
   if (!file.is_open() || file.bad()) {
     const int number = errno != 0 ? errno : EIO;
     throw CommsError(number, fmt::format("cannot read the wiring file {}: {}", path, std::strerror(number)));

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cerrno>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "link/linux/kernel.h"
+
+namespace krx {
+
+/// What an open descriptor of a fake device does. Its destructor is the close.
+class FakeFile {
+ public:
+  virtual ~FakeFile() = default;
+  virtual int Ioctl(unsigned long request, unsigned long argument) = 0;
+};
+
+/// A kernel whose device nodes a test makes up.
+class FakeKernel : public Kernel {
+ public:
+  std::map<std::string, std::function<std::unique_ptr<FakeFile>()>> Nodes;
+  std::map<std::string, int> OpenErrors;  ///< by path: what opening it answers
+  int Opened = 0;
+  int OpenNow() const { return static_cast<int>(files_.size()); }
+
+  int Open(const std::string& path) override {
+    if (const auto error = OpenErrors.find(path); error != OpenErrors.end()) return -error->second;
+    const auto node = Nodes.find(path);
+    if (node == Nodes.end()) return -ENOENT;
+    ++Opened;
+    files_[next_] = node->second();
+    return next_++;
+  }
+  int Ioctl(int descriptor, unsigned long request, unsigned long argument) override {
+    const auto file = files_.find(descriptor);
+    return file == files_.end() ? -EBADF : file->second->Ioctl(request, argument);
+  }
+  int Close(int descriptor) override { return files_.erase(descriptor) == 1 ? 0 : -EBADF; }
+
+ private:
+  std::map<int, std::unique_ptr<FakeFile>> files_;
+  int next_ = 1000;
+};
+
+}  // namespace krx

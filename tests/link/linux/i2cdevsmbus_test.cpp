@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linux/i2cdevsmbus.h"
+
+#include <gtest/gtest.h>
+
+#include "fakei2c.h"
+#include "link/linux/i2cadapters.h"
+#include "support/testbench.h"
+#include "testroots.h"
+
+namespace krx {
+namespace {
+
+class I2cDev : public testing::Test {
+ protected:
+  I2cDev() {
+    adapter.Chips = simulation.MakeCommsModule()->ObtainSmbusController();
+    Appear();
+  }
+  void TearDown() override {
+    bus.Close();
+    EXPECT_EQ(kernel.OpenNow(), 0) << "a descriptor was left open";
+  }
+  void Appear() {
+    roots.Adapter(3, "SMBus stub driver");
+    kernel.Nodes[path] = [this] { return std::make_unique<FakeI2cFile>(adapter); };
+  }
+  /// "kind number text" of what reading 3E at an address throws.
+  std::string Error(std::uint8_t address = 0x2E) {
+    try {
+      bus.ReadByteData(address, 0x3E);
+      return "";
+    } catch (const NoAcknowledge& error) {
+      return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
+    } catch (const CommsError& error) {
+      return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
+    }
+  }
+
+  TestRoots roots;
+  ManualClock clock;
+  Simulation simulation{clock, {}};
+  FakeI2cAdapter adapter;
+  FakeKernel kernel;
+  I2cDevSmbus bus{kernel, roots.Roots, std::nullopt, false};
+  const std::string path = roots.Roots.Dev + "/i2c-3";
+};
+
+TEST_F(I2cDev, OpensOnceAndMovesSingleBytes) {
+  EXPECT_EQ(bus.ReadByteData(0x2E, 0x3E), 0x41);
+  const auto before = bus.ReadByteData(0x2E, 0x4F);
+  bus.WriteByteData(0x2E, 0x4E, 0xA5);
+  EXPECT_EQ(bus.ReadByteData(0x2E, 0x4E), 0xA5);
+  EXPECT_EQ(bus.ReadByteData(0x2E, 0x4F), before);
+  EXPECT_EQ(kernel.Opened, 1);
+  EXPECT_EQ(adapter.Transfers, 5);
+}
+
+TEST_F(I2cDev, TellsWhatToDoWhenTheNodeCannotBeOpened) {
+  const std::pair<int, const char*> cases[] = {
+      {ENOENT, " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with --smbus"},
+      {EACCES, ": join the group i2c (\"adduser USER i2c\") and log in again"},
+      {ENXIO, ": the adapter's driver is not loaded"},
+      {EMFILE, " (EMFILE)"},
+  };
+  for (const auto& [number, end] : cases) {
+    kernel.OpenErrors[path] = number;
+    const std::string error = Error();
+    EXPECT_TRUE(error.starts_with("failed " + ErrorSymbol(number)) && error.ends_with(end)) << error;
+    EXPECT_NE(error.find(path), std::string::npos) << error;
+  }
+  kernel.OpenErrors.clear();
+  EXPECT_EQ(Error(), "");
+}
+
+TEST_F(I2cDev, ReportsEachTransferErrorWithItsMeaning) {
+  const std::pair<int, const char*> cases[] = {
+      {ENXIO, "silent ENXIO no device answers at 2Eh"},
+      {EREMOTEIO, "silent EREMOTEIO no device answers at 2Eh"},
+      {ENODEV, "silent ENODEV no device answers at 2Eh"},
+      {EBUSY,
+       "failed EBUSY the firmware uses the bus i2c-3: leave it to the firmware, "
+       "or choose another bus with --smbus"},
+      {ETIMEDOUT,
+       "failed ETIMEDOUT a device holds the clock of i2c-3: the bus hangs, "
+       "and each transfer blocks up to a second"},
+      {EAGAIN, "failed EAGAIN another master took the bus i2c-3"},
+      {EIO, "failed EIO transfer with 2Eh on i2c-3 failed (EIO)"},
+      {EPROTO, "failed EPROTO transfer with 2Eh on i2c-3 failed (EPROTO)"},
+  };
+  for (const auto& [number, text] : cases) {
+    adapter.TransferError = number;
+    adapter.Transfers = 0;
+    EXPECT_EQ(Error(), text);
+    EXPECT_EQ(adapter.Transfers, 1) << "retried";
+  }
+  EXPECT_EQ(kernel.Opened, 1);
+}
+
+TEST_F(I2cDev, AHeldAddressIsNamedAndNeverReachesAnotherChip) {
+  ASSERT_EQ(Error(0x2E), "");
+  adapter.BusyAddresses = {0x2C};
+  const std::string device = roots.Roots.Sys + "/bus/i2c/devices/3-002c";
+  std::filesystem::create_directories(device);
+  std::filesystem::create_directory_symlink("../drivers/somedriver", device + "/driver");
+  const int transfers = adapter.Transfers;
+  EXPECT_EQ(Error(0x2C),
+            "failed EBUSY address 2Ch of i2c-3 is held by the kernel driver somedriver: unbind it (\"echo "
+            "3-002c > " +
+                device + "/driver/unbind\" as root), or use --force");
+  EXPECT_THROW(bus.WriteByteData(0x2C, 0x4E, 1), CommsError);
+  EXPECT_EQ(adapter.Transfers, transfers) << "the kernel still has 2Eh: this byte went to the wrong chip";
+  EXPECT_EQ(Error(0x2E), "");
+
+  I2cDevSmbus forced(kernel, roots.Roots, 3, true);
+  EXPECT_THROW(forced.ReadByteData(0x2C, 0x3E), NoAcknowledge) << "reached the bus";
+}
+
+TEST_F(I2cDev, AsksForByteDataInAWholeLong) {
+  adapter.Functions |= 0xFFFF'FFFF'0000'0000UL;  // would overwrite what lies behind a 32-bit variable
+  EXPECT_EQ(Error(), "");
+  bus.Close();
+  adapter.Functions = I2C_FUNC_SMBUS_EMUL & ~static_cast<unsigned long>(I2C_FUNC_SMBUS_WRITE_BYTE_DATA);
+  EXPECT_EQ(Error(), "failed EOPNOTSUPP i2c-3 cannot transfer byte data: choose another bus with --smbus");
+  adapter.FunctionsError = ENOTTY;
+  EXPECT_EQ(Error(), "failed ENOTTY " + path + " is no I2C bus (ENOTTY)");
+  EXPECT_EQ(kernel.OpenNow(), 0);
+}
+
+TEST_F(I2cDev, WorksAgainWhenAnUnpluggedAdapterIsBack) {
+  ASSERT_EQ(Error(), "");
+  std::filesystem::remove(roots.Roots.Sys + "/bus/i2c/devices/i2c-3");
+  kernel.Nodes.clear();
+  adapter.TransferError = ENODEV;
+  Error();
+  EXPECT_EQ(kernel.OpenNow(), 0) << "keeps the adapter from coming back";
+  EXPECT_EQ(Error(),
+            "failed ENODEV no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus "
+            "with --smbus");
+  Appear();
+  adapter.TransferError = 0;
+  EXPECT_EQ(Error(), "");
+}
+
+TEST(I2cAdapters, ReportTellsTheGenerationByThePciIdsOfTheParent) {
+  struct Case {
+    const char *Name, *Vendor, *Device, *Report;
+  };
+  const Case cases[] = {
+      {"SMBus I801 adapter at 0700", "0x8086", "0x2930", "ICH9 (SMBus I801 adapter at 0700, i2c-1)"},
+      {"SMBus I801 adapter at 0700", "0x8086", "0x2413", "ICH (SMBus I801 adapter at 0700, i2c-1)"},
+      {"SMBus I801 adapter at 0700", "0x8086", "0x3a60", "ICH10 (SMBus I801 adapter at 0700, i2c-1)"},
+      {"SMBus I801 adapter at efa0", "0x8086", "0xa323",
+       "ICH Type not in the list (SMBus I801 adapter at efa0, i2c-1)"},
+      {"SMBus I801 adapter at 0700", "0x1022", "0x2930",
+       "ICH Type not in the list (SMBus I801 adapter at 0700, i2c-1)"},
+      {"SMBus ALI1535 adapter at 0500", "0x10b9", "0x7101", "ALi M1535+, SMBus ALI1535 adapter at 0500, i2c-1"},
+      {"Old SMBus I801 adapter", "", "", "Old SMBus I801 adapter, i2c-1"},
+      {"SMBus stub driver", "", "", "SMBus stub driver, i2c-1"},
+      {"i915 gmbus dpc", "0x8086", "0x0412", "Unsupported and unrecognised: no SMBus adapter is registered"},
+  };
+  for (const Case& test : cases) {
+    TestRoots roots;
+    roots.Adapter(1, test.Name, test.Vendor, test.Device);
+    roots.Adapter(0, "i915 gmbus ssc");
+    EXPECT_EQ(ChipsetReportOf(ChooseAdapter(roots.Roots, std::nullopt), std::nullopt), test.Report);
+    EXPECT_EQ(ChipsetReportOf(ChooseAdapter(roots.Roots, 0), 0), "i915 gmbus ssc, i2c-0");
+    EXPECT_EQ(ChipsetReportOf(ChooseAdapter(roots.Roots, 7), 7), "No adapter is registered as i2c-7");
+  }
+}
+
+}  // namespace
+}  // namespace krx

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linux/parportboard.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "fakeparport.h"
+#include "support/testbench.h"
+#include "testroots.h"
+
+namespace krx {
+namespace {
+
+/// Takes every byte but the refused ones and answers reads with one value.
+class Notebook : public ByteDevice {
+ public:
+  bool Address(std::uint8_t byte) override { return (byte & 0xFE) == 0x5A; }
+  bool Write(std::uint8_t byte) override { return byte != Refused; }
+  std::uint8_t Read() override { return Reply; }
+  void Stop() override {}
+  std::uint8_t Reply = 0x41;
+  int Refused = -1;
+};
+
+class Parport : public testing::Test {
+ protected:
+  Parport() { Plug(); }
+  void TearDown() override { EXPECT_EQ(slave.Violations, std::vector<std::string>()); }
+  void Plug() {
+    kernel.Nodes[roots.Roots.Dev + "/parport0"] = [this] { return std::make_unique<FakeParportFile>(port); };
+    roots.File(roots.Roots.Dev + "/parport0", "");
+  }
+  ParportBoard Board(const PortWiring& wiring = DefaultWiring()) {
+    return {kernel, clock, roots.Roots, wiring, std::nullopt};
+  }
+  template <typename Work>
+  std::string Error(Work work) {
+    try {
+      work();
+      return "";
+    } catch (const NoAcknowledge& error) {
+      return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
+    } catch (const CommsError& error) {
+      return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
+    }
+  }
+
+  TestRoots roots;
+  ManualClock clock;
+  Notebook device;
+  BitSlave slave{device, [this] { return clock.Seconds(); }};
+  FakeParport port{slave};
+  FakeKernel kernel;
+};
+
+TEST_F(Parport, PutsEachOperationOnTheBusBitByBit) {
+  ParportBoard board = Board();
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+  board.WriteByteData(0x5A, 0x30, 0xFF);
+  board.SendByte(0x5A, 0xA5);
+  device.Reply = 0x81;
+  EXPECT_EQ(board.ReceiveByte(0x5A), 0x81);
+  EXPECT_EQ(slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 30+ FF+ P S 5A+ A5+ P S 5B+ 81- P ");
+  EXPECT_EQ(Error([&] { board.ReadByteData(0x5C, 0x3E); }), "silent ENXIO no device answers at 2Eh");
+  EXPECT_TRUE(slave.Seen.ends_with("S 5C- P ")) << slave.Seen;
+  device.Refused = 0x3D;
+  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3D); }), "failed EIO the device at 2Dh refused a byte");
+  EXPECT_TRUE(slave.Seen.ends_with("S 5A+ 3D- P "));
+  EXPECT_EQ(port.Data & 0x0F, 0x0F) << "lines that nobody named";
+  EXPECT_EQ(port.Holder, nullptr);
+}
+
+TEST_F(Parport, WorksOverEveryWiring) {
+  struct Case {
+    const char* Text;
+    FakeCable Cable;
+  };
+  const Case cases[] = {
+      {"sda_out=data.7!\nscl_out=data.6!\nsda_in=status.7!\nscl_in=status.6", {}},
+      {"sda_out=data.0\nscl_out=data.1\nsda_in=status.3\nscl_in=status.4",
+       {{'d', 0, false}, {'d', 1, false}, {'s', 3, false}, {'s', 4, false}}},
+      {"sda_out=control.1!\nscl_out=control.3!\nsda_in=status.7!\nscl_in=status.5!",
+       {{'c', 1, true}, {'c', 3, true}, {'s', 7, true}, {'s', 5, true}}},
+      {"sda_out=control.2\nscl_out=data.3!\nsda_in=status.6!\nscl_in=status.7",
+       {{'c', 2, false}, {'d', 3, true}, {'s', 6, true}, {'s', 7, false}}},
+  };
+  for (const Case& test : cases) {
+    BitSlave other(device, [this] { return clock.Seconds(); });
+    FakeParport cable(other, test.Cable);
+    cable.Control = cable.Data = 0;
+    cable.Apply();
+    other.Violations.clear();
+    other.Seen.clear();
+    kernel.Nodes[roots.Roots.Dev + "/parport0"] = [&] { return std::make_unique<FakeParportFile>(cable); };
+    ParportBoard board = Board(ParseWiring(test.Text));
+    EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41) << test.Text;
+    board.WriteByteData(0x5A, 0x55, 0xAA);
+    EXPECT_TRUE(other.Seen.ends_with("S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 55+ AA+ P ")) << other.Seen;
+    EXPECT_EQ(other.Violations, std::vector<std::string>()) << test.Text;
+  }
+}
+
+TEST_F(Parport, ClockIsTenKilohertzWhereItCannotBeReadBack) {
+  for (const bool mode : {false, true}) {
+    ParportBoard board = Board();
+    board.SetBusMode(mode);
+    slave.ClockRises.clear();
+    board.ReadByteData(0x5A, 0x3E);
+    for (std::size_t rise = 1; rise < slave.ClockRises.size(); ++rise) {
+      EXPECT_GE(slave.ClockRises[rise] - slave.ClockRises[rise - 1], mode ? 100e-6 : 10e-6);
+    }
+    EXPECT_LT(slave.ClockRises[1] - slave.ClockRises[0], mode ? 120e-6 : 30e-6);
+  }
+}
+
+TEST_F(Parport, WaitsForAStretchedClockUpToItsLimit) {
+  ParportBoard board = Board();
+  slave.StretchSeconds = 0.034;
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+  slave.StretchSeconds = 0.036;
+  const double start = clock.Seconds();
+  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3E); }),
+            "failed ETIMEDOUT a device holds the clock low for more than 35 ms");
+  EXPECT_NEAR(clock.Seconds() - start, 0.035, 0.001);
+  EXPECT_EQ(port.Data & 0xC0, 0) << "both lines released";
+  slave.Violations.clear();  // let go with the clock held low
+  slave.StretchSeconds = 0;
+  clock.Advance(0.1);
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+}
+
+TEST_F(Parport, FreesADeviceThatWasInterrupted) {
+  ParportBoard board = Board();
+  slave.HangInByte(7);
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+  slave.HangInByte(12);
+  slave.ClockRises.clear();
+  EXPECT_TRUE(Error([&] { board.ReadByteData(0x5A, 0x3E); }).starts_with("failed EBUSY the data line stays low"));
+  EXPECT_EQ(slave.ClockRises.size(), 9U);
+  slave.Violations.clear();
+}
+
+TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
+  ParportBoard board = Board();
+  EXPECT_EQ(board.ReadStatusByte(), 0x00);
+  board.SetControlByte(0xFF);
+  EXPECT_EQ(port.Data, 0x3F) << "the bus lines are released, which is low in the register";
+  EXPECT_EQ(board.ReadStatusByte(), 0x30);
+  board.SetControlByte(0xEF);
+  EXPECT_EQ(board.ReadStatusByte(), 0x20);
+  port.Data = 0x00;  // a printer was used in between
+  port.Apply();
+  board.ReadByteData(0x5A, 0x3E);
+  EXPECT_EQ(port.Heaters, 0x20);
+  port.Gone = true;
+  EXPECT_THROW(board.SetControlByte(0x30), CommsError);
+  port.Gone = false;
+  EXPECT_EQ(board.ReadStatusByte(), 0x20) << "a switching that failed must not happen later";
+  EXPECT_EQ(slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P ");
+
+  PortWiring blind = DefaultWiring();
+  blind.Modes[0].Heater1In.reset();
+  board.Close();
+  ParportBoard other = Board(blind);
+  other.SetControlByte(0x10);
+  EXPECT_EQ(other.ReadStatusByte(), 0x10) << "as set, where it cannot be read";
+}
+
+TEST_F(Parport, APortNobodyUsedIsNotTouched) {
+  port.Data = 0x7F;
+  port.Heaters = 0x30;
+  ParportBoard board = Board();
+  EXPECT_EQ(board.PortCount(), 1);
+  board.SetControlByte(0);
+  board.SelectPort(0);
+  EXPECT_EQ(kernel.Opened, 0);
+  board.ReadByteData(0x5A, 0x3E);
+  EXPECT_EQ(port.Heaters, 0) << "the remembered byte";
+  slave.Seen.clear();
+}
+
+TEST_F(Parport, SharesAnIdlePortAndNamesWhoHasABusyOne) {
+  ParportBoard board = Board();
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+  EXPECT_NE(port.Exclusive, nullptr);
+  board.Close();
+
+  port.OtherRegistered = true;
+  roots.Active("none");
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+  EXPECT_EQ(port.Exclusive, nullptr);
+  roots.Active("lp");
+  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3E); }), "failed EBUSY printer port 0 is used by lp");
+  EXPECT_EQ(kernel.OpenNow(), 0);
+
+  // Taken between the look and the claim: the claim would block for ever.
+  roots.Active("none");
+  std::filesystem::create_directories(roots.Roots.Proc + "/sys/dev/parport/parport0/devices/lp");
+  port.OtherActive = true;
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3E); }), "failed EBUSY printer port 0 is used by lp");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+
+  port.OtherActive = false;
+  EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
+}
+
+TEST_F(Parport, TellsWhatToDoAndWorksAgainWhenThePortIsBack) {
+  ParportBoard board = Board();
+  const std::string path = roots.Roots.Dev + "/parport0";
+  const auto read = [&] { return Error([&] { board.ReadByteData(0x5A, 0x3E); }); };
+  EXPECT_EQ(read(), "");
+  port.Gone = true;
+  EXPECT_TRUE(read().starts_with("failed ENODEV no printer port behind " + path));
+  EXPECT_EQ(kernel.OpenNow(), 0);
+  std::filesystem::remove(path);
+  EXPECT_EQ(board.PortCount(), 0);
+  EXPECT_EQ(read(), "failed ENODEV this PC has no printer port, or it is gone");
+  EXPECT_EQ(Error([&] { board.SelectPort(0); }), "failed ENODEV there is no printer port 0");
+  port.Gone = false;
+  Plug();
+  EXPECT_EQ(read(), "");
+  board.Close();
+
+  const std::pair<int, const char*> cases[] = {
+      {ENOENT, "load its driver with \"modprobe ppdev\", or choose another port with --printer-port"},
+      {EACCES, "join the group lp (\"adduser USER lp\") and log in again"},
+      {ENXIO, "the driver parport_pc is not loaded, or the PC has no such port"},
+  };
+  for (const auto& [number, end] : cases) {
+    kernel.OpenErrors[path] = number;
+    EXPECT_TRUE(read().starts_with("failed " + ErrorSymbol(number)) && read().ends_with(end)) << read();
+  }
+}
+
+}  // namespace
+}  // namespace krx

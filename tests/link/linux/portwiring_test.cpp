@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linux/portwiring.h"
+
+#include <gtest/gtest.h>
+
+#include "link/commserror.h"
+
+namespace krx {
+namespace {
+
+constexpr const char* usual =
+    "# the usual board\n"
+    "sda_out = data.7!\nscl_out=data.6!\n\n  sda_in = status.7!  # busy\r\nscl_in = status.6\n"
+    "heater1_out = data.4\nheater2_out = data.5\nheater1_in = status.4\nheater2_in = status.5\n";
+
+std::string Refusal(const std::string& text) {
+  try {
+    ParseWiring(text);
+    return "accepted";
+  } catch (const CommsError& error) {
+    return error.what();
+  }
+}
+
+TEST(PortWiring, DefaultIsTheTableThatAFileWouldSay) {
+  EXPECT_EQ(ParseWiring(usual), DefaultWiring());
+  EXPECT_TRUE(DefaultWiring().Modes[0].SclIn);
+  EXPECT_FALSE(DefaultWiring().Modes[1].SclIn) << "bus mode 1 does not read the clock back";
+}
+
+TEST(PortWiring, SecondBlockIsBusMode1AsItStands) {
+  const std::string other =
+      "[bus mode 1]\nsda_out = control.3!\nscl_out = data.0\nsda_in = status.3\nscl_in = status.5\n";
+  const PortWiring wiring = ParseWiring(usual + other);
+  EXPECT_EQ(wiring.Modes[0], DefaultWiring().Modes[0]);
+  EXPECT_EQ(wiring.Modes[1].SdaOut, (PortLine{PortRegister::Control, 3, true}));
+  EXPECT_EQ(wiring.Modes[1].SclIn, (PortLine{PortRegister::Status, 5, false}));
+  EXPECT_FALSE(wiring.Modes[1].Heater1Out);
+}
+
+TEST(PortWiring, RefusesWhatCannotWorkAndNamesTheLine) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"sda_out = data.7\nscl_out = data.7!\n", "line 2: sda_out and scl_out are on the same pin"},
+      {"heater1_out = status.4", "line 1: heater1_out cannot be on status: its pins are inputs"},
+      {"sda_out = data.7\nscl_out = data.6\n", "bus mode 0 has no sda_in"},
+      {"sda_in = status.7\nscl_out = data.6\n", "bus mode 0 has no sda_out"},
+      {usual + std::string("[bus mode 1]\n"), "bus mode 1 has no sda_out"},
+      {"", "bus mode 0 has no sda_out"},
+      {"sda_in = status.2", "line 1: status has the bits 3 to 7"},
+      {"sda_out = control.5", "line 1: control has the bits 0 to 3"},
+      {"sda_out = data.8", "line 1: data has the bits 0 to 7"},
+      {"sda_out = data.77", "line 1: \"data.77\" is no line; write register.bit, as in data.7 or status.7!"},
+      {"sda_out = !data.7", "line 1: \"!data.7\" is no line; write register.bit, as in data.7 or status.7!"},
+      {"sda = data.7", "line 1: there is no role \"sda\""},
+      {"sda_out data.7", "line 1: \"sda_out data.7\" is no \"role = register.bit\""},
+      {"sda_out = data.7\nsda_out = data.6", "line 2: sda_out is given twice"},
+      {"[mode 2]", "line 1: \"[mode 2]\" is no block; the only one is [bus mode 1], once"},
+  };
+  for (const auto& [text, refusal] : cases) EXPECT_EQ(Refusal(text), refusal) << text;
+}
+
+TEST(PortWiring, UnreadableFileIsNamed) {
+  try {
+    ReadWiringFile("/nowhere/board.wiring");
+    FAIL();
+  } catch (const CommsError& error) {
+    EXPECT_EQ(error.Number(), ENOENT);
+    EXPECT_STREQ(error.what(), "cannot read the wiring file /nowhere/board.wiring: No such file or directory");
+  }
+  EXPECT_THROW(ReadWiringFile("/"), CommsError) << "a directory";
+}
+
+}  // namespace
+}  // namespace krx
