@@ -169,14 +169,20 @@ void TraceHistory::Columns(std::size_t trace, std::int64_t begin, std::int64_t e
   if (columns.empty() || end <= begin) return;
   const double perMicrosecond = static_cast<double>(columns.size()) / static_cast<double>(end - begin);
   const auto longest = (end - begin) / static_cast<std::int64_t>(columns.size());
+  const auto columnOf = [&](std::int64_t time) {
+    const auto offset = static_cast<double>(std::max<std::int64_t>(time - begin, 0));
+    return std::min(static_cast<std::size_t>(offset * perMicrosecond), columns.size() - 1);
+  };
   Walk(begin, end, longest, [&](const Run& run) {
-    const std::int64_t offset = std::max<std::int64_t>(*run.First - begin, 0);
-    const auto place = static_cast<std::size_t>(static_cast<double>(offset) * perMicrosecond);
-    TraceColumn& column = columns[std::min(place, columns.size() - 1)];
     const float min = run.Min[trace * run.Stride];
     const float max = run.Max[trace * run.Stride];
-    column.Min = min < column.Min ? min : column.Min;
-    column.Max = max > column.Max ? max : column.Max;
+    const std::size_t first = columnOf(*run.First);
+    // Longer than a column means that the rows below are gone: then the block stands for its whole time.
+    const std::size_t last = *run.Last - *run.First > longest ? columnOf(*run.Last) : first;
+    for (std::size_t i = first; i <= last; ++i) {
+      columns[i].Min = min < columns[i].Min ? min : columns[i].Min;
+      columns[i].Max = max > columns[i].Max ? max : columns[i].Max;
+    }
   });
 }
 
