@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How a strip chart is built and coloured; what it does is in stripchart.cpp.
+#include <QAction>
+#include <QBoxLayout>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QMenu>
+#include <QToolButton>
+#include <algorithm>
+#include <utility>
+
+#include "controls/ui/stripchart.h"
+#include "controls/ui/traceplottable.h"
+
+namespace krx {
+
+namespace {
+
+QToolButton* MakeTool(const QString& name, const QString& text, const QString& hint) {
+  auto* button = new QToolButton;
+  button->setObjectName(name);
+  button->setText(text);
+  button->setToolTip(hint);
+  button->setAccessibleName(text);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::StrongFocus);
+  return button;
+}
+
+}  // namespace
+
+void StripChart::BuildTools() {
+  tools_ = new QHBoxLayout;
+  caption_ = new QLabel;
+  QFont bold = caption_->font();
+  bold.setBold(true);
+  caption_->setFont(bold);
+  tools_->addWidget(caption_, 1);
+
+  live_ = MakeTool("live", tr("Live"), tr("Follow the newest readings (Home, double click)"));
+  pause_ = MakeTool("pause", tr("Pause"), tr("Hold the picture; the measuring goes on"));
+  fit_ = MakeTool("fit", tr("Fit"), tr("Show the whole run and every value"));
+  for (QToolButton* button : {live_, pause_, fit_}) {
+    button->setCheckable(true);
+    tools_->addWidget(button);
+  }
+  connect(live_, &QToolButton::clicked, this, &StripChart::Live);
+  connect(pause_, &QToolButton::clicked, this, &StripChart::Pause);
+  connect(fit_, &QToolButton::clicked, this, &StripChart::Fit);
+
+  const auto addMenu = [this](const QString& name, const QString& text, const QString& hint) {
+    QToolButton* button = MakeTool(name, text, hint);
+    auto* menu = new QMenu(button);
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    tools_->addWidget(button);
+    return menu;
+  };
+  traceMenu_ = addMenu("traces", tr("Traces"), tr("Choose the traces shown"));
+  QMenu* exports = addMenu("export", tr("Export"), tr("Write the visible part to a file"));
+  for (const auto& [format, text] :
+       {std::pair{ChartFormat::Png, tr("Picture (PNG)...")}, std::pair{ChartFormat::Pdf, tr("Drawing (PDF)...")},
+        std::pair{ChartFormat::Csv, tr("Values (CSV)...")}})
+    connect(exports->addAction(text), &QAction::triggered, this,
+            [this, format = format] { emit ExportWanted(format); });
+}
+
+void StripChart::AddTool(QWidget* tool) {
+  tools_->addWidget(tool);
+}
+
+void StripChart::BuildPlot() {
+  plot_ = new QCustomPlot;
+  plot_->setObjectName("plot");
+  plot_->setAutoAddPlottableToLegend(false);
+  plot_->setContextMenuPolicy(Qt::NoContextMenu);
+  plot_->setAccessibleName(tr("Strip chart"));
+  plot_->setToolTip(
+      tr("Drag the arrows at the edges of this graph to zoom in and out.\n"
+         "Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."));
+
+  // The legend stands above the picture in a row of its own, entries to the left.
+  auto* row = new QCPLayoutGrid;
+  plot_->plotLayout()->insertRow(0);
+  plot_->plotLayout()->addElement(0, 0, row);
+  row->addElement(0, 0, plot_->legend);
+  row->addElement(0, 1, new QCPLayoutElement(plot_));
+  row->setColumnStretchFactor(0, 0.001);
+  plot_->plotLayout()->setRowStretchFactor(0, 0.001);
+  plot_->plotLayout()->setRowSpacing(2);
+  plot_->legend->setVisible(true);
+  plot_->legend->setLayer("legend");
+  plot_->legend->setBorderPen(Qt::NoPen);
+  plot_->legend->setBrush(Qt::NoBrush);
+  plot_->legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
+  plot_->legend->setMargins(QMargins(0, 0, 0, 0));
+  plot_->legend->setRowSpacing(0);
+
+  plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());
+  for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis, plot_->xAxis2, plot_->yAxis2}) {
+    axis->setVisible(true);
+    axis->setTickLength(0, 0);
+    axis->setSubTicks(false);
+  }
+  plot_->xAxis2->setTickLabels(false);
+  cursor_ = new TraceCursor(plot_, [this](std::int64_t time) { return CursorRows(time); });
+  arrows_ = new ZoomArrows(plot_);
+}
+
+void StripChart::Restyle(const Palette& palette) {
+  plot_->setFont(font());
+  plot_->setBackground(palette.card);
+  for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis, plot_->xAxis2, plot_->yAxis2}) {
+    axis->setBasePen(QPen(palette.line, 0));
+    axis->setTickLabelColor(palette.mutedText);
+    axis->setLabelColor(palette.mutedText);
+    axis->setTickLabelFont(font());
+    axis->setLabelFont(font());
+    axis->grid()->setPen(QPen(palette.grid, 0));
+    axis->grid()->setZeroLinePen(QPen(palette.line, 0));
+  }
+  plot_->legend->setFont(font());
+  plot_->legend->setTextColor(palette.text);
+  const int height = QFontMetrics(font()).height();
+  plot_->legend->setIconSize(height, height);
+  for (const ShownTrace& trace : traces_)
+    trace.Plottable->setPen(palette.traces[trace.Settings.PaletteIndex % palette.traces.size()]);
+  cursor_->SetColours(palette);
+  arrows_->SetColours(palette);
+  QColor frame = palette.accent;
+  plot_->selectionRect()->setPen(QPen(frame, 0));
+  frame.setAlpha(40);
+  plot_->selectionRect()->setBrush(frame);
+  RebuildLegend();
+}
+
+void StripChart::RebuildLegend() {
+  // Entries are removed and added, never hidden: a hidden one leaves a hole.
+  plot_->legend->clearItems();
+  bool second = false;
+  for (const ShownTrace& trace : traces_) {
+    if (!trace.Visible) continue;
+    trace.Plottable->addToLegend();
+    second = second || trace.Settings.SecondAxis;
+  }
+  plot_->yAxis2->setTickLabels(second);
+  ArrangeLegend();
+}
+
+// As many entries in a row as fit.
+void StripChart::ArrangeLegend() {
+  const QFontMetrics metrics(font());
+  int widest = 1;
+  for (const ShownTrace& trace : traces_)
+    if (trace.Visible) widest = std::max(widest, metrics.horizontalAdvance(trace.Settings.Name));
+  const int entry = widest + plot_->legend->iconSize().width() + plot_->legend->iconTextPadding() +
+                    plot_->legend->columnSpacing() + metrics.averageCharWidth();
+  plot_->legend->setWrap(std::max(plot_->width() / entry, 1));
+  plot_->legend->setFillOrder(QCPLayoutGrid::foColumnsFirst, true);
+}
+
+void StripChart::ShowMode() {
+  const ChartMode mode = Mode();
+  for (const auto& [button, own] :
+       {std::pair{live_, ChartMode::Live}, std::pair{pause_, ChartMode::Paused}, std::pair{fit_, ChartMode::Whole}}) {
+    const QSignalBlocker quiet(button);
+    button->setChecked(mode == own);
+  }
+}
+
+}  // namespace krx
