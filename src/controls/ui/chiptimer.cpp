@@ -41,13 +41,13 @@ void ChipTurns::Withdraw(ChipTimer& timer) {
 }
 
 void ChipTurns::ScheduleNext() {
-  if (running_ || waiting_.empty() || breath_.isActive()) return;
+  if (running_ || holds_ > 0 || waiting_.empty() || breath_.isActive()) return;
   const auto rested = sinceLastTurn_.isValid() ? std::min<qint64>(sinceLastTurn_.elapsed(), breathMs) : breathMs;
   breath_.start(breathMs - static_cast<int>(rested));
 }
 
 void ChipTurns::RunNext() {
-  if (running_ || waiting_.empty()) return;
+  if (running_ || holds_ > 0 || waiting_.empty()) return;
   if (link_.TransferInProgress()) {
     breath_.start(breathMs);
     return;

@@ -31,6 +31,22 @@ class ChipTurns : public QObject {
 
   void OnFailure(Failure failed) { failed_ = std::move(failed); }
 
+  /// As long as one lives no turn is given, so that a handler which waits between its transfers has the chip for
+  /// itself. Timers that ask meanwhile wait.
+  class Hold {
+   public:
+    explicit Hold(ChipTurns& turns) : turns_(turns) { ++turns_.holds_; }
+    ~Hold() {
+      --turns_.holds_;
+      turns_.ScheduleNext();
+    }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+   private:
+    ChipTurns& turns_;
+  };
+
   /// True while a tick runs, its waits included.
   bool TurnRunning() const { return running_; }
 
@@ -51,6 +67,7 @@ class ChipTurns : public QObject {
   QTimer breath_;
   QElapsedTimer sinceLastTurn_;
   bool running_ = false;
+  int holds_ = 0;
 };
 
 /// A repeating timer whose tick may reach the chip. Its timeout only asks for a turn; timeouts that find the previous
