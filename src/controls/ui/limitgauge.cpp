@@ -101,7 +101,8 @@ QSize LimitGauge::minimumSizeHint() const {
 
 QRectF LimitGauge::Bar() const {
   const double em = fontMetrics().height();
-  const double left = fontMetrics().horizontalAdvance(QStringLiteral("20000")) + 0.7 * em;
+  const double spare = std::max(width() - minimumSizeHint().width(), 0) / 2.0;
+  const double left = spare + fontMetrics().horizontalAdvance(QStringLiteral("20000")) + 0.7 * em;
   return {left, 0.6 * em, 1.6 * em, height() - 1.2 * em};
 }
 
@@ -233,12 +234,12 @@ void LimitGauge::PaintScale(QPainter& painter) const {
   painter.drawRoundedRect(bar, 0.3 * em, 0.3 * em);
 
   painter.setPen(palette.mutedText);
-  const auto ticks = markers_.Scale().Ticks(std::max(2, static_cast<int>(bar.height() / (2.2 * em))));
+  const auto ticks = markers_.Scale().Ticks(std::max(2, static_cast<int>(bar.height() / (3 * em))));
   const double step = ticks.size() > 1 ? ticks[1] - ticks[0] : 1;
   for (const double tick : ticks) {
     const double y = YOf(tick);
     painter.drawLine(QPointF(bar.left() - 0.5 * em, y), QPointF(bar.left(), y));
-    painter.drawText(QRectF(0, y - em / 2, bar.left() - 0.7 * em, em), Qt::AlignRight | Qt::AlignVCenter,
+    painter.drawText(QRectF(0, y - em / 2, bar.left() - 0.65 * em, em), Qt::AlignRight | Qt::AlignVCenter,
                      TickText(tick, step));
   }
 }
@@ -259,7 +260,7 @@ void LimitGauge::PaintMarker(QPainter& painter, Marker marker, double labelY) co
   painter.drawPolygon(QPolygonF{{tip, y}, {tip + 0.7 * em, y - 0.45 * em}, {tip + 0.7 * em, y + 0.45 * em}});
 
   const QString text = Name(marker) + u' ' + Number(markers_.ValueOf(marker), markers_.Scale().Decimals());
-  const QRectF label(tip + 0.95 * em, labelY - em / 2, fontMetrics().horizontalAdvance(text) + 2, em);
+  const QRectF label(tip + 1.1 * em, labelY - em / 2, fontMetrics().horizontalAdvance(text) + 2, em);
   painter.setPen(palette.text);
   painter.drawText(label, Qt::AlignLeft | Qt::AlignVCenter, text);
   if (!hasFocus() || focused_ != marker) return;
@@ -291,13 +292,16 @@ void LimitGauge::paintEvent(QPaintEvent*) {
                           0.15 * em);
 
   // Labels that would cover each other move apart; the triangles stay where the limits are.
-  const double overlap = both ? 1.25 * em - (MarkerY(Marker::Low) - MarkerY(Marker::High)) : 0;
-  const double shift = markers_.IsDraggable(Marker::High) ? std::clamp(overlap, 0.0, 1.25 * em) / 2 : 0;
-  for (const Marker marker : markers) {
-    const double away = marker == Marker::High ? -shift : shift;
-    if (markers_.IsPlaced(marker))
-      PaintMarker(painter, marker, std::clamp(MarkerY(marker) + away, em / 2, height() - em / 2));
+  const double least = em / 2;
+  const double most = height() - em / 2;
+  double high = std::clamp(MarkerY(Marker::High), least, most);
+  double low = std::clamp(MarkerY(Marker::Low), least, most);
+  if (const double room = 1.3 * em; markers_.IsDraggable(Marker::High) && low - high < room) {
+    high = std::clamp((high + low - room) / 2, least, std::max(least, most - room));
+    low = high + room;
   }
+  if (markers_.IsPlaced(Marker::High)) PaintMarker(painter, Marker::High, high);
+  if (markers_.IsPlaced(Marker::Low)) PaintMarker(painter, Marker::Low, low);
 }
 
 }  // namespace krx

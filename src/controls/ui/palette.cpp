@@ -2,11 +2,36 @@
 #include "controls/ui/palette.h"
 
 #include <QApplication>
-#include <QStyleFactory>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QVariant>
 #include <QWidget>
 
 namespace krx {
+namespace {
+
+/// Fusion takes a box's outline from the window's colour made darker, which on a dark window cannot be seen.
+class OutlinedStyle : public QProxyStyle {
+ public:
+  OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Palette::For(option->palette).mutedText);
+    painter->setBrush(Qt::NoBrush);
+    const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    const double radius = element == PE_IndicatorCheckBox ? 2 : box.height() / 2;
+    painter->drawRoundedRect(box, radius, radius);
+    painter->restore();
+  }
+};
+
+}  // namespace
 
 Theme ThemeFromName(const QString& name) {
   if (name == QLatin1String("light")) return Theme::Light;
@@ -90,7 +115,7 @@ void ApplyTheme(QApplication& application, Theme theme) {
   const Palette& palette = theme == Theme::Light  ? Palette::Light()
                            : theme == Theme::Dark ? Palette::Dark()
                                                   : Palette::For(application.palette());
-  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setStyle(new OutlinedStyle);  // the application owns it
   application.setPalette(MakeQPalette(palette));
   application.setStyleSheet(MakeStyleSheet(palette));
 }
