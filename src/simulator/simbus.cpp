@@ -26,7 +26,6 @@ void SimBus::Wait(double seconds) {
 template <typename Action>
 void SimBus::Perform(Operation op, std::uint8_t address, std::uint8_t reg, std::uint8_t data, Action action) {
   if (IsBusTransfer(op)) Wait(sim_.extraSeconds_);
-  sim_.Advance();
   Transfer& entry = sim_.trace_.Add({sim_.Seconds(), op, address, reg, data, true});
   sim_.plan_.Check(op, reg);
   action(entry);
@@ -34,8 +33,10 @@ void SimBus::Perform(Operation op, std::uint8_t address, std::uint8_t reg, std::
 }
 
 SimChip& SimBus::Find(bool smbus, std::uint8_t port, std::uint8_t address) {
+  Simulation::Side& side = smbus ? sim_.smbusSide_ : sim_.boardSide_;
+  sim_.Advance(side);
   const bool absent = sim_.absentFrom_ && sim_.Seconds() >= *sim_.absentFrom_;
-  for (const auto& unit : smbus ? sim_.smbusUnits_ : sim_.boardUnits_) {
+  for (const auto& unit : side.Units) {
     if (absent || unit->Address != address) continue;
     if (smbus) return unit->Chip;
     if (unit->Port != port || unit->Board == nullptr || !sim_.options_.BoardPresent) continue;
@@ -62,6 +63,7 @@ void SimBus::WriteChip(bool smbus, std::uint8_t port, std::uint8_t address, std:
 
 SimBoard& SimBus::Board(std::uint8_t port) {
   if (port >= sim_.boards_.size()) throw CommsError(badPortNumber, "Printer port unavailable");
+  sim_.Advance(sim_.boardSide_);
   return sim_.boards_[port];
 }
 

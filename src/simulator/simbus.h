@@ -20,7 +20,7 @@ struct Simulation::Unit {
   SimPlant Plant;
 };
 
-/// The bus operations that the handed-out objects share: each is traced, may fail by plan, and finds the model
+/// The bus operations that the handed-out objects share: each is traced, may fail by plan, and finds chips and boards
 /// brought up to now.
 class SimBus {
  public:

@@ -30,12 +30,12 @@ Simulation::Simulation(Clock& clock, SimOptions options) : clock_(clock), option
     unit->Modes = place.Modes;
     unit->Port = place.Port;
     if (place.Port < boards_.size()) unit->Board = &boards_[place.Port];
-    boardUnits_.push_back(std::move(unit));
+    boardSide_.Units.push_back(std::move(unit));
   }
   for (const SimOptions::SmbusChip& place : options_.SmbusChips) {
     auto unit = std::make_unique<Unit>(options_);
     unit->Address = place.Address;
-    smbusUnits_.push_back(std::move(unit));
+    smbusSide_.Units.push_back(std::move(unit));
   }
 }
 
@@ -49,28 +49,26 @@ double Simulation::Seconds() {
   return ClockSeconds(clock_) - startSeconds_;
 }
 
-void Simulation::Advance() {
+void Simulation::Advance(Side& side) {
   // First, so that the steps see what the board has been told since the last one.
-  for (const auto& unit : boardUnits_) RefreshPins(*unit);
-  for (const auto& unit : smbusUnits_) RefreshPins(*unit);
+  for (const auto& unit : side.Units) RefreshPins(*unit);
   const double steps = Seconds() * options_.Speed / SimPlant::stepSeconds;
   const auto target = static_cast<std::int64_t>(std::floor(steps + 1e-6));
-  step_ = std::max(step_, target - longestGapSteps);
-  while (step_ < target) {
-    ++step_;
-    for (const auto& unit : boardUnits_) Step(*unit, step_);
-    for (const auto& unit : smbusUnits_) Step(*unit, step_);
+  side.Step = std::max(side.Step, target - longestGapSteps);
+  while (side.Step < target) {
+    ++side.Step;
+    for (const auto& unit : side.Units) Step(*unit, plantFaults_, side.Step);
   }
 }
 
-void Simulation::Step(Unit& unit, std::int64_t step) {
+void Simulation::Step(Unit& unit, const PlantFaults& faults, std::int64_t step) {
   PlantDrive drive{unit.Chip.FanDuty(), {}};
   if (unit.Board != nullptr) drive.Heater = {unit.Board->HeaterOn(1), unit.Board->HeaterOn(2)};
-  unit.Plant.Step(drive, plantFaults_, step);
+  unit.Plant.Step(drive, faults, step);
   unit.Chip.Step(unit.Plant.State(), step);
 }
 
-void Simulation::RefreshPins(Unit& unit) {
+void Simulation::RefreshPins(Unit& unit) const {
   ChipPins pins = unit.Board == nullptr ? ChipPins{} : unit.Board->Pins(options_.VidFollowsU3);
   for (std::size_t diode = 0; diode < openDiode_.size(); ++diode) {
     pins.DiodeOpen[diode] = pins.DiodeOpen[diode] || openDiode_[diode];
@@ -79,7 +77,8 @@ void Simulation::RefreshPins(Unit& unit) {
 }
 
 void Simulation::AddFault(const Fault& fault) {
-  Advance();
+  Advance(boardSide_);
+  Advance(smbusSide_);
   const auto index = static_cast<std::size_t>(std::max(fault.Index, 1) - 1);
   switch (fault.What) {
     case Fault::Kind::FailTransfer:
@@ -107,7 +106,8 @@ void Simulation::AddFault(const Fault& fault) {
 }
 
 void Simulation::ClearFaults() {
-  Advance();
+  Advance(boardSide_);
+  Advance(smbusSide_);
   plan_.Clear();
   extraSeconds_ = 0;
   absentFrom_.reset();
@@ -116,29 +116,27 @@ void Simulation::ClearFaults() {
   companyId_.reset();
 }
 
-SimChip& Simulation::BoardChip(std::size_t index) {
-  Advance();
-  return boardUnits_.at(index)->Chip;
+Simulation::Unit& Simulation::UnitNow(Side& side, std::size_t index) {
+  Advance(side);
+  return *side.Units.at(index);
 }
 
+SimChip& Simulation::BoardChip(std::size_t index) {
+  return UnitNow(boardSide_, index).Chip;
+}
 SimChip& Simulation::SmbusChip(std::size_t index) {
-  Advance();
-  return smbusUnits_.at(index)->Chip;
+  return UnitNow(smbusSide_, index).Chip;
+}
+SimPlant& Simulation::BoardPlant(std::size_t index) {
+  return UnitNow(boardSide_, index).Plant;
+}
+SimPlant& Simulation::SmbusPlant(std::size_t index) {
+  return UnitNow(smbusSide_, index).Plant;
 }
 
 SimBoard& Simulation::Board(std::size_t port) {
-  Advance();
+  Advance(boardSide_);
   return boards_.at(port);
-}
-
-SimPlant& Simulation::BoardPlant(std::size_t index) {
-  Advance();
-  return boardUnits_.at(index)->Plant;
-}
-
-SimPlant& Simulation::SmbusPlant(std::size_t index) {
-  Advance();
-  return smbusUnits_.at(index)->Plant;
 }
 
 }  // namespace krx

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -22,8 +24,8 @@ namespace krx {
 /// time, so the same seed, the same operations and the same clock readings give the same bytes.
 ///
 /// Of a gap longer than an hour of model time only the last hour is computed: a program that was not reading does not
-/// have to make up for days at once (an hour is some 50 ms of work), and all but a slow dynamic Tmin has settled by
-/// then.
+/// have to make up for days at once (an hour is a fraction of a second of work), and all but a slow dynamic Tmin has
+/// settled by then. Board and SMBus advance each on their own, so that the medium that nobody uses costs nothing.
 class Simulation {
  public:
   Simulation(Clock& clock, SimOptions options);
@@ -59,17 +61,22 @@ class Simulation {
   friend class SimBus;
   struct Unit;
 
-  void Advance();
-  void Step(Unit& unit, std::int64_t step);
-  void RefreshPins(Unit& unit);
+  /// The chips of one medium and how far they have been computed.
+  struct Side {
+    std::vector<std::unique_ptr<Unit>> Units;
+    std::int64_t Step = 0;
+  };
+  Unit& UnitNow(Side& side, std::size_t index);
+  void Advance(Side& side);
+  static void Step(Unit& unit, const PlantFaults& faults, std::int64_t step);
+  void RefreshPins(Unit& unit) const;
 
   Clock& clock_;
   SimOptions options_;
   double startSeconds_ = 0;
-  std::int64_t step_ = 0;
   std::vector<SimBoard> boards_;
-  std::vector<std::unique_ptr<Unit>> boardUnits_;
-  std::vector<std::unique_ptr<Unit>> smbusUnits_;
+  Side boardSide_;
+  Side smbusSide_;
   SimTrace trace_;
   FaultPlan plan_;
   double extraSeconds_ = 0;

@@ -132,14 +132,17 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
     const ZoneRegisters& row = zoneRegisters[z];
     const int opPoint = registers.Signed(row.OpPoint);
     const bool prochot = measure.Prochot() && registers.Bit(Reg::DynamicTmin1, prochotBits[z]);
-    bool running = false;
-    for (std::size_t pwm = 0; pwm < 3; ++pwm) running = running || (DrivenBy(registers, pwm, z) && fanRunning[pwm]);
-
+    const auto running = [&] {
+      for (std::size_t pwm = 0; pwm < fanRunning.size(); ++pwm) {
+        if (DrivenBy(registers, pwm, z) && fanRunning[pwm]) return true;
+      }
+      return false;
+    };
     int direction = 0;
     if (registers.Monitoring() && measure.Measured() && registers.Bit(Reg::DynamicTmin1, enableBits[z])) {
       if (prochot || measure.Celsius(z) > opPoint) {
         direction = -1;
-      } else if (measure.Celsius(z) < opPoint && running) {
+      } else if (measure.Celsius(z) < opPoint && running()) {
         direction = +1;
       }
     }
