@@ -12,8 +12,8 @@ namespace {
 
 /// The same computer seen through the simulated library and through the kernel.
 struct Computer {
-  explicit Computer(bool linux) {
-    if (!linux) {
+  explicit Computer(bool throughKernel) {
+    if (!throughKernel) {
       Module = Simulated.MakeCommsModule();
       return;
     }
