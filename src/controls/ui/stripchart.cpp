@@ -24,6 +24,7 @@ namespace {
 constexpr int kTicksPerRedraw = 5;
 constexpr qint64 kPostedMilliseconds = 50;  // five ticks of 10 ms; slower ticks need not wait for the fifth
 constexpr qint64 kUserMilliseconds = 16;
+constexpr double kRedrawMargin = 1.3;  // of what the last redraw took
 
 QString WithUnit(double value, const ChartTrace& trace, bool sign) {
   QString text = QString::number(value, 'f', trace.Decimals);
@@ -58,7 +59,14 @@ StripChart::StripChart(const TraceHistory& history, QWidget* parent)
   ShowMode();
 }
 
-StripChart::~StripChart() = default;
+StripChart::~StripChart() {
+  if (budget_) budget_->Forget(this);
+}
+
+void StripChart::SetWaitBudget(WaitBudget* budget) {
+  if (budget_) budget_->Forget(this);
+  budget_ = budget;
+}
 
 void StripChart::ConnectNavigation() {
   const auto* navigation = new ChartNavigation(plot_, arrows_);
@@ -184,6 +192,7 @@ void StripChart::CopySettings(const StripChart& other) {
   SetAxisTitles(other.plot_->yAxis->label(), other.plot_->yAxis2->label());
   left_ = other.left_;
   right_ = other.right_;
+  SetWaitBudget(other.budget_);
 }
 
 void StripChart::Clear() {
@@ -331,10 +340,16 @@ void StripChart::RequestRedraw() {
 void StripChart::Redraw() {
   if (!Drawable()) return;
   redraw_.stop();
+  if (budget_ && redrawSeconds_ * kRedrawMargin > budget_->SecondsLeft()) {
+    budget_->CallAfterwards(this, [this] { Redraw(); });
+    return;
+  }
   ticks_ = 0;
   dirty_ = false;
+  sinceRedraw_.restart();
   PlaceAxes();
   plot_->replot(QCustomPlot::rpQueuedRefresh);
+  redrawSeconds_ = static_cast<double>(sinceRedraw_.nsecsElapsed()) * 1e-9;
   sinceRedraw_.restart();
 }
 

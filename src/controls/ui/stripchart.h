@@ -13,6 +13,7 @@
 #include "controls/tracehistory.h"
 #include "controls/ui/tracecursor.h"
 #include "controls/ui/zoomarrows.h"
+#include "controls/waitbudget.h"
 
 class QAction;
 class QBoxLayout;
@@ -67,7 +68,12 @@ class StripChart : public QWidget {
   /// Range of the right axis; grows by itself when a value lies above it.
   void SetSecondValueRange(double min, double max);
 
-  /// Takes over captions, titles, ranges and traces with names, visibility and selection, so that both look alike.
+  /// With a budget, which must outlive the chart, a redraw that would make a transfer late is put off until no
+  /// transfer waits.
+  void SetWaitBudget(WaitBudget* budget);
+
+  /// Takes over captions, titles, ranges, the wait budget and traces with names, visibility and selection, so that both
+  /// look alike.
   void CopySettings(const StripChart& other);
 
   /// Shows nothing that was posted before now. The history, and other charts over it, keep everything.
@@ -164,6 +170,8 @@ class StripChart : public QWidget {
 
   QElapsedTimer sinceRedraw_;
   QTimer redraw_;
+  WaitBudget* budget_ = nullptr;
+  double redrawSeconds_ = 0;  // what the last one took
   int ticks_ = 0;
   bool dirty_ = true;
 };

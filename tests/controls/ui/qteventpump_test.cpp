@@ -2,12 +2,15 @@
 #include "controls/ui/qteventpump.h"
 
 #include <gtest/gtest.h>
+#include <qcustomplot.h>
 #include <time.h>
 
 #include <QCursor>
 #include <QWidget>
 #include <cmath>
 
+#include "controls/tracehistory.h"
+#include "controls/ui/stripchart.h"
 #include "link/registeraccess.h"
 #include "support/livebench.h"
 
@@ -97,6 +100,38 @@ TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
   EXPECT_EQ(log, "") << "not between two transfers either: no event is handled there";
   LiveBench::Run(5);
   EXPECT_EQ(log, "after ");
+}
+
+TEST(StripChart, ARedrawThatDoesNotFitIntoAWaitIsPutOff) {
+  struct Budget : WaitBudget {
+    double SecondsLeft() const override { return Left; }
+    void CallAfterwards(const void*, std::function<void()> work) override { PutOff = std::move(work); }
+    void Forget(const void*) override { PutOff = nullptr; }
+    double Left = INFINITY;
+    std::function<void()> PutOff;
+  } budget;
+  TraceHistory history(1);
+  {
+    StripChart chart(history);
+    chart.SetWaitBudget(&budget);
+    int redraws = 0;
+    QObject::connect(chart.Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
+    chart.show();
+    LiveBench::Run(60);
+    budget.Left = 1e-6;
+    redraws = 0;
+    chart.SetValueRange(0, 50);
+    LiveBench::Run(60);
+    EXPECT_EQ(redraws, 0);
+    ASSERT_TRUE(budget.PutOff);
+    budget.Left = 1;
+    budget.PutOff();
+    EXPECT_EQ(redraws, 1);
+    budget.Left = 0;
+    chart.SetValueRange(0, 60);
+    LiveBench::Run(60);
+  }
+  EXPECT_FALSE(budget.PutOff) << "nothing is called after the chart's end";
 }
 
 }  // namespace
