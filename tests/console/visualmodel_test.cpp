@@ -8,6 +8,7 @@
 
 #include "console/visualbench.h"
 #include "link/commserror.h"
+#include "link/registeraccess.h"
 
 namespace krx {
 namespace {
@@ -81,7 +82,9 @@ TEST(VisualModel, SelectingAChannelReadsItsLimitsAndAFansDuty) {
                               {11, "R44 R45", Strip::Strip3, 3}};
   VisualBench bench(Medium::Smbus);
   bench.Work.Display.PwmManual = {false, true, false};
-  bench.Poke(0x31, 0x80);
+  WriteByte(bench.Bus, 0x5D, 0xE2);
+  WriteByte(bench.Bus, 0x31, 0x80);
+  bench.Traffic();
   const VisualState& state = bench.Model.State();
   for (const Row& row : rows) {
     bench.Model.SelectChannel(row.Channel);
