@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "link/linux/i2cdevsmbus.h"
 
-#include <fmt/format.h>
-#include <linux/i2c-dev.h>
-#include <linux/i2c.h>
-
 #include <cerrno>
-#include <filesystem>
+#include <exception>
 #include <utility>
 
 #include "link/commserror.h"
@@ -14,127 +10,61 @@
 
 namespace krx {
 
-namespace {
-
-[[noreturn]] void FailedOpen(int number, const std::string& path) {
-  switch (number) {
-    case ENOENT:
-      throw CommsError(number, fmt::format("{} does not exist: load its driver with \"modprobe i2c-dev\", "
-                                           "or choose another bus with --smbus",
-                                           path));
-    case EACCES:
-      throw CommsError(number, fmt::format("no permission for {}: join the group i2c (\"adduser USER i2c\") "
-                                           "and log in again",
-                                           path));
-    case ENXIO:
-    case ENODEV:
-      throw CommsError(number, fmt::format("no adapter behind {}: the adapter's driver is not loaded", path));
-    default:
-      throw CommsError(number, fmt::format("cannot open {} ({})", path, ErrorSymbol(number)));
-  }
-}
-
-[[noreturn]] void RefusedAddress(int number, const KernelRoots& roots, int bus, std::uint8_t address) {
-  if (number != EBUSY) {
-    throw CommsError(number, fmt::format("i2c-{} refuses address {:02X}h ({})", bus, address, ErrorSymbol(number)));
-  }
-  const std::string device = fmt::format("{}-{:04x}", bus, address);
-  const std::string link = fmt::format("{}/bus/i2c/devices/{}/driver", roots.Sys, device);
-  std::error_code error;
-  const std::string driver = std::filesystem::read_symlink(link, error).filename().string();
-  throw CommsError(number, fmt::format("address {:02X}h of i2c-{} is held by the kernel driver {}: unbind it "
-                                       "(\"echo {} > {}/unbind\" as root), or use --force",
-                                       address, bus, driver.empty() ? "of another device" : driver, device, link));
-}
-
-}  // namespace
-
 I2cDevSmbus::I2cDevSmbus(Kernel& kernel, KernelRoots roots, std::optional<int> number, bool force)
-    : roots_(std::move(roots)), number_(number), force_(force), node_(kernel) {}
+    : kernel_(kernel), roots_(std::move(roots)), number_(number), force_(force) {}
 
 std::string I2cDevSmbus::ChipsetReport() {
   return ChipsetReportOf(ChooseAdapter(roots_, number_), number_);
 }
 
 void I2cDevSmbus::WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
-  Transfer(address, reg, I2C_SMBUS_WRITE, data);
+  OnBusOf(address, [&](I2cBus& bus) { bus.Write(address, reg, data); });
 }
 
 std::uint8_t I2cDevSmbus::ReadByteData(std::uint8_t address, std::uint8_t reg) {
   std::uint8_t data = 0;
-  Transfer(address, reg, I2C_SMBUS_READ, data);
+  OnBusOf(address, [&](I2cBus& bus) { data = bus.Read(address, reg); });
   return data;
 }
 
 void I2cDevSmbus::SetTargetAddress(std::uint8_t address) {
-  OpenNode();
-  // Asked before every transfer: a driver may have taken the address meanwhile, and after a refusal the node still
-  // has the address of the transfer before.
-  const int result = node_.Ioctl(force_ ? I2C_SLAVE_FORCE : I2C_SLAVE, static_cast<unsigned long>(address));
-  if (result < 0) RefusedAddress(-result, roots_, bus_, address);
+  const auto chosen = busOf_.find(address);
+  if (number_ || chosen == busOf_.end()) return;
+  for (auto& [number, bus] : buses_) {
+    if (number != chosen->second) bus.Close();
+  }
 }
 
-void I2cDevSmbus::OpenNode() {
-  if (node_.IsOpen()) return;
-  if (number_) {
-    bus_ = *number_;
-  } else {
-    const auto adapter = ChooseAdapter(roots_, std::nullopt);
-    if (!adapter) {
-      throw CommsError(ENODEV,
-                       "no SMBus adapter is registered: load the driver of the PC's SMBus, "
-                       "or choose a bus with --smbus");
+void I2cDevSmbus::Close() {
+  for (auto& [number, bus] : buses_) bus.Close();
+}
+
+I2cBus& I2cDevSmbus::Bus(int number) {
+  return buses_.try_emplace(number, kernel_, roots_, number, force_).first->second;
+}
+
+void I2cDevSmbus::OnBusOf(std::uint8_t address, const Work& work) {
+  if (number_) return work(Bus(*number_));
+  if (const auto known = busOf_.find(address); known != busOf_.end()) return work(Bus(known->second));
+
+  std::exception_ptr silence, failure;
+  for (const I2cAdapter& adapter : ListI2cAdapters(roots_)) {
+    if (!IsHostSmbus(adapter)) continue;
+    try {
+      work(Bus(adapter.Number));
+      busOf_[address] = adapter.Number;
+      return;
+    } catch (const NoAcknowledge&) {
+      silence = std::current_exception();
+    } catch (const CommsError&) {
+      if (!failure) failure = std::current_exception();
     }
-    bus_ = adapter->Number;
   }
-  const std::string path = fmt::format("{}/i2c-{}", roots_.Dev, bus_);
-  const int opened = node_.Open(path);
-  if (opened < 0) FailedOpen(-opened, path);
-
-  unsigned long functions = 0;  // The kernel stores a whole long here, whatever the width of the flags.
-  const int asked = node_.Ioctl(I2C_FUNCS, &functions);
-  constexpr unsigned long needed = I2C_FUNC_SMBUS_BYTE_DATA;
-  if (asked < 0 || (functions & needed) != needed) {
-    node_.Close();
-    if (asked < 0) throw CommsError(-asked, fmt::format("{} is no I2C bus ({})", path, ErrorSymbol(-asked)));
-    throw CommsError(EOPNOTSUPP,
-                     fmt::format("i2c-{} cannot transfer byte data: choose another bus with --smbus", bus_));
-  }
-}
-
-void I2cDevSmbus::Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direction, std::uint8_t& data) {
-  SetTargetAddress(address);
-  i2c_smbus_data bytes{};
-  bytes.byte = data;
-  i2c_smbus_ioctl_data request{direction, reg, I2C_SMBUS_BYTE_DATA, &bytes};
-  const int result = node_.Ioctl(I2C_SMBUS, &request);
-  if (result < 0) FailedTransfer(-result, address);
-  data = bytes.byte;
-}
-
-void I2cDevSmbus::FailedTransfer(int number, std::uint8_t address) {
-  // An adapter that was unplugged stays busy as long as its node is open and cannot come back under its number.
-  std::error_code error;
-  if (!std::filesystem::exists(fmt::format("{}/bus/i2c/devices/i2c-{}", roots_.Sys, bus_), error)) node_.Close();
-  switch (number) {
-    case ENXIO:
-    case EREMOTEIO:
-    case ENODEV:
-      throw NoAcknowledge(number, fmt::format("no device answers at {:02X}h", address));
-    case EBUSY:
-      throw CommsError(number, fmt::format("the firmware uses the bus i2c-{}: leave it to the firmware, "
-                                           "or choose another bus with --smbus",
-                                           bus_));
-    case ETIMEDOUT:
-      throw CommsError(number, fmt::format("a device holds the clock of i2c-{}: the bus hangs, "
-                                           "and each transfer blocks up to a second",
-                                           bus_));
-    case EAGAIN:
-      throw CommsError(number, fmt::format("another master took the bus i2c-{}", bus_));
-    default:
-      throw CommsError(number,
-                       fmt::format("transfer with {:02X}h on i2c-{} failed ({})", address, bus_, ErrorSymbol(number)));
-  }
+  // A bus that could not be asked says more than one on which nobody answered.
+  if (failure) std::rethrow_exception(failure);
+  if (silence) std::rethrow_exception(silence);
+  throw CommsError(ENODEV,
+                   "no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus with --smbus");
 }
 
 }  // namespace krx

@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <vector>
+
 #include "link/linux/i2cadapters.h"
 #include "link/linux/i2cdevsmbus.h"
 #include "link/linux/parportboard.h"
@@ -98,11 +100,22 @@ std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& 
 }
 
 std::optional<std::string> FindLinuxBus(const KernelRoots& roots) {
-  if (const auto adapter = ChooseAdapter(roots, std::nullopt)) {
-    return fmt::format("{}, i2c-{}", adapter->Name, adapter->Number);
+  LinuxOptions options;
+  options.Roots = roots;
+  return FindLinuxBus(options);
+}
+
+std::optional<std::string> FindLinuxBus(const LinuxOptions& options) {
+  std::vector<std::string> found;
+  for (const I2cAdapter& adapter : ListI2cAdapters(options.Roots)) {
+    const bool wanted = options.Smbus ? adapter.Number == *options.Smbus : IsHostSmbus(adapter);
+    if (wanted) found.push_back(fmt::format("{}, i2c-{}", adapter.Name, adapter.Number));
   }
-  if (const auto ports = ListPrinterPorts(roots); !ports.empty()) return fmt::format("printer port {}", ports.front());
-  return std::nullopt;
+  if (found.empty() && options.Smbus) found.push_back(fmt::format("i2c-{}", *options.Smbus));
+  const auto ports = options.PrinterPort ? std::vector{*options.PrinterPort} : ListPrinterPorts(options.Roots);
+  for (const int port : ports) found.push_back(fmt::format("printer port {}", port));
+  if (found.empty()) return std::nullopt;
+  return fmt::format("{}", fmt::join(found, " and "));
 }
 
 }  // namespace krx

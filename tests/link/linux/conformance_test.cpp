@@ -138,7 +138,7 @@ TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
   std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/lp.0");
   EXPECT_EQ(FindLinuxBus(roots.Roots), "printer port 1");
   roots.Adapter(2, "SMBus I801 adapter at 0700");
-  EXPECT_EQ(FindLinuxBus(roots.Roots), "SMBus I801 adapter at 0700, i2c-2");
+  EXPECT_EQ(FindLinuxBus(roots.Roots), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
 }
 
 }  // namespace

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/linux/i2cbus.h"
+
+#include <fmt/format.h>
+#include <linux/i2c-dev.h>
+#include <linux/i2c.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "link/commserror.h"
+
+namespace krx {
+
+namespace {
+
+[[noreturn]] void FailedOpen(int number, const std::string& path) {
+  switch (number) {
+    case ENOENT:
+      throw CommsError(number, fmt::format("{} does not exist: load its driver with \"modprobe i2c-dev\", "
+                                           "or choose another bus with --smbus",
+                                           path));
+    case EACCES:
+      throw CommsError(number, fmt::format("no permission for {}: join the group i2c (\"adduser USER i2c\") "
+                                           "and log in again",
+                                           path));
+    case ENXIO:
+    case ENODEV:
+      throw CommsError(number, fmt::format("no adapter behind {}: the adapter's driver is not loaded", path));
+    default:
+      throw CommsError(number, fmt::format("cannot open {} ({})", path, ErrorSymbol(number)));
+  }
+}
+
+[[noreturn]] void RefusedAddress(int number, const KernelRoots& roots, int bus, std::uint8_t address) {
+  if (number != EBUSY) {
+    throw CommsError(number, fmt::format("i2c-{} refuses address {:02X}h ({})", bus, address, ErrorSymbol(number)));
+  }
+  const std::string device = fmt::format("{}-{:04x}", bus, address);
+  const std::string link = fmt::format("{}/bus/i2c/devices/{}/driver", roots.Sys, device);
+  std::error_code error;
+  const std::string driver = std::filesystem::read_symlink(link, error).filename().string();
+  throw CommsError(number, fmt::format("address {:02X}h of i2c-{} is held by the kernel driver {}: unbind it "
+                                       "(\"echo {} > {}/unbind\" as root), or use --force",
+                                       address, bus, driver.empty() ? "of another device" : driver, device, link));
+}
+
+}  // namespace
+
+I2cBus::I2cBus(Kernel& kernel, const KernelRoots& roots, int number, bool force)
+    : roots_(roots), number_(number), force_(force), node_(kernel) {}
+
+std::uint8_t I2cBus::Read(std::uint8_t address, std::uint8_t reg) {
+  std::uint8_t data = 0;
+  Transfer(address, reg, I2C_SMBUS_READ, data);
+  return data;
+}
+
+void I2cBus::Write(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
+  Transfer(address, reg, I2C_SMBUS_WRITE, data);
+}
+
+void I2cBus::Select(std::uint8_t address) {
+  OpenNode();
+  // Asked before every transfer: a driver may have taken the address meanwhile, and after a refusal the node still
+  // has the address of the transfer before.
+  const int result = node_.Ioctl(force_ ? I2C_SLAVE_FORCE : I2C_SLAVE, static_cast<unsigned long>(address));
+  if (result < 0) RefusedAddress(-result, roots_, number_, address);
+}
+
+void I2cBus::Close() {
+  node_.Close();
+}
+
+void I2cBus::OpenNode() {
+  if (node_.IsOpen()) return;
+  const std::string path = fmt::format("{}/i2c-{}", roots_.Dev, number_);
+  const int opened = node_.Open(path);
+  if (opened < 0) FailedOpen(-opened, path);
+
+  unsigned long functions = 0;  // The kernel stores a whole long here, whatever the width of the flags.
+  const int asked = node_.Ioctl(I2C_FUNCS, &functions);
+  constexpr unsigned long needed = I2C_FUNC_SMBUS_BYTE_DATA;
+  if (asked < 0 || (functions & needed) != needed) {
+    node_.Close();
+    if (asked < 0) throw CommsError(-asked, fmt::format("{} is no I2C bus ({})", path, ErrorSymbol(-asked)));
+    throw CommsError(EOPNOTSUPP,
+                     fmt::format("i2c-{} cannot transfer byte data: choose another bus with --smbus", number_));
+  }
+}
+
+void I2cBus::Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direction, std::uint8_t& data) {
+  Select(address);
+  i2c_smbus_data bytes{};
+  bytes.byte = data;
+  i2c_smbus_ioctl_data request{direction, reg, I2C_SMBUS_BYTE_DATA, &bytes};
+  const int result = node_.Ioctl(I2C_SMBUS, &request);
+  if (result < 0) FailedTransfer(-result, address);
+  data = bytes.byte;
+}
+
+void I2cBus::FailedTransfer(int error, std::uint8_t address) {
+  // An adapter that was unplugged stays busy as long as its node is open and cannot come back under its number.
+  std::error_code ignored;
+  if (!std::filesystem::exists(fmt::format("{}/bus/i2c/devices/i2c-{}", roots_.Sys, number_), ignored)) node_.Close();
+  switch (error) {
+    case ENXIO:
+    case EREMOTEIO:
+    case ENODEV:
+      throw NoAcknowledge(error, fmt::format("no device answers at {:02X}h", address));
+    case EBUSY:
+      throw CommsError(error, fmt::format("the firmware uses the bus i2c-{}: leave it to the firmware, "
+                                          "or choose another bus with --smbus",
+                                          number_));
+    case ETIMEDOUT:
+      throw CommsError(error, fmt::format("a device holds the clock of i2c-{}: the bus hangs, "
+                                          "and each transfer blocks up to a second",
+                                          number_));
+    case EAGAIN:
+      throw CommsError(error, fmt::format("another master took the bus i2c-{}", number_));
+    default:
+      throw CommsError(
+          error, fmt::format("transfer with {:02X}h on i2c-{} failed ({})", address, number_, ErrorSymbol(error)));
+  }
+}
+
+}  // namespace krx

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+#include "link/linux/kernel.h"
+
+namespace krx {
+
+/// One bus through /dev/i2c-N. The node is opened at the first transfer and kept, since opening and closing cost ten
+/// times a transfer. Nothing is retried. On a hung bus a transfer blocks 0.2 to 1 s inside the kernel.
+///
+/// Errors carry the kernel's error number and a text that says what to do; NoAcknowledge when no device answered.
+class I2cBus {
+ public:
+  /// force: also use an address that a kernel driver holds. `kernel` and `roots` must outlive the bus.
+  I2cBus(Kernel& kernel, const KernelRoots& roots, int number, bool force);
+
+  std::uint8_t Read(std::uint8_t address, std::uint8_t reg);
+  void Write(std::uint8_t address, std::uint8_t reg, std::uint8_t data);
+  /// Opens the node and takes the address, so that one in use is told before the first transfer.
+  void Select(std::uint8_t address);
+
+  /// Gives the node back; the next transfer opens it again.
+  void Close();
+
+ private:
+  void OpenNode();
+  void Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direction, std::uint8_t& data);
+  [[noreturn]] void FailedTransfer(int error, std::uint8_t address);
+
+  const KernelRoots& roots_;
+  int number_;
+  bool force_;
+  DeviceNode node_;
+};
+
+}  // namespace krx
