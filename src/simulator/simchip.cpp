@@ -60,6 +60,11 @@ std::uint8_t SimChip::Peek(std::uint8_t reg) const {
   return ready ? static_cast<std::uint8_t>(value | Reg::Ready) : value;
 }
 
+void SimChip::Poke(std::uint8_t reg, std::uint8_t value) {
+  registers_[reg] = value;
+  if (IsDuty(reg)) drive_.Latch(static_cast<std::size_t>(reg - Reg::Duty), value);
+}
+
 void SimChip::Step(const PlantState& plant, std::int64_t step) {
   step_ = step;
   measure_.Step(registers_, plant, pins_, step);

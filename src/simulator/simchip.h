@@ -29,9 +29,9 @@ class SimChip {
   void Write(std::uint8_t reg, std::uint8_t value);
 
   /// Register bytes without side effects and without a trace, for tests. A poked measurement lasts until the chip
-  /// measures again.
+  /// measures again, a poked duty while the output is under manual control.
   std::uint8_t Peek(std::uint8_t reg) const;
-  void Poke(std::uint8_t reg, std::uint8_t value) { registers_[reg] = value; }
+  void Poke(std::uint8_t reg, std::uint8_t value);
 
   void SetPins(const ChipPins& pins) { pins_ = pins; }
   /// One step of 10 ms.
