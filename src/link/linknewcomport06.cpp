@@ -51,6 +51,7 @@ void LinkNewComPort06::ReadRegister() {
   const std::uint8_t chip = ToByte(ChipAddress);
   const std::uint8_t reg = ToByte(AddressPointer);
   TransferScope scope(*this, transfers_);
+  ++transferCount_;
   if (CommsMedium == printerPortMedium) {
     const auto adapter = root_.Get().ObtainPrinterPortAdapter();
     const auto device = adapter->ObtainBusDevice();
@@ -67,6 +68,7 @@ void LinkNewComPort06::WriteRegister() {
   const std::uint8_t chip = ToByte(ChipAddress);
   const std::uint8_t reg = ToByte(AddressPointer);
   TransferScope scope(*this, transfers_);
+  ++transferCount_;
   if (CommsMedium == printerPortMedium) {
     const auto adapter = root_.Get().ObtainPrinterPortAdapter();
     const auto device = adapter->ObtainBusDevice();

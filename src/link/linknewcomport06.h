@@ -43,6 +43,9 @@ class LinkNewComPort06 {
   /// True inside ReadRegister and WriteRegister, their wait included.
   bool TransferInProgress() const { return transfers_ > 0; }
 
+  /// Transfers of the whole run, failed ones included.
+  std::uint64_t TransferCount() const { return transferCount_; }
+
   CommsRoot& Root() { return root_; }
 
  private:
@@ -51,6 +54,7 @@ class LinkNewComPort06 {
   EventPump& pump_;
   PerfClock perfClock_;
   int transfers_ = 0;
+  std::uint64_t transferCount_ = 0;
 };
 
 using Link = LinkNewComPort06;

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+#include <string>
+
+namespace krx {
+
+/// A label whose size is a multiple of the window's font. Muted: in the palette's muted text.
+QLabel* MakeLabel(const char* name, double scale, bool bold, bool muted = false);
+
+/// Readings come a hundred times a second: a label that already shows the text must not be laid out again.
+void SetTextIfChanged(QLabel& label, const QString& text);
+void SetTextIfChanged(QLabel& label, const std::string& text);
+
+/// Muted text, for what is no longer refreshed, or the ordinary one.
+void SetMuted(QLabel& label, bool muted);
+
+}  // namespace krx

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/mainpage.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+// The picture lies in a static library: nothing but this call makes the linker keep it.
+static void InitConsoleResource() {
+  Q_INIT_RESOURCE(console);
+}
+
+namespace krx {
+
+BoardPicture::BoardPicture(QWidget* parent) : QWidget(parent) {
+  InitConsoleResource();
+  picture_.load(QStringLiteral(":/console/board.svg"));
+  setObjectName(QStringLiteral("picBoard"));
+  setAccessibleName(tr("Picture of the evaluation board"));
+  setMinimumSize(fontMetrics().height() * 20, fontMetrics().height() * 12);
+}
+
+void BoardPicture::paintEvent(QPaintEvent*) {
+  const QSizeF room = size();
+  const QSizeF fitted = QSizeF(picture_.defaultSize()).scaled(room, Qt::KeepAspectRatio);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  picture_.render(&painter,
+                  QRectF(QPointF((room.width() - fitted.width()) / 2, (room.height() - fitted.height()) / 2), fitted));
+}
+
+MainPage::MainPage(const QString& connection, QWidget* parent) : QWidget(parent) {
+  auto* about = new QPushButton(tr("About"));
+  about->setObjectName(QStringLiteral("Command3"));
+  about->setAccessibleName(tr("About"));
+  connect(about, &QPushButton::clicked, this, &MainPage::AboutRequested);
+  auto* connected = new QLabel(connection);
+  connected->setObjectName(QStringLiteral("lblConnection"));
+
+  auto* below = new QHBoxLayout;
+  below->addWidget(connected);
+  below->addStretch();
+  below->addWidget(about);
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(new BoardPicture, 1);
+  column->addLayout(below);
+}
+
+}  // namespace krx

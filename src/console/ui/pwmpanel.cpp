@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/pwmpanel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "console/ui/labels.h"
+#include "controls/ui/dutyslider.h"
+
+namespace krx {
+
+PwmPanel::PwmPanel(QWidget* parent) : QWidget(parent) {
+  panel_ = new QWidget;
+  panel_->setObjectName(QStringLiteral("pnlPWM"));
+  panelCaption_ = MakeLabel("lblPanelCaption", 1.0, true);
+  auto* automatic = MakeLabel("lblAutomatic", 1.0, false, true);
+  automatic->setText(tr("automatic"));
+  panelText_ = MakeLabel("lblPWM", 1.5, true);
+  auto* panelRow = new QHBoxLayout(panel_);
+  panelRow->setContentsMargins(0, 0, 0, 0);
+  for (QLabel* label : {panelCaption_, automatic, panelText_}) panelRow->addWidget(label);
+  panelRow->addStretch();
+
+  sliderPanel_ = new QWidget;
+  sliderPanel_->setObjectName(QStringLiteral("pnlSlider"));
+  sliderCaption_ = MakeLabel("lblSliderCaption", 1.0, true);
+  auto* manual = MakeLabel("lblManual", 1.0, false, true);
+  manual->setText(tr("manual"));
+  dutyText_ = MakeLabel("lblDutyCycle1", 1.5, true);
+  slider_ = new DutySlider;
+  slider_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
+  auto* sliderRow = new QHBoxLayout(sliderPanel_);
+  sliderRow->setContentsMargins(0, 0, 0, 0);
+  sliderRow->addWidget(sliderCaption_);
+  sliderRow->addWidget(manual);
+  sliderRow->addWidget(slider_, 1);
+  sliderRow->addWidget(dutyText_);
+  // Room for the longest text: a duty that changes its length would otherwise move the slider under the mouse.
+  dutyText_->setMinimumWidth(dutyText_->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+  dutyText_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(panel_);
+  row->addWidget(sliderPanel_);
+
+  connect(slider_, &DutySlider::Pressed, this, &PwmPanel::SliderPressed);
+  connect(slider_, &DutySlider::ValueMoving, this, &PwmPanel::SliderMoving);
+  connect(slider_, &DutySlider::Released, this, &PwmPanel::SliderReleased);
+  connect(slider_, &DutySlider::ReleasedAfterMove, this, &PwmPanel::SliderReleasedAfterMove);
+}
+
+void PwmPanel::Show(const VisualState& state, bool old) {
+  SetTextIfChanged(*panelCaption_, state.PanelCaption);
+  SetTextIfChanged(*panelText_, state.PwmText);
+  SetTextIfChanged(*sliderCaption_, state.PanelCaption);
+  SetTextIfChanged(*dutyText_, state.DutyCycleText);
+  SetMuted(*panelText_, old);
+  SetMuted(*dutyText_, old);
+  const QString slider = QString::fromStdString(state.SliderCaption);
+  if (slider_->Caption() != slider) slider_->SetCaption(slider);
+  slider_->SetValue(state.SliderValue);
+  sliderPanel_->setVisible(state.SliderShown);
+  panel_->setVisible(!state.SliderShown);
+}
+
+}  // namespace krx

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/statusline.h"
+
+#include <QTimer>
+
+#include "console/ui/labels.h"
+
+namespace krx {
+namespace {
+
+constexpr int noticeMilliseconds = 12'000;
+
+/// Messages may be longer than a narrow window: such a label gives way and cuts its text instead of widening it.
+class YieldingLabel : public QLabel {
+ public:
+  explicit YieldingLabel(const char* name) {
+    setObjectName(QString::fromLatin1(name));
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 4);
+  }
+};
+
+}  // namespace
+
+StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
+  connection_ = MakeLabel("lblMedium", 1, false);
+  cycle_ = MakeLabel("lblCycle", 1, false);
+  notice_ = new YieldingLabel("lblNotice");
+  SetMuted(*notice_, true);
+  faultLabel_ = MakeLabel("lblFaults", 1, false);
+  faultLabel_->setText(tr("No link faults"));
+  setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
+  addWidget(connection_);
+  addWidget(cycle_);
+  addWidget(notice_, 1);
+  addPermanentWidget(faultLabel_);
+  noticeEnd_ = new QTimer(this);
+  noticeEnd_->setSingleShot(true);
+  connect(noticeEnd_, &QTimer::timeout, notice_, [this] { notice_->clear(); });
+}
+
+void StatusLine::ShowConnection(const QString& connection) {
+  connection_->setText(connection);
+}
+
+void StatusLine::ShowCycle(const CycleReport& report) {
+  SetTextIfChanged(*cycle_, report.Running ? tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
+                                                 .arg(report.ReadsPerTick, 0, 'f', 0)
+                                                 .arg(report.TicksPerSecond, 0, 'f', 1)
+                                           : tr("|  Standing still, values are old"));
+}
+
+void StatusLine::ShowNotice(const QString& text) {
+  notice_->setText(text.isEmpty() ? text : QStringLiteral("|  ") + text);
+  notice_->setToolTip(text);
+  noticeEnd_->start(noticeMilliseconds);
+}
+
+void StatusLine::CountFault(const std::string& source, const CommsError& error) {
+  ++faults_;
+  const QString last = QString::fromStdString(error.BoxText());
+  faultLabel_->setText(tr("Link faults: %1, last: %2").arg(faults_).arg(last));
+  faultLabel_->setToolTip(tr("In %1: %2").arg(QString::fromStdString(source), last));
+}
+
+}  // namespace krx

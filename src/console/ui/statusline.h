@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+#include <QStatusBar>
+#include <string>
+
+#include "link/commserror.h"
+
+class QTimer;
+
+namespace krx {
+
+/// What the status bar says of the reading cycle.
+struct CycleReport {
+  bool Running = false;  ///< the timer runs and ticks come to their end
+  double ReadsPerTick = 0;
+  double TicksPerSecond = 0;
+};
+
+/// The status bar: where the chip is, whether the cycle runs, a passing message, the link faults, the log.
+class StatusLine : public QStatusBar {
+  Q_OBJECT
+ public:
+  explicit StatusLine(QWidget* parent = nullptr);
+
+  /// "Simulated board · printer port 5Ah"
+  void ShowConnection(const QString& connection);
+  void ShowCycle(const CycleReport& report);
+  /// Stays for some seconds, or until the next one.
+  void ShowNotice(const QString& text);
+  /// A tick that failed: named and counted, nothing modal.
+  void CountFault(const std::string& source, const CommsError& error);
+  int FaultCount() const { return faults_; }
+
+ private:
+  QLabel* connection_;
+  QLabel* cycle_;
+  QLabel* notice_;
+  QLabel* faultLabel_;
+  QTimer* noticeEnd_;
+  int faults_ = 0;
+};
+
+}  // namespace krx

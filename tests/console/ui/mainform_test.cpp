@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/mainform.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QWheelEvent>
+
+#include "console/startup.h"
+#include "console/ui/channeltile.h"
+#include "console/workbench.h"
+#include "controls/ui/dutyslider.h"
+#include "controls/ui/indicator.h"
+#include "controls/ui/limitgauge.h"
+#include "controls/ui/userdialogs.h"
+#include "support/testbench.h"
+
+namespace krx {
+namespace {
+
+class RecordingDialogs : public UserDialogs {
+ public:
+  void Critical(const QString& text, const QString&) override { Texts << text; }
+  void Exclamation(const QString& text, const QString&) override { Texts << text; }
+  void Information(const QString& text, const QString&) override { Texts << text; }
+  std::optional<QString> SaveFile(const QString&, const QString&) override { return {}; }
+  std::optional<QString> OpenFile(const QString&, const QString&) override { return {}; }
+  QStringList Texts;
+};
+
+/// The main window over a simulated chip whose clock stands still unless a test moves it: what a register was poked
+/// with is what the cycle reads.
+struct Console {
+  using Medium = TestBench::Medium;
+  explicit Console(Medium medium = Medium::Board, bool monitoring = true, bool manual = false)
+      : Chip(medium), Turns(Chip.Bus), Bench(Chip.Bus) {
+    Chip.Poke(0x40, monitoring ? 0x01 : 0x00);
+    if (manual) Chip.Poke(0x5C, 0xE2);
+    StartUp(Bench);
+    Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, "Simulated board");
+    Form->show();
+    Form->SelectTab(MainForm::VisualDisplay);
+    Chip.Traffic();
+  }
+
+  template <class Widget>
+  Widget* Find(const char* name) const {
+    auto* found = Form->findChild<Widget*>(QString::fromLatin1(name));
+    if (found == nullptr) throw std::runtime_error(name);
+    return found;
+  }
+  std::string Text(const char* label) const { return Find<QLabel>(label)->text().toStdString(); }
+  void Click(const char* button) { Find<QAbstractButton>(button)->click(); }
+  ChannelTile& Tile(int channel) const {
+    return *Find<ChannelTile>(("visualdisplaytext_" + std::to_string(channel)).c_str());
+  }
+
+  template <class Condition>
+  bool Wait(Condition condition, int milliseconds = 5000) {
+    QElapsedTimer time;
+    for (time.start(); time.elapsed() < milliseconds;) {
+      if (condition()) return true;
+      QApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return false;
+  }
+
+  TestBench Chip;
+  ChipTurns Turns;
+  RecordingDialogs Dialogs;
+  Workbench Bench;
+  std::unique_ptr<MainForm> Form;
+};
+
+TEST(MainForm, NamesTheMediumInTitleAndStatusBar) {
+  const Console board;
+  EXPECT_TRUE(board.Form->windowTitle().contains("Simulated board"));
+  EXPECT_EQ(board.Text("lblMedium"), "Simulated board · printer port 5Ah");
+  EXPECT_EQ(Console(Console::Medium::Smbus).Text("lblMedium"), "Simulated board · SMBus 2Eh");
+}
+
+TEST(MainForm, HasItsFixedCaptions) {
+  const Console console;
+  const auto* tabs = console.Find<QTabWidget>("Main_Form_Tab");
+  QStringList captions;
+  for (int tab = 0; tab < tabs->count(); ++tab) captions << tabs->tabText(tab);
+  EXPECT_EQ(captions, QStringList({"Main", "Read/Write", "Visual Display", "Control "}));
+  const std::pair<const char*, const char*> buttons[] = {{"cmdBigGraph", "Expand Graph"},
+                                                         {"cmdGlitchTest", "glitch test"},
+                                                         {"Command1", "Easy Setup"},
+                                                         {"cmdViewEasy", "Setup Log..."},
+                                                         {"Command3", "About"}};
+  for (const auto& [name, caption] : buttons) EXPECT_EQ(console.Find<QPushButton>(name)->text(), caption);
+}
+
+TEST(MainForm, TilesShowWhatWasMeasured) {
+  Console console;
+  for (const auto& [reg, byte] : std::initializer_list<std::pair<int, int>>{
+           {0x77, 0}, {0x26, 0xFB}, {0x28, 0xCA}, {0x29, 0x08}, {0x23, 0xC0}, {0x41, 0x20}, {0x42, 0}})
+    console.Chip.Poke(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(byte));
+  const struct {
+    int Channel;
+    const char* Value;
+    const char* Unit;
+  } rows[] = {{0, "-5.00", "C"}, {3, "4800", "RPM"}, {7, "4.992", "V"}};
+  for (const auto& row : rows) {
+    const ChannelTile& tile = console.Tile(row.Channel);
+    EXPECT_TRUE(console.Wait([&] { return tile.Value() == row.Value; })) << tile.Value().toStdString();
+    EXPECT_EQ(tile.Unit(), row.Unit);
+  }
+  EXPECT_EQ(console.Find<Indicator>("SSPanel11_0")->State(), IndicatorState::Bad);
+  EXPECT_EQ(console.Find<Indicator>("SSPanel11_1")->State(), IndicatorState::Ok);
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("12 reads a tick") != std::string::npos; }))
+      << console.Text("lblCycle");
+}
+
+TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
+  Console console(Console::Medium::Board, false);
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
+  EXPECT_TRUE(console.Tile(0).IsOld());
+  console.Click("Command1");  // Easy Setup
+  EXPECT_TRUE(console.Wait([&] { return !console.Tile(0).IsOld(); }));
+  EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Selected);
+}
+
+TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
+  Console console;
+  console.Chip.Poke(0x56, 0x94), console.Chip.Poke(0x57, 0x11);  // 4500 counts, two pulses programmed
+  EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::FirstShown);
+  EXPECT_FALSE(console.Find<QDoubleSpinBox>("txtLowLimit")->isEnabled());
+  console.Click("visualdisplaytext_4");
+  EXPECT_EQ(console.Chip.Traffic().substr(0, 11), "R56 R57 R31");
+  const GaugeMarkers& markers = console.Find<LimitGauge>("limits_gauge")->Markers();
+  EXPECT_EQ(markers.Low(), 2400);
+  EXPECT_EQ(markers.High(), 20000);
+  EXPECT_FALSE(markers.IsDraggable(Marker::High));
+  EXPECT_FALSE(console.Find<QDoubleSpinBox>("txtHighLimit")->isEnabled());
+  EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
+  EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
+  EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
+}
+
+TEST(MainForm, ATypedLimitIsWrittenAndTheWheelWritesNothing) {
+  Console console;
+  console.Click("visualdisplaytext_1");
+  auto* box = console.Find<QDoubleSpinBox>("txtHighLimit");
+  console.Chip.Traffic();
+  QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(box, &wheel);
+  EXPECT_EQ(console.Chip.Traffic(), "");
+  box->setValue(-20);
+  EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:EC");
+}
+
+TEST(MainForm, ALimitWithoutAnEncodingGoesBackAndIsExplained) {
+  Console console;
+  console.Click("visualdisplaytext_3");
+  console.Chip.Traffic();
+  auto* box = console.Find<QDoubleSpinBox>("txtLowLimit");
+  const double before = box->value();
+  box->setValue(10);  // slower than the counter can count
+  EXPECT_EQ(console.Chip.Traffic(), "");
+  EXPECT_EQ(box->value(), before);
+  EXPECT_NE(console.Text("lblNotice"), "");
+  EXPECT_EQ(console.Dialogs.Texts, QStringList());
+}
+
+TEST(MainForm, TheSliderWritesWhileItMovesOnTheBoardAndOnceOnTheSmbus) {
+  const struct {
+    Console::Medium Medium;
+    const char* Moving;
+    const char* Released;
+  } rows[] = {{Console::Medium::Board, "W30:80 W30:FF", ""}, {Console::Medium::Smbus, "", "W30:FF"}};
+  for (const auto& row : rows) {
+    Console console(row.Medium, true, true);
+    auto* slider = console.Find<DutySlider>("analog_output_slider");
+    EXPECT_TRUE(slider->isVisible());
+    slider->setSliderDown(true);
+    console.Chip.Traffic();
+    slider->setSliderPosition(128);
+    EXPECT_EQ(console.Text("lblDutyCycle1"), "50%");
+    slider->setSliderPosition(255);
+    EXPECT_EQ(console.Chip.Traffic(), row.Moving);
+    EXPECT_FALSE(console.Form->VisualTimerRunning());
+    slider->setSliderDown(false);
+    EXPECT_EQ(console.Chip.Traffic(), row.Released);
+    EXPECT_EQ(console.Text("lblDutyCycle1"), "100%");
+    EXPECT_TRUE(console.Form->VisualTimerRunning());
+  }
+}
+
+TEST(MainForm, AFailingTickIsCountedInTheStatusBarAndTheNextOneWorks) {
+  Console console;
+  console.Chip.FailTransfer(3);
+  EXPECT_TRUE(console.Wait([&] {
+    return console.Text("lblFaults") == "Link faults: 1, last: Error: 57, Device I/O error";
+  })) << console.Text("lblFaults");
+  EXPECT_EQ(console.Dialogs.Texts, QStringList());
+  console.Chip.Poke(0x26, 0x21);
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value().startsWith("33."); }));
+}
+
+TEST(MainForm, AFailingClickShowsOneBox) {
+  Console console;
+  console.Chip.FailTransfer(1);
+  console.Click("visualdisplaytext_2");
+  EXPECT_EQ(console.Dialogs.Texts, QStringList("Error: 57, Device I/O error"));
+  console.Click("visualdisplaytext_2");
+  EXPECT_EQ(console.Dialogs.Texts.size(), 1);
+}
+
+TEST(MainForm, ClosingEndsTheTraffic) {
+  Console console(Console::Medium::Smbus);
+  EXPECT_TRUE(console.Wait([&] { return !console.Chip.Traffic().empty(); }));
+  console.Click("cmdViewEasy");
+  EXPECT_TRUE(console.Form->close());
+  console.Chip.Traffic();
+  EXPECT_FALSE(console.Wait([&] { return !console.Chip.Traffic().empty(); }, 60));
+}
+
+}  // namespace
+}  // namespace krx
