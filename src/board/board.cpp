@@ -53,10 +53,10 @@ void Board::SetHeater(std::size_t heater, bool on) {
 }
 
 void Board::SetDiode(std::size_t diode, bool closed) {
+  const ReportScope report(*this);
   Switch& device = Device(SwitchDevice::U4);
   for (int bit = 0; bit < bitsPerDiode; ++bit) device.SetStatus(static_cast<int>(diode) * bitsPerDiode + bit, closed);
   device.WriteSwitch();
-  ReportSwitches();
 }
 
 bool Board::DiodeClosed(std::size_t diode) const {
@@ -69,10 +69,10 @@ bool Board::DiodeClosed(std::size_t diode) const {
 }
 
 void Board::SetVid(int input, bool closed) {
+  const ReportScope report(*this);
   Switch& device = Device(SwitchDevice::U3);
   device.SetStatus(input, closed);
   device.WriteSwitch();
-  ReportSwitches();
 }
 
 void Board::ToggleSwitch(std::size_t index) {

@@ -48,6 +48,17 @@ class Board {
   void ReportSwitches() const {
     if (SwitchesChanged) SwitchesChanged();
   }
+  /// Reports at its end, also when a transfer failed: the wanted states have changed all the same.
+  class ReportScope {
+   public:
+    explicit ReportScope(const Board& board) : board_(board) {}
+    ~ReportScope() { board_.ReportSwitches(); }
+    ReportScope(const ReportScope&) = delete;
+    ReportScope& operator=(const ReportScope&) = delete;
+
+   private:
+    const Board& board_;
+  };
 
  private:
   Link& link_;

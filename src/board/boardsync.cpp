@@ -42,6 +42,7 @@ bool Bit(std::uint8_t byte, int bit) {
 }  // namespace
 
 void ProbeVidDrive(Board& board) {
+  const Board::ReportScope report(board);
   Switch& u3 = board.Device(SwitchDevice::U3);
   std::array<bool, 2> bits{};
   for (const bool closed : {false, true}) {
@@ -50,10 +51,10 @@ void ProbeVidDrive(Board& board) {
     bits[closed ? 1 : 0] = Bit(ReadByte(board.GetLink(), vidRegister), 3);
   }
   board.State().VidProbeSteady = bits[0] == bits[1];
-  board.ReportSwitches();
 }
 
 std::int16_t SyncTach4Switches(Board& board) {
+  const Board::ReportScope report(board);
   Link& link = board.GetLink();
   const bool enabled = Bit(ReadByte(link, configuration3), 1);
   const bool on5v = enabled && Bit(ReadByte(link, configuration4), 1);
@@ -66,12 +67,12 @@ std::int16_t SyncTach4Switches(Board& board) {
     u3.SetStatus(bitC, !on5v);
   }
   u3.WriteSwitch();
-  board.ReportSwitches();
   if (!enabled) return 0;
   return on5v ? 1 : 2;
 }
 
 AlertModes SyncAlertSwitches(Board& board) {
+  const Board::ReportScope report(board);
   Link& link = board.GetLink();
   AlertModes modes{};
   const bool onPwm2 = Bit(ReadByte(link, configuration3), 0);
@@ -88,7 +89,6 @@ AlertModes SyncAlertSwitches(Board& board) {
     u3.SetStatus(bitA, on25v);
     u3.WriteSwitch();
   }
-  board.ReportSwitches();
   return modes;
 }
 
@@ -99,6 +99,7 @@ void RouteTach(Board& board, int tach, bool twoWire) {
 }
 
 void RouteTachsFromChip(Board& board) {
+  const Board::ReportScope report(board);
   const std::uint8_t sources = ReadByte(board.GetLink(), configuration2);
   for (int tach = 0; tach < static_cast<int>(tachGroups.size()); ++tach) {
     const TachGroup& group = tachGroups.at(static_cast<std::size_t>(tach));
@@ -106,7 +107,6 @@ void RouteTachsFromChip(Board& board) {
     device.SetStatusByte(Routed(device.StatusByte(), group, Bit(sources, tach)));
     device.WriteSwitch();
   }
-  board.ReportSwitches();
 }
 
 }  // namespace krx

@@ -12,7 +12,7 @@
 namespace krx {
 namespace {
 
-constexpr int highestByte = 255;
+constexpr unsigned highestByte = 255;
 constexpr const char* rejectedText = "00";
 
 struct Caution {
@@ -33,12 +33,12 @@ std::string_view CautionFor(std::uint8_t address) {
   return {};
 }
 
-/// All digits and a byte; nothing otherwise. A text too long for an int cannot be a byte either.
+/// All digits and a byte; nothing otherwise. Unsigned, since a sign is no digit: "-0" is not zero.
 std::optional<std::uint8_t> ByteOf(std::string_view digits, int base) {
-  int value = 0;
+  unsigned value = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stop, error] = std::from_chars(digits.data(), end, value, base);
-  if (error != std::errc() || stop != end || value < 0 || value > highestByte) return std::nullopt;
+  if (error != std::errc() || stop != end || value > highestByte) return std::nullopt;
   return static_cast<std::uint8_t>(value);
 }
 

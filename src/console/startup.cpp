@@ -66,7 +66,9 @@ StepProblems StartUp(Workbench& bench) {
   // The other start values are those that the state was made with.
   bench.Log.ColumnTitles = StartColumnTitles();
 
-  std::vector<Step> steps = ChipReads(bench);
+  std::vector<Step> steps{{"Heaters", [&] { bench.EvalBoard.SwitchHeatersOff(); }}};
+  const std::vector<Step> reads = ChipReads(bench);
+  steps.insert(steps.end(), reads.begin(), reads.end());
   const Step therm{"THERM pin", [&] { bench.Pins.ThermRefresh(); }};
   const Step alert{"Alert pins", [&] { bench.Pins.AlertRefresh(); }};
   steps.push_back({"VID drive", [&] { ProbeVidDrive(bench.EvalBoard); }});

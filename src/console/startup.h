@@ -12,8 +12,8 @@ struct Workbench;
 /// "Programmed pulses: Error: 7, text".
 using StepProblems = std::vector<std::string>;
 
-/// The main window's start-up, from the chosen chip to the shown window: power mode and manual flags, start values
-/// of everything shared, log column titles, programmed pulses.
+/// The main window's start-up, from the chosen chip to the shown window: heaters off, log column titles, programmed
+/// pulses, power mode, manual flags; then the VID-drive probe and the board's switches brought in line with the chip.
 StepProblems StartUp(Workbench& bench);
 
 /// Repeats the reading steps of the start-up, for a chip that was changed behind the console's back.

@@ -4,13 +4,16 @@
 #include "autocontrol/zonestate.h"
 #include "board/board.h"
 #include "board/boardstate.h"
+#include "board/fantests.h"
 #include "console/channels.h"
 #include "console/displaystate.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
 #include "console/readingcycle.h"
+#include "console/registerpanel.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
+#include "fans/fanconfig.h"
 #include "link/linknewcomport06.h"
 #include "power/powersettings.h"
 #include "records/logstate.h"
@@ -21,6 +24,8 @@ namespace krx {
 /// models see all of it.
 struct Workbench {
   explicit Workbench(Link& link) : ChipLink(link) {}
+  /// However the program ends, no heater that it switched on stays on.
+  ~Workbench() { EvalBoard.ReleaseHeaters(); }
   Workbench(const Workbench&) = delete;
   Workbench& operator=(const Workbench&) = delete;
 
@@ -35,6 +40,9 @@ struct Workbench {
   TraceHistory History{traceCount};
   Board EvalBoard{ChipLink, BoardFlags};
   PinSettings Pins{EvalBoard};
+  RegisterPanel Registers{ChipLink};
+  FanConfig FanSettings{ChipLink, EvalBoard, Fans, Display.BehaviourCode};
+  GlitchTest Glitch{ChipLink, Log};
   ReadingCycle Cycle{ChipLink, {Measured, Zones, Fans, Power, Log, Pins, History}};
 };
 

@@ -21,6 +21,8 @@ FanDialogModel::FanDialogModel(FanConfig& config, FanCommon& fans) : config_(con
 
 void FanDialogModel::Open() {
   loaded_ = {};
+  // Before the load too: the flags outlive a dialog, and a failing load must not leave those of the last one.
+  ClearEdits();
   Load(0);
   ClearEdits();
 }

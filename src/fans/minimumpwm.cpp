@@ -27,6 +27,8 @@ constexpr int failingMisses = 3;
 constexpr double standstillLimitSeconds = 30;
 // The tachometer is counted anew four times a second at most; polling faster only loads the bus.
 constexpr double standstillPollSeconds = 0.02;
+// Nothing cools while the fan is waited for.
+constexpr double heatCheckSeconds = 1;
 
 constexpr std::uint8_t manualControl = 0xE0;
 constexpr std::uint8_t fullDuty = 0xFF;
@@ -51,9 +53,10 @@ constexpr std::array<ThermRegisters, 3> thermZones{{{0x26, 0x6B}, {0x25, 0x6A}, 
 /// manual control before gets its duty back too, unless the run found a new one.
 class ManualControl {
  public:
-  ManualControl(Link& link, const OutputRegisters& output)
+  ManualControl(Link& link, const OutputRegisters& output, bool dutyChanges)
       : link_(link), output_(output), configuration_(ReadByte(link, output.Configuration)) {
-    if ((configuration_ & manualControl) == manualControl) duty_ = ReadByte(link, output.Duty);
+    const bool manualBefore = (configuration_ & manualControl) == manualControl;
+    if (manualBefore && dutyChanges) duty_ = ReadByte(link, output.Duty);
     restore_ = true;
     try {
       WriteByte(link, output.Configuration, configuration_ | manualControl);
@@ -139,10 +142,10 @@ DetectionResult MinimumPwm::Min_PWM(std::size_t index) {
     result.Message = "Fan Not Present!";
     return result;
   }
-  ManualControl control(link_, outputs.at(index));
+  ManualControl control(link_, outputs.at(index), true);
   try {
     RunValues(index, result);
-    control.KeepDuty();
+    if (result.End == DetectionEnd::Found) control.KeepDuty();
   } catch (const Cancelled&) {
     result.End = DetectionEnd::Cancelled;
   } catch (const DidNotStop&) {
@@ -184,8 +187,7 @@ void MinimumPwm::RunValues(std::size_t index, DetectionResult& result) {
 }
 
 bool MinimumPwm::IsPresent(std::size_t index) {
-  ManualControl control(link_, outputs.at(index));
-  control.KeepDuty();  // nothing changes it here
+  ManualControl control(link_, outputs.at(index), false);
   const std::uint16_t count = ReadCount(index);
   speedBefore_ = SpeedOf(index, count);
   control.Restore();
@@ -194,11 +196,16 @@ bool MinimumPwm::IsPresent(std::size_t index) {
 
 void MinimumPwm::WaitForStandstill(std::size_t index, DutyEvidence& evidence) {
   const double start = monitor_.Seconds();
-  double passed = 0;
+  double nextHeatCheck = start + heatCheckSeconds;
   for (std::uint16_t count = ReadCount(index); count != standstillCount; count = ReadCount(index)) {
     speedAtZero_ = SpeedOf(index, count);
-    passed = monitor_.Seconds() - start;
+    const double now = monitor_.Seconds();
+    const double passed = now - start;
     if (passed >= standstillLimitSeconds) throw DidNotStop();
+    if (now >= nextHeatCheck) {
+      if (AtThermLimit()) throw TooHot();
+      nextHeatCheck = now + heatCheckSeconds;
+    }
     progress_.StandstillSecondsLeft = standstillLimitSeconds - passed;
     ShowProgress();
     Wait(standstillPollSeconds);

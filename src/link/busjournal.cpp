@@ -2,6 +2,7 @@
 #include "link/busjournal.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace krx {
@@ -18,57 +19,58 @@ void BusJournal::Add(JournalEntry entry) {
   entry.Number = ++count_;
   entry.Seconds = Now() - start_;
   entry.Origin = origin_;
-  const bool ofRegister =
-      entry.Operation == BusOperation::ReadRegister || entry.Operation == BusOperation::WriteRegister;
-  if (ofRegister) {
-    const Place place{entry.PrinterPort, entry.Address, entry.Register};
-    const auto known = seen_.find(place);
-    if (entry.Operation == BusOperation::WriteRegister && known != seen_.end()) entry.OldValue = known->second;
-    // A failed write may or may not have reached the register: nothing is known of it any more.
-    if (!entry.Failure.empty() && entry.Operation == BusOperation::WriteRegister) {
-      seen_.erase(place);
-    } else if (entry.Failure.empty() && !entry.Skipped) {
-      seen_[place] = entry.Value;
-    }
-  }
+  LearnValues(entry);
   if (entry.Skipped) ++skipped_;
+  if (entry.Operation == BusOperation::WriteRegister && entry.Failure.empty() && !entry.Skipped &&
+      entry.Origin != undoOrigin) {
+    Remember(entry);
+  }
   if (entries_.size() == capacity) entries_.pop_front();
   entries_.push_back(std::move(entry));
   if (Added) Added();
 }
 
-bool BusJournal::Undoable(const JournalEntry& entry, std::uint8_t chipAddress) const {
-  return entry.Operation == BusOperation::WriteRegister && entry.Address == chipAddress && entry.Failure.empty() &&
-         !entry.Skipped && entry.Origin != undoOrigin &&
-         std::find(undone_.begin(), undone_.end(), entry.Number) == undone_.end();
+void BusJournal::LearnValues(JournalEntry& entry) {
+  const bool ofRegister =
+      entry.Operation == BusOperation::ReadRegister || entry.Operation == BusOperation::WriteRegister;
+  const bool ofDevice = entry.Operation == BusOperation::ReceiveByte || entry.Operation == BusOperation::SendByte;
+  // The status byte is another one than the control byte; neither tells what the other held.
+  if (!ofRegister && !ofDevice) return;
+  const bool write = entry.Operation == BusOperation::WriteRegister || entry.Operation == BusOperation::SendByte;
+  const Place place{entry.PrinterPort, ofRegister, entry.Address, entry.Register};
+  const auto known = seen_.find(place);
+  if (write && known != seen_.end()) entry.OldValue = known->second;
+  if (entry.Skipped) return;
+  if (entry.Failure.empty()) {
+    seen_[place] = entry.Value;
+  } else if (write) {
+    // It may or may not have arrived: nothing is known of the place any more.
+    seen_.erase(place);
+  }
 }
 
-std::optional<UndoStep> BusJournal::LastWrite(std::uint8_t chipAddress) const {
-  for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
-    if (!Undoable(*entry, chipAddress)) continue;
-    if (!entry->OldValue) return std::nullopt;
-    return UndoStep{entry->Register, *entry->OldValue, entry->Number};
+void BusJournal::Remember(const JournalEntry& write) {
+  if (writes_.size() == capacity) {
+    if (writes_.front().Number > mark_) ++forgottenSinceMark_;
+    writes_.pop_front();
   }
-  return std::nullopt;
+  writes_.push_back({write.Number, write.Address, write.Register, write.OldValue});
 }
 
-std::vector<UndoStep> BusJournal::WritesSinceMark(std::uint8_t chipAddress, std::size_t& lost) const {
-  std::vector<UndoStep> steps;
-  const std::uint64_t oldestKept = entries_.empty() ? count_ : entries_.front().Number - 1;
-  lost = mark_ < oldestKept ? static_cast<std::size_t>(oldestKept - mark_) : 0;
-  for (auto entry = entries_.rbegin(); entry != entries_.rend() && entry->Number > mark_; ++entry) {
-    if (!Undoable(*entry, chipAddress)) continue;
-    if (entry->OldValue) {
-      steps.push_back({entry->Register, *entry->OldValue, entry->Number});
-    } else {
-      ++lost;
-    }
-  }
-  return steps;
+void BusJournal::SetMark() {
+  mark_ = count_;
+  forgottenSinceMark_ = 0;
+}
+
+std::vector<UndoRecord> BusJournal::UndoableWrites(std::uint8_t chipAddress) const {
+  std::vector<UndoRecord> found;
+  std::ranges::copy_if(writes_, std::back_inserter(found),
+                       [&](const UndoRecord& write) { return write.Address == chipAddress; });
+  return found;
 }
 
 void BusJournal::SetUndone(std::uint64_t number) {
-  undone_.push_back(number);
+  std::erase_if(writes_, [&](const UndoRecord& write) { return write.Number == number; });
 }
 
 BusJournal::OriginScope::OriginScope(BusJournal& journal, std::string name)

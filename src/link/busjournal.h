@@ -32,11 +32,12 @@ struct JournalEntry {
   bool Skipped = false;                       ///< a write that read-only operation held back
 };
 
-/// A write that can be taken back: the register and the byte it held before.
-struct UndoStep {
+/// A register write that reached the chip and has not been taken back.
+struct UndoRecord {
+  std::uint64_t Number = 0;  ///< of its entry
+  std::uint8_t Address = 0;  ///< bus address of the chip
   std::uint8_t Register = 0;
-  std::uint8_t Value = 0;
-  std::uint64_t Number = 0;  ///< the entry that is undone
+  std::optional<std::uint8_t> OldValue = {};  ///< nothing when it was never seen
 };
 
 /// The last transfers of the run, in a ring. Adds no traffic; what it knows of a register is what it saw go by.
@@ -54,15 +55,16 @@ class BusJournal {
   std::uint64_t Count() const { return count_; }
   std::uint64_t SkippedCount() const { return skipped_; }
 
-  void SetMark() { mark_ = count_; }
+  void SetMark();
+  /// The number of the entry that the mark stands behind.
   std::uint64_t Mark() const { return mark_; }
 
-  /// The newest register write of the chip that has not been undone; nothing when its old value was never seen.
-  std::optional<UndoStep> LastWrite(std::uint8_t chipAddress) const;
-  /// All undoable register writes since the mark, newest first; `lost` counts those whose old value was never seen
-  /// or that the ring has dropped.
-  std::vector<UndoStep> WritesSinceMark(std::uint8_t chipAddress, std::size_t& lost) const;
-  /// Marks an entry as taken back, so that the next undo goes further back.
+  /// The chip's register writes that can be undone, oldest first: the last `capacity` ones, which outlive their
+  /// entries, since the reading cycle fills the ring within seconds.
+  std::vector<UndoRecord> UndoableWrites(std::uint8_t chipAddress) const;
+  /// How many writes since the mark were so many ago that they cannot be undone any more.
+  std::size_t ForgottenSinceMark() const { return forgottenSinceMark_; }
+  /// Takes a write out of those that can be undone.
   void SetUndone(std::uint64_t number);
 
   /// Names the handler whose transfers follow, and the former one again at its end.
@@ -82,16 +84,19 @@ class BusJournal {
   std::function<void()> Added;
 
  private:
-  using Place = std::tuple<bool, std::uint8_t, std::uint8_t>;
+  /// Which bus, which kind of byte, and the addresses of one.
+  using Place = std::tuple<bool, bool, std::uint8_t, std::uint8_t>;
 
   double Now();
-  bool Undoable(const JournalEntry& entry, std::uint8_t chipAddress) const;
+  void LearnValues(JournalEntry& entry);
+  void Remember(const JournalEntry& write);
 
   Clock& clock_;
   double start_;
   std::deque<JournalEntry> entries_;
   std::map<Place, std::uint8_t> seen_;
-  std::vector<std::uint64_t> undone_;
+  std::deque<UndoRecord> writes_;
+  std::size_t forgottenSinceMark_ = 0;
   std::uint64_t count_ = 0;
   std::uint64_t skipped_ = 0;
   std::uint64_t mark_ = 0;

@@ -95,10 +95,10 @@ int ChipSearch::ProgressMaximum(const SearchMedia& media) {
   return progressPerMedium * ((ports > 0 ? 1 : 0) + (media.Smbus ? 1 : 0) + (media.Usb ? 1 : 0));
 }
 
-std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, const Progress& progress) {
+std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, int maximum, const Progress& progress) {
   progress_ = progress;
   progressValue_ = 0;
-  progressMaximum_ = ProgressMaximum(media);
+  progressMaximum_ = maximum;
   std::vector<SearchReport> reports;
   if (media.PrinterPort) SearchPrinterPort(reports);
   if (media.Smbus) SearchSmbus(reports);

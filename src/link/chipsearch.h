@@ -60,9 +60,10 @@ class ChipSearch {
   /// 33 for each ticked medium; the printer port counts only when the adapter reports a port.
   int ProgressMaximum(const SearchMedia& media);
 
-  /// Searches printer port, SMBus and USB in this order; appends to the finds. Returns the message boxes to show,
-  /// one per routine that had a failing operation. An address that no device acknowledges is no failure.
-  std::vector<SearchReport> Search(const SearchMedia& media, const Progress& progress);
+  /// Searches printer port, SMBus and USB in this order; appends to the finds. The progress ends at `maximum`, as
+  /// ProgressMaximum gave it. Returns the message boxes to show, one per routine that had a failing operation. An
+  /// address that no device acknowledges is no failure.
+  std::vector<SearchReport> Search(const SearchMedia& media, int maximum, const Progress& progress);
 
   void ClearFinds();
   const std::vector<PrinterFind>& PrinterFinds() const { return printerFinds_; }

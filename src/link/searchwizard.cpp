@@ -61,11 +61,12 @@ void SearchWizard::Back() {
 int SearchWizard::BeginSearch(const SearchMedia& media) {
   page_ = Page::Searching;
   cancelEnabled_ = backEnabled_ = nextEnabled_ = finishEnabled_ = false;
-  return search_.ProgressMaximum(media);
+  progressMaximum_ = search_.ProgressMaximum(media);
+  return progressMaximum_;
 }
 
 std::vector<SearchReport> SearchWizard::RunSearch(const SearchMedia& media, const ChipSearch::Progress& progress) {
-  std::vector<SearchReport> reports = search_.Search(media, progress);
+  std::vector<SearchReport> reports = search_.Search(media, progressMaximum_, progress);
   cancelEnabled_ = backEnabled_ = finishEnabled_ = true;
   nextEnabled_ = false;
   FillResults();

@@ -62,6 +62,7 @@ class SearchWizard {
   std::optional<MediumReport> chipset_;
   std::vector<ResultRow> rows_;
   int selectedRow_ = -1;
+  int progressMaximum_ = 0;
   std::string searchResults_;
   std::string searchInstruction_;
 };

@@ -24,11 +24,44 @@ TEST(StartUp, ReadsTheChipInOrder) {
   EXPECT_EQ(bench.Work.Log.ColumnTitles[10], "");
 }
 
+TEST(StartUp, BringsTheBoardInLineByteByByte) {
+  struct Row {
+    bool VidFollows;
+    const char* Sync;
+    const char* SyncAgain;
+  };
+  const Row rows[] = {
+      {false, "R78 S96:8C R78 S90:10 R7D S96:8E", "R78 S96:8E R78 S90:52 R7D S96:8E"},
+      {true, "R78 S96:88 R78 S90:10", "R78 S96:88 R78 S90:52"},
+  };
+  for (const Row& row : rows) {
+    SimOptions options;
+    options.VidFollowsU3 = row.VidFollows;
+    VisualBench bench(TestBench::Medium::Board, options);
+    for (const std::uint8_t pins : std::initializer_list<std::uint8_t>{0x73, 0x78, 0x7D}) bench.Poke(pins, 0);
+    bench.Sim.Board().SetControlByte(0x30);
+    EXPECT_TRUE(StartUp(bench.Work).empty());
+    EXPECT_EQ(bench.BusTraffic(), std::string("ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ") +
+                                      row.Sync + " R73 S90:12 S90:52 S92:02 S92:42 " + row.SyncAgain);
+  }
+}
+
+TEST(StartUp, AHeaterThatThisRunSwitchedOnGoesOffWithTheProgram) {
+  TestBench bench;
+  {
+    Workbench work(bench.Bus);
+    work.EvalBoard.SetHeater(0, true);
+  }
+  EXPECT_FALSE(bench.Sim.Board().HeaterOn(1));
+}
+
 TEST(StartUp, EveryStepGoesOnPastAnother) {
   VisualBench bench;
   bench.Poke(0x5E, 0xE2);
   bench.FailTransfer(1);
-  EXPECT_EQ(StartUp(bench.Work), (StepProblems{"Programmed pulses: Error: 57, Device I/O error"}));
+  bench.FailTransfer(5);
+  EXPECT_EQ(StartUp(bench.Work),
+            (StepProblems{"Heaters: Error: 57, Device I/O error", "Programmed pulses: Error: 57, Device I/O error"}));
   EXPECT_TRUE(bench.Work.Display.PwmManual[2]);
 }
 

@@ -24,7 +24,8 @@ class RecordingTimers : public MainTimers {
 
 /// The whole console without windows, on the simulated bus.
 struct VisualBench : TestBench {
-  explicit VisualBench(Medium medium = Medium::Board) : TestBench(medium) {}
+  explicit VisualBench(Medium medium = Medium::Board, SimOptions options = {})
+      : TestBench(medium, std::move(options)) {}
   Workbench Work{Bus};
   RecordingTimers Timers;
   VisualModel Model{Work, Timers};

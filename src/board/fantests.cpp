@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "board/fantests.h"
+
+#include <algorithm>
+
+#include "link/registeraccess.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t pwm1Configuration = 0x5C, pwm2Configuration = 0x5D, pwm3Configuration = 0x5E;
+constexpr std::uint8_t pwm2Duty = 0x31, pwm3Duty = 0x32;
+constexpr std::uint8_t configuration3 = 0x78;
+constexpr std::uint8_t manualControl = 0xE0;
+constexpr std::uint8_t testBits = 0x30;
+
+constexpr int dutyStep = 25;
+constexpr int fullDuty = 255;
+
+void SetBits(Link& link, std::uint8_t reg, std::uint8_t bits) {
+  UpdateBits(link, reg, bits, bits);
+}
+
+}  // namespace
+
+void FanTestSetup(Link& link) {
+  SetBits(link, pwm1Configuration, manualControl);
+  SetBits(link, pwm2Configuration, manualControl);
+  SetBits(link, configuration3, testBits);
+}
+
+void GlitchTest::Start() {
+  SetBits(link_, pwm3Configuration, manualControl);
+  SetBits(link_, pwm2Configuration, manualControl);
+  WriteByte(link_, pwm3Duty, 0);
+  WriteByte(link_, pwm2Duty, 0);
+  step_ = 0;
+  duty_ = 0;
+  if (!running_) lastTick_ = link_.ElapsedSeconds();
+  running_ = true;
+}
+
+std::uint8_t GlitchTest::Raise(std::uint8_t dutyRegister, bool& capped) {
+  const int raised = ReadByte(link_, dutyRegister) + dutyStep;
+  capped = raised > fullDuty;
+  const auto duty = static_cast<std::uint8_t>(std::min(raised, fullDuty));
+  WriteByte(link_, dutyRegister, duty);
+  return duty;
+}
+
+GlitchTest::TickResult GlitchTest::Tick() {
+  if (!running_) return TickResult::Idle;
+  lastTick_ = link_.ElapsedSeconds();
+  if (finished_) {
+    Stop();
+    if (!log_.LogFileName.empty() && StopLog) StopLog();
+    return TickResult::Ended;
+  }
+  bool pwm3Capped = false, pwm2Capped = false;
+  const std::uint8_t duty = Raise(pwm3Duty, pwm3Capped);
+  Raise(pwm2Duty, pwm2Capped);
+  // Behind the transfers: after a failed one the next tick has to try again instead of ending the test.
+  duty_ = duty;
+  finished_ = pwm3Capped;
+  ++step_;
+  return TickResult::Stepped;
+}
+
+void GlitchTest::Stop() {
+  running_ = false;
+  finished_ = false;
+}
+
+double GlitchTest::RemainingSeconds() {
+  if (!running_) return 0;
+  // The step beyond 255 reaches full duty, and one more tick ends the test.
+  const int ticks = finished_ ? 1 : (fullDuty - duty_) / dutyStep + 2;
+  return std::max(0.0, ticks * intervalSeconds - (link_.ElapsedSeconds() - lastTick_));
+}
+
+}  // namespace krx

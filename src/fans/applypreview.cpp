@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fans/applypreview.h"
+
+#include <fmt/format.h>
+
+#include "link/recordingmodule.h"
+#include "registers/registermap.h"
+
+namespace krx {
+namespace {
+
+std::string PlaceOf(const RecordedWrite& write) {
+  if (!write.OfDevice) {
+    const RegisterEntry* entry = LookupAddress(write.Address);
+    return fmt::format("{:X}h {}", write.Address, entry == nullptr ? "" : entry->PanelName);
+  }
+  constexpr std::array<const char*, 4> devices{"U5", "U6", "U4", "U3"};
+  return fmt::format("{:X}h switches {}", write.Address,
+                     devices.at(static_cast<std::size_t>((write.Address - SwitchDeviceAddress(SwitchDevice::U5)) / 2)));
+}
+
+}  // namespace
+
+std::string PlannedWriteText(const PlannedWrite& write) {
+  return fmt::format("{}: {} -> {:02X}h", write.Place, write.Old ? fmt::format("{:02X}h", *write.Old) : "?", write.New);
+}
+
+ApplyPreview PreviewApply(Link& link, const FanCommon& fans, const AllFanFields& fields) {
+  RecordingLink recording(link);
+  BoardState boardState;
+  Board board(recording.Recording(), boardState);
+  FanCommon fansCopy = fans;
+  std::array<std::uint8_t, 3> behaviourCodes{};
+  FanConfig config(recording.Recording(), board, fansCopy, behaviourCodes);
+
+  ApplyPreview preview;
+  preview.Refusal = config.Check(fields);
+  if (preview.Refusal) return preview;
+  config.ApplyFanSettings(fields);
+  for (const RecordedWrite& write : recording.Writes()) {
+    preview.Writes.push_back({PlaceOf(write), write.Old, write.New});
+  }
+  return preview;
+}
+
+}  // namespace krx

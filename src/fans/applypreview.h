@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "fans/fanconfig.h"
+
+namespace krx {
+
+/// One write that applying the fan settings would make.
+struct PlannedWrite {
+  std::string Place;                     ///< "5Ch PWM1 Configuration Register", "90h switches U5"
+  std::optional<std::uint8_t> Old = {};  ///< nothing when the register is written without being read
+  std::uint8_t New = 0;
+};
+
+/// "5Ch PWM1 Configuration Register: 62h -> E2h"; an old byte that was not read is "?".
+std::string PlannedWriteText(const PlannedWrite& write);
+
+struct ApplyPreview {
+  std::optional<FanRefusal> Refusal;  ///< why nothing would be written
+  std::vector<PlannedWrite> Writes;   ///< in their order
+};
+
+/// What ApplyFanSettings would write, found by running it over a recording link with copies of everything that it
+/// changes. Makes only the reads that it would make; throws what the link throws.
+ApplyPreview PreviewApply(Link& link, const FanCommon& fans, const AllFanFields& fields);
+
+}  // namespace krx

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "board/board.h"
+#include "link/commserror.h"
+#include "support/testbench.h"
+
+namespace krx {
+
+/// The evaluation board's objects on the simulated bus.
+struct BoardBench : TestBench {
+  explicit BoardBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {}
+  std::uint8_t Sent(SwitchDevice device) { return Sim.Board().SwitchByte(SwitchDeviceAddress(device)); }
+
+  BoardState Flags;
+  Board Eval{Bus, Flags};
+};
+
+/// The transfers that `handler` makes before the nth of them fails, with the failed one: "R78!". It must throw then.
+inline std::string UpToFailure(TestBench& bench, int nth, const std::function<void()>& handler) {
+  bench.BusTraffic();
+  bench.FailTransfer(nth);
+  bool thrown = false;
+  try {
+    handler();
+  } catch (const CommsError&) {
+    thrown = true;
+  }
+  bench.Sim.ClearFaults();
+  return thrown ? bench.BusTraffic() : "nothing was thrown";
+}
+
+/// The first n words of a traffic text, the last of them marked as failed.
+inline std::string FirstFailing(std::string_view traffic, int n) {
+  std::size_t end = 0;
+  for (int word = 0; word < n; ++word) end = std::min(traffic.find(' ', end + 1), traffic.size());
+  return std::string(traffic.substr(0, end)) + "!";
+}
+
+inline int WordCount(std::string_view traffic) {
+  return traffic.empty() ? 0 : 1 + static_cast<int>(std::ranges::count(traffic, ' '));
+}
+
+}  // namespace krx
