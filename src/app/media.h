@@ -21,7 +21,7 @@ enum class MediumKind { Auto, Simulated, Linux };
 /// How the simulated board is to behave.
 struct SimulatorChoice {
   double Speed = 1;                 ///< simulated seconds a second, 1..1000
-  std::uint64_t Seed = 1;           ///< of the noise: same seed and time, same bytes
+  std::uint32_t Seed = 1;           ///< of the noise: same seed and time, same bytes
   std::vector<std::string> Faults;  ///< planned faults, in the simulator's own words
 };
 

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "app/commandhost.h"
+#include "app/media.h"
+#include "link/commsroot.h"
+#include "link/linknewcomport06.h"
+
+namespace CLI {
+class App;
+}
+
+namespace krx {
+
+enum class ChipBus { PrinterPort, Smbus };
+
+/// Which of the chips found is meant; what is not set fits every chip.
+struct ChipChoice {
+  std::optional<ChipBus> Bus;
+  std::string Address;  ///< in its 7-bit form, as typed; empty: any
+};
+
+/// Adds --bus and --address. `choice` must outlive the parsing.
+void AddChipOptions(CLI::App& app, ChipChoice& choice);
+
+/// The bus and the link of one command. Nothing is touched before Find.
+class ChipConnection {
+ public:
+  ChipConnection(krx::Media media, CommandHost& host);
+
+  /// Searches the buses for the chip and points the link to the first one that fits the choice. What the search has to
+  /// say goes to the host's Err. Throws CommandFailure when there is none, UsageError for an address that is none.
+  void Find(const ChipChoice& choice);
+
+  Link& ChipLink() { return link_; }
+  const krx::Media& Media() const { return media_; }
+  /// "Simulated board, chip at 2Dh on printer port 0", once a chip is found.
+  const std::string& Place() const { return place_; }
+
+ private:
+  CommandHost& host_;
+  krx::Media media_;
+  CommsRoot root_;
+  Link link_;
+  std::string place_;
+};
+
+}  // namespace krx

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/command.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <functional>
+
+#include "app/chipconnection.h"
+#include "app/media.h"
+#include "app/registerargument.h"
+#include "app/registercommands.h"
+#include "app/watch.h"
+#include "link/commserror.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr int exitDone = 0;
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+
+constexpr const char* registerHelp =
+    "A register is named by its address in hexadecimal, 0x5C or 5Ch, or by its name as krx5580 dump prints it or as a "
+    "register save file stores it, whatever the case: \"company id\". Exit codes: 0 done, 1 the bus failed, 2 the "
+    "command was not understood.";
+
+/// What the command line said. Numbers stay texts until the command runs, so that every number of ours is read by the
+/// same rules.
+struct Words {
+  MediaOptions Media;
+  ChipChoice Chip;
+  std::vector<std::string> Registers;
+  std::string Register;
+  std::string Value;
+  std::string Interval;
+  std::string Count;
+  std::string Duration;
+  std::string Pulses;
+  bool Json = false;
+  bool Start = false;
+};
+
+double Number(const std::string& option, const std::string& text, double minimum, double maximum) {
+  const double value = Val(text);
+  if (IsNumber(text) && value >= minimum && value <= maximum) return value;
+  throw UsageError(fmt::format("{} takes a number from {} to {}, not \"{}\"", option, minimum, maximum, text));
+}
+
+long WholeNumber(const std::string& option, const std::string& text, long minimum, long maximum) {
+  const double value = Number(option, text, static_cast<double>(minimum), static_cast<double>(maximum));
+  if (value == Floor(value)) return static_cast<long>(value);
+  throw UsageError(fmt::format("{} takes a whole number, not {}", option, text));
+}
+
+WatchOptions WatchOptionsOf(const Words& words) {
+  constexpr long mostRows = 1'000'000'000;
+  constexpr double longestDuration = 365.0 * 24 * 3600;
+  WatchOptions options;
+  if (!words.Interval.empty()) {
+    options.Interval =
+        Number("--interval", words.Interval, WatchOptions::shortestInterval, WatchOptions::longestInterval);
+  }
+  if (!words.Count.empty()) options.Count = WholeNumber("--count", words.Count, 1, mostRows);
+  if (!words.Duration.empty()) {
+    options.Duration = Number("--duration", words.Duration, WatchOptions::shortestInterval, longestDuration);
+  }
+  if (!words.Pulses.empty()) options.Pulses = static_cast<float>(WholeNumber("--pulses", words.Pulses, 1, 4));
+  options.Json = words.Json;
+  options.Start = words.Start;
+  return options;
+}
+
+RegisterFormat FormatOf(const Words& words) {
+  return words.Json ? RegisterFormat::Json : RegisterFormat::Table;
+}
+
+int RunWatch(const Words& words, CommandHost& host) {
+  const WatchOptions options = WatchOptionsOf(words);
+  ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
+  connection.Find(words.Chip);
+  return Watch(options, connection, host) ? exitDone : exitFailure;
+}
+
+int PrintAll(const std::vector<const RegisterEntry*>& entries, const Words& words, CommandHost& host) {
+  ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
+  connection.Find(words.Chip);
+  return PrintRegisters(connection.ChipLink(), entries, FormatOf(words), host) == 0 ? exitDone : exitFailure;
+}
+
+int RunRead(const Words& words, CommandHost& host) {
+  std::vector<const RegisterEntry*> entries;
+  for (const std::string& text : words.Registers) entries.push_back(&RegisterFromArgument(text));
+  return PrintAll(entries, words, host);
+}
+
+int RunDump(const Words& words, CommandHost& host) {
+  std::vector<const RegisterEntry*> entries;
+  for (const RegisterEntry& entry : Registers()) entries.push_back(&entry);
+  return PrintAll(entries, words, host);
+}
+
+int RunWrite(const Words& words, CommandHost& host) {
+  const RegisterEntry& entry = RegisterFromArgument(words.Register);
+  const std::uint8_t value = ByteFromArgument(words.Value);
+  ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
+  connection.Find(words.Chip);
+  WriteRegisterValue(connection.ChipLink(), entry, value, FormatOf(words), host);
+  return exitDone;
+}
+
+using Action = std::function<int(const Words&, CommandHost&)>;
+
+void DescribeWatch(CLI::App& watch, Words& words) {
+  watch.add_option("--interval", words.Interval, "seconds from row to row, 0.1 to 3600 (default 1)")->type_name("S");
+  watch.add_option("--count", words.Count, "end after N rows")->type_name("N");
+  watch.add_option("--duration", words.Duration, "end after S seconds")->type_name("S");
+  watch.add_option("--pulses", words.Pulses, "pulses a revolution that the fans really give, 1 to 4 (default 1)")
+      ->type_name("N");
+  watch.add_flag("--start", words.Start,
+                 "on hardware: start the chip's monitoring where it is off (bit 0 of 40h) and route the "
+                 "evaluation board's inputs; without it nothing is written");
+}
+
+/// Parses and runs; throws what goes wrong.
+int Run(std::vector<std::string> arguments, CommandHost& host) {
+  Words words;
+  CLI::App app("Reads and watches the KRX5580 hardware monitor from the command line.", "krx5580");
+  app.option_defaults()->take_last();
+  app.set_version_flag("--version", std::string("krx5580 ") + KRX_VERSION);
+  app.require_subcommand(1);
+  app.footer(registerHelp);
+
+  Action action;
+  const auto addCommand = [&](const char* name, const char* description, Action run) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->callback([&action, run = std::move(run)] { action = run; });
+    AddMediaOptions(*command, words.Media);
+    AddChipOptions(*command, words.Chip);
+    command->add_flag("--json", words.Json, "print JSON, one object a line");
+    return command;
+  };
+  DescribeWatch(*addCommand("watch", "show all twelve channels, a row an interval", RunWatch), words);
+  addCommand("read", "read registers", RunRead)
+      ->add_option("register", words.Registers, "address or name")
+      ->type_name("REG...")
+      ->required()
+      ->take_all();
+  addCommand("dump", "read all 90 registers", RunDump);
+  CLI::App* write = addCommand("write", "write one register and read it back", RunWrite);
+  write->add_option("register", words.Register, "address or name")->type_name("REG")->required();
+  write->add_option("value", words.Value, "0x28, 28h, or one decimal digit")->type_name("VALUE")->required();
+
+  // The parser would only say that a command is missing.
+  const auto named = [&](const CLI::App* command) { return command->get_name() == arguments.front(); };
+  if (!arguments.empty() && !arguments.front().starts_with('-') && app.get_subcommands(named).empty()) {
+    throw UsageError(fmt::format("there is no command \"{}\": see krx5580 --help", arguments.front()));
+  }
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, host.Out(), host.Err()) == 0 ? exitDone : exitUsage;
+  }
+  return action(words, host);
+}
+
+}  // namespace
+
+int RunCommand(std::vector<std::string> arguments, CommandHost& host) {
+  int code = exitFailure;
+  try {
+    code = Run(std::move(arguments), host);
+  } catch (const UsageError& error) {
+    host.Err() << "krx5580: " << error.what() << '\n';
+    code = exitUsage;
+  } catch (const CommsError& error) {
+    host.Err() << "krx5580: " << error.BoxText() << '\n';
+  } catch (const std::exception& error) {
+    host.Err() << "krx5580: " << error.what() << '\n';
+  }
+  if (!host.Out().flush()) {
+    host.Err() << "krx5580: the output could not be written\n";
+    if (code == exitDone) code = exitFailure;
+  }
+  return code;
+}
+
+}  // namespace krx

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+
+#include "app/chipconnection.h"
+#include "app/commandhost.h"
+
+namespace krx {
+
+struct WatchOptions {
+  static constexpr double shortestInterval = 0.1;  ///< seconds; a round on the SMBus alone takes 0.4
+  static constexpr double longestInterval = 3600;
+
+  double Interval = 1;             ///< seconds from row to row
+  std::optional<long> Count;       ///< rows; none: until stopped
+  std::optional<double> Duration;  ///< seconds; none: until stopped
+  float Pulses = 1;                ///< pulses a revolution that the fans really give
+  bool Json = false;
+  bool Start = false;  ///< may write: start monitoring where it is off, route the board's inputs
+};
+
+/// Reads the chip through the reading cycle and shows a row an interval, until count, duration or the user end it. On a
+/// terminal the rows are one page that is kept current. A failing transfer is told and counted and the next row tries
+/// again. Returns false when not a single value could be read.
+bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost& host);
+
+}  // namespace krx

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "console/alarms.h"
+#include "console/channels.h"
+#include "console/workbench.h"
+
+namespace krx {
+
+/// One complete reading of the chip.
+struct WatchRow {
+  std::chrono::system_clock::time_point Time;
+  std::array<std::string, channelCount> Captions;
+  std::array<std::optional<double>, channelCount> Values;  ///< none: not in use, or its transfer failed
+  AlarmStates Alarms{};
+  std::array<std::optional<int>, 3> Duties;  ///< percent, PWM1..PWM3
+  bool PowerMode = false;                    ///< channel 11 is the processor current in A
+  int Faults = 0;                            ///< transfers that failed during this reading
+  std::string LastFault;                     ///< text of the last of them
+};
+
+/// Runs the reading cycle until every channel has been read once. Failing transfers are counted in the row and leave
+/// their values out. Pins and Power of the bench say which channels are in use.
+WatchRow MeasureRow(Workbench& bench);
+
+/// True when at least one value was read.
+bool AnythingMeasured(const WatchRow& row);
+
+// The forms in which a row is shown; none ends with a line end.
+std::string TableHeader(const WatchRow& row);                         ///< captions and units above the columns
+std::string TableLine(const WatchRow& row);                           ///< local time and values; "!" marks an alarm
+std::string JsonLine(const WatchRow& row, const std::string& place);  ///< one object; null where nothing was measured
+
+/// The row as a page of lines, one a channel.
+std::string ScreenPage(const WatchRow& row, const std::string& title);
+
+}  // namespace krx
