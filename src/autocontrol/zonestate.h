@@ -17,12 +17,12 @@ struct ZoneState {
   std::array<bool, 3> ZoneVidMonitoring{};
 
   // What the user typed into the automatic-control wizard last.
-  std::array<std::int16_t, 3> WizardMinTemp{30, 30, 30};   ///< °C
-  std::array<std::int16_t, 3> WizardMidTemp{60, 60, 60};   ///< °C
-  std::array<std::int16_t, 3> WizardMaxTemp{90, 90, 90};   ///< °C
-  std::array<std::int16_t, 3> WizardPwmMid{60, 60, 60};    ///< %
-  std::array<std::int16_t, 3> WizardUsePoint{2, 2, 2};     ///< 1 the middle point, 2 the maximum point
-  std::array<std::int16_t, 3> WizardFix{};                 ///< 0 Fix Min, 1 Fix Mid, 2 Fix Max
+  std::array<std::int16_t, 3> WizardMinTemp{30, 30, 30};  ///< °C
+  std::array<std::int16_t, 3> WizardMidTemp{60, 60, 60};  ///< °C
+  std::array<std::int16_t, 3> WizardMaxTemp{90, 90, 90};  ///< °C
+  std::array<std::int16_t, 3> WizardPwmMid{60, 60, 60};   ///< %
+  std::array<std::int16_t, 3> WizardUsePoint{2, 2, 2};    ///< 1 the middle point, 2 the maximum point
+  std::array<std::int16_t, 3> WizardFix{};                ///< 0 Fix Min, 1 Fix Mid, 2 Fix Max
 };
 
 }  // namespace krx
