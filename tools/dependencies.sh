@@ -10,7 +10,7 @@ build_packages="g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-wayland libqc
 # What the tests need beyond that.
 test_packages="libgtest-dev i2c-tools"
 
-# What the checks need beyond the tests: the format, and that the benchmarks still compile.
+# What the checks need beyond the tests: the format, and that the benchmarks (preset bench) still compile.
 check_packages="clang-format-14 libbenchmark-dev"
 
 # Progress goes to standard error, so that standard output carries only what a program prints.

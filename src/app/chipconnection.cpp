@@ -44,7 +44,7 @@ void ChipConnection::Find(const ChipChoice& choice) {
 
   ChipSearch search(link_);
   const SearchMedia media{.PrinterPort = choice.Bus != ChipBus::Smbus, .Smbus = choice.Bus != ChipBus::PrinterPort};
-  for (const SearchReport& report : search.Search(media, nullptr)) host_.Err() << "krx5580: " << report.Text << '\n';
+  for (const SearchReport& report : search.Search(media, 0, nullptr)) host_.Err() << "krx5580: " << report.Text << '\n';
 
   for (const ResultRow& row : search.Rows()) {
     if (address && SevenBitAddress(row) != *address) continue;

@@ -67,8 +67,8 @@ class Display {
 
   void ShowPage(const WatchRow& row) {
     lastPage_ = ScreenPage(row, place_);
-    lastPage_ +=
-        fmt::format("\n  {} readings, {} bus faults{}{}\n", rows_, faults_, faults_ > 0 ? ", last: " : "", lastFault_);
+    lastPage_ += fmt::format("\n  readings: {}, bus faults: {}{}{}\n", rows_, faults_, faults_ > 0 ? ", last: " : "",
+                             lastFault_);
     host_.Out() << "\x1b[H";
     for (const char character : lastPage_) {
       if (character == '\n') host_.Out() << "\x1b[K";

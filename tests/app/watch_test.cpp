@@ -151,7 +151,7 @@ TEST(Watch, OnATerminalOnePageIsKeptCurrentUntilCtrlC) {
   // The terminal is given back with the last page in it.
   const std::size_t back = text.find("\x1b[?25h\x1b[?1049l");
   ASSERT_NE(back, std::string::npos);
-  EXPECT_TRUE(Contains(text.substr(back), "2 readings, 0 bus faults"));
+  EXPECT_TRUE(Contains(text.substr(back), "readings: 2, bus faults: 0"));
 }
 
 }  // namespace
