@@ -1,0 +1,54 @@
+#!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
+# i2ctools_test.sh SHIM KRX5580: i2cdetect, i2cget, i2cset and i2cdump see the chip of the simulated board as krx5580
+# does, and each sees what the other wrote.
+set -eu
+shim="$1"
+krx5580="$2"
+PATH="$PATH:/usr/sbin:/sbin"
+directory="$(mktemp -d)"
+trap 'rm -rf "$directory"' EXIT
+export KRX_SHIM_STATE="$directory/state"
+
+failed=0
+# expect WHAT WANTED GOT
+expect() {
+  [ "$2" = "$3" ] && return
+  printf '%s: wanted "%s", got "%s"\n' "$1" "$2" "$3" >&2
+  failed=1
+}
+tool() { LD_PRELOAD="$shim" "$@"; }
+console() { tool "$krx5580" "$@" --medium linux; }
+on_smbus() { console "$@" --smbus 1 --bus smbus; }
+on_board() { console "$@" --printer-port 0 --bus printer-port; }
+# "0x4E  0x55  01010101  Remote1..." to "0x55"
+value() { awk '{ print tolower($2) }'; }
+
+for name in i2cdetect i2cget i2cset i2cdump; do
+  command -v "$name" >/dev/null || { echo "$name is missing: install i2c-tools" >&2; exit 1; }
+done
+
+expect "addresses that i2cdetect finds" "2e" "$(tool i2cdetect -y 1 | sed -n 's/^[0-7]0://p' | tr -d -- '- \n')"
+expect "company id by i2cget" "0x41" "$(tool i2cget -y 1 0x2e 0x3e)"
+expect "company id by krx5580" "0x41" "$(on_smbus read 0x3E | value)"
+
+tool i2cset -y 1 0x2e 0x4e 0xa5
+expect "written by i2cset, read by krx5580" "0xa5" "$(on_smbus read 0x4E | value)"
+expect "neighbour of what i2cset wrote" "$(tool i2cget -y 1 0x2e 0x4f)" "$(on_smbus read 0x4F | value)"
+on_smbus write 0x50 0x9C >/dev/null
+expect "written by krx5580, read by i2cget" "0x9c" "$(tool i2cget -y 1 0x2e 0x50)"
+expect "neighbour of what krx5580 wrote" "0x7f" "$(tool i2cget -y 1 0x2e 0x51)"
+
+# All registers of dump, each against i2cdump's table of 256.
+on_smbus dump | awk '{ print tolower($1), tolower($2) }' >"$directory/console"
+tool i2cdump -y 1 0x2e b 2>/dev/null | awk '
+  /^[0-9a-f]0:/ { for (column = 0; column < 16; ++column) printf "0x%s%x 0x%s\n", substr($1, 1, 1), column, $(column + 2) }
+' >"$directory/table"
+expect "registers of krx5580 dump" "90" "$(wc -l <"$directory/console")"
+expect "registers on which i2cdump disagrees" "" "$(grep -Fxv -f "$directory/table" "$directory/console" || true)"
+
+expect "company id over the printer port" "0x41" "$(on_board read 0x3E | value)"
+on_board write 0x4E 0x5A >/dev/null
+expect "written over the printer port" "0x5a" "$(on_board read 0x4E | value)"
+expect "the other chip, on the SMBus" "0xa5" "$(tool i2cget -y 1 0x2e 0x4e)"
+exit "$failed"
