@@ -122,7 +122,6 @@ void ParportNode::ClaimAlone() {
     FailedOpen(-result, fmt::format("{}/parport{}", roots_.Dev, number_));
   }
   // A wish for exclusiveness stays with the descriptor, so sharing takes a new one.
-  if (const std::string active = ActiveDriver(); active != nobody) Used(active);
   Open();
   shared_ = true;
   ClaimShared();
