@@ -112,6 +112,12 @@ int RunWrite(const Words& words, CommandHost& host) {
   return exitDone;
 }
 
+/// Naming a bus of one kind leaves the other kind alone: whoever names an SMBus does not want a printer probed.
+void SearchOnlyTheNamedBus(Words& words) {
+  if (words.Chip.Bus || words.Media.Smbus.has_value() == words.Media.PrinterPort.has_value()) return;
+  words.Chip.Bus = words.Media.Smbus ? ChipBus::Smbus : ChipBus::PrinterPort;
+}
+
 using Action = std::function<int(const Words&, CommandHost&)>;
 
 void DescribeWatch(CLI::App& watch, Words& words) {
@@ -165,6 +171,7 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error, host.Out(), host.Err()) == 0 ? exitDone : exitUsage;
   }
+  SearchOnlyTheNamedBus(words);
   return action(words, host);
 }
 

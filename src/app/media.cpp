@@ -17,6 +17,8 @@ namespace {
 
 // "Invalid procedure call": what was asked for makes no sense.
 constexpr int invalidCall = 5;
+// The kernel has 20 bits for the number of a device node.
+constexpr double highestNode = 1048575;
 
 const std::map<std::string, MediumKind> mediumNames{
     {"auto", MediumKind::Auto}, {"simulated", MediumKind::Simulated}, {"linux", MediumKind::Linux}};
@@ -54,17 +56,21 @@ Media SimulatedMedia(const SimulatorChoice& choice, Clock& clock) {
           }};
 }
 
-Media LinuxMedia(const MediaOptions& choice, const std::optional<std::string>& bus, Clock& clock) {
+LinuxOptions LinuxOptionsOf(const MediaOptions& choice) {
   LinuxOptions options;
   options.Smbus = choice.Smbus;
   options.PrinterPort = choice.PrinterPort;
   if (choice.Wiring) options.Wiring = ReadWiringFile(choice.Wiring->string());
   options.Force = choice.Force;
   options.Roots = KernelRoots::FromEnvironment();
-  return {
-      .Kind = MediumKind::Linux, .Name = bus.value_or("This computer's buses"), .Reason = {}, .Factory = [=, &clock] {
-        return MakeLinuxComms(options, clock);
-      }};
+  return options;
+}
+
+Media LinuxMedia(const LinuxOptions& options, Clock& clock) {
+  return {.Kind = MediumKind::Linux,
+          .Name = FindLinuxBus(options).value_or("This computer's buses"),
+          .Reason = {},
+          .Factory = [=, &clock] { return MakeLinuxComms(options, clock); }};
 }
 
 bool NamesHardware(const MediaOptions& options) {
@@ -88,9 +94,13 @@ void AddMediaOptions(CLI::App& app, MediaOptions& options) {
       ->transform(CLI::CheckedTransformer(mediumNames, CLI::ignore_case).description(""))
       ->type_name("NAME")
       ->take_last();
-  app.add_option("--smbus", options.Smbus, "linux: use the SMBus /dev/i2c-N")->type_name("N")->take_last();
+  app.add_option("--smbus", options.Smbus, "linux: use the bus /dev/i2c-N")
+      ->type_name("N")
+      ->check(NumberBetween(0, highestNode))
+      ->take_last();
   app.add_option("--printer-port", options.PrinterPort, "linux: use the printer port /dev/parportN")
       ->type_name("N")
+      ->check(NumberBetween(0, highestNode))
       ->take_last();
   app.add_option("--wiring", options.Wiring, "linux: which printer-port line carries what")
       ->type_name("FILE")
@@ -117,10 +127,10 @@ Media ChooseMedia(const MediaOptions& options, Clock& clock) {
     }
     return SimulatedMedia(options.Simulator, clock);
   }
-  const std::optional<std::string> bus = FindLinuxBus(KernelRoots::FromEnvironment());
-  if (options.Medium == MediumKind::Linux) return LinuxMedia(options, bus, clock);
-  if (bus || NamesHardware(options)) {
-    Media media = LinuxMedia(options, bus, clock);
+  const LinuxOptions buses = LinuxOptionsOf(options);
+  if (options.Medium == MediumKind::Linux) return LinuxMedia(buses, clock);
+  if (FindLinuxBus(buses) || NamesHardware(options)) {
+    Media media = LinuxMedia(buses, clock);
     media.Reason = "This computer has a bus to search: " + media.Name;
     return media;
   }

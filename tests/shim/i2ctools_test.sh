@@ -19,8 +19,8 @@ expect() {
 }
 tool() { LD_PRELOAD="$shim" "$@"; }
 console() { tool "$krx5580" "$@" --medium linux; }
-on_smbus() { console "$@" --smbus 1 --bus smbus; }
-on_board() { console "$@" --printer-port 0 --bus printer-port; }
+on_smbus() { console "$@" --smbus 1; }
+on_board() { console "$@" --printer-port 0; }
 # "0x4E  0x55  01010101  Remote1..." to "0x55"
 value() { awk '{ print tolower($2) }'; }
 

@@ -99,12 +99,6 @@ std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& 
   return std::make_unique<RealLinuxComms>(options, clock);
 }
 
-std::optional<std::string> FindLinuxBus(const KernelRoots& roots) {
-  LinuxOptions options;
-  options.Roots = roots;
-  return FindLinuxBus(options);
-}
-
 std::optional<std::string> FindLinuxBus(const LinuxOptions& options) {
   std::vector<std::string> found;
   for (const I2cAdapter& adapter : ListI2cAdapters(options.Roots)) {

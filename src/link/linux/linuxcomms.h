@@ -45,6 +45,5 @@ std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& 
 /// The buses that these options reach, for `--medium auto` and for titles: "SMBus I801 adapter at 0700, i2c-1",
 /// "printer port 0", several with " and " between them; nothing when none is named and this PC has none.
 std::optional<std::string> FindLinuxBus(const LinuxOptions& options);
-std::optional<std::string> FindLinuxBus(const KernelRoots& roots);
 
 }  // namespace krx

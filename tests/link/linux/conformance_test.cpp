@@ -131,14 +131,19 @@ INSTANTIATE_TEST_SUITE_P(All, AnyBus, testing::Values(Bus::Simulated, Bus::Simul
 
 TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
   TestRoots roots;
-  EXPECT_EQ(FindLinuxBus(roots.Roots), std::nullopt);
+  LinuxOptions options;
+  options.Roots = roots.Roots;
+  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
   roots.Adapter(0, "i915 gmbus ssc");
-  EXPECT_EQ(FindLinuxBus(roots.Roots), std::nullopt);
+  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
   std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/parport1");
   std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/lp.0");
-  EXPECT_EQ(FindLinuxBus(roots.Roots), "printer port 1");
+  EXPECT_EQ(FindLinuxBus(options), "printer port 1");
   roots.Adapter(2, "SMBus I801 adapter at 0700");
-  EXPECT_EQ(FindLinuxBus(roots.Roots), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
+  EXPECT_EQ(FindLinuxBus(options), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
+  options.Smbus = 0;
+  options.PrinterPort = 4;
+  EXPECT_EQ(FindLinuxBus(options), "i915 gmbus ssc, i2c-0 and printer port 4");
 }
 
 }  // namespace
