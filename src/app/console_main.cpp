@@ -20,7 +20,7 @@ namespace {
 void ConnectFirstChip(Link& link) {
   ChipSearch search(link);
   search.Load();
-  search.Search({.PrinterPort = true, .Smbus = true}, [](int) {});
+  search.Search({.PrinterPort = true, .Smbus = true}, 0, nullptr);
   const auto rows = search.Rows();
   if (rows.empty()) throw CommsError(5, "No chip was found");
   search.Finish(rows.front());
