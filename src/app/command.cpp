@@ -127,8 +127,8 @@ void DescribeWatch(CLI::App& watch, Words& words) {
   watch.add_option("--pulses", words.Pulses, "pulses a revolution that the fans really give, 1 to 4 (default 1)")
       ->type_name("N");
   watch.add_flag("--start", words.Start,
-                 "on hardware: start the chip's monitoring where it is off (bit 0 of 40h) and route the "
-                 "evaluation board's inputs; without it nothing is written");
+                 "on hardware: start the chip's monitoring where it is off (bit 0 of 40h), put the "
+                 "evaluation board's heaters off and route its inputs; without it nothing is written");
 }
 
 /// Parses and runs; throws what goes wrong.

@@ -99,8 +99,8 @@ void StartMonitoring(bool mayWrite, Link& link, CommandHost& host) {
   host.Wait(firstMeasurement);
 }
 
-/// Reads what the values depend on, routes the board's inputs and starts monitoring; goes on past a failing step.
-/// Hardware is written only when that was asked for.
+/// Reads what the values depend on, prepares the board (heaters off, inputs routed) and starts monitoring; goes on past
+/// a failing step. Hardware is written only when that was asked for.
 void Prepare(const WatchOptions& options, ChipConnection& connection, Workbench& bench, CommandHost& host) {
   const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
   // Without its board the start-up leaves the switches alone; the chip is reached by the other field.

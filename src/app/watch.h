@@ -17,7 +17,7 @@ struct WatchOptions {
   std::optional<double> Duration;  ///< seconds; none: until stopped
   float Pulses = 1;                ///< pulses a revolution that the fans really give
   bool Json = false;
-  bool Start = false;  ///< may write: start monitoring where it is off, route the board's inputs
+  bool Start = false;  ///< may write: prepare the board, start monitoring where it is off
 };
 
 /// Reads the chip through the reading cycle and shows a row an interval, until count, duration or the user end it. On a
