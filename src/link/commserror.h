@@ -14,8 +14,8 @@ class CommsError : public std::runtime_error {
 
   int Number() const { return number_; }
 
-  /// "Error: 6, Overflow": the number of an error is written with one leading blank.
-  std::string BoxText() const { return "Error: " + std::to_string(number_) + ", " + what(); }
+  /// "Error: 6, Overflow": a number is written with one leading blank, a negative one with its sign in that place.
+  std::string BoxText() const { return (number_ < 0 ? "Error:" : "Error: ") + std::to_string(number_) + ", " + what(); }
 
  private:
   int number_;

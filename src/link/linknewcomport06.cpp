@@ -95,7 +95,8 @@ void LinkNewComPort06::Delay(double seconds) {
   const double end = (counting ? start : clock_.FallbackSeconds()) + seconds;
   const PumpMode mode = TransferInProgress() ? PumpMode::HoldUserInput : PumpMode::Everything;
   for (double left = end - now(); left > 0; left = end - now()) {
-    if (left > spinSeconds) pump_.Pump(left - spinSeconds, mode);
+    // A wait that is no longer than the last stretch would otherwise handle no event at all.
+    if (left > spinSeconds || seconds <= spinSeconds) pump_.Pump(std::max(left - spinSeconds, 0.0), mode);
   }
 }
 

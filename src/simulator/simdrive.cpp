@@ -79,7 +79,7 @@ void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure,
     if (!DrivenBy(registers, pwm, zone)) continue;
     const double celsius = measure.Celsius(zone);
     target = std::max(target, ZoneDuty(registers, celsius, pwm, zone));
-    therm = therm || celsius >= registers.Signed(zoneRegisters[zone].Therm);
+    therm = therm || AtThermLimit(registers, zoneRegisters[zone], celsius);
   }
   std::uint8_t& duty = registers[Reg::Duty + pwm];
   if (therm) {
@@ -93,7 +93,8 @@ void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure,
     output.SpinUpSteps = 0;
   } else if (duty == 0) {
     output.SpinUpSteps = spinUpSteps[registers[Reg::PwmConfig + pwm] & 7u];
-    output.Ramp = std::min<double>(target, registers[Reg::MinDuty + pwm]);
+    // Not below what the ramp has gained: a slow one takes several steps to its first whole count.
+    output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[Reg::MinDuty + pwm]));
   }
   const double most = RampPerStep(registers, pwm);
   output.Ramp += std::clamp(target - output.Ramp, -most, most);

@@ -103,6 +103,10 @@ void CompareFans(Reg& registers) {
 
 }  // namespace
 
+bool AtThermLimit(const SimRegisters& registers, const ZoneRegisters& zone, double celsius) {
+  return registers[zone.Therm] != 0x80 && celsius >= registers.Signed(zone.Therm);
+}
+
 TemperatureCode EncodeTemperature(double celsius) {
   const auto quarters = static_cast<int>(std::floor(std::clamp(celsius, -128.0, 127.75) * 4 + 0.5));
   if (quarters >= 0) return {static_cast<std::uint8_t>(quarters / 4), static_cast<std::uint8_t>(quarters % 4)};
@@ -189,7 +193,7 @@ void SimMeasure::ConvertTemperatures(SimRegisters& registers, const PlantState& 
     const bool outside =
         celsius_[zone] < registers.Signed(row.LowLimit) || celsius_[zone] > registers.Signed(row.HighLimit);
     PutBits(registers, Reg::Status1, row.StatusBit, 1, outside);
-    overTemperature = overTemperature || celsius_[zone] >= registers.Signed(row.Therm);
+    overTemperature = overTemperature || AtThermLimit(registers, row, celsius_[zone]);
   }
   PutBits(registers, Reg::Status2, overTemperatureBit, 1, overTemperature);
 }

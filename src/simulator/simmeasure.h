@@ -45,6 +45,9 @@ class SimMeasure {
   std::array<double, 3> celsius_{-128, -128, -128};
 };
 
+/// True from the zone's THERM limit on. The lowest byte, 0x80, stands for no limit.
+bool AtThermLimit(const SimRegisters& registers, const ZoneRegisters& zone, double celsius);
+
 /// Value byte and the two bits below it. A negative temperature has its fraction counted away from zero (-10.25 is
 /// 0xF6 and 01), so -0.25 to -0.75 do not exist.
 struct TemperatureCode {

@@ -30,11 +30,13 @@ struct SimOptions {
   std::vector<SmbusChip> SmbusChips = {SmbusChip{}};  ///< chips on the SMBus
   std::string ChipsetReport = "ICH4     (82801DB)";   ///< what the SMBus host says about itself
   bool VidFollowsU3 = false;                          ///< VID bits 4..0 read what the switches U3E..U3A are set to
-  std::array<double, 4> RealPulses = {2, 2, 2, 2};    ///< pulses per revolution that the fans really give
-  std::uint32_t Seed = 1;                             ///< of the noise
-  double Noise = 1;                                   ///< scales the noise of every measurement; 0 switches it off
-  double Speed = 1;                                   ///< model seconds per clock second, 1..1000
-  std::function<void(double seconds)> Wait;           ///< how a slow transfer waits; unset: the clock is spun on
+  /// Pulses per revolution that the fans really give. The console takes one until it is told otherwise, so fans of one
+  /// pulse show their true speeds to whoever just started it.
+  std::array<double, 4> RealPulses = {1, 1, 1, 1};
+  std::uint32_t Seed = 1;                    ///< of the noise
+  double Noise = 1;                          ///< scales the noise of every measurement; 0 switches it off
+  double Speed = 1;                          ///< model seconds per clock second, 1..1000
+  std::function<void(double seconds)> Wait;  ///< how a slow transfer waits; unset: the clock is spun on
 };
 
 }  // namespace krx

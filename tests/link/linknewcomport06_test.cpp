@@ -66,6 +66,7 @@ TEST(Link, AnOperandOutsideAByteOverflowsBeforeAnyWaitOrTraffic) {
     }
   }
   EXPECT_EQ(Overflow().BoxText(), "Error: 6, Overflow");
+  EXPECT_EQ(CommsError(-9, "odd").BoxText(), "Error:-9, odd");
 }
 
 TEST(Link, AFailedTransferIsNotRepeatedReleasesEverythingAndKeepsTheLastReading) {
@@ -145,6 +146,9 @@ TEST(Delay, ReturnsAfterTheTimeAskedForAndLetsEventsRunMeanwhile) {
   EXPECT_GE(waited, 0.005);
   EXPECT_LT(waited, 0.0052);
   EXPECT_EQ(bench.Bus.Diary, (Diary{"wait", "wait", "wait"})) << "outside a transfer nothing is held back";
+  bench.Bus.Diary.clear();
+  bench.Link.Delay(0.00005);
+  EXPECT_FALSE(bench.Bus.Diary.empty()) << "a very short wait handles events too";
 }
 
 TEST(Delay, ZeroAndNegativeTimesHandleNoEvent) {

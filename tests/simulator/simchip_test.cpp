@@ -112,10 +112,11 @@ TEST(SimChip, AlarmsAreLevelsOfTheLastConversion) {
       {0x50, 29, 0x20, 0x00},                              // Local below its low limit
       {0x50, 20, 0x00, 0x00},   {0x71, 0xF6, 0x20, 0x00},  // offset -10
       {0x71, 0x00, 0x00, 0x00}, {0x6C, 45, 0x80, 0x02},    // Remote2 at its THERM limit: OVT, and with it OOL
-      {0x6C, 46, 0x00, 0x00},   {0x4A, 0xF0, 0x08, 0x00},  // 5V below its low limit
+      {0x6C, 0x80, 0x00, 0x00},                            // no THERM limit
+      {0x4A, 0xF0, 0x08, 0x00},                            // 5V below its low limit
       {0x7D, 0x02, 0x08, 0x00},                            // THERM on the 5V pin, but not enabled
       {0x78, 0x02, 0x00, 0x00},                            // enabled: the pin is not measured
-      {0x57, 0x05, 0x80, 0x08},                            // fan 2 counts 1500, its limit is now 0x0500
+      {0x57, 0x05, 0x80, 0x08},                            // fan 2 counts 3000, its limit is now 0x0500
   };
   for (const auto& row : rows) {
     if (row.Reg == 0x57) chip.Write(0x56, 0x00);
@@ -132,15 +133,15 @@ TEST(SimChip, CountsTachometersWhetherStartedOrNot) {
   chip.Advance(0.5);
   EXPECT_EQ(chip.Pair(0x28), 0xFFFF);
   chip.Advance(0.6);
-  EXPECT_EQ(chip.Pair(0x28), 1125);  // 5,400,000 / 4800
-  EXPECT_EQ(chip.Pair(0x2E), 2250);
-  chip.Write(0x7B, 0x54);  // one pulse programmed, two real ones: half the count
+  EXPECT_EQ(chip.Pair(0x28), 2250);  // 5,400,000 * 2 / 4800: two pulses programmed, one real
+  EXPECT_EQ(chip.Pair(0x2E), 4500);
+  chip.Write(0x7B, 0x54);  // as many programmed as the fan gives
   chip.Advance(1);
-  EXPECT_EQ(chip.Pair(0x28), 562);
+  EXPECT_EQ(chip.Pair(0x28), 1125);
   chip.Write(0x5C, 0x80);  // Always Off
   chip.Write(0x78, 0x08);  // FAST
   chip.Advance(0.3);
-  EXPECT_GT(chip.Pair(0x28), 562);
+  EXPECT_GT(chip.Pair(0x28), 1125);
   chip.Advance(6);
   EXPECT_EQ(chip.Pair(0x28), 0xFFFF);
 }
@@ -178,9 +179,9 @@ TEST(SimChip, ProchotCountsWhileTheInputIsEnabledAndRouted) {
 TEST(SimChip, ATachometerPairIsReadCoherently) {
   QuietChip chip;
   chip.Advance(1);
-  EXPECT_EQ(chip.Read(0x28), 1125 & 0xFF);
+  EXPECT_EQ(chip.Read(0x28), 2250 & 0xFF);
   chip.Poke(0x29, 0x99);
-  EXPECT_EQ(chip.Read(0x29), 1125 >> 8);
+  EXPECT_EQ(chip.Read(0x29), 2250 >> 8);
   EXPECT_EQ(chip.Read(0x29), 0x99);
 }
 

@@ -181,7 +181,7 @@ TEST(SimFaults, BrokenPartsShowInTheRegisters) {
   WriteByte(bench.Bus, 0x5D, 0x80);  // PWM2 Always Off
   bench.Advance(10);
   EXPECT_EQ(ReadByte(bench.Bus, 0x29), 0xFF);
-  EXPECT_NEAR(ReadByte(bench.Bus, 0x2B), 5'400'000 / 360 / 256, 1);
+  EXPECT_NEAR(ReadByte(bench.Bus, 0x2B), 5'400'000 * 2 / 360 / 256, 1);
   EXPECT_EQ(ReadByte(bench.Bus, 0x42) & 0xC0, 0x80);
   EXPECT_EQ(ReadByte(bench.Bus, 0x3E), 0x5A);
   const double before = bench.Time.Seconds();

@@ -93,6 +93,15 @@ TEST(SimDrive, SpinsUpAtFullDutyAndFollowsSlowlyWithAcoustics) {
   EXPECT_GT(bench.Duty(), 150);
   bench.Advance(1.5);
   EXPECT_EQ(bench.Duty(), 213);
+  bench.Write(0x64, 0x00);
+  bench.Write(0x62, 0x08);  // ramp rate 1: less than a tenth of a count in a step
+  bench.Write(0x5C, 0x00);  // no spin-up
+  bench.Hold(25, 25, 25);
+  bench.Advance(40);
+  EXPECT_EQ(bench.Duty(), 0);
+  bench.Hold(25, 42, 25);
+  bench.Advance(2.1);
+  EXPECT_NEAR(bench.Duty(), 16, 2) << "a slow ramp starts from nothing too";
 }
 
 TEST(SimDrive, PolarityTurnsTheDutyThatTheFanSeesAround) {
