@@ -98,7 +98,7 @@ class ManualControl {
   Link& link_;
   const OutputRegisters& output_;
   std::uint8_t configuration_;
-  std::optional<std::uint8_t> duty_;
+  std::optional<int> duty_;
   bool restore_ = false;
 };
 
