@@ -70,11 +70,11 @@ class ManualControl {
   ManualControl(const ManualControl&) = delete;
   ManualControl& operator=(const ManualControl&) = delete;
 
-  void KeepDuty() { duty_.reset(); }
+  void KeepDuty() { duty_ = none; }
 
   /// Throws when a transfer fails; the destructor then tries once more.
   void Restore() {
-    if (duty_) WriteByte(link_, output_.Duty, *duty_);
+    if (duty_ != none) WriteByte(link_, output_.Duty, duty_);
     WriteByte(link_, output_.Configuration, configuration_);
     restore_ = false;
   }
@@ -83,7 +83,7 @@ class ManualControl {
   void RestoreQuietly() noexcept {
     if (!restore_) return;
     try {
-      if (duty_) WriteByte(link_, output_.Duty, *duty_);
+      if (duty_ != none) WriteByte(link_, output_.Duty, duty_);
     } catch (...) {
       // The configuration matters more; it gets its turn.
     }
@@ -98,7 +98,8 @@ class ManualControl {
   Link& link_;
   const OutputRegisters& output_;
   std::uint8_t configuration_;
-  std::optional<int> duty_;
+  static constexpr int none = -1;  // no std::optional: optimised builds warn that its empty value may be read
+  int duty_ = none;
   bool restore_ = false;
 };
 
