@@ -15,6 +15,7 @@
 
 #include "controls/chartcsv.h"
 #include "controls/ui/chartnavigation.h"
+#include "controls/ui/plotstyle.h"
 #include "controls/ui/traceplottable.h"
 
 namespace krx {
@@ -51,6 +52,8 @@ StripChart::StripChart(const TraceHistory& history, QWidget* parent)
   column->addLayout(tools_);
   column->addWidget(plot_, 1);
   setFocusProxy(plot_);
+  // The plot also redraws by itself, when it is resized: the axes are to be right then too.
+  connect(plot_, &QCustomPlot::beforeReplot, this, &StripChart::PlaceAxes);
   redraw_.setSingleShot(true);
   connect(&redraw_, &QTimer::timeout, this, &StripChart::Redraw);
   sinceRedraw_.start();
@@ -146,7 +149,7 @@ void StripChart::SetTraceName(int channel, const QString& name) {
   trace.Settings.Name = name;
   trace.Plottable->setName(name);
   trace.Toggle->setText(name);
-  ArrangeLegend();
+  WrapLegend(*plot_);
   RequestRedraw();
 }
 
@@ -347,7 +350,6 @@ void StripChart::Redraw() {
   ticks_ = 0;
   dirty_ = false;
   sinceRedraw_.restart();
-  PlaceAxes();
   plot_->replot(QCustomPlot::rpQueuedRefresh);
   redrawSeconds_ = static_cast<double>(sinceRedraw_.nsecsElapsed()) * 1e-9;
   sinceRedraw_.restart();
@@ -393,6 +395,7 @@ void StripChart::changeEvent(QEvent* event) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
       Restyle(Palette::For(*this));
+      ShowMode();
       RequestRedraw();
       break;
     case QEvent::ActivationChange:  // also tells that a minimised window is back
@@ -410,7 +413,7 @@ void StripChart::showEvent(QShowEvent* event) {
 
 void StripChart::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  ArrangeLegend();
+  WrapLegend(*plot_);
 }
 
 }  // namespace krx

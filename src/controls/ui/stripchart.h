@@ -130,7 +130,6 @@ class StripChart : public QWidget {
   void ConnectNavigation();
   void Restyle(const Palette& palette);
   void RebuildLegend();
-  void ArrangeLegend();
   void ShowMode();
   void PlaceAxes();
   ValueRange ValuesOn(bool secondAxis, ChartSpan span) const;

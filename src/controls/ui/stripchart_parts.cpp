@@ -2,13 +2,12 @@
 // How a strip chart is built and coloured; what it does is in stripchart.cpp.
 #include <QAction>
 #include <QBoxLayout>
-#include <QFontMetrics>
 #include <QLabel>
 #include <QMenu>
 #include <QToolButton>
-#include <algorithm>
 #include <utility>
 
+#include "controls/ui/plotstyle.h"
 #include "controls/ui/stripchart.h"
 #include "controls/ui/traceplottable.h"
 
@@ -79,50 +78,15 @@ void StripChart::BuildPlot() {
       tr("Drag the arrows at the edges of this graph to zoom in and out.\n"
          "Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."));
 
-  // The legend stands above the picture in a row of its own, entries to the left.
-  auto* row = new QCPLayoutGrid;
-  plot_->plotLayout()->insertRow(0);
-  plot_->plotLayout()->addElement(0, 0, row);
-  row->addElement(0, 0, plot_->legend);
-  row->addElement(0, 1, new QCPLayoutElement(plot_));
-  row->setColumnStretchFactor(0, 0.001);
-  plot_->plotLayout()->setRowStretchFactor(0, 0.001);
-  plot_->plotLayout()->setRowSpacing(2);
-  plot_->legend->setVisible(true);
-  plot_->legend->setLayer("legend");
-  plot_->legend->setBorderPen(Qt::NoPen);
-  plot_->legend->setBrush(Qt::NoBrush);
-  plot_->legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-  plot_->legend->setMargins(QMargins(0, 0, 0, 0));
-  plot_->legend->setRowSpacing(0);
-
+  PlaceLegendOnTop(*plot_);
   plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());
-  for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis, plot_->xAxis2, plot_->yAxis2}) {
-    axis->setVisible(true);
-    axis->setTickLength(0, 0);
-    axis->setSubTicks(false);
-  }
   plot_->xAxis2->setTickLabels(false);
+  arrows_ = new ZoomArrows(plot_);  // before the cursor, whose box lies above them
   cursor_ = new TraceCursor(plot_, [this](std::int64_t time) { return CursorRows(time); });
-  arrows_ = new ZoomArrows(plot_);
 }
 
 void StripChart::Restyle(const Palette& palette) {
-  plot_->setFont(font());
-  plot_->setBackground(palette.card);
-  for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis, plot_->xAxis2, plot_->yAxis2}) {
-    axis->setBasePen(QPen(palette.line, 0));
-    axis->setTickLabelColor(palette.mutedText);
-    axis->setLabelColor(palette.mutedText);
-    axis->setTickLabelFont(font());
-    axis->setLabelFont(font());
-    axis->grid()->setPen(QPen(palette.grid, 0));
-    axis->grid()->setZeroLinePen(QPen(palette.line, 0));
-  }
-  plot_->legend->setFont(font());
-  plot_->legend->setTextColor(palette.text);
-  const int height = QFontMetrics(font()).height();
-  plot_->legend->setIconSize(height, height);
+  StylePlot(*plot_, palette, font());
   for (const ShownTrace& trace : traces_)
     trace.Plottable->setPen(palette.traces[trace.Settings.PaletteIndex % palette.traces.size()]);
   cursor_->SetColours(palette);
@@ -131,7 +95,7 @@ void StripChart::Restyle(const Palette& palette) {
   plot_->selectionRect()->setPen(QPen(frame, 0));
   frame.setAlpha(40);
   plot_->selectionRect()->setBrush(frame);
-  RebuildLegend();
+  WrapLegend(*plot_);
 }
 
 void StripChart::RebuildLegend() {
@@ -144,19 +108,7 @@ void StripChart::RebuildLegend() {
     second = second || trace.Settings.SecondAxis;
   }
   plot_->yAxis2->setTickLabels(second);
-  ArrangeLegend();
-}
-
-// As many entries in a row as fit.
-void StripChart::ArrangeLegend() {
-  const QFontMetrics metrics(font());
-  int widest = 1;
-  for (const ShownTrace& trace : traces_)
-    if (trace.Visible) widest = std::max(widest, metrics.horizontalAdvance(trace.Settings.Name));
-  const int entry = widest + plot_->legend->iconSize().width() + plot_->legend->iconTextPadding() +
-                    plot_->legend->columnSpacing() + metrics.averageCharWidth();
-  plot_->legend->setWrap(std::max(plot_->width() / entry, 1));
-  plot_->legend->setFillOrder(QCPLayoutGrid::foColumnsFirst, true);
+  WrapLegend(*plot_);
 }
 
 void StripChart::ShowMode() {
@@ -165,6 +117,9 @@ void StripChart::ShowMode() {
        {std::pair{live_, ChartMode::Live}, std::pair{pause_, ChartMode::Paused}, std::pair{fit_, ChartMode::Whole}}) {
     const QSignalBlocker quiet(button);
     button->setChecked(mode == own);
+    QPalette colours = palette();
+    if (mode == own) colours.setColor(QPalette::ButtonText, Palette::For(*this).accent);
+    button->setPalette(colours);
   }
 }
 

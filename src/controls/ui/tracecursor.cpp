@@ -79,7 +79,9 @@ void TraceCursor::draw(QCPPainter* painter) {
   const QRectF box(corner, size);
   painter->setAntialiasing(true);
   painter->setPen(QPen(palette_->line, 1));
-  painter->setBrush(palette_->raised);
+  QColor ground = palette_->raised;
+  ground.setAlphaF(0.9F);
+  painter->setBrush(ground);
   painter->drawRoundedRect(box, 4, 4);
 
   const auto textAt = [&](double left, double width, double top, const QString& text, Qt::Alignment side) {
