@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::uint64_t kFactor = 16;
 // A multiple of the factor, so that the entries below one block always lie, and go, together.
-constexpr std::uint64_t kRowsPerChunk = 4096;
-constexpr std::uint64_t kBlocksPerChunk = 256;
+constexpr std::uint64_t kRowsPerChunk = 1024;
+constexpr std::uint64_t kBlocksPerChunk = 64;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNotPosted = std::numeric_limits<float>::quiet_NaN();
 
