@@ -37,7 +37,7 @@ double ZoomArrows::Reach() const {
 
 QPointF ZoomArrows::Middle(ChartEdge edge) const {
   const QRectF area = clipRect();
-  const double inset = Reach() * (Upright(edge) ? 1.2 : 1.2);
+  const double inset = Reach() * 1.2;
   switch (edge) {
     case ChartEdge::Left:
       return {area.left() + inset, area.center().y()};
