@@ -16,11 +16,18 @@ using namespace krx;
 
 namespace {
 
-/// Takes the first chip that answers, the printer port before the SMBus.
-void ConnectFirstChip(Link& link) {
+struct ConsoleOptions {
+  MediaOptions Media;
+  std::string Bus;
+  std::string ThemeName = "system";
+};
+
+/// Takes the first chip that answers, the printer port before the SMBus. bus: "printer-port", "smbus", or empty for
+/// both.
+void ConnectFirstChip(Link& link, const std::string& bus) {
   ChipSearch search(link);
   search.Load();
-  search.Search({.PrinterPort = true, .Smbus = true}, 0, nullptr);
+  search.Search({.PrinterPort = bus != "smbus", .Smbus = bus != "printer-port"}, 0, nullptr);
   const auto rows = search.Rows();
   if (rows.empty()) throw CommsError(5, "No chip was found");
   search.Finish(rows.front());
@@ -35,12 +42,13 @@ void StartSimulatedMonitoring(Link& link, MainForm& window) {
   window.ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
 }
 
-int Run(QApplication& application, const MediaOptions& options, Theme theme) {
+int Run(QApplication& application, const ConsoleOptions& options) {
   const bool systemIsDark = &Palette::For(application.palette()) == &Palette::Dark();
   const auto applyTheme = [&application, systemIsDark](Theme chosen) {
     const Theme system = systemIsDark ? Theme::Dark : Theme::Light;
     ApplyTheme(application, chosen == Theme::System ? system : chosen);
   };
+  const Theme theme = ThemeFromName(QString::fromStdString(options.ThemeName));
   applyTheme(theme);
 
   QtUserDialogs dialogs;
@@ -48,10 +56,10 @@ int Run(QApplication& application, const MediaOptions& options, Theme theme) {
   QtEventPump pump;
   int result = 1;
   RunUserAction(dialogs, [&] {
-    const Media media = ChooseMedia(options, clock);
+    const Media media = ChooseMedia(options.Media, clock);
     CommsRoot root(media.Factory);
     Link link(root, clock, pump);
-    ConnectFirstChip(link);
+    ConnectFirstChip(link, options.Bus);
     ChipTurns turns(link);
     Workbench bench(link);
     const StepProblems problems = StartUp(bench);
@@ -73,10 +81,12 @@ int Run(QApplication& application, const MediaOptions& options, Theme theme) {
 int main(int argc, char** argv) {
   CLI::App app{"Evaluation and monitoring console for the KRX5580", "krx5580-console"};
   app.set_version_flag("--version", std::string(KRX_VERSION));
-  MediaOptions options;
-  AddMediaOptions(app, options);
-  std::string theme = "system";
-  app.add_option("--theme", theme, "light, dark, or system: as the desktop has it")
+  ConsoleOptions options;
+  AddMediaOptions(app, options.Media);
+  app.add_option("--bus", options.Bus, "take the chip on this bus: printer-port or smbus")
+      ->check(CLI::IsMember({"printer-port", "smbus"}))
+      ->type_name("NAME");
+  app.add_option("--theme", options.ThemeName, "light, dark, or system: as the desktop has it")
       ->check(CLI::IsMember({"system", "light", "dark"}))
       ->type_name("NAME");
   // The toolkit takes its own options out of the arguments, and only then is the rest ours. But a question that needs
@@ -98,5 +108,5 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
-  return Run(application, options, ThemeFromName(QString::fromStdString(theme)));
+  return Run(application, options);
 }

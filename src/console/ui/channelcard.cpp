@@ -58,7 +58,7 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   MakeCard(*this);
   setObjectName(QStringLiteral("pnlChannel"));
   caption_ = MakeLabel("lblChannel", 0.95, true, true);
-  readout_ = MakeLabel("lblReadout", 2.6, true);
+  readout_ = MakeLabel("lblReadout", 2.2, true);
   summary_ = MakeLabel("lblSummary", 0.95, false, true);
   summary_->setWordWrap(true);
   gauge_ = new LimitGauge;
@@ -80,7 +80,7 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   column->addLayout(limits);
   // Wide enough for the longest readout: a card that grew with its text would push the chart about.
   const QMargins margins = column->contentsMargins();
-  setFixedWidth(readout_->fontMetrics().horizontalAdvance(QStringLiteral("12.345 V")) + margins.left() +
+  setFixedWidth(readout_->fontMetrics().horizontalAdvance(QStringLiteral("20000 RPM")) + margins.left() +
                 margins.right() + 4);
 
   connect(gauge_, &LimitGauge::MarkerMoving, this, &ChannelCard::MarkerMoving);
@@ -99,7 +99,7 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   QString summary = state.Alarms[channel] == AlarmState::Ok    ? tr("within limits")
                     : state.Alarms[channel] == AlarmState::Bad ? tr("alarm")
                                                                : tr("not read yet");
-  if (old) summary = tr("old value");
+  if (old && state.Alarms[channel] != AlarmState::Unread) summary = tr("old value");
   if (seen.Any) {
     const int decimals = channels[channel].Kind == ChannelKind::Temperature ? 2
                          : channels[channel].Kind == ChannelKind::Fan       ? 0

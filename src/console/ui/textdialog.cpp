@@ -2,6 +2,7 @@
 #include "console/ui/textdialog.h"
 
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
@@ -15,6 +16,7 @@ TextDialog::TextDialog(const QString& name, const QString& title, const QString&
   view->setObjectName(QStringLiteral("txtContent"));
   view->setAccessibleName(title);
   view->setReadOnly(true);
+  view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));  // the texts are aligned in columns
   view->setTabChangesFocus(true);
   view->setLineWrapMode(QPlainTextEdit::NoWrap);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
@@ -22,8 +24,8 @@ TextDialog::TextDialog(const QString& name, const QString& title, const QString&
   auto* column = new QVBoxLayout(this);
   column->addWidget(view);
   column->addWidget(buttons);
-  const int lines = static_cast<int>(text.count(QLatin1Char('\n'))) + 4;
-  resize(fontMetrics().averageCharWidth() * 78, fontMetrics().height() * qMin(lines + 5, 32));
+  const QSize shown = view->fontMetrics().size(0, text);
+  resize(shown + QSize(view->fontMetrics().averageCharWidth() * 10, view->fontMetrics().height() * 7));
 }
 
 TextDialog* TextDialog::Open(QWidget* parent, const QString& name, const QString& title, const QString& text) {

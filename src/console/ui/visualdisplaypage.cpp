@@ -211,7 +211,7 @@ QWidget* VisualDisplayPage::MakeZoneRow() {
   auto* row = new QHBoxLayout(zoneRow_);
   row->setContentsMargins(0, 0, 0, 0);
   QLabel* title = MakeLabel("", 1, true);
-  title->setText(tr("Dynamic Tmin"));
+  title->setText(tr("Tmin / operating point"));
   row->addWidget(title);
   for (std::size_t zone = 0; zone < tminLabels_.size(); ++zone) {
     row->addSpacing(fontMetrics().averageCharWidth() * 3);
@@ -219,10 +219,15 @@ QWidget* VisualDisplayPage::MakeZoneRow() {
     name->setText(QString::fromStdString(std::string(channels[zone].Caption)));
     tminLabels_[zone] = MakeLabel("", 1, false);
     tminLabels_[zone]->setObjectName(QStringLiteral("lblTmin_%1").arg(zone));
+    tminLabels_[zone]->setAccessibleName(tr("Tmin, %1").arg(name->text()));
     opPointLabels_[zone] = MakeLabel("", 1, false);
     opPointLabels_[zone]->setObjectName(QStringLiteral("lblOpPoint_%1").arg(zone));
+    opPointLabels_[zone]->setAccessibleName(tr("Operating point, %1").arg(name->text()));
+    QLabel* slash = MakeLabel("", 1, false, true);
+    slash->setText(QStringLiteral("/"));
     row->addWidget(name);
     row->addWidget(tminLabels_[zone]);
+    row->addWidget(slash);
     row->addWidget(opPointLabels_[zone]);
   }
   row->addStretch(1);
@@ -335,16 +340,17 @@ void VisualDisplayPage::ShowReadings(bool old) {
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
     const auto [value, unit] =
         SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
-    tiles_[channel]->SetReading(value, unit);
-    tiles_[channel]->SetOld(old);
+    const bool read = ticks_ > 0;  // a zero that nobody measured is no reading
+    tiles_[channel]->SetReading(read ? value : QStringLiteral("–"), unit);
+    tiles_[channel]->SetOld(old && read);
     lamps_[channel]->SetState(LampOf(state, channel));
   }
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
   card_->ShowReading(state, selected, RangeOf(selected), old);
   pwm_->Show(state, old);
   for (std::size_t zone = 0; zone < tminLabels_.size(); ++zone) {
-    SetTextIfChanged(*tminLabels_[zone], tr("Tmin %1").arg(WithDegrees(state.TminTexts[zone])));
-    SetTextIfChanged(*opPointLabels_[zone], tr("op. point %1").arg(WithDegrees(state.OpPointTexts[zone])));
+    SetTextIfChanged(*tminLabels_[zone], WithDegrees(state.TminTexts[zone]));
+    SetTextIfChanged(*opPointLabels_[zone], WithDegrees(state.OpPointTexts[zone]));
     SetMuted(*tminLabels_[zone], old);
     SetMuted(*opPointLabels_[zone], old);
   }

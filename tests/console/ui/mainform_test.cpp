@@ -121,10 +121,13 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
 TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   Console console(Console::Medium::Board, false);
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
-  EXPECT_TRUE(console.Tile(0).IsOld());
+  EXPECT_EQ(console.Tile(0).Value(), "–");
   console.Click("Command1");  // Easy Setup
-  EXPECT_TRUE(console.Wait([&] { return !console.Tile(0).IsOld(); }));
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() != "–"; }));
+  EXPECT_FALSE(console.Tile(0).IsOld());
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Selected);
+  console.Form->SelectTab(MainForm::ReadWrite);  // stops the cycle
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
 }
 
 TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
