@@ -7,6 +7,7 @@
 #include "console/startup.h"
 #include "console/ui/mainform.h"
 #include "console/workbench.h"
+#include "controls/ui/endsignals.h"
 #include "controls/ui/qteventpump.h"
 #include "controls/ui/userdialogs.h"
 #include "link/chipsearch.h"
@@ -71,6 +72,11 @@ int Run(QApplication& application, const ConsoleOptions& options) {
     window.show();
     window.SelectTab(MainForm::VisualDisplay);
     for (const std::string& problem : problems) dialogs.Exclamation(QString::fromStdString(problem));
+    const EndSignals endSignals([&link] { return link.TransferInProgress(); });
+    QObject::connect(&endSignals, &EndSignals::EndRequested, &application, [] {
+      QApplication::closeAllWindows();
+      QApplication::quit();
+    });
     result = QApplication::exec();
   });
   return result;

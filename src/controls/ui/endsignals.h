@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <csignal>
+#include <functional>
+#include <map>
+
+namespace krx {
+
+/// Turns SIGTERM and SIGINT into an ordinary request to end, so that a program ended from outside closes its windows
+/// and leaves the board as a closed window does. One at a time; the former handlers are back at its end.
+class EndSignals : public QObject {
+  Q_OBJECT
+
+ public:
+  /// busy: true while ending would cut a transfer in two; the request then waits.
+  explicit EndSignals(std::function<bool()> busy, QObject* parent = nullptr);
+  ~EndSignals() override;
+
+ signals:
+  void EndRequested();
+
+ private:
+  void Ask();
+
+  std::function<bool()> busy_;
+  QTimer retry_;
+  int readEnd_ = -1;
+  int writeEnd_ = -1;
+  std::map<int, struct sigaction> former_;
+};
+
+}  // namespace krx

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/endsignals.h"
+
+#include <gtest/gtest.h>
+
+#include "support/livebench.h"
+
+namespace krx {
+namespace {
+
+TEST(EndSignals, ASignalFromOutsideBecomesARequestOnceNothingIsUnderWay) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    bool busy = true;
+    int requests = 0;
+    EndSignals endSignals([&] { return busy; });
+    QObject::connect(&endSignals, &EndSignals::EndRequested, [&] { ++requests; });
+    std::raise(signal);
+    LiveBench::Run(30);
+    EXPECT_EQ(requests, 0);
+    busy = false;
+    LiveBench::Run(50);
+    EXPECT_EQ(requests, 1);
+  }
+}
+
+}  // namespace
+}  // namespace krx
