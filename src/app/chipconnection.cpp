@@ -35,26 +35,46 @@ void AddChipOptions(CLI::App& app, ChipChoice& choice) {
 }
 
 ChipConnection::ChipConnection(krx::Media media, CommandHost& host)
-    : host_(host), media_(std::move(media)), root_(media_.Factory), link_(root_, host.ChipClock(), host.Pump()) {}
+    : host_(host),
+      media_(std::move(media)),
+      root_(media_.Factory),
+      link_(root_, host.ChipClock(), host.Pump()),
+      search_(link_) {}
 
-void ChipConnection::Find(const ChipChoice& choice) {
+std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
   std::optional<std::uint8_t> address;
   if (!choice.Address.empty()) address = ByteFromArgument(choice.Address);
   if (!media_.Reason.empty()) host_.Err() << "krx5580: " << media_.Reason << '\n';
 
-  ChipSearch search(link_);
   const SearchMedia media{.PrinterPort = choice.Bus != ChipBus::Smbus, .Smbus = choice.Bus != ChipBus::PrinterPort};
-  for (const SearchReport& report : search.Search(media, 0, nullptr)) host_.Err() << "krx5580: " << report.Text << '\n';
-
-  for (const ResultRow& row : search.Rows()) {
-    if (address && SevenBitAddress(row) != *address) continue;
-    search.Finish(row);
-    place_ = media_.Name + ", " + PlaceOf(row);
-    return;
+  for (const SearchReport& report : search_.Search(media, 0, nullptr)) {
+    host_.Err() << "krx5580: " << report.Text << '\n';
   }
-  throw CommandFailure(fmt::format("no KRX5580 {} on: {}",
-                                   address ? fmt::format("answers at {:02X}h", *address) : std::string("answers"),
-                                   media_.Name));
+  std::vector<ResultRow> rows = search_.Rows();
+  std::erase_if(rows, [&](const ResultRow& row) { return address && SevenBitAddress(row) != *address; });
+  return rows;
+}
+
+void ChipConnection::Find(const ChipChoice& choice) {
+  const std::vector<ResultRow> rows = Search(choice);
+  if (rows.empty()) {
+    throw CommandFailure(fmt::format("no KRX5580 answers{}{} on: {}", choice.Address.empty() ? "" : " at ",
+                                     choice.Address, media_.Name));
+  }
+  search_.Finish(rows.front());
+  place_ = media_.Name + ", " + PlaceOf(rows.front());
+}
+
+std::string FoundChipLine(const ResultRow& row, bool json) {
+  const int address = SevenBitAddress(row);
+  if (!row.Find) {
+    return json ? fmt::format(R"({{"address":"0x{:02X}","bus":"smbus"}})", address)
+                : fmt::format("{:02X}h  SMBus", address);
+  }
+  return json
+             ? fmt::format(R"({{"address":"0x{:02X}","bus":"printer-port","port":{},"busMode":{}}})", address,
+                           row.Find->Port, row.Find->BusMode ? 1 : 0)
+             : fmt::format("{:02X}h  printer port {}, bus mode {}", address, row.Find->Port, row.Find->BusMode ? 1 : 0);
 }
 
 }  // namespace krx

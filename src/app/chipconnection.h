@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/commandhost.h"
 #include "app/media.h"
+#include "link/chipsearch.h"
 #include "link/commsroot.h"
 #include "link/linknewcomport06.h"
 
@@ -32,8 +34,12 @@ class ChipConnection {
  public:
   ChipConnection(krx::Media media, CommandHost& host);
 
-  /// Searches the buses for the chip and points the link to the first one that fits the choice. What the search has to
-  /// say goes to the host's Err. Throws CommandFailure when there is none, UsageError for an address that is none.
+  /// Searches the buses; every chip that fits the choice, those at printer ports first. What the search has to say goes
+  /// to the host's Err. Throws UsageError for an address that is none.
+  std::vector<ResultRow> Search(const ChipChoice& choice);
+
+  /// Searches the buses for the chip and points the link to the first one that fits the choice. Throws
+  /// CommandFailure when there is none, and what Search throws.
   void Find(const ChipChoice& choice);
 
   Link& ChipLink() { return link_; }
@@ -46,7 +52,11 @@ class ChipConnection {
   krx::Media media_;
   CommsRoot root_;
   Link link_;
+  ChipSearch search_;
   std::string place_;
 };
+
+/// One found chip: "2Dh  printer port 0, bus mode 0", or as a JSON object.
+std::string FoundChipLine(const ResultRow& row, bool json);
 
 }  // namespace krx

@@ -91,6 +91,14 @@ int PrintAll(const std::vector<const RegisterEntry*>& entries, const Words& word
   return PrintRegisters(connection.ChipLink(), entries, FormatOf(words), host) == 0 ? exitDone : exitFailure;
 }
 
+int RunScan(const Words& words, CommandHost& host) {
+  ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
+  const std::vector<ResultRow> rows = connection.Search(words.Chip);
+  for (const ResultRow& row : rows) host.Out() << FoundChipLine(row, words.Json) << '\n';
+  if (rows.empty()) throw CommandFailure(fmt::format("no KRX5580 was found on: {}", connection.Media().Name));
+  return exitDone;
+}
+
 int RunRead(const Words& words, CommandHost& host) {
   std::vector<const RegisterEntry*> entries;
   for (const std::string& text : words.Registers) entries.push_back(&RegisterFromArgument(text));
@@ -150,6 +158,7 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
     return command;
   };
   DescribeWatch(*addCommand("watch", "show all twelve channels, a row an interval", RunWatch), words);
+  addCommand("scan", "search the buses for the chip", RunScan);
   addCommand("read", "read registers", RunRead)
       ->add_option("register", words.Registers, "address or name")
       ->type_name("REG...")

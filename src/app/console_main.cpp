@@ -1,86 +1,169 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QApplication>
+#include <QTimer>
+#include <memory>
 
 #include <CLI/CLI.hpp>
 
 #include "app/media.h"
-#include "console/startup.h"
 #include "console/ui/mainform.h"
+#include "console/ui/originfilter.h"
 #include "console/workbench.h"
 #include "controls/ui/endsignals.h"
 #include "controls/ui/qteventpump.h"
 #include "controls/ui/userdialogs.h"
 #include "link/chipsearch.h"
+#include "link/journalmodule.h"
 #include "link/registeraccess.h"
+#include "link/ui/initform.h"
 
 using namespace krx;
 
 namespace {
 
+constexpr int closingMilliseconds = 50;
+
 struct ConsoleOptions {
-  MediaOptions Media;
-  std::string Bus;
+  MediaOptions Bus;
   std::string ThemeName = "system";
+  bool ReadOnly = false;
+  std::string Connect;  ///< "any", "printer-port" or "smbus": to the first chip found there, without the search wizard
 };
 
-/// Takes the first chip that answers, the printer port before the SMBus. bus: "printer-port", "smbus", or empty for
-/// both.
-void ConnectFirstChip(Link& link, const std::string& bus) {
-  ChipSearch search(link);
-  search.Load();
-  search.Search({.PrinterPort = bus != "smbus", .Smbus = bus != "printer-port"}, 0, nullptr);
-  const auto rows = search.Rows();
-  if (rows.empty()) throw CommsError(5, "No chip was found");
-  search.Finish(rows.front());
-}
-
-/// A simulated chip comes up without monitoring, as a real one does, and a first look would show nothing move. Only
-/// there is it started unasked: hardware is left as it was found.
-void StartSimulatedMonitoring(Link& link, MainForm& window) {
-  constexpr std::uint8_t configuration1 = 0x40;
-  constexpr std::uint8_t start = 0x01;
-  UpdateBits(link, configuration1, start, start);
-  window.ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
-}
-
-int Run(QApplication& application, const ConsoleOptions& options) {
-  const bool systemIsDark = &Palette::For(application.palette()) == &Palette::Dark();
-  const auto applyTheme = [&application, systemIsDark](Theme chosen) {
-    const Theme system = systemIsDark ? Theme::Dark : Theme::Light;
-    ApplyTheme(application, chosen == Theme::System ? system : chosen);
-  };
-  const Theme theme = ThemeFromName(QString::fromStdString(options.ThemeName));
-  applyTheme(theme);
-
-  QtUserDialogs dialogs;
-  SystemClock clock;
-  QtEventPump pump;
-  int result = 1;
-  RunUserAction(dialogs, [&] {
-    const Media media = ChooseMedia(options.Media, clock);
-    CommsRoot root(media.Factory);
-    Link link(root, clock, pump);
-    ConnectFirstChip(link, options.Bus);
-    ChipTurns turns(link);
-    Workbench bench(link);
-    const StepProblems problems = StartUp(bench);
-    MainForm window(bench, turns, dialogs, QString::fromStdString(media.Name));
-    window.SetWaitBudget(&pump);
-    window.SetTheme(theme);
-    QObject::connect(&window, &MainForm::ThemeChosen, &application, applyTheme);
-    if (media.Kind == MediumKind::Simulated) StartSimulatedMonitoring(link, window);
-    window.show();
-    window.SelectTab(MainForm::VisualDisplay);
-    for (const std::string& problem : problems) dialogs.Exclamation(QString::fromStdString(problem));
-    const EndSignals endSignals([&link] { return link.TransferInProgress(); });
-    QObject::connect(&endSignals, &EndSignals::EndRequested, &application, [] {
-      QApplication::closeAllWindows();
-      QApplication::quit();
+/// Everything of one run, in order of dependency, and who hears whom.
+class Console {
+ public:
+  Console(QApplication& application, const ConsoleOptions& options)
+      : application_(application),
+        options_(options),
+        theme_(ThemeFromName(QString::fromStdString(options.ThemeName))),
+        systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light) {
+    ApplyThemeChoice(theme_);
+    turns_.Around([this](const std::string& name, const std::function<void()>& tick) {
+      const BusJournal::OriginScope origin(journal_, name);
+      tick();
     });
-    result = QApplication::exec();
-  });
-  return result;
-}
+    closing_.setInterval(closingMilliseconds);
+    QObject::connect(&closing_, &QTimer::timeout, &application_, [this] { CloseWindows(); });
+    QObject::connect(&endSignals_, &EndSignals::EndRequested, &closing_, qOverload<>(&QTimer::start));
+  }
+
+  int Run() {
+    if (!options_.Connect.empty()) {
+      ConnectFirstChip();
+      MakeMainForm();
+      ShowMainForm();
+    } else {
+      ShowWizard();
+    }
+    return QApplication::exec();
+  }
+
+ private:
+  CommsRoot::Factory Journaled(const Media& media) {
+    return [this, factory = media.Factory] { return MakeJournalModule(factory(), journal_, options_.ReadOnly); };
+  }
+
+  bool IsSimulated() const { return media_.Kind == MediumKind::Simulated; }
+
+  QString MediumNote() const {
+    QString note = QObject::tr("Searched: %1.").arg(QString::fromStdString(media_.Name));
+    if (!media_.Reason.empty()) note += QLatin1Char(' ') + QString::fromStdString(media_.Reason) + QLatin1Char('.');
+    if (IsSimulated()) {
+      note += QObject::tr(" The chip with heaters and switches is at its printer port, another one on its SMBus.");
+    }
+    return note;
+  }
+
+  void ShowWizard() {
+    initForm_ = std::make_unique<InitForm>(wizard_, dialogs_, MediumNote(), !IsSimulated());
+    QObject::connect(initForm_.get(), &InitForm::MainWindowWanted, &application_, [this] { MakeMainForm(); });
+    QObject::connect(initForm_.get(), &InitForm::Finished, &application_, [this] { ShowMainForm(); });
+    QObject::connect(initForm_.get(), &InitForm::SimulatedBoardWanted, &application_, [this] { UseSimulatedBoard(); });
+    initForm_->show();
+    initForm_->Load();
+  }
+
+  void UseSimulatedBoard() {
+    mainForm_.reset();
+    MediaOptions simulated;
+    simulated.Simulator = options_.Bus.Simulator;
+    RunUserAction(dialogs_, [&] {
+      media_ = ChooseMedia(simulated, clock_);
+      root_.Change(Journaled(media_));
+    });
+    initForm_->Restart(MediumNote(), false);
+  }
+
+  /// Takes the first chip that answers, the printer port before the SMBus.
+  void ConnectFirstChip() {
+    search_.Load();
+    search_.Search({.PrinterPort = options_.Connect != "smbus", .Smbus = options_.Connect != "printer-port"}, 0,
+                   nullptr);
+    const auto rows = search_.Rows();
+    if (rows.empty()) throw CommsError(5, "No chip was found");
+    search_.Finish(rows.front());
+  }
+
+  void MakeMainForm() {
+    if (mainForm_) return;
+    const MainFormOptions options{QString::fromStdString(media_.Name), options_.ReadOnly,
+                                  IsSimulated() ? options_.Bus.Simulator.Speed : 1.0};
+    mainForm_ = std::make_unique<MainForm>(bench_, turns_, dialogs_, journal_, options);
+    mainForm_->SetWaitBudget(&pump_);
+    mainForm_->SetTheme(theme_);
+    QObject::connect(mainForm_.get(), &MainForm::ThemeChosen, &application_,
+                     [this](Theme chosen) { ApplyThemeChoice(chosen); });
+  }
+
+  void ShowMainForm() {
+    mainForm_->Start();
+    if (IsSimulated() && !options_.ReadOnly) RunUserAction(dialogs_, [this] { StartSimulatedMonitoring(); });
+    mainForm_->SelectTab(MainForm::VisualDisplay);
+  }
+
+  /// A simulated chip comes up without monitoring, as a real one does, and a first look would show nothing move. Only
+  /// there is it started unasked: hardware is left as it was found.
+  void StartSimulatedMonitoring() {
+    constexpr std::uint8_t configuration1 = 0x40;
+    constexpr std::uint8_t start = 0x01;
+    UpdateBits(link_, configuration1, start, start);
+    mainForm_->ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
+  }
+
+  /// A window that is busy (a detection, say) first puts back what it has to and refuses; it is asked again.
+  void CloseWindows() {
+    if (link_.TransferInProgress()) return;
+    QApplication::closeAllWindows();
+    for (const QWidget* const window : QApplication::topLevelWidgets()) {
+      if (window->isVisible()) return;
+    }
+    QApplication::quit();
+  }
+
+  void ApplyThemeChoice(Theme chosen) { ApplyTheme(application_, chosen == Theme::System ? systemTheme_ : chosen); }
+
+  QApplication& application_;
+  ConsoleOptions options_;
+  Theme theme_;
+  Theme systemTheme_;
+  QtUserDialogs dialogs_;
+  SystemClock clock_;
+  QtEventPump pump_;
+  BusJournal journal_{clock_};
+  OriginFilter origins_{journal_};
+  Media media_ = ChooseMedia(options_.Bus, clock_);
+  CommsRoot root_{Journaled(media_)};
+  Link link_{root_, clock_, pump_};
+  ChipTurns turns_{link_};
+  Workbench bench_{link_};
+  ChipSearch search_{link_};
+  SearchWizard wizard_{search_};
+  EndSignals endSignals_{[this] { return link_.TransferInProgress(); }};
+  QTimer closing_;
+  std::unique_ptr<InitForm> initForm_;
+  std::unique_ptr<MainForm> mainForm_;
+};
 
 }  // namespace
 
@@ -88,13 +171,14 @@ int main(int argc, char** argv) {
   CLI::App app{"Evaluation and monitoring console for the KRX5580", "krx5580-console"};
   app.set_version_flag("--version", std::string(KRX_VERSION));
   ConsoleOptions options;
-  AddMediaOptions(app, options.Media);
-  app.add_option("--bus", options.Bus, "take the chip on this bus: printer-port or smbus")
-      ->check(CLI::IsMember({"printer-port", "smbus"}))
-      ->type_name("NAME");
+  AddMediaOptions(app, options.Bus);
   app.add_option("--theme", options.ThemeName, "light, dark, or system: as the desktop has it")
       ->check(CLI::IsMember({"system", "light", "dark"}))
       ->type_name("NAME");
+  app.add_flag("--read-only", options.ReadOnly, "no write reaches chip or board");
+  app.add_option("--connect", options.Connect, "take the first chip found, without the search wizard")
+      ->check(CLI::IsMember({"any", "printer-port", "smbus"}))
+      ->type_name("BUS");
   // The toolkit takes its own options out of the arguments, and only then is the rest ours. But a question that needs
   // no window must not fail for want of a display, so those are answered first.
   app.allow_extras();
@@ -114,5 +198,8 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
-  return Run(application, options);
+  int result = 1;
+  QtUserDialogs dialogs;
+  RunUserAction(dialogs, [&] { result = Console(application, options).Run(); });
+  return result;
 }

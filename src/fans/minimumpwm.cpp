@@ -47,6 +47,7 @@ struct ThermRegisters {
   std::uint8_t Value;
   std::uint8_t Limit;
 };
+constexpr std::uint8_t noThermLimit = 0x80;
 constexpr std::array<ThermRegisters, 3> thermZones{{{0x26, 0x6B}, {0x25, 0x6A}, {0x27, 0x6C}}};
 
 /// Takes an output into manual control and puts its configuration back, whatever ends the run. An output that was in
@@ -243,8 +244,8 @@ float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
 
 bool MinimumPwm::AtThermLimit() {
   return std::any_of(thermZones.begin(), thermZones.end(), [&](const ThermRegisters& zone) {
-    const float limit = TempFromByte(ReadByte(link_, zone.Limit), 0);
-    return TempFromByte(ReadByte(link_, zone.Value), 0) >= limit;
+    const std::uint8_t limit = ReadByte(link_, zone.Limit);
+    return limit != noThermLimit && TempFromByte(ReadByte(link_, zone.Value), 0) >= TempFromByte(limit, 0);
   });
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "link/clock.h"
@@ -79,6 +80,9 @@ class BusJournal {
     BusJournal& journal_;
     std::string former_;
   };
+
+  /// Names the handler whose transfers follow, until the next one is named.
+  void SetOrigin(std::string name) { origin_ = std::move(name); }
 
   /// Called after each Add.
   std::function<void()> Added;

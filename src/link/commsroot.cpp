@@ -12,4 +12,9 @@ CommsModule& CommsRoot::Get() {
   return *module_;
 }
 
+void CommsRoot::Change(Factory factory) {
+  module_.reset();
+  factory_ = std::move(factory);
+}
+
 }  // namespace krx

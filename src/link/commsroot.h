@@ -17,6 +17,10 @@ class CommsRoot {
   /// The root object. Throws what the factory throws; the next call then tries again.
   CommsModule& Get();
 
+  /// Another bus altogether, before a chip was chosen on the first one. No object that Get's module handed out may be
+  /// alive.
+  void Change(Factory factory);
+
  private:
   Factory factory_;
   std::unique_ptr<CommsModule> module_;

@@ -91,6 +91,13 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
           [this](double value) { gauge_->MoveByUser(Marker::Low, value); });
 }
 
+void ChannelCard::SetReadOnly() {
+  readOnly_ = true;
+  gauge_->setEnabled(false);
+  highBox_->setEnabled(false);
+  lowBox_->setEnabled(false);
+}
+
 void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old) {
   SetTextIfChanged(*caption_, QString::fromStdString(state.Captions[channel]).toUpper());
   SetTextIfChanged(*readout_, state.Readout);
@@ -115,7 +122,7 @@ void ChannelCard::FillBox(QDoubleSpinBox& box, Marker marker, const GaugeMarkers
   const UnitFormat format = FormatOf(channel_, powerMode_);
   const double value = markers.ValueOf(marker);
   const QSignalBlocker blocker(box);
-  box.setEnabled(markers.IsDraggable(marker));
+  box.setEnabled(markers.IsDraggable(marker) && !readOnly_);
   box.setDecimals(format.Decimals);
   box.setSingleStep(format.Step);
   box.setSuffix(format.Unit);

@@ -27,6 +27,9 @@ class ChannelCard : public QFrame {
  public:
   explicit ChannelCard(QWidget* parent = nullptr);
 
+  /// The limits are shown but cannot be moved.
+  void SetReadOnly();
+
   /// What changes with every reading.
   void ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old);
   /// Puts scale, markers and boxes to where the state has them.
@@ -48,6 +51,7 @@ class ChannelCard : public QFrame {
   QDoubleSpinBox* lowBox_;
   std::size_t channel_ = 0;
   bool powerMode_ = false;
+  bool readOnly_ = false;
 };
 
 }  // namespace krx

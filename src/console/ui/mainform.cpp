@@ -2,13 +2,19 @@
 #include "console/ui/mainform.h"
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QTabBar>
 #include <QTabWidget>
 
+#include "board/fantests.h"
+#include "board/ui/frmswitchaccess.h"
+#include "console/startup.h"
 #include "console/ui/aboutbox.h"
 #include "console/ui/controlpage.h"
+#include "console/ui/glitchbar.h"
+#include "console/ui/journaldock.h"
 #include "console/ui/mainpage.h"
 #include "console/ui/readwritepage.h"
 #include "console/ui/setuplog.h"
@@ -17,6 +23,9 @@
 #include "console/ui/visualdisplaypage.h"
 #include "console/workbench.h"
 #include "controls/ui/userdialogs.h"
+#include "fans/applypreview.h"
+#include "fans/ui/frmautodetect.h"
+#include "fans/ui/frmfanconfig.h"
 
 namespace krx {
 namespace {
@@ -33,19 +42,29 @@ QString ConnectionText(const QString& medium, const Link& link) {
   return QStringLiteral("%1 · %2 %3h").arg(medium, bus, address);
 }
 
-MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, const QString& medium)
+MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, BusJournal& journal,
+                   const MainFormOptions& options)
     : bench_(bench),
+      turns_(turns),
       dialogs_(dialogs),
+      journal_(journal),
+      options_(options),
       model_(bench, *this),
       visualTimer_(turns, "visual_timer", tickMilliseconds, [this] { VisualTick(); }) {
   setObjectName(QStringLiteral("MainForm"));
-  setWindowTitle(tr("KRX5580 console - %1").arg(medium));
-  const QString connection = ConnectionText(medium, bench.ChipLink);
-  MakeTabs(connection);
+  setWindowTitle(tr("KRX5580 console - %1").arg(options.Medium));
+  MakeTabs();
+  journalDock_ = new JournalDock(bench.ChipLink, journal, dialogs, options.ReadOnly);
+  addDockWidget(Qt::BottomDockWidgetArea, journalDock_);
+  journalDock_->hide();
+  connect(journalDock_, &JournalDock::Notice, this, &MainForm::ShowNotice);
+  connect(journalDock_, &JournalDock::Undone, this, [this] { TabChanged(tabs_->currentIndex()); });
+  glitch_ = new GlitchBar(bench.Glitch, turns, dialogs);
+  addToolBar(Qt::BottomToolBarArea, glitch_);
   MakeMenus();
   status_ = new StatusLine;
-  status_->ShowConnection(connection);
   setStatusBar(status_);
+  bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
   turns.OnFailure([this](const std::string& name, const CommsError& error) { status_->CountFault(name, error); });
   connect(&cycleReport_, &QTimer::timeout, this, &MainForm::ShowCycle);
   cycleReport_.start(reportMilliseconds);
@@ -54,24 +73,54 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, con
   resize(1280, 800);
 }
 
-MainForm::~MainForm() = default;
+MainForm::~MainForm() {
+  bench_.EvalBoard.SwitchesChanged = nullptr;
+}
 
-void MainForm::MakeTabs(const QString& connection) {
-  auto* main = new MainPage(connection);
-  visual_ = new VisualDisplayPage(model_, bench_, dialogs_);
+void MainForm::Start() {
+  const QString connection = ConnectionText(options_.Medium, bench_.ChipLink);
+  setWindowTitle(tr("KRX5580 console - %1").arg(connection));
+  main_->ShowConnection(connection);
+  status_->ShowConnection(options_.ReadOnly ? connection + tr(" · read-only") : connection);
+  StepProblems problems;
+  {
+    const BusJournal::OriginScope origin(journal_, "Start-up");
+    problems = StartUp(bench_);
+  }
+  show();
+  // The box comes when this window is all there is: the caller has yet to close its own.
+  QTimer::singleShot(0, this, [this, problems] { ShowProblems(problems); });
+}
+
+void MainForm::ShowProblems(const std::vector<std::string>& problems) {
+  if (problems.empty()) return;
+  QStringList lines;
+  for (const std::string& problem : problems) lines << QString::fromStdString(problem);
+  dialogs_.Critical(lines.join(QLatin1Char('\n')));
+}
+
+void MainForm::MakeTabs() {
+  main_ = new MainPage;
+  readWrite_ = new ReadWritePage(bench_.Registers, turns_, dialogs_, options_.ReadOnly);
+  control_ = new ControlPage(bench_, dialogs_, options_.ReadOnly);
+  visual_ = new VisualDisplayPage(model_, bench_, dialogs_, options_.ReadOnly);
   tabs_ = new QTabWidget;
   tabs_->setObjectName(QStringLiteral("Main_Form_Tab"));
   tabs_->setDocumentMode(true);
-  tabs_->addTab(main, tr("Main"));
-  tabs_->addTab(new ReadWritePage, tr("Read/Write"));
+  tabs_->addTab(main_, tr("Main"));
+  tabs_->addTab(readWrite_, tr("Read/Write"));
   tabs_->addTab(visual_, tr("Visual Display"));
-  tabs_->addTab(new ControlPage, tr("Control "));
+  tabs_->addTab(control_, tr("Control "));
   setCentralWidget(tabs_);
   connect(tabs_, &QTabWidget::currentChanged, this, &MainForm::TabChanged);
-  connect(main, &MainPage::AboutRequested, this, &MainForm::ShowAbout);
+  connect(main_, &MainPage::AboutRequested, this, &MainForm::ShowAbout);
   connect(visual_, &VisualDisplayPage::EasySetupRequested, this, &MainForm::EasySetup);
   connect(visual_, &VisualDisplayPage::SetupLogRequested, this, &MainForm::ShowSetupLog);
   connect(visual_, &VisualDisplayPage::LimitRejected, this, &MainForm::ShowNotice);
+  connect(visual_, &VisualDisplayPage::FanTestRequested, this, &MainForm::FanTest);
+  connect(visual_, &VisualDisplayPage::GlitchTestRequested, this, [this] { glitch_->Start(); });
+  connect(control_, &ControlPage::SwitchAccessWanted, this, &MainForm::OpenSwitchAccess);
+  connect(control_, &ControlPage::FanConfigWanted, this, &MainForm::OpenFanConfig);
 }
 
 void MainForm::MakeMenus() {
@@ -87,12 +136,17 @@ void MainForm::MakeMenus() {
                     EasySetup();
                   })
       ->setObjectName(QStringLiteral("actEasySetup"));
+  findChild<QAction*>(QStringLiteral("actEasySetup"))->setEnabled(!options_.ReadOnly);
 
   QMenu* view = menuBar()->addMenu(tr("&View"));
   for (int tab = 0; tab < tabs_->count(); ++tab) {
     view->addAction(tr("Show \"%1\"").arg(tabs_->tabText(tab).trimmed()), QKeySequence(Qt::CTRL | (Qt::Key_1 + tab)),
                     this, [this, tab] { tabs_->setCurrentIndex(tab); });
   }
+  view->addSeparator();
+  QAction* journal = journalDock_->toggleViewAction();
+  journal->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
+  view->addAction(journal);
   view->addSeparator();
   themes_ = new QActionGroup(this);
   const std::pair<QString, Theme> choices[] = {
@@ -135,16 +189,66 @@ void MainForm::Do(const std::function<void()>& action) {
 
 void MainForm::TabChanged(int index) {
   if (index == VisualDisplay) Do([this] { model_.EnterVisualDisplay(); });
-  if (index == ReadWrite) Do([this] { model_.EnterReadWrite(); });
+  if (index == ReadWrite) {
+    model_.EnterReadWrite();
+    readWrite_->Enter();
+  }
+  if (index == Control) control_->Enter();
+  ShowCycle();
+}
+
+void MainForm::StopContinuousReading() {
+  readWrite_->StopContinuousReading();
+}
+
+void MainForm::SwitchesChanged() {
+  control_->SwitchesChanged();
+  if (switchAccess_) switchAccess_->ShowLamps();
+}
+
+void MainForm::FanTest() {
+  RunUserAction(dialogs_, [this] { FanTestSetup(bench_.ChipLink); });
+}
+
+void MainForm::OpenSwitchAccess() {
+  if (!switchAccess_) switchAccess_ = new FrmSwitchAccess(bench_.EvalBoard, dialogs_, options_.ReadOnly, this);
+  switchAccess_->Open();
+  switchAccess_->raise();
+}
+
+QStringList MainForm::PreviewFanWrites(const AllFanFields& fields) {
+  const ApplyPreview preview = PreviewApply(bench_.ChipLink, bench_.Fans, fields);
+  QStringList lines;
+  if (preview.Refusal) lines << QString::fromStdString(preview.Refusal->Message);
+  for (const PlannedWrite& write : preview.Writes) lines << QString::fromStdString(PlannedWriteText(write));
+  return lines;
+}
+
+void MainForm::OpenFanConfig() {
+  if (fanConfig_) {
+    fanConfig_->raise();
+    fanConfig_->activateWindow();
+    return;
+  }
+  const FrmFanConfig::Services services{[this](std::size_t index) {
+                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Fans, turns_,
+                                                                  options_.FanSecondsPerSecond, fanConfig_);
+                                          return detection.Run(index);
+                                        },
+                                        [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
+  fanConfig_ = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, this);
+  fanConfig_->SetReadOnly(options_.ReadOnly);
+  connect(fanConfig_, &FrmFanConfig::Applied, this, [this] {
+    model_.Relabel();
+    visual_->ShowAll();
+  });
+  connect(fanConfig_, &FrmFanConfig::Closed, fanConfig_, &QObject::deleteLater);
+  if (!fanConfig_->Open()) delete fanConfig_;
 }
 
 void MainForm::ReReadChip() {
   const StepProblems problems = model_.ReReadChip();
-  if (!problems.empty()) {
-    QStringList lines;
-    for (const std::string& problem : problems) lines << QString::fromStdString(problem);
-    dialogs_.Critical(lines.join(QLatin1Char('\n')));
-  }
+  ShowProblems(problems);
   visual_->ShowAll();
   if (problems.empty()) ShowNotice(tr("The chip was read again"));
 }
@@ -188,6 +292,13 @@ void MainForm::ShowCycle() {
     transfers_ = 0;
   }
   if (!fresh) visual_->ShowReadings(true);
+  if (options_.ReadOnly) ShowSkipped();
+}
+
+void MainForm::ShowSkipped() {
+  status_->ShowConnection(tr("%1 · read-only, %2 writes not made")
+                              .arg(ConnectionText(options_.Medium, bench_.ChipLink))
+                              .arg(journal_.SkippedCount()));
 }
 
 void MainForm::ShowSetupLog() {
@@ -200,8 +311,16 @@ void MainForm::ShowAbout() {
 }
 
 void MainForm::closeEvent(QCloseEvent* event) {
+  // A detection gives up first and puts its output back; the window is closed once more after that.
+  if (QApplication::activeModalWidget() != nullptr) {
+    QApplication::activeModalWidget()->close();
+    event->ignore();
+    return;
+  }
   // First what reads the chip, then the windows that show it.
   StopVisualTimer();
+  StopContinuousReading();
+  glitch_->Stop();
   cycleReport_.stop();
   for (QDialog* dialog : findChildren<QDialog*>()) dialog->close();
   QMainWindow::closeEvent(event);

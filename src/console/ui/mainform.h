@@ -3,19 +3,28 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "console/visualmodel.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
+#include "fans/fanconfig.h"
 
 class QActionGroup;
 class QTabWidget;
 
 namespace krx {
 
+class BusJournal;
 class ControlPage;
+class FrmFanConfig;
+class FrmSwitchAccess;
+class GlitchBar;
+class JournalDock;
 class MainPage;
 class ReadWritePage;
 class StatusLine;
@@ -27,6 +36,13 @@ struct Workbench;
 /// "Simulated board · printer port 5Ah": the medium and the chip's address in the form of its bus.
 QString ConnectionText(const QString& medium, const Link& link);
 
+/// How the run was asked for.
+struct MainFormOptions {
+  QString Medium;                  ///< as title and status bar name it
+  bool ReadOnly = false;           ///< no write reaches chip or board; what would write is disabled
+  double FanSecondsPerSecond = 1;  ///< how much faster than the clock the fans live; 1 on hardware
+};
+
 /// The main window: its tabs, its timers, and what the menu offers.
 class MainForm : public QMainWindow, private MainTimers {
   Q_OBJECT
@@ -34,9 +50,13 @@ class MainForm : public QMainWindow, private MainTimers {
   /// Indices of `Main_Form_Tab`.
   enum Tab { Main, ReadWrite, VisualDisplay, Control };
 
-  /// medium: as the title and the status bar name it. All are to outlive the window.
-  MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, const QString& medium);
+  /// Touches neither chip nor board: that is left to Start. All are to outlive the window.
+  MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, BusJournal& journal,
+           const MainFormOptions& options);
   ~MainForm() override;
+
+  /// The link has its chip: names it, runs the start-up and shows the window, then says in one box what went wrong.
+  void Start();
 
   /// Keeps redraws out of the waits before transfers. The budget is to outlive the window.
   void SetWaitBudget(WaitBudget* budget);
@@ -56,10 +76,18 @@ class MainForm : public QMainWindow, private MainTimers {
  private:
   void StartVisualTimer() override;
   void StopVisualTimer() override;
-  void StopContinuousReading() override {}
+  void StopContinuousReading() override;
 
   void MakeMenus();
-  void MakeTabs(const QString& connection);
+  void MakeTabs();
+  void MakeBoardMenu();
+  void ShowProblems(const std::vector<std::string>& problems);
+  void FanTest();
+  void OpenSwitchAccess();
+  void OpenFanConfig();
+  QStringList PreviewFanWrites(const AllFanFields& fields);
+  void SwitchesChanged();
+  void ShowSkipped();
   void TabChanged(int index);
   void Do(const std::function<void()>& action);
   void ReReadChip();
@@ -71,11 +99,21 @@ class MainForm : public QMainWindow, private MainTimers {
   void ShowCycle();
 
   Workbench& bench_;
+  ChipTurns& turns_;
   UserDialogs& dialogs_;
+  BusJournal& journal_;
+  MainFormOptions options_;
   VisualModel model_;
   QTabWidget* tabs_ = nullptr;
+  MainPage* main_ = nullptr;
+  ReadWritePage* readWrite_ = nullptr;
   VisualDisplayPage* visual_ = nullptr;
+  ControlPage* control_ = nullptr;
   StatusLine* status_ = nullptr;
+  GlitchBar* glitch_ = nullptr;
+  JournalDock* journalDock_ = nullptr;
+  QPointer<FrmSwitchAccess> switchAccess_;
+  QPointer<FrmFanConfig> fanConfig_;
   QActionGroup* themes_ = nullptr;
   ChipTimer visualTimer_;
   QTimer cycleReport_;

@@ -31,21 +31,24 @@ void BoardPicture::paintEvent(QPaintEvent*) {
                   QRectF(QPointF((room.width() - fitted.width()) / 2, (room.height() - fitted.height()) / 2), fitted));
 }
 
-MainPage::MainPage(const QString& connection, QWidget* parent) : QWidget(parent) {
+MainPage::MainPage(QWidget* parent) : QWidget(parent), connection_(new QLabel) {
   auto* about = new QPushButton(tr("About"));
   about->setObjectName(QStringLiteral("Command3"));
   about->setAccessibleName(tr("About"));
   connect(about, &QPushButton::clicked, this, &MainPage::AboutRequested);
-  auto* connected = new QLabel(connection);
-  connected->setObjectName(QStringLiteral("lblConnection"));
+  connection_->setObjectName(QStringLiteral("lblConnection"));
 
   auto* below = new QHBoxLayout;
-  below->addWidget(connected);
+  below->addWidget(connection_);
   below->addStretch();
   below->addWidget(about);
   auto* column = new QVBoxLayout(this);
   column->addWidget(new BoardPicture, 1);
   column->addLayout(below);
+}
+
+void MainPage::ShowConnection(const QString& connection) {
+  connection_->setText(connection);
 }
 
 }  // namespace krx

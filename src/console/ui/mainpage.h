@@ -4,6 +4,8 @@
 #include <QSvgRenderer>
 #include <QWidget>
 
+class QLabel;
+
 namespace krx {
 
 /// Draws the board's picture as large as the room allows, without distorting it.
@@ -23,11 +25,16 @@ class BoardPicture : public QWidget {
 class MainPage : public QWidget {
   Q_OBJECT
  public:
-  /// connection: medium and address, as the status bar names them.
-  explicit MainPage(const QString& connection, QWidget* parent = nullptr);
+  explicit MainPage(QWidget* parent = nullptr);
+
+  /// Medium and address, as the status bar names them.
+  void ShowConnection(const QString& connection);
 
  signals:
   void AboutRequested();
+
+ private:
+  QLabel* connection_;
 };
 
 }  // namespace krx

@@ -89,7 +89,8 @@ IndicatorState LampOf(const VisualState& state, std::size_t channel) {
 
 }  // namespace
 
-VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, QWidget* parent)
+VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, bool readOnly,
+                                     QWidget* parent)
     : QWidget(parent), model_(model), bench_(bench), dialogs_(dialogs) {
   traceShown_.fill(true);
   auto* middle = new QHBoxLayout;
@@ -101,7 +102,7 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   right->setSpacing(10);
   right->addLayout(middle, 1);
   pwm_ = new PwmPanel;
-  right->addWidget(MakeBottom());
+  right->addWidget(MakeBottom(readOnly));
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(10, 10, 10, 6);
   row->setSpacing(10);
@@ -241,7 +242,7 @@ QPushButton* VisualDisplayPage::AddButton(const char* name, const QString& text)
   return button;
 }
 
-QWidget* VisualDisplayPage::MakeBottom() {
+QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   auto* frame = new QFrame;
   MakeCard(*frame);
   auto* row = new QHBoxLayout;
@@ -256,14 +257,18 @@ QWidget* VisualDisplayPage::MakeBottom() {
   connect(setupLog, &QPushButton::clicked, this, &VisualDisplayPage::SetupLogRequested);
   row->addWidget(easySetup);
   row->addWidget(setupLog);
-  const std::array<std::pair<const char*, QString>, 3> later{{{"cmdFanTest", tr("Fan Test Setup")},
-                                                              {"cmdGlitchTest", tr("glitch test")},
-                                                              {"cmdBigGraph", tr("Expand Graph")}}};
-  for (const auto& [name, text] : later) {
-    QPushButton* button = AddButton(name, text);
-    button->setEnabled(false);
-    button->setToolTip(tr("not available yet"));
-    row->addWidget(button);
+  QPushButton* fanTest = AddButton("cmdFanTest", tr("Fan Test Setup"));
+  connect(fanTest, &QPushButton::clicked, this, &VisualDisplayPage::FanTestRequested);
+  QPushButton* glitchTest = AddButton("cmdGlitchTest", tr("glitch test"));
+  connect(glitchTest, &QPushButton::clicked, this, &VisualDisplayPage::GlitchTestRequested);
+  QPushButton* bigGraph = AddButton("cmdBigGraph", tr("Expand Graph"));
+  bigGraph->setEnabled(false);
+  bigGraph->setToolTip(tr("not available yet"));
+  for (QPushButton* button : {fanTest, glitchTest, bigGraph}) row->addWidget(button);
+  if (readOnly) {
+    for (QPushButton* button : {easySetup, fanTest, glitchTest}) button->setEnabled(false);
+    pwm_->setEnabled(false);
+    card_->SetReadOnly();
   }
 
   auto* column = new QVBoxLayout(frame);

@@ -27,7 +27,9 @@ struct Workbench;
 class VisualDisplayPage : public QWidget {
   Q_OBJECT
  public:
-  VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, QWidget* parent = nullptr);
+  /// readOnly: what would write is disabled.
+  VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, bool readOnly = false,
+                    QWidget* parent = nullptr);
 
   /// Everything, after a handler changed what is shown.
   void ShowAll();
@@ -41,6 +43,8 @@ class VisualDisplayPage : public QWidget {
  signals:
   void EasySetupRequested();
   void SetupLogRequested();
+  void FanTestRequested();
+  void GlitchTestRequested();
   /// A limit that cannot be written and why; the marker is back in its place.
   void LimitRejected(const QString& reason);
 
@@ -49,7 +53,7 @@ class VisualDisplayPage : public QWidget {
   QWidget* MakeCharts();
   StripChart* MakeChart(const char* name, Strip strip);
   QWidget* MakeZoneRow();
-  QWidget* MakeBottom();
+  QWidget* MakeBottom(bool readOnly);
   QPushButton* AddButton(const char* name, const QString& text);
   void ShowFrames();
   void ExportChart(StripChart& chart, ChartFormat format);

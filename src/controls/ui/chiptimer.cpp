@@ -57,7 +57,13 @@ void ChipTurns::RunNext() {
   const auto tick = waiting_.front()->tick_;
   waiting_.pop_front();
   running_ = true;
-  const auto error = RunCaught(tick);
+  const auto error = RunCaught([&] {
+    if (wrapper_) {
+      wrapper_(name, tick);
+    } else {
+      tick();
+    }
+  });
   running_ = false;
   sinceLastTurn_.start();
   if (error && failed_) failed_(name, *error);

@@ -31,6 +31,10 @@ class ChipTurns : public QObject {
 
   void OnFailure(Failure failed) { failed_ = std::move(failed); }
 
+  /// Runs every tick from now on through this: it gets the timer's name and must call the tick.
+  using Wrapper = std::function<void(const std::string& name, const std::function<void()>& tick)>;
+  void Around(Wrapper wrapper) { wrapper_ = std::move(wrapper); }
+
   /// As long as one lives no turn is given, so that a handler which waits between its transfers has the chip for
   /// itself. Timers that ask meanwhile wait.
   class Hold {
@@ -63,6 +67,7 @@ class ChipTurns : public QObject {
 
   Link& link_;
   Failure failed_;
+  Wrapper wrapper_;
   std::deque<ChipTimer*> waiting_;  ///< each timer at most once
   QTimer breath_;
   QElapsedTimer sinceLastTurn_;

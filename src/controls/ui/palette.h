@@ -46,6 +46,8 @@ inline constexpr QColor darkGreen{0, 128, 0};
 inline constexpr QColor onBrightGreen{0, 0, 0};      ///< letters on a bright green ground
 inline constexpr QColor onDarkGreen{255, 255, 255};  ///< letters on a dark green ground
 inline constexpr QColor yellow{255, 255, 0};
+inline constexpr QColor brightRed{255, 0, 0};
+inline constexpr QColor onBright{0, 0, 0};  ///< text on any of the bright ones
 inline constexpr QColor wizardRed{192, 0, 0};
 inline constexpr QColor wizardGreen{0, 128, 0};
 }  // namespace fixedcolours

@@ -79,13 +79,18 @@ bool FrmFanConfig::Open() {
   return true;
 }
 
+void FrmFanConfig::SetReadOnly(bool readOnly) {
+  readOnly_ = readOnly;
+  for (FanTab* const page : pages_) page->setEnabled(!readOnly);
+}
+
 void FrmFanConfig::ShowTab(int index) {
   const auto fan = static_cast<std::size_t>(index);
   const bool loaded = model_.Loaded(fan);
   RunUserAction(dialogs_, [&] { model_.ShowTab(fan); });
   if (!loaded) pages_.at(fan)->Show();
   // A fan that could not be read has nothing to edit; showing its tab again tries once more.
-  pages_.at(fan)->setEnabled(model_.Loaded(fan));
+  pages_.at(fan)->setEnabled(model_.Loaded(fan) && !readOnly_);
   ShowButtons();
 }
 

@@ -35,6 +35,9 @@ class FrmFanConfig : public QDialog {
   /// Reads the first fan and shows the window. False when the chip could not be read; a box has said so.
   bool Open();
 
+  /// The fields are shown but cannot be edited.
+  void SetReadOnly(bool readOnly);
+
  signals:
   /// Labels or pulses may have changed.
   void Applied();
@@ -59,6 +62,7 @@ class FrmFanConfig : public QDialog {
   Services services_;
   QTabWidget* tabs_;
   std::array<FanTab*, fanCount> pages_{};
+  bool readOnly_ = false;
   std::array<std::optional<DetectionResult>, pwmCount> evidence_;
   QPushButton* writes_;
   QPushButton* apply_;

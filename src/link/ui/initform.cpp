@@ -61,9 +61,9 @@ InitForm::InitForm(SearchWizard& wizard, UserDialogs& dialogs, const QString& me
   MakeSearchingPanel();
   MakeResultsPanel();
   for (QWidget* const panel : panels_) layout->addWidget(panel, 1);
-  auto* const note = MakeLabel("MediumNoteLBL", mediumNote);
-  note->setForegroundRole(QPalette::PlaceholderText);
-  layout->addWidget(note);
+  note_ = MakeLabel("MediumNoteLBL", mediumNote);
+  note_->setForegroundRole(QPalette::PlaceholderText);
+  layout->addWidget(note_);
   layout->addWidget(MakeButtons());
   const int em = fontMetrics().horizontalAdvance('m');
   setMinimumSize(44 * em, 26 * em);
@@ -76,6 +76,15 @@ void InitForm::Load() {
   ShowWizard();
   next_->setFocus();
   if (report) ShowReport(*report);
+}
+
+void InitForm::Restart(const QString& mediumNote, bool simulatedOffered) {
+  note_->setText(mediumNote);
+  simulatedOffered_ = simulatedOffered;
+  Load();
+  Next();
+  printerPortCheck_->setChecked(true);
+  Search();
 }
 
 QVBoxLayout* InitForm::MakePanel(SearchWizard::Page page, const char* name, const QString& heading) {
@@ -250,10 +259,7 @@ void InitForm::Search() {
     progress_->setValue(0);
     ShowWizard();
     repaint();
-    if (!mainWindowWanted_) {
-      mainWindowWanted_ = true;
-      emit MainWindowWanted();
-    }
+    emit MainWindowWanted();
     reports = wizard_.RunSearch(media, [this](int value) {
       progress_->setValue(value);
       panels_.at(Index(SearchWizard::Page::Searching))->repaint();

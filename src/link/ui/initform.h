@@ -30,8 +30,11 @@ class InitForm : public QWidget {
   /// Loads the wizard, page 1. Separate from construction, so that a failing set-up shows its box over the window.
   void Load();
 
+  /// Loads the wizard anew on another bus and searches its printer port and what its report offers.
+  void Restart(const QString& mediumNote, bool simulatedOffered);
+
  signals:
-  /// The first search is about to begin: the main window is to be made, hidden.
+  /// A search is about to begin: the main window is to be made, hidden, if there is none yet.
   void MainWindowWanted();
   /// The link has its chip: the main window is to be started up and shown.
   void Finished();
@@ -64,8 +67,8 @@ class InitForm : public QWidget {
   SearchWizard& wizard_;
   UserDialogs& dialogs_;
   bool simulatedOffered_;
-  bool mainWindowWanted_ = false;
   bool finished_ = false;
+  QLabel* note_ = nullptr;
   std::array<QWidget*, 4> panels_{};
   QCheckBox* printerPortCheck_ = nullptr;
   QCheckBox* usbCheck_ = nullptr;

@@ -10,13 +10,13 @@
 #include <QTabWidget>
 #include <QWheelEvent>
 
-#include "console/startup.h"
 #include "console/ui/channeltile.h"
 #include "console/workbench.h"
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/userdialogs.h"
+#include "link/busjournal.h"
 #include "support/testbench.h"
 
 namespace krx {
@@ -40,9 +40,8 @@ struct Console {
       : Chip(medium), Turns(Chip.Bus), Bench(Chip.Bus) {
     Chip.Poke(0x40, monitoring ? 0x01 : 0x00);
     if (manual) Chip.Poke(0x5C, 0xE2);
-    StartUp(Bench);
-    Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, "Simulated board");
-    Form->show();
+    Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, Journal, MainFormOptions{"Simulated board"});
+    Form->Start();
     Form->SelectTab(MainForm::VisualDisplay);
     Chip.Traffic();
   }
@@ -72,6 +71,7 @@ struct Console {
   TestBench Chip;
   ChipTurns Turns;
   RecordingDialogs Dialogs;
+  BusJournal Journal{Chip.Time};
   Workbench Bench;
   std::unique_ptr<MainForm> Form;
 };

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "board/ui/switchsymbol.h"
+
+#include <QPainter>
+#include <array>
+
+#include "board/switchmap.h"
+#include "controls/ui/palette.h"
+
+namespace krx {
+namespace {
+
+struct Connection {
+  const char* Pin;
+  const char* Circuit;
+};
+
+// By number of the switch. A two-wire fan needs both outer switches of its group, a three-wire fan the middle one.
+constexpr std::array<Connection, switchMap.size()> connections{{
+    {"Tach1", "2-wire"},  {"Tach1", "3-wire"},  {"Tach1", "2-wire"},  {"Tach2", "2-wire"},  {"Tach2", "3-wire"},
+    {"Tach2", "2-wire"},  {"Tach3", "2-wire"},  {"Tach3", "3-wire"},  {"Tach3", "2-wire"},  {"Tach4", "2-wire"},
+    {"Tach4", "3-wire"},  {"Tach4", "2-wire"},  {"Remote1", "diode"}, {"Remote1", "diode"}, {"Remote1", "diode"},
+    {"Remote2", "diode"}, {"Remote2", "diode"}, {"Remote2", "diode"}, {"VID0", "drive"},    {"VID1", "drive"},
+    {"VID2", "drive"},    {"VID3", "drive"},    {"VID4", "drive"},    {"Tach4", "THERM"},   {"PWM2", "PWM out"},
+    {"PWM2", "Alert"},    {"Tach4", "tach"},    {"PWM3", "PWM out"},  {"Spare", "-"},       {"Spare", "-"},
+    {"Spare", "-"},       {"Spare", "-"},
+}};
+
+constexpr const char* longestLabel = "Remote1";
+
+}  // namespace
+
+SwitchSymbol::SwitchSymbol(std::size_t index)
+    : pin_(connections.at(index).Pin), circuit_(connections.at(index).Circuit) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void SwitchSymbol::SetClosed(bool closed) {
+  closed_ = closed;
+  update();
+}
+
+QSize SwitchSymbol::sizeHint() const {
+  const QFontMetrics metrics = fontMetrics();
+  return {2 * metrics.horizontalAdvance(longestLabel) + 8 * metrics.horizontalAdvance('m'), metrics.height() * 3 / 2};
+}
+
+void SwitchSymbol::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const Palette& colours = Palette::For(*this);
+  const QFontMetricsF metrics(font());
+  const double labels = metrics.horizontalAdvance(longestLabel) + metrics.horizontalAdvance(' ');
+  const double middle = height() / 2.0;
+  const double em = metrics.horizontalAdvance('m');
+  const double from = labels + em / 2;
+  const double to = width() - labels - em / 2;
+  const double gap = (to - from) / 3;
+
+  painter.setPen(colours.mutedText);
+  painter.drawText(QRectF(0, 0, labels, height()), Qt::AlignRight | Qt::AlignVCenter, pin_);
+  painter.drawText(QRectF(width() - labels, 0, labels, height()), Qt::AlignLeft | Qt::AlignVCenter, circuit_);
+
+  painter.setPen(QPen(closed_ ? colours.ok : colours.bad, em / 8));
+  painter.drawLine(QPointF(from, middle), QPointF(from + gap, middle));
+  painter.drawLine(QPointF(to - gap, middle), QPointF(to, middle));
+  // The blade: down on the second contact, or lifted off it.
+  painter.drawLine(QPointF(from + gap, middle), QPointF(to - gap, closed_ ? middle : middle - metrics.height() / 2));
+  painter.setBrush(colours.card);
+  for (const double x : {from + gap, to - gap}) painter.drawEllipse(QPointF(x, middle), em / 5, em / 5);
+}
+
+}  // namespace krx

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/controlmodel.h"
+
+#include <algorithm>
+
+#include "board/switches.h"
+#include "console/workbench.h"
+#include "link/registeraccess.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t configuration3 = 0x78;
+constexpr std::uint8_t alertBit = 0x01;
+constexpr std::uint8_t thermBit = 0x02;
+constexpr std::uint8_t configuration4 = 0x7D;
+constexpr std::uint8_t alert25vBit = 0x01;
+constexpr std::uint8_t therm5vBit = 0x02;
+
+std::uint8_t Bits(bool set) {
+  return set ? 0xFF : 0x00;
+}
+
+}  // namespace
+
+ControlModel::ControlModel(Workbench& bench) : bench_(bench) {}
+
+void ControlModel::Enter() {
+  state_.HasBoard = HasBoard(bench_.ChipLink);
+  state_.ThermPeriod = ShortestText(bench_.Cycle.ThermPeriod);
+  state_.Alert25vOffered = bench_.BoardFlags.VidProbeSteady;
+  state_.VidShown = !bench_.BoardFlags.VidProbeSteady;
+  RefreshTherm();
+  RefreshAlert();
+  // The Temp switches are closed at power-up and nothing else reads them: without this a click on one diode would
+  // open the switches of the other.
+  bench_.EvalBoard.Device(SwitchDevice::U4).ReadSwitch();
+  ShowSwitches();
+  for (std::size_t heater = 0; heater < state_.Heaters.size(); ++heater) {
+    state_.Heaters.at(heater) = bench_.EvalBoard.GetHeater(heater).HeaterOn();
+  }
+}
+
+void ControlModel::RefreshTherm() {
+  bench_.Pins.ThermRefresh();
+  state_.Therm = bench_.Pins.ThermPinMode != 0;
+  state_.ThermOn5v = bench_.Pins.ThermPinMode == 1;
+  state_.ThermOnTach4 = bench_.Pins.ThermPinMode == 2;
+}
+
+void ControlModel::RefreshAlert() {
+  bench_.Pins.AlertRefresh();
+  state_.AlertOnPwm2 = bench_.Pins.AlertPwm2Mode == 2;
+  if (!bench_.BoardFlags.VidProbeSteady) return;
+  state_.AlertOn25v = bench_.Pins.Alert25vMode == 2;
+  state_.NoAlertOn25v = !state_.AlertOn25v;
+}
+
+void ControlModel::SetTherm(bool enabled) {
+  UpdateBits(bench_.ChipLink, configuration3, thermBit, Bits(enabled));
+  RefreshTherm();
+}
+
+void ControlModel::SetThermPin(bool on5v) {
+  UpdateBits(bench_.ChipLink, configuration4, therm5vBit, Bits(on5v));
+  RefreshTherm();
+}
+
+void ControlModel::SetAlertOnPwm2(bool on) {
+  UpdateBits(bench_.ChipLink, configuration3, alertBit, Bits(on));
+  RefreshAlert();
+}
+
+void ControlModel::SetAlertOn25v(bool on) {
+  UpdateBits(bench_.ChipLink, configuration4, alert25vBit, Bits(on));
+  RefreshAlert();
+}
+
+void ControlModel::SetDiode(std::size_t diode, bool closed) {
+  bench_.EvalBoard.SetDiode(diode, closed);
+  ShowSwitches();
+}
+
+void ControlModel::SetVid(std::size_t input, bool closed) {
+  bench_.EvalBoard.SetVid(static_cast<int>(input), closed);
+  ShowSwitches();
+}
+
+void ControlModel::SetHeater(std::size_t heater, bool on) {
+  bench_.EvalBoard.SetHeater(heater, on);
+  state_.Heaters.at(heater) = on;
+}
+
+void ControlModel::SetThermPeriod(const std::string& text) {
+  bench_.Cycle.ThermPeriod = std::max(0.0, Val(text));
+}
+
+void ControlModel::ShowSwitches() {
+  for (std::size_t diode = 0; diode < state_.Diodes.size(); ++diode) {
+    state_.Diodes.at(diode) = bench_.EvalBoard.DiodeClosed(diode);
+  }
+  const Switch& u3 = bench_.EvalBoard.Device(SwitchDevice::U3);
+  for (std::size_t input = 0; input < state_.Vid.size(); ++input) {
+    state_.Vid.at(input) = u3.Status(static_cast<int>(input));
+  }
+}
+
+}  // namespace krx

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/journaldock.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <algorithm>
+
+#include "controls/ui/userdialogs.h"
+#include "link/undo.h"
+
+namespace krx {
+namespace {
+
+constexpr int refreshMilliseconds = 200;
+
+QString UndoNotice(const UndoResult& result) {
+  if (result.Written.empty() && result.Problems.empty()) return "There is no write to take back";
+  QStringList parts;
+  for (const UndoStep& step : result.Written) {
+    parts << QString("%1h = %2h").arg(step.Register, 2, 16, QLatin1Char('0')).arg(step.Value, 2, 16, QLatin1Char('0'));
+  }
+  QString notice = parts.isEmpty() ? "Nothing was written back" : "Written back: " + parts.join(", ");
+  for (const UndoProblem& problem : result.Problems) {
+    notice +=
+        QString("; %1h: %2").arg(problem.Register, 2, 16, QLatin1Char('0')).arg(QString::fromStdString(problem.Reason));
+  }
+  if (result.Forgotten > 0) notice += QString("; %1 older writes are no longer known").arg(result.Forgotten);
+  return notice;
+}
+
+}  // namespace
+
+JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, bool readOnly)
+    : QDockWidget("Bus Journal"),
+      link_(link),
+      journal_(journal),
+      dialogs_(dialogs),
+      model_(journal),
+      table_(new QTableView) {
+  setObjectName("dockBusJournal");
+  auto* const content = new QWidget;
+  auto* const layout = new QVBoxLayout(content);
+  layout->addWidget(MakeControls(readOnly));
+  table_->setObjectName("tblBusJournal");
+  table_->setAccessibleName("Bus Journal");
+  table_->setModel(&model_);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setShowGrid(false);
+  table_->setWordWrap(false);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
+  table_->horizontalHeader()->setStretchLastSection(true);
+  const int em = fontMetrics().horizontalAdvance('m');
+  constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 16, 10};
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    table_->setColumnWidth(static_cast<int>(column), widths.at(column) * em);
+  }
+  layout->addWidget(table_, 1);
+  setWidget(content);
+  refresh_.setInterval(refreshMilliseconds);
+  connect(&refresh_, &QTimer::timeout, this, &JournalDock::Refresh);
+}
+
+QWidget* JournalDock::MakeControls(bool readOnly) {
+  auto* const controls = new QWidget;
+  auto* const row = new QHBoxLayout(controls);
+  row->setContentsMargins(0, 0, 0, 0);
+  filter_ = new QLineEdit;
+  filter_->setObjectName("txtJournalFilter");
+  filter_->setAccessibleName("Filter of the bus journal");
+  filter_->setPlaceholderText("Filter");
+  filter_->setClearButtonEnabled(true);
+  writesOnly_ = new QCheckBox("Writes only");
+  writesOnly_->setObjectName("chkJournalWrites");
+  count_ = new QLabel;
+  row->addWidget(filter_, 1);
+  row->addWidget(writesOnly_);
+  row->addWidget(count_);
+  connect(filter_, &QLineEdit::textChanged, this, &JournalDock::ApplyFilter);
+  connect(writesOnly_, &QCheckBox::toggled, this, &JournalDock::ApplyFilter);
+  const auto add = [&](const char* name, const QString& caption, auto pressed) {
+    auto* const button = new QPushButton(caption);
+    button->setObjectName(name);
+    row->addWidget(button);
+    connect(button, &QPushButton::clicked, this, pressed);
+    return button;
+  };
+  add("cmdJournalCopy", "Copy", &JournalDock::Copy);
+  add("cmdJournalSave", "Save...", &JournalDock::Save);
+  add("cmdJournalMark", "Set mark", [this] {
+    journal_.SetMark();
+    emit Notice("Mark set: \"Undo to mark\" takes back what is written from here on");
+  });
+  add("cmdUndoLast", "Undo last write", &JournalDock::UndoLast)->setEnabled(!readOnly);
+  add("cmdUndoMark", "Undo to mark", &JournalDock::UndoToMark)->setEnabled(!readOnly);
+  return controls;
+}
+
+void JournalDock::showEvent(QShowEvent* event) {
+  QDockWidget::showEvent(event);
+  Refresh();
+  refresh_.start();
+}
+
+void JournalDock::hideEvent(QHideEvent* event) {
+  refresh_.stop();
+  QDockWidget::hideEvent(event);
+}
+
+void JournalDock::Refresh() {
+  const QScrollBar& bar = *table_->verticalScrollBar();
+  const bool atEnd = bar.value() == bar.maximum();
+  model_.Follow();
+  // Whoever scrolled back wants to read, not to be carried off.
+  if (atEnd) table_->scrollToBottom();
+  count_->setText(QString("%1 transfers").arg(journal_.Count()));
+}
+
+void JournalDock::ApplyFilter() {
+  model_.SetFilter({filter_->text().toStdString(), writesOnly_->isChecked()});
+  table_->scrollToBottom();
+}
+
+void JournalDock::Copy() {
+  QStringList lines;
+  model_.Follow();
+  QModelIndexList rows = table_->selectionModel()->selectedRows();
+  std::sort(rows.begin(), rows.end());
+  for (const QModelIndex& row : rows) lines << QString::fromStdString(JournalLine(model_.Entry(row.row())));
+  if (lines.isEmpty()) {
+    for (int row = 0; row < model_.rowCount(); ++row) lines << QString::fromStdString(JournalLine(model_.Entry(row)));
+  }
+  QGuiApplication::clipboard()->setText(lines.join('\n'));
+  emit Notice(QString("%1 lines copied").arg(lines.size()));
+}
+
+void JournalDock::Save() {
+  const auto name = dialogs_.SaveFile("Text Files (*.txt)|*.txt", "bus-journal.txt");
+  if (!name) return;
+  model_.Follow();
+  QByteArray text;
+  for (std::size_t column = 0; column < journalTitles.size(); ++column) {
+    if (column > 0) text += '\t';
+    text.append(journalTitles.at(column).data(), static_cast<qsizetype>(journalTitles.at(column).size()));
+  }
+  text += '\n';
+  for (int row = 0; row < model_.rowCount(); ++row) {
+    text += QByteArray::fromStdString(JournalLine(model_.Entry(row))) + '\n';
+  }
+  QFile file(*name);
+  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush()) {
+    dialogs_.Critical(QString("The journal could not be saved: %1").arg(file.errorString()));
+  }
+}
+
+void JournalDock::UndoLast() {
+  RunUserAction(dialogs_, [this] { emit Notice(UndoNotice(UndoLastWrite(link_, journal_))); });
+  emit Undone();
+}
+
+void JournalDock::UndoToMark() {
+  RunUserAction(dialogs_, [this] { emit Notice(UndoNotice(krx::UndoToMark(link_, journal_))); });
+  emit Undone();
+}
+
+}  // namespace krx

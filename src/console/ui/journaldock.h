@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDockWidget>
+#include <QTimer>
+
+#include "console/ui/journalmodel.h"
+#include "link/linknewcomport06.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QTableView;
+
+namespace krx {
+
+class UserDialogs;
+
+/// "Bus Journal": the last transfers, with filter, copy, save and undo.
+class JournalDock : public QDockWidget {
+  Q_OBJECT
+ public:
+  /// readOnly: nothing can have been written, so nothing can be taken back.
+  JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, bool readOnly);
+
+ signals:
+  /// A line for the status bar.
+  void Notice(const QString& text);
+  /// Registers were written back; what shows them may be out of date.
+  void Undone();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  QWidget* MakeControls(bool readOnly);
+  void Refresh();
+  void ApplyFilter();
+  void Copy();
+  void Save();
+  void UndoLast();
+  void UndoToMark();
+
+  Link& link_;
+  BusJournal& journal_;
+  UserDialogs& dialogs_;
+  JournalModel model_;
+  QTimer refresh_;
+  QTableView* table_;
+  QLineEdit* filter_ = nullptr;
+  QCheckBox* writesOnly_ = nullptr;
+  QLabel* count_ = nullptr;
+};
+
+}  // namespace krx

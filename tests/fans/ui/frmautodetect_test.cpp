@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fans/ui/frmautodetect.h"
+
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTimer>
+
+#include "support/livebench.h"
+
+namespace krx {
+namespace {
+
+TEST(FrmAutoDetect, CancelEndsTheRunAndPutsTheConfigurationBackWhileTimersWait) {
+  LiveBench bench;
+  FanCommon fans;
+  fans.ProgrammedPulses = {2, 2, 2, 2};
+  fans.ActualPulses = {2, 2, 2, 2};
+  LiveBench::Run(1100);  // the chip's first count of the tachometers
+  int ticks = 0;
+  ChipTimer timer(bench.Turns, "other", 10, [&] { ++ticks; });
+  timer.Start();
+  const std::uint8_t before = bench.Sim.SmbusChip().Peek(0x5C);
+  FrmAutoDetect form(bench.Bus, fans, bench.Turns, 1, nullptr);
+  QTimer::singleShot(300, &form, [&] { form.findChild<QPushButton*>("cmdCancel")->click(); });
+  const DetectionResult result = form.Run(0);
+  EXPECT_EQ(result.End, DetectionEnd::Cancelled);
+  EXPECT_EQ(result.Value, 100);
+  EXPECT_TRUE(result.Message.empty());
+  EXPECT_EQ(ticks, 0) << "no other handler has the chip meanwhile";
+  EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), before);
+  EXPECT_FALSE(form.isVisible());
+  LiveBench::Run(50);
+  EXPECT_GT(ticks, 0);
+}
+
+}  // namespace
+}  // namespace krx
