@@ -95,12 +95,14 @@ void VisualModel::SelectChannel(std::size_t channel) {
   bench_.Display.SelectedChannel = static_cast<std::int16_t>(channel);
   state_.Marks.fill(CaptionMark::Plain);
   state_.Marks[channel] = CaptionMark::Selected;
-  PlaceLimits(bench_.ChipLink, channel, Limits(), state_.Gauge);
+  // Before the reads: a failing one must not leave the last channel's value under this one's name.
   ShowReadout();
   state_.ShownStrip = ChannelChart(channel, bench_.Power.PowerMode);
+  PlaceLimits(bench_.ChipLink, channel, Limits(), state_.Gauge);
   if (row.Kind == ChannelKind::Fan) {
     bench_.Display.SelectedPwm = fanOutputs.at(row.Slot);
     ShowPwmPanel();
+    ShowDuty();
     const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
     const std::uint8_t duty = ReadByte(bench_.ChipLink, sliderOutputs.at(output).Register);
     if (state_.SliderShown) ShowSlider(duty);

@@ -81,8 +81,7 @@ double GaugeMarkers::Move(Marker marker, double wanted) {
   double highest = scale_.Maximum;
   if (marker == Marker::Low && IsPlaced(Marker::High)) highest = scale_.Clamp(High());
   if (marker == Marker::High && IsPlaced(Marker::Low)) lowest = scale_.Clamp(Low());
-  // Snapped first: rounding must not carry it past the other marker, which need not stand on a round value.
-  state.Value = std::clamp(scale_.Snap(wanted), lowest, highest);
+  state.Value = std::clamp(wanted, lowest, highest);
   state.Moved = true;
   return state.Value;
 }

@@ -63,9 +63,9 @@ class GaugeMarkers {
   /// The bytes the marker was placed from; nothing once it was moved.
   std::optional<RegisterBytes> Bytes(Marker marker) const;
 
-  /// Moves a marker to a value the user wants: snapped to the scale's decimals, kept on the scale and on its side of
-  /// the other marker, which stays where it is. Where both are impossible the scale wins. Returns the marker's value;
-  /// a marker that cannot be dragged stays.
+  /// Moves a marker to a value the user wants: kept on the scale and on its side of the other marker, which stays where
+  /// it is. Not snapped: a typed limit may be finer than the scale's decimals. Where both are impossible the scale
+  /// wins. Returns the marker's value; a marker that cannot be dragged stays.
   double Move(Marker marker, double wanted);
   /// Undoes the moves since the marker was placed, for a value that could not be written.
   void PutBack(Marker marker);

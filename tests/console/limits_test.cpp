@@ -24,7 +24,7 @@ const DragRow dragRows[] = {
     {"UnmovedLowKeepsItsByte", 1, 0x81, 0x7F, Marker::High, 60, "W4E:81 W4F:3C"},
     {"NegativeLow", 0, 0x0A, 0x50, Marker::Low, -10, "W50:F6 W51:50"},
     {"LowestTemperatureIsKept", 2, 0x80, 0x50, Marker::High, 70, "W52:80 W53:46"},
-    {"HalfGoesToTheEvenDegree", 0, 0x0A, 0x50, Marker::High, 64.5, "W50:0A W51:41"},  // the gauge snaps it to 65
+    {"HalfGoesToTheEvenDegree", 0, 0x0A, 0x50, Marker::High, 64.5, "W50:0A W51:40"},
     {"LowStopsAtHigh", 0, 0x0A, 0x50, Marker::Low, 120, "W50:50 W51:50"},
     {"FanLowByteFirstNoHighLimit", 4, 0xE8, 0x03, Marker::Low, 2400, "W56:94 W57:11"},
     {"NoFanLimit", 6, 0xE8, 0x03, Marker::Low, 0, "W5A:FF W5B:FF"},

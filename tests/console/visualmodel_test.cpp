@@ -106,6 +106,17 @@ TEST(VisualModel, SelectingAChannelReadsItsLimitsAndAFansDuty) {
   EXPECT_EQ(state.ShownStrip, Strip::Strip2);
 }
 
+TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
+  VisualBench bench;
+  bench.Model.SelectChannel(0);
+  bench.Work.Measured.Voltages[0] = 5;
+  bench.FailTransfer(1);
+  EXPECT_THROW(bench.Model.SelectChannel(7), CommsError);
+  EXPECT_EQ(bench.Model.State().Readout, "5.000 V");
+  EXPECT_EQ(bench.Model.State().ShownStrip, Strip::Strip3);
+  EXPECT_FALSE(bench.Model.State().Gauge.IsDraggable(Marker::High)) << "the other channel's limit";
+}
+
 TEST(VisualModel, EasySetupWritesInOrderAndSelectsTheLocalTemperature) {
   VisualBench bench;
   bench.Poke(0x40, 0x10);

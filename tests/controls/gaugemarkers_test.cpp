@@ -26,13 +26,13 @@ TEST(GaugeMarkers, OnlyTheMarkerThatIsMovedIsKeptOnTheScaleAndInOrder) {
     double wanted, newLow, newHigh;
   } rows[] = {
       {"free", 10, 80, Marker::Low, 20, 20, 80},
-      {"snapped", 10, 80, Marker::High, 70.5, 10, 71},
+      {"finer than the scale's digits", 10, 80, Marker::High, 70.5, 10, 70.5},
       {"low stops at high", 10, 80, Marker::Low, 100, 80, 80},
       {"high stops at low", 10, 80, Marker::High, -20, 10, 10},
       {"end of the scale", 10, 80, Marker::High, 500, 10, 127},
       {"the other one stays outside", -127, 80, Marker::High, 60, -127, 60},
       {"high below the scale: the scale wins", -127, -100, Marker::Low, 0, -55, -100},
-      {"rounding does not pass the other one", 10, 79.6, Marker::Low, 90, 79.6, 79.6},
+      {"stops at a broken number", 10, 79.6, Marker::Low, 90, 79.6, 79.6},
       {"no number", 10, 80, Marker::Low, std::numeric_limits<double>::quiet_NaN(), 10, 80},
   };
   for (const auto& row : rows) {

@@ -100,9 +100,8 @@ void ChannelCard::SetReadOnly() {
 
 void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old) {
   SetTextIfChanged(*caption_, QString::fromStdString(state.Captions[channel]).toUpper());
-  SetTextIfChanged(*readout_, state.Readout);
+  SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]), QString::fromStdString(state.Readout));
   SetMuted(*readout_, old);
-  readout_->setAccessibleName(caption_->text());
   QString summary = state.Alarms[channel] == AlarmState::Ok    ? tr("within limits")
                     : state.Alarms[channel] == AlarmState::Bad ? tr("alarm")
                                                                : tr("not read yet");

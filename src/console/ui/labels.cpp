@@ -22,6 +22,12 @@ void SetTextIfChanged(QLabel& label, const std::string& text) {
   SetTextIfChanged(label, QString::fromStdString(text));
 }
 
+void SetNamedText(QLabel& label, const QString& name, const QString& text) {
+  SetTextIfChanged(label, text);
+  const QString spoken = name + QLatin1Char(' ') + text;
+  if (label.accessibleName() != spoken) label.setAccessibleName(spoken);
+}
+
 void SetMuted(QLabel& label, bool muted) {
   // By role, not by colour: the label then follows a change of the theme.
   const QPalette::ColorRole role = muted ? QPalette::PlaceholderText : QPalette::WindowText;

@@ -13,6 +13,9 @@ QLabel* MakeLabel(const char* name, double scale, bool bold, bool muted = false)
 void SetTextIfChanged(QLabel& label, const QString& text);
 void SetTextIfChanged(QLabel& label, const std::string& text);
 
+/// A text with a name of its own. A screen reader takes the name instead of the text, so the name carries both.
+void SetNamedText(QLabel& label, const QString& name, const QString& text);
+
 /// Muted text, for what is no longer refreshed, or the ordinary one.
 void SetMuted(QLabel& label, bool muted);
 

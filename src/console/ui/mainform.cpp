@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTabBar>
 #include <QTabWidget>
 
@@ -70,7 +71,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   cycleReport_.start(reportMilliseconds);
   sinceReport_.start();
   sinceShown_.start();
-  resize(1280, 800);
+  resize(QSize(1280, 800).boundedTo(screen()->availableSize()));
 }
 
 MainForm::~MainForm() {

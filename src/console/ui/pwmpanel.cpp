@@ -64,4 +64,8 @@ void PwmPanel::Show(const VisualState& state, bool old) {
   panel_->setVisible(!state.SliderShown);
 }
 
+void PwmPanel::LetGo() {
+  slider_->setSliderDown(false);
+}
+
 }  // namespace krx

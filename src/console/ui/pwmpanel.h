@@ -18,6 +18,8 @@ class PwmPanel : public QWidget {
   explicit PwmPanel(QWidget* parent = nullptr);
 
   void Show(const VisualState& state, bool old);
+  /// Ends a drag of the slider whose release will not come.
+  void LetGo();
 
  signals:
   void SliderPressed();

@@ -114,7 +114,10 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   connect(card_, &ChannelCard::MarkerReleased, this,
           [this](Marker marker, double value) { MoveLimit([&] { model_.MarkerReleased(marker, value); }, false); });
   connect(pwm_, &PwmPanel::SliderPressed, this, [this] { Do([&] { model_.SliderPressed(); }); });
-  connect(pwm_, &PwmPanel::SliderMoving, this, [this](int value) { Do([&] { model_.SliderMoving(value); }); });
+  connect(pwm_, &PwmPanel::SliderMoving, this, [this](int value) {
+    // The box over a failed write takes the mouse's release, and the cycle would stand still for want of it.
+    if (!Do([&] { model_.SliderMoving(value); })) pwm_->LetGo();
+  });
   connect(pwm_, &PwmPanel::SliderReleased, this, [this] { Do([&] { model_.SliderReleased(); }); });
   connect(pwm_, &PwmPanel::SliderReleasedAfterMove, this,
           [this](int value) { Do([&] { model_.SliderReleasedAfterMove(value); }); });
@@ -220,10 +223,8 @@ QWidget* VisualDisplayPage::MakeZoneRow() {
     name->setText(QString::fromStdString(std::string(channels[zone].Caption)));
     tminLabels_[zone] = MakeLabel("", 1, false);
     tminLabels_[zone]->setObjectName(QStringLiteral("lblTmin_%1").arg(zone));
-    tminLabels_[zone]->setAccessibleName(tr("Tmin, %1").arg(name->text()));
     opPointLabels_[zone] = MakeLabel("", 1, false);
     opPointLabels_[zone]->setObjectName(QStringLiteral("lblOpPoint_%1").arg(zone));
-    opPointLabels_[zone]->setAccessibleName(tr("Operating point, %1").arg(name->text()));
     QLabel* slash = MakeLabel("", 1, false, true);
     slash->setText(QStringLiteral("/"));
     row->addWidget(name);
@@ -278,14 +279,15 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   return frame;
 }
 
-void VisualDisplayPage::Do(const std::function<void()>& action) {
-  RunUserAction(dialogs_, action);
+bool VisualDisplayPage::Do(const std::function<void()>& action) {
+  const bool done = RunUserAction(dialogs_, action);
   ShowAll();
+  return done;
 }
 
 void VisualDisplayPage::MoveLimit(const std::function<void()>& action, bool dragging) {
   bool refused = false;
-  RunUserAction(dialogs_, [&] {
+  const bool done = RunUserAction(dialogs_, [&] {
     try {
       action();
     } catch (const OutOfRange& reason) {  // no failure of the link: the value has no byte
@@ -293,8 +295,8 @@ void VisualDisplayPage::MoveLimit(const std::function<void()>& action, bool drag
       emit LimitRejected(QString::fromStdString(reason.what()));
     }
   });
-  // While the mouse holds a marker the gauge has it; placing it anew would end the drag.
-  if (dragging && !refused) return;
+  // While the mouse holds a marker the gauge has it.
+  if (dragging && done && !refused) return;
   ShowAll();
 }
 
@@ -311,6 +313,7 @@ void VisualDisplayPage::ShowFrames() {
     ChannelTile& tile = *tiles_[channel];
     tile.setText(QString::fromStdString(state.Captions[channel]));
     tile.setAccessibleName(tile.text());
+    lamps_[channel]->setAccessibleName(tr("Alarm of %1").arg(tile.text()));
     tile.SetMark(state.Marks[channel]);
     tile.setVisible(state.ChannelShown[channel]);
     // Only what the chart in sight draws has a colour: the other chart uses the same ones again.
@@ -354,8 +357,9 @@ void VisualDisplayPage::ShowReadings(bool old) {
   card_->ShowReading(state, selected, RangeOf(selected), old);
   pwm_->Show(state, old);
   for (std::size_t zone = 0; zone < tminLabels_.size(); ++zone) {
-    SetTextIfChanged(*tminLabels_[zone], WithDegrees(state.TminTexts[zone]));
-    SetTextIfChanged(*opPointLabels_[zone], WithDegrees(state.OpPointTexts[zone]));
+    const QString name = QString::fromStdString(std::string(channels[zone].Caption));
+    SetNamedText(*tminLabels_[zone], tr("Tmin, %1").arg(name), WithDegrees(state.TminTexts[zone]));
+    SetNamedText(*opPointLabels_[zone], tr("Operating point, %1").arg(name), WithDegrees(state.OpPointTexts[zone]));
     SetMuted(*tminLabels_[zone], old);
     SetMuted(*opPointLabels_[zone], old);
   }

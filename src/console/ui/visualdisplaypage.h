@@ -58,7 +58,7 @@ class VisualDisplayPage : public QWidget {
   void ShowFrames();
   void ExportChart(StripChart& chart, ChartFormat format);
   SeenRange RangeOf(std::size_t channel) const;
-  void Do(const std::function<void()>& action);
+  bool Do(const std::function<void()>& action);
   void MoveLimit(const std::function<void()>& action, bool dragging);
 
   VisualModel& model_;

@@ -9,6 +9,8 @@ namespace krx {
 
 DutySlider::DutySlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
   setRange(0, 255);
+  // 1 %: readings put the slider on whole percents, so that a smaller step would never get past the next one.
+  setSingleStep(3);
   setPageStep(13);  // about 5 %
   setObjectName(QStringLiteral("analog_output_slider"));
   connect(this, &QSlider::sliderPressed, this, [this] {

@@ -121,7 +121,8 @@ std::optional<Marker> LimitGauge::MarkerAt(QPointF position) const {
 // The user
 
 void LimitGauge::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton || drag_) return;
+  if (event->button() != Qt::LeftButton) return;
+  if (drag_) EndDrag();
   const auto marker = MarkerAt(event->position());
   if (!marker) return;
   focused_ = *marker;
@@ -131,6 +132,8 @@ void LimitGauge::mousePressEvent(QMouseEvent* event) {
 
 void LimitGauge::mouseMoveEvent(QMouseEvent* event) {
   emit PointerHover();
+  // A box that opened during the drag has taken its release.
+  if (drag_ && !event->buttons().testFlag(Qt::LeftButton)) EndDrag();
   if (!drag_) {
     if (MarkerAt(event->position()))
       setCursor(Qt::SizeVerCursor);
@@ -140,9 +143,9 @@ void LimitGauge::mouseMoveEvent(QMouseEvent* event) {
   }
   const Marker marker = drag_->marker;
   const double before = markers_.ValueOf(marker);
-  const double wanted = ValueAtY(event->position().y() + drag_->offset);
+  const double wanted = markers_.Scale().Snap(ValueAtY(event->position().y() + drag_->offset));
   // A tremble within one step of the marker's number is not yet a move.
-  if (markers_.Scale().Snap(wanted) == markers_.Scale().Snap(before)) return;
+  if (wanted == markers_.Scale().Snap(before)) return;
   const double value = markers_.Move(marker, wanted);
   if (value == before) return;
   drag_->moved = true;
@@ -151,7 +154,10 @@ void LimitGauge::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void LimitGauge::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton || !drag_) return;
+  if (event->button() == Qt::LeftButton && drag_) EndDrag();
+}
+
+void LimitGauge::EndDrag() {
   const Drag drag = *drag_;
   drag_.reset();
   unsetCursor();
@@ -184,7 +190,7 @@ void LimitGauge::keyPressEvent(QKeyEvent* event) {
   if (drag_ || !markers_.IsDraggable(focused_)) return;
   const double before = markers_.ValueOf(focused_);
   const double wanted = markers_.Scale().Clamp(before) + steps * markers_.Scale().Step();
-  if (markers_.Scale().Clamp(wanted) != before) MoveByUser(focused_, wanted);
+  if (markers_.Scale().Clamp(wanted) != before) MoveByUser(focused_, markers_.Scale().Snap(wanted));
 }
 
 void LimitGauge::wheelEvent(QWheelEvent* event) {

@@ -69,6 +69,7 @@ class LimitGauge : public QWidget {
   QString Label(Marker marker) const;
   void PaintScale(QPainter& painter) const;
   void PaintMarker(QPainter& painter, Marker marker, double labelY) const;
+  void EndDrag();
   void Changed();
 
   GaugeMarkers markers_;

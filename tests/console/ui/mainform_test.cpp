@@ -159,6 +159,25 @@ TEST(MainForm, ATypedLimitIsWrittenAndTheWheelWritesNothing) {
   EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:EC");
 }
 
+TEST(MainForm, ATypedLimitIsFinerThanADraggedOne) {
+  Console console;
+  console.Click("visualdisplaytext_9");
+  console.Chip.Traffic();
+  console.Find<QDoubleSpinBox>("txtLowLimit")->setValue(1.173);  // 100.09 counts; 1.17 V would be 99
+  EXPECT_EQ(console.Chip.Traffic().substr(0, 6), "W46:64");
+}
+
+TEST(MainForm, AFailedWriteEndsTheDragOfTheSlider) {
+  Console console(Console::Medium::Board, true, true);
+  auto* slider = console.Find<DutySlider>("analog_output_slider");
+  slider->setSliderDown(true);
+  console.Chip.FailTransfer(1);
+  slider->setSliderPosition(128);
+  EXPECT_EQ(console.Dialogs.Texts.size(), 1);
+  EXPECT_FALSE(slider->isSliderDown());
+  EXPECT_TRUE(console.Form->VisualTimerRunning());
+}
+
 TEST(MainForm, ALimitWithoutAnEncodingGoesBackAndIsExplained) {
   Console console;
   console.Click("visualdisplaytext_3");

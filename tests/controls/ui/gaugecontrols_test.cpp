@@ -19,9 +19,9 @@
 namespace krx {
 namespace {
 
-void Mouse(QWidget& widget, QEvent::Type type, QPointF at) {
+void Mouse(QWidget& widget, QEvent::Type type, QPointF at, bool hover = false) {
   const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-  const auto held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+  const auto held = hover || type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
   QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &event);
 }
@@ -85,6 +85,16 @@ TEST(LimitGauge, ARejectedValueIsPutBackWithItsBytes) {
   gauge.Drag(Marker::High, 60);
   EXPECT_EQ(gauge.Markers().High(), 80);
   EXPECT_TRUE(gauge.Markers().Bytes(Marker::High).has_value());
+}
+
+TEST(LimitGauge, ADragThatLostItsReleaseEndsWhereItWas) {
+  Gauge gauge;
+  const QPointF grip(120, gauge.MarkerY(Marker::High));
+  Mouse(gauge, QEvent::MouseButtonPress, grip);
+  Mouse(gauge, QEvent::MouseMove, grip + QPointF(0, 10 * gauge.PixelsPerUnit));
+  Mouse(gauge, QEvent::MouseMove, grip + QPointF(0, 50 * gauge.PixelsPerUnit), true);
+  Mouse(gauge, QEvent::MouseMove, grip + QPointF(0, 60 * gauge.PixelsPerUnit), true);
+  EXPECT_EQ(gauge.Take(), "moving High 70;released High 70;");
 }
 
 TEST(LimitGauge, ANewChannelEndsADragWithoutARelease) {
@@ -180,6 +190,10 @@ TEST(DutySlider, AKeyStepIsMovedAndReleasedAfterTheMoveAndTheWheelIsNothing) {
   Key(slider, Qt::Key_Right);
   EXPECT_EQ(slider.Take(), "moving 255;after move 255;");
   EXPECT_EQ(slider.value(), 255);
+  slider.SetValue(130);  // 51 %: a step to 131 would still be 51 %, and the next reading would take it back
+  Key(slider, Qt::Key_Right);
+  EXPECT_EQ(slider.Take(), "moving 133;after move 133;");
+  slider.SetValue(255);
   Key(slider, Qt::Key_Right);
   Wheel(slider);
   EXPECT_EQ(slider.Take(), "");
