@@ -119,7 +119,8 @@ void FrmSwitchAccess::reject() {
 }
 
 void FrmSwitchAccess::closeEvent(QCloseEvent* event) {
-  QDialog::closeEvent(event);
+  // Not the base class's: it rejects, which closes, and would keep the window open after all.
+  event->accept();
   emit Closed();
 }
 

@@ -173,7 +173,8 @@ void FrmFanConfig::reject() {
 }
 
 void FrmFanConfig::closeEvent(QCloseEvent* event) {
-  QDialog::closeEvent(event);
+  // Not the base class's: it rejects, which closes, and would keep the window open after all.
+  event->accept();
   emit Closed();
 }
 

@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 
 #include "board/switches.h"
 #include "support/scripteddialogs.h"
@@ -38,6 +39,12 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   form.findChild<QPushButton*>("cmdReadAll")->click();
   ASSERT_EQ(dialogs.Shown.size(), 1U);
   EXPECT_EQ(lamp("lmpSwitchU5A"), "● closed") << "what could not be read stays as it was known";
+
+  form.close();
+  EXPECT_FALSE(form.isVisible());
+  form.Open();
+  QTest::keyClick(&form, Qt::Key_Escape);
+  EXPECT_FALSE(form.isVisible());
 }
 
 }  // namespace

@@ -57,6 +57,7 @@ TEST(FrmFanConfig, ShowsTheChipAndMarksNoEdit) {
   dialog.Bench.Traffic();
   dialog.Press("cmdOk");
   EXPECT_EQ(dialog.Bench.Traffic(), "") << "nothing to apply";
+  EXPECT_FALSE(dialog.Form.isVisible());
 }
 
 TEST(FrmFanConfig, AChosenItemIsWrittenAndAVisitedTabWithIt) {
