@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fans/ui/frmautodetect.h"
 
-#include <QCloseEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -63,7 +62,6 @@ FrmAutoDetect::FrmAutoDetect(Link& link, const FanCommon& fans, ChipTurns& turns
   cancel->setObjectName("cmdCancel");
   layout->addWidget(cancel, 0, Qt::AlignRight);
   connect(cancel, &QPushButton::clicked, this, [this] { cancelled_ = true; });
-  connect(this, &QDialog::rejected, this, [this] { cancelled_ = true; });
   setMinimumWidth(fontMetrics().horizontalAdvance('m') * 30);
 }
 
@@ -111,14 +109,10 @@ bool FrmAutoDetect::Wait(double seconds) {
   return false;
 }
 
-void FrmAutoDetect::closeEvent(QCloseEvent* event) {
+void FrmAutoDetect::reject() {
   cancelled_ = true;
-  // The run itself hides the window, once the configuration is back.
-  if (running_) {
-    event->ignore();
-  } else {
-    QDialog::closeEvent(event);
-  }
+  // The run itself hides the window, once the configuration is back: until then it keeps input from the others.
+  if (!running_) QDialog::reject();
 }
 
 }  // namespace krx

@@ -26,7 +26,8 @@ class FrmAutoDetect : public QDialog, private DetectionMonitor {
   DetectionResult Run(std::size_t index);
 
  protected:
-  void closeEvent(QCloseEvent* event) override;
+  /// The close box and the Escape key.
+  void reject() override;
 
  private:
   void Show(const DetectionProgress& progress) override;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include "support/livebench.h"
@@ -29,6 +30,16 @@ TEST(FrmAutoDetect, CancelEndsTheRunAndPutsTheConfigurationBackWhileTimersWait) 
   EXPECT_TRUE(result.Message.empty());
   EXPECT_EQ(ticks, 0) << "no other handler has the chip meanwhile";
   EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), before);
+  EXPECT_FALSE(form.isVisible());
+
+  bool shown = false;
+  QTimer::singleShot(300, &form, [&] {
+    QTest::keyClick(&form, Qt::Key_Escape);
+    form.close();
+    shown = form.isVisible();
+  });
+  EXPECT_EQ(form.Run(0).End, DetectionEnd::Cancelled);
+  EXPECT_TRUE(shown) << "it keeps input from the other windows until the output is as it was";
   EXPECT_FALSE(form.isVisible());
   LiveBench::Run(50);
   EXPECT_GT(ticks, 0);
