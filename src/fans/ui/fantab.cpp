@@ -41,6 +41,9 @@ FanTab::FanTab(FanDialogModel& model, std::size_t fan) : model_(model), fan_(fan
   fanType_->setAccessibleName("Fan Type");
   fanType_->setEditable(true);
   fanType_->setInsertPolicy(QComboBox::NoInsert);
+  // Without these a text that happens to be an item would count as a choice, even when the field was only left.
+  fanType_->setCompleter(nullptr);
+  disconnect(fanType_->lineEdit(), &QLineEdit::editingFinished, fanType_, nullptr);
   for (const FanType& type : fanTypes) fanType_->addItem(Text(type.Item));
   IgnoreWheel(*fanType_);
   connect(fanType_, &QComboBox::activated, this, [this](int index) {
@@ -175,6 +178,7 @@ void FanTab::MakeTachFields(QFormLayout& layout) {
 
 void FanTab::Show() {
   const FanFields& fields = Fields();
+  SelectItem(fanType_, fields.FanType);
   fanType_->setEditText(Text(fields.FanType));
   tachLimit_->setText(Text(fields.TachLimit));
   (fields.TwoWire ? twoWire_ : threeWire_)->setChecked(true);

@@ -60,6 +60,18 @@ TEST(FrmFanConfig, ShowsTheChipAndMarksNoEdit) {
   EXPECT_FALSE(dialog.Form.isVisible());
 }
 
+TEST(FrmFanConfig, AFanTypeThatIsTypedIsNoEdit) {
+  FanDialog dialog;
+  dialog.Fans.FanLabel[0] = "Fr. Chas.";
+  dialog.Form.Open();
+  auto& type = dialog.Find<QComboBox>("cmbFanType_0");
+  EXPECT_EQ(type.currentText(), "Front Chassis");
+  type.lineEdit()->selectAll();
+  QTest::keyClicks(type.lineEdit(), "CPU");
+  QTest::keyClick(type.lineEdit(), Qt::Key_Return);
+  EXPECT_FALSE(dialog.Fans.PendingChange.Has(FanSetting::FanType, 0));
+}
+
 TEST(FrmFanConfig, AChosenItemIsWrittenAndAVisitedTabWithIt) {
   FanDialog dialog;
   dialog.Choose("cmbSpinUp_0", "1 sec");
