@@ -188,8 +188,8 @@ int main(int argc, char** argv) {
     return app.exit(error) == 0 ? 0 : 2;
   }
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("krx5580-console"));
-  QApplication::setApplicationDisplayName(QStringLiteral("KRX5580 console"));
+  // Not as the display name, which the toolkit appends to the title of every window.
+  QApplication::setApplicationName(QStringLiteral("KRX5580 console"));
   QApplication::setApplicationVersion(QStringLiteral(KRX_VERSION));
   app.clear();
   app.allow_extras(false);
