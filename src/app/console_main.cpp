@@ -21,7 +21,7 @@ using namespace krx;
 
 namespace {
 
-constexpr int closingMilliseconds = 50;
+constexpr int closingMilliseconds = 5;  ///< often: between two ticks on the SMBus there are only some milliseconds
 
 struct ConsoleOptions {
   MediaOptions Bus;
@@ -156,10 +156,10 @@ class Console {
   CommsRoot root_{Journaled(media_)};
   Link link_{root_, clock_, pump_};
   ChipTurns turns_{link_};
+  EndSignals endSignals_{[this] { return link_.TransferInProgress(); }};  // outlives the bench, which ends the heaters
   Workbench bench_{link_};
   ChipSearch search_{link_};
   SearchWizard wizard_{search_};
-  EndSignals endSignals_{[this] { return link_.TransferInProgress(); }};
   QTimer closing_;
   std::unique_ptr<InitForm> initForm_;
   std::unique_ptr<MainForm> mainForm_;
