@@ -146,6 +146,7 @@ QWidget* ReadWritePage::MakeEntries() {
     auto* const button = new QPushButton("Press to update");
     button->setObjectName(buttonName);
     button->setAccessibleName(QString("Press to update, %1").arg(caption));
+    button->setEnabled(!readOnly_);
     grid->addWidget(label, row, 0);
     grid->addWidget(box, row, 1);
     grid->addWidget(button, row, 2);

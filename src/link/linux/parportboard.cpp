@@ -54,7 +54,7 @@ void ParportBoard::SelectPort(std::uint8_t port) {
   if (port == selected_) return;
   Close();
   selected_ = port;
-  control_ = 0;
+  if (control_) control_ = 0;
   used_ = false;
 }
 
@@ -79,7 +79,7 @@ void ParportBoard::WriteByteData(std::uint8_t address, std::uint8_t reg, std::ui
 }
 
 void ParportBoard::SetControlByte(std::uint8_t value) {
-  const std::uint8_t before = control_;
+  const std::uint8_t before = control_.value_or(0);
   control_ = value;
   if (!used_ && value == 0) return;
   try {
@@ -96,7 +96,7 @@ std::uint8_t ParportBoard::ReadStatusByte() {
   Transaction([&](LineDriver& driver, TwoWireMaster&) {
     for (const HeaterLines& heater : heaters) {
       const auto& line = Lines().*heater.In;
-      const bool on = line ? driver.Get(*line) : (control_ & heater.Mask) != 0;
+      const bool on = line ? driver.Get(*line) : (control_.value_or(0) & heater.Mask) != 0;
       if (on) status |= heater.Mask;
     }
   });
@@ -113,7 +113,8 @@ void ParportBoard::Transaction(const Work& work) {
   TwoWireMaster bus(driver, Lines(), clock_);
   // Whoever had the port meanwhile may have left other levels on the heater lines.
   for (const HeaterLines& heater : heaters) {
-    if (const auto& line = Lines().*heater.Out) driver.Set(*line, (control_ & heater.Mask) != 0);
+    const auto& line = Lines().*heater.Out;
+    if (line && control_) driver.Set(*line, (*control_ & heater.Mask) != 0);
   }
   work(driver, bus);
 }

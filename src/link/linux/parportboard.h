@@ -33,7 +33,8 @@ class ParportBoard {
   void WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data);
 
   /// Bits 4 and 5 go to the heater lines, the others nowhere. While a port has not been used, a 0 is only remembered
-  /// and goes to the lines with the first use, so that a printer that nobody mentioned is not disturbed.
+  /// and goes to the lines with the first use, so that a printer that nobody mentioned is not disturbed. Heaters that
+  /// were never set stay as they were found: who only reads must not switch them.
   void SetControlByte(std::uint8_t value);
   /// The heater lines read back, in bits 4 and 5. A heater without a line to read: as it was set.
   std::uint8_t ReadStatusByte();
@@ -56,7 +57,7 @@ class ParportBoard {
   std::optional<int> onlyPort_;
   ParportNode node_;
   std::int32_t selected_ = 0;
-  std::uint8_t control_ = 0;
+  std::optional<std::uint8_t> control_;
   bool used_ = false;  ///< the selected port has been claimed
   bool busMode_ = false;
 };

@@ -177,6 +177,13 @@ TEST_F(Parport, APortNobodyUsedIsNotTouched) {
   EXPECT_EQ(kernel.Opened, 0);
   board.ReadByteData(0x5A, 0x3E);
   EXPECT_EQ(port.Heaters, 0) << "the remembered byte";
+
+  board.Close();
+  port.Data |= 0x30;
+  port.Apply();
+  ParportBoard reader = Board();
+  reader.ReadByteData(0x5A, 0x3E);
+  EXPECT_EQ(port.Heaters, 0x30) << "who sets no control byte switches no heater";
   slave.Seen.clear();
 }
 
