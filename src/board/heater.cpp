@@ -16,9 +16,8 @@ void Heater::SetHeaterOn(bool on) {
   if (!HasBoard(link_)) return;
   const auto adapter = link_.Root().Get().ObtainPrinterPortAdapter();
   const auto device = adapter->ObtainBusDevice();
-  const std::uint8_t mask = Mask();
-  if (mask != 0) {
-    const std::uint8_t status = device->ReadStatusByte();
+  const std::uint8_t status = device->ReadStatusByte();
+  if (const std::uint8_t mask = Mask(); mask != 0) {
     // Set before the write: a heater that may be on after a failed transfer has to be switched off at the end.
     if (on) switchedOnHere_ = true;
     device->SetControlByte(static_cast<std::uint8_t>(on ? status | mask : status & ~mask));

@@ -30,7 +30,7 @@ struct RegisterView {
 };
 
 /// The "Read/Write" panel: 90 rows, the selected register bit by bit, and the two entry boxes. Handlers throw what the
-/// link throws; a failed one leaves the last value shown.
+/// link throws; a failed one leaves no value of another register shown.
 class RegisterPanel {
  public:
   static constexpr int rowCount = 90;

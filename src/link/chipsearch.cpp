@@ -129,7 +129,11 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
       routine.Try([&] { device->SetBusMode(mode); });
       for (const std::uint8_t address : candidateAddresses) {
         if (!routine.IsChip([&] { return device->ReadByteData(address, companyIdRegister); })) continue;
-        routine.Try([&] { printerFinds_.push_back({address, adapter->CurrentPort(), device->GetBusMode()}); });
+        // A chip that answered is listed even when the adapter cannot say where it was asked.
+        PrinterFind find{address, port, mode};
+        routine.Try([&] { find.Port = adapter->CurrentPort(); });
+        routine.Try([&] { find.BusMode = device->GetBusMode(); });
+        printerFinds_.push_back(find);
       }
     }
   }

@@ -75,7 +75,7 @@ TEST(Heater, ChangesItsOwnBitOfTheStatusByteAndCompletes) {
   EXPECT_EQ(bench.BusTraffic(), "ST C20 K ST C00 K");
   Heater third(bench.Bus, 3);
   third.SetHeaterOn(true);
-  EXPECT_EQ(bench.BusTraffic(), "K");
+  EXPECT_EQ(bench.BusTraffic(), "ST K");
   EXPECT_EQ(UpToFailure(bench, 1, [&] { bench.Eval.SwitchHeatersOff(); }), "ST! ST C00 K")
       << "a failing heater does not keep the other one on";
 }

@@ -23,6 +23,7 @@
 #include "console/ui/textdialog.h"
 #include "console/ui/visualdisplaypage.h"
 #include "console/workbench.h"
+#include "controls/ui/nowheel.h"
 #include "controls/ui/userdialogs.h"
 #include "fans/applypreview.h"
 #include "fans/ui/frmautodetect.h"
@@ -66,6 +67,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   status_ = new StatusLine;
   setStatusBar(status_);
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
+  dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
   turns.OnFailure([this](const std::string& name, const CommsError& error) { status_->CountFault(name, error); });
   connect(&cycleReport_, &QTimer::timeout, this, &MainForm::ShowCycle);
   cycleReport_.start(reportMilliseconds);
@@ -75,6 +77,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
 }
 
 MainForm::~MainForm() {
+  dialogs_.LinkFault = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
 }
 
@@ -108,6 +111,8 @@ void MainForm::MakeTabs() {
   tabs_ = new QTabWidget;
   tabs_->setObjectName(QStringLiteral("Main_Form_Tab"));
   tabs_->setDocumentMode(true);
+  // Changing the tab starts and stops the cycle and routes switches; that is not for a wheel.
+  IgnoreWheel(*tabs_->tabBar());
   tabs_->addTab(main_, tr("Main"));
   tabs_->addTab(readWrite_, tr("Read/Write"));
   tabs_->addTab(visual_, tr("Visual Display"));

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 #include <cstdlib>
 
@@ -71,8 +72,8 @@ void RegisterRow::mouseMoveEvent(QMouseEvent*) {
   emit Hovered(row_);
 }
 
-void RegisterRow::mousePressEvent(QMouseEvent*) {
-  emit Clicked(row_);
+void RegisterRow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) emit Clicked(row_);
 }
 
 void RegisterRow::changeEvent(QEvent* event) {

@@ -43,7 +43,7 @@ void UpDownEdit::SetText(const QString& text) {
 }
 
 void UpDownEdit::Step(int by) {
-  const int value = std::clamp(field_->text().toInt() + by, minimum_, maximum_);
+  const int value = std::clamp(field_->text().section(QLatin1Char('.'), 0, 0).toInt() + by, minimum_, maximum_);
   SetText(QString::number(value));
   emit Edited(field_->text());
 }

@@ -63,7 +63,11 @@ bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action) {
   try {
     action();
     return true;
+  } catch (const Overflow& error) {
+    // A value that was refused before any transfer is no fault of the link.
+    text = QString::fromStdString(error.BoxText());
   } catch (const CommsError& error) {
+    if (dialogs.LinkFault) dialogs.LinkFault(error);
     text = QString::fromStdString(error.BoxText());
   } catch (const std::exception& error) {
     text = QString::fromLocal8Bit(error.what());

@@ -5,6 +5,8 @@
 #include <functional>
 #include <optional>
 
+#include "link/commserror.h"
+
 namespace krx {
 
 /// The modal boxes and file dialogs, behind an interface so that a test answers them. An empty title stands for the
@@ -12,6 +14,9 @@ namespace krx {
 class UserDialogs {
  public:
   virtual ~UserDialogs() = default;
+
+  /// Told of every transfer that failed in a user's action, beside the box that it shows.
+  std::function<void(const CommsError& error)> LinkFault;
 
   virtual void Critical(const QString& text, const QString& title = {}) = 0;
   virtual void Exclamation(const QString& text, const QString& title = {}) = 0;

@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <tuple>
 
@@ -44,6 +45,9 @@ QLabel* MakeLabel(const char* name, const QString& text) {
   label->setWordWrap(true);
   return label;
 }
+
+/// Long enough for the main loop to have delivered what waited.
+constexpr int afterSearchMilliseconds = 30;
 
 std::size_t Index(SearchWizard::Page page) {
   return static_cast<std::size_t>(page) - 1;
@@ -190,6 +194,7 @@ QWidget* InitForm::MakeButtons() {
 }
 
 void InitForm::ShowWizard() {
+  if (searching_ && wizard_.CurrentPage() != SearchWizard::Page::Searching) return;
   for (std::size_t i = 0; i < panels_.size(); ++i) panels_.at(i)->setVisible(i == Index(wizard_.CurrentPage()));
   back_->setEnabled(wizard_.BackEnabled());
   next_->setEnabled(wizard_.NextEnabled());
@@ -249,6 +254,7 @@ void InitForm::Back() {
 }
 
 void InitForm::Search() {
+  searching_ = true;
   std::vector<SearchReport> reports;
   {
     const BusyPointer pointer;
@@ -265,13 +271,19 @@ void InitForm::Search() {
       panels_.at(Index(SearchWizard::Page::Searching))->repaint();
     });
     ShowResults();
-    ShowWizard();
-    progress_->setValue(0);
-    if (finish_->isEnabled()) {
-      finish_->setFocus();
-    } else if (next_->isEnabled()) {
-      next_->setFocus();
-    }
+  }
+  // What was clicked during the search is delivered now: page 3 is still shown, so it does nothing.
+  QTimer::singleShot(afterSearchMilliseconds, this, [this, reports] { EndSearch(reports); });
+}
+
+void InitForm::EndSearch(const std::vector<SearchReport>& reports) {
+  searching_ = false;
+  ShowWizard();
+  progress_->setValue(0);
+  if (finish_->isEnabled()) {
+    finish_->setFocus();
+  } else if (next_->isEnabled()) {
+    next_->setFocus();
   }
   for (const SearchReport& report : reports) ShowReport(report);
 }
@@ -288,7 +300,7 @@ void InitForm::ShowReport(const SearchReport& report) {
 }
 
 void InitForm::closeEvent(QCloseEvent* event) {
-  if (!wizard_.MayClose()) {
+  if (searching_ || !wizard_.MayClose()) {
     event->ignore();
     return;
   }

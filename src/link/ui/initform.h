@@ -60,6 +60,7 @@ class InitForm : public QWidget {
   void Next();
   void Back();
   void Search();
+  void EndSearch(const std::vector<SearchReport>& reports);
   void Finish();
   void ShowReport(const SearchReport& report);
   SearchMedia TickedMedia() const;
@@ -68,6 +69,7 @@ class InitForm : public QWidget {
   UserDialogs& dialogs_;
   bool simulatedOffered_;
   bool finished_ = false;
+  bool searching_ = false;  ///< until the input that waited during a search has been dropped
   QLabel* note_ = nullptr;
   std::array<QWidget*, 4> panels_{};
   QCheckBox* printerPortCheck_ = nullptr;

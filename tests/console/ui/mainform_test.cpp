@@ -231,6 +231,7 @@ TEST(MainForm, AFailingClickShowsOneBox) {
   console.Chip.FailTransfer(1);
   console.Click("visualdisplaytext_2");
   EXPECT_EQ(console.Dialogs.Texts, QStringList("Error: 57, Device I/O error"));
+  EXPECT_EQ(console.Text("lblFaults"), "Link faults: 1, last: Error: 57, Device I/O error");
   console.Click("visualdisplaytext_2");
   EXPECT_EQ(console.Dialogs.Texts.size(), 1);
 }
