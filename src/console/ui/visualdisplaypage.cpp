@@ -12,15 +12,15 @@
 
 #include "console/ui/channelcard.h"
 #include "console/ui/channeltile.h"
+#include "console/ui/chartcard.h"
 #include "console/ui/labels.h"
 #include "console/ui/pwmpanel.h"
+#include "console/ui/zonerow.h"
 #include "console/workbench.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/palette.h"
-#include "controls/ui/stripchart.h"
 #include "controls/ui/userdialogs.h"
 #include "link/commserror.h"
-#include "registers/numerics.h"
 
 namespace krx {
 namespace {
@@ -38,40 +38,6 @@ std::pair<QString, QString> SplitReadout(const QString& readout) {
   qsizetype end = 0;
   while (end < readout.size() && (readout[end].isDigit() || QStringLiteral("-.+").contains(readout[end]))) ++end;
   return {readout.left(end), readout.mid(end).trimmed()};
-}
-
-constexpr int ticksToMeasureAll = 5;  ///< the voltages, one a tick, take longest
-
-constexpr std::size_t firstStrip3Trace = thermTrace + 1;
-constexpr std::size_t firstFanTrace = 3;
-
-std::size_t FirstTrace(Strip strip) {
-  return strip == Strip::Strip2 ? 0 : firstStrip3Trace;
-}
-std::size_t EndTrace(Strip strip) {
-  return strip == Strip::Strip2 ? firstStrip3Trace : traceCount;
-}
-bool IsFanTrace(std::size_t trace) {
-  return trace >= firstFanTrace && trace < powerTrace;
-}
-
-struct TraceFormat {
-  const char* Unit;
-  int Decimals;
-};
-
-TraceFormat FormatOf(std::size_t trace) {
-  if (trace < firstFanTrace) return {"C", 2};
-  if (IsFanTrace(trace)) return {"RPM", 0};
-  if (trace == powerTrace) return {"W", 2};
-  if (trace == thermTrace) return {"%", 1};
-  return {"V", 3};
-}
-
-/// "40 °C"; "Disabled" stays as it is.
-QString WithDegrees(const std::string& text) {
-  const QString shown = QString::fromStdString(text);
-  return IsNumber(text) ? shown + QStringLiteral(" °C") : shown;
 }
 
 IndicatorState LampOf(const VisualState& state, std::size_t channel) {
@@ -92,11 +58,11 @@ IndicatorState LampOf(const VisualState& state, std::size_t channel) {
 VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, bool readOnly,
                                      QWidget* parent)
     : QWidget(parent), model_(model), bench_(bench), dialogs_(dialogs) {
-  traceShown_.fill(true);
   auto* middle = new QHBoxLayout;
   middle->setSpacing(10);
   card_ = new ChannelCard;
-  middle->addWidget(MakeCharts(), 1);
+  charts_ = new ChartCard(bench_, dialogs_, model_.State());
+  middle->addWidget(charts_, 1);
   middle->addWidget(card_);
   auto* right = new QVBoxLayout;
   right->setSpacing(10);
@@ -157,85 +123,6 @@ QWidget* VisualDisplayPage::MakeTiles() {
   return scroll;
 }
 
-StripChart* VisualDisplayPage::MakeChart(const char* name, Strip strip) {
-  auto* chart = new StripChart(bench_.History);
-  chart->setObjectName(QString::fromLatin1(name));
-  chart->setAccessibleName(QString::fromLatin1(name));
-  const std::size_t first = FirstTrace(strip);
-  std::vector<ChartTrace> traces;
-  for (std::size_t trace = first; trace < EndTrace(strip); ++trace) {
-    const TraceFormat format = FormatOf(trace);
-    traces.push_back({.HistoryIndex = trace,
-                      .Name = QString::fromStdString(model_.State().TraceNames[trace]),
-                      .PaletteIndex = trace - first,
-                      .SecondAxis = IsFanTrace(trace),
-                      .Unit = QString::fromLatin1(format.Unit),
-                      .Decimals = format.Decimals});
-  }
-  chart->SetTraces(traces);
-  connect(chart, &StripChart::ExportWanted, this, [this, chart](ChartFormat format) { ExportChart(*chart, format); });
-  return chart;
-}
-
-QWidget* VisualDisplayPage::MakeCharts() {
-  strip2_ = MakeChart("Strip2", Strip::Strip2);
-  strip2_->SetAxisTitles(tr("Temperature"), tr("Fans"));
-  strip3_ = MakeChart("Strip3", Strip::Strip3);
-  strip3_->SetAxisTitles(tr("Voltage"), {});
-  strip3_->SetValueRange(0, 14);
-  auto* frame = new QFrame;
-  MakeCard(*frame);
-  auto* column = new QVBoxLayout(frame);
-  column->setContentsMargins(8, 8, 8, 8);
-  column->addWidget(strip2_);
-  column->addWidget(strip3_);
-  return frame;
-}
-
-void VisualDisplayPage::SetWaitBudget(WaitBudget* budget) {
-  strip2_->SetWaitBudget(budget);
-  strip3_->SetWaitBudget(budget);
-}
-
-void VisualDisplayPage::ExportChart(StripChart& chart, ChartFormat format) {
-  struct File {
-    const char* Filter;
-    const char* Name;
-  };
-  const File file = format == ChartFormat::Png   ? File{"Pictures (*.png)|*.png", "chart.png"}
-                    : format == ChartFormat::Pdf ? File{"Documents (*.pdf)|*.pdf", "chart.pdf"}
-                                                 : File{"Comma-separated values (*.csv)|*.csv", "chart.csv"};
-  const auto name = dialogs_.SaveFile(tr(file.Filter), QString::fromLatin1(file.Name));
-  if (name && !chart.Export(format, *name)) dialogs_.Exclamation(tr("The file %1 could not be written.").arg(*name));
-}
-
-QWidget* VisualDisplayPage::MakeZoneRow() {
-  zoneRow_ = new QWidget;
-  zoneRow_->setObjectName(QStringLiteral("pnlDynamicTmin"));
-  auto* row = new QHBoxLayout(zoneRow_);
-  row->setContentsMargins(0, 0, 0, 0);
-  QLabel* title = MakeLabel("", 1, true);
-  title->setText(tr("Tmin / operating point"));
-  row->addWidget(title);
-  for (std::size_t zone = 0; zone < tminLabels_.size(); ++zone) {
-    row->addSpacing(fontMetrics().averageCharWidth() * 3);
-    QLabel* name = MakeLabel("", 1, false, true);
-    name->setText(QString::fromStdString(std::string(channels[zone].Caption)));
-    tminLabels_[zone] = MakeLabel("", 1, false);
-    tminLabels_[zone]->setObjectName(QStringLiteral("lblTmin_%1").arg(zone));
-    opPointLabels_[zone] = MakeLabel("", 1, false);
-    opPointLabels_[zone]->setObjectName(QStringLiteral("lblOpPoint_%1").arg(zone));
-    QLabel* slash = MakeLabel("", 1, false, true);
-    slash->setText(QStringLiteral("/"));
-    row->addWidget(name);
-    row->addWidget(tminLabels_[zone]);
-    row->addWidget(slash);
-    row->addWidget(opPointLabels_[zone]);
-  }
-  row->addStretch(1);
-  return zoneRow_;
-}
-
 QPushButton* VisualDisplayPage::AddButton(const char* name, const QString& text) {
   auto* button = new QPushButton(text);
   button->setObjectName(QString::fromLatin1(name));
@@ -275,7 +162,8 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   auto* column = new QVBoxLayout(frame);
   column->setContentsMargins(14, 8, 14, 8);
   column->addLayout(row);
-  column->addWidget(MakeZoneRow());
+  zoneRow_ = new ZoneRow;
+  column->addWidget(zoneRow_);
   return frame;
 }
 
@@ -307,6 +195,14 @@ void VisualDisplayPage::ShowAll() {
   ShowReadings(old_);
 }
 
+void VisualDisplayPage::SetWaitBudget(WaitBudget* budget) {
+  charts_->SetWaitBudget(budget);
+}
+
+void VisualDisplayPage::Posted() {
+  charts_->Posted();
+}
+
 void VisualDisplayPage::ShowFrames() {
   const VisualState& state = model_.State();
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
@@ -317,29 +213,10 @@ void VisualDisplayPage::ShowFrames() {
     tile.SetMark(state.Marks[channel]);
     tile.setVisible(state.ChannelShown[channel]);
     // Only what the chart in sight draws has a colour: the other chart uses the same ones again.
-    const Channel& row = channels[channel];
-    const bool drawn = row.Chart == state.ShownStrip;
-    tile.SetTrace(drawn ? std::optional(static_cast<int>(row.Trace - FirstTrace(row.Chart))) : std::nullopt);
+    const bool drawn = channels[channel].Chart == state.ShownStrip;
+    tile.SetTrace(drawn ? std::optional(ChartCard::TraceNumber(channel)) : std::nullopt);
   }
-  strip2_->SetCaption(QString::fromStdString(state.Strip2Caption));
-  strip3_->SetCaption(QString::fromStdString(state.Strip3Caption));
-  strip2_->setVisible(state.ShownStrip == Strip::Strip2);
-  strip3_->setVisible(state.ShownStrip == Strip::Strip3);
-  if (std::exchange(strip2Range_, state.Strip2Range) != state.Strip2Range)
-    strip2_->SetValueRange(state.Strip2Range.Minimum, state.Strip2Range.Maximum);
-  for (std::size_t trace = 0; trace < traceCount; ++trace) {
-    StripChart& chart = trace < firstStrip3Trace ? *strip2_ : *strip3_;
-    const int number = static_cast<int>(trace < firstStrip3Trace ? trace : trace - firstStrip3Trace);
-    chart.SetTraceName(number, QString::fromStdString(state.TraceNames[trace]));
-    // Only a change: between two, the user may switch traces on and off.
-    if (std::exchange(traceShown_[trace], state.TraceShown[trace]) != state.TraceShown[trace])
-      chart.SetTraceVisible(number, state.TraceShown[trace]);
-  }
-  const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  const Channel& row = channels[selected];
-  const bool drawn = row.Chart == state.ShownStrip;
-  (row.Chart == Strip::Strip2 ? strip2_ : strip3_)
-      ->SetSelectedTrace(drawn ? static_cast<int>(row.Trace - FirstTrace(row.Chart)) : -1);
+  charts_->ShowState(state);
 }
 
 void VisualDisplayPage::ShowReadings(bool old) {
@@ -348,43 +225,17 @@ void VisualDisplayPage::ShowReadings(bool old) {
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
     const auto [value, unit] =
         SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
-    const bool read = ticks_ > 0;  // a zero that nobody measured is no reading
+    const bool read = !charts_->NothingPosted();  // a zero that nobody measured is no reading
     tiles_[channel]->SetReading(read ? value : QStringLiteral("–"), unit);
     tiles_[channel]->SetOld(old && read);
     lamps_[channel]->SetState(LampOf(state, channel));
   }
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  card_->ShowReading(state, selected, RangeOf(selected), old);
+  card_->ShowReading(state, selected, charts_->RangeOf(selected), old);
   pwm_->Show(state, old);
-  for (std::size_t zone = 0; zone < tminLabels_.size(); ++zone) {
-    const QString name = QString::fromStdString(std::string(channels[zone].Caption));
-    SetNamedText(*tminLabels_[zone], tr("Tmin, %1").arg(name), WithDegrees(state.TminTexts[zone]));
-    SetNamedText(*opPointLabels_[zone], tr("Operating point, %1").arg(name), WithDegrees(state.OpPointTexts[zone]));
-    SetMuted(*tminLabels_[zone], old);
-    SetMuted(*opPointLabels_[zone], old);
-  }
+  zoneRow_->ShowReading(state, old);
   zoneRow_->setVisible(bench_.Display.DynamicTminShown);
-  strip2_->SetCaption(QString::fromStdString(state.Strip2Caption));
-}
-
-SeenRange VisualDisplayPage::RangeOf(std::size_t channel) const {
-  const bool volts = channel == currentChannel && bench_.Power.PowerMode;  // its trace is not what the readout shows
-  if (volts || ticks_ < ticksToMeasureAll) return {};
-  const TraceHistory& history = bench_.History;
-  const TraceColumn range = history.Range(channels[channel].Trace, measuredFrom_, history.LastTime() + 1);
-  if (range.Empty()) return {};
-  return {true, range.Min, range.Max};
-}
-
-void VisualDisplayPage::Posted() {
-  // The first rows hold zeros for the channels whose turn has not come yet: neither a minimum nor a picture of them.
-  if (++ticks_ == ticksToMeasureAll) {
-    measuredFrom_ = bench_.History.LastTime();
-    strip2_->Clear();
-    strip3_->Clear();
-  }
-  strip2_->Posted();
-  strip3_->Posted();
+  charts_->ShowReading(state);
 }
 
 }  // namespace krx

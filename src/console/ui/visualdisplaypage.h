@@ -7,20 +7,18 @@
 
 #include "console/visualmodel.h"
 
-class QLabel;
 class QPushButton;
 
 namespace krx {
 
 class ChannelCard;
 class ChannelTile;
+class ChartCard;
 class Indicator;
 class PwmPanel;
-class StripChart;
 class UserDialogs;
 class WaitBudget;
-enum class ChartFormat;
-struct SeenRange;
+class ZoneRow;
 struct Workbench;
 
 /// Tab "Visual Display": shows the VisualModel's state and hands it what the user does.
@@ -50,14 +48,9 @@ class VisualDisplayPage : public QWidget {
 
  private:
   QWidget* MakeTiles();
-  QWidget* MakeCharts();
-  StripChart* MakeChart(const char* name, Strip strip);
-  QWidget* MakeZoneRow();
   QWidget* MakeBottom(bool readOnly);
   QPushButton* AddButton(const char* name, const QString& text);
   void ShowFrames();
-  void ExportChart(StripChart& chart, ChartFormat format);
-  SeenRange RangeOf(std::size_t channel) const;
   bool Do(const std::function<void()>& action);
   void MoveLimit(const std::function<void()>& action, bool dragging);
 
@@ -66,17 +59,10 @@ class VisualDisplayPage : public QWidget {
   UserDialogs& dialogs_;
   std::array<ChannelTile*, channelCount> tiles_{};
   std::array<Indicator*, channelCount> lamps_{};
-  StripChart* strip2_ = nullptr;
-  StripChart* strip3_ = nullptr;
+  ChartCard* charts_ = nullptr;
   ChannelCard* card_ = nullptr;
   PwmPanel* pwm_ = nullptr;
-  QWidget* zoneRow_ = nullptr;
-  std::array<QLabel*, 3> tminLabels_{};
-  std::array<QLabel*, 3> opPointLabels_{};
-  std::array<bool, traceCount> traceShown_;
-  GaugeScale strip2Range_;
-  int ticks_ = 0;
-  std::int64_t measuredFrom_ = 0;  ///< time of the first row in which every channel was measured
+  ZoneRow* zoneRow_ = nullptr;
   bool old_ = true;
 };
 

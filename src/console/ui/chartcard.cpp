@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/chartcard.h"
+
+#include <QVBoxLayout>
+#include <utility>
+
+#include "console/ui/channelcard.h"
+#include "console/workbench.h"
+#include "controls/ui/palette.h"
+#include "controls/ui/stripchart.h"
+#include "controls/ui/userdialogs.h"
+
+namespace krx {
+namespace {
+
+constexpr int ticksToMeasureAll = 5;  ///< the voltages, one a tick, take longest
+
+constexpr std::size_t firstStrip3Trace = thermTrace + 1;
+constexpr std::size_t firstFanTrace = 3;
+
+std::size_t FirstTrace(Strip strip) {
+  return strip == Strip::Strip2 ? 0 : firstStrip3Trace;
+}
+std::size_t EndTrace(Strip strip) {
+  return strip == Strip::Strip2 ? firstStrip3Trace : traceCount;
+}
+bool IsFanTrace(std::size_t trace) {
+  return trace >= firstFanTrace && trace < powerTrace;
+}
+
+struct TraceFormat {
+  const char* Unit;
+  int Decimals;
+};
+
+TraceFormat FormatOf(std::size_t trace) {
+  if (trace < firstFanTrace) return {"C", 2};
+  if (IsFanTrace(trace)) return {"RPM", 0};
+  if (trace == powerTrace) return {"W", 2};
+  if (trace == thermTrace) return {"%", 1};
+  return {"V", 3};
+}
+
+}  // namespace
+
+ChartCard::ChartCard(const Workbench& bench, UserDialogs& dialogs, const VisualState& state, QWidget* parent)
+    : QFrame(parent),
+      bench_(bench),
+      dialogs_(dialogs),
+      strip2_(MakeChart("Strip2", Strip::Strip2, state)),
+      strip3_(MakeChart("Strip3", Strip::Strip3, state)) {
+  traceShown_.fill(true);
+  strip2_->SetAxisTitles(tr("Temperature"), tr("Fans"));
+  strip3_->SetAxisTitles(tr("Voltage"), {});
+  strip3_->SetValueRange(0, 14);
+  MakeCard(*this);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(8, 8, 8, 8);
+  column->addWidget(strip2_);
+  column->addWidget(strip3_);
+}
+
+StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualState& state) {
+  auto* chart = new StripChart(bench_.History, this);
+  chart->setObjectName(QString::fromLatin1(name));
+  chart->setAccessibleName(QString::fromLatin1(name));
+  const std::size_t first = FirstTrace(strip);
+  std::vector<ChartTrace> traces;
+  for (std::size_t trace = first; trace < EndTrace(strip); ++trace) {
+    const TraceFormat format = FormatOf(trace);
+    traces.push_back({.HistoryIndex = trace,
+                      .Name = QString::fromStdString(state.TraceNames[trace]),
+                      .PaletteIndex = trace - first,
+                      .SecondAxis = IsFanTrace(trace),
+                      .Unit = QString::fromLatin1(format.Unit),
+                      .Decimals = format.Decimals});
+  }
+  chart->SetTraces(traces);
+  connect(chart, &StripChart::ExportWanted, this, [this, chart](ChartFormat format) { ExportChart(*chart, format); });
+  return chart;
+}
+
+void ChartCard::SetWaitBudget(WaitBudget* budget) {
+  strip2_->SetWaitBudget(budget);
+  strip3_->SetWaitBudget(budget);
+}
+
+void ChartCard::ExportChart(StripChart& chart, ChartFormat format) {
+  struct File {
+    const char* Filter;
+    const char* Name;
+  };
+  const File file = format == ChartFormat::Png   ? File{"Pictures (*.png)|*.png", "chart.png"}
+                    : format == ChartFormat::Pdf ? File{"Documents (*.pdf)|*.pdf", "chart.pdf"}
+                                                 : File{"Comma-separated values (*.csv)|*.csv", "chart.csv"};
+  const auto name = dialogs_.SaveFile(tr(file.Filter), QString::fromLatin1(file.Name));
+  if (name && !chart.Export(format, *name)) dialogs_.Exclamation(tr("The file %1 could not be written.").arg(*name));
+}
+
+void ChartCard::ShowState(const VisualState& state) {
+  strip2_->SetCaption(QString::fromStdString(state.Strip2Caption));
+  strip3_->SetCaption(QString::fromStdString(state.Strip3Caption));
+  strip2_->setVisible(state.ShownStrip == Strip::Strip2);
+  strip3_->setVisible(state.ShownStrip == Strip::Strip3);
+  if (std::exchange(strip2Range_, state.Strip2Range) != state.Strip2Range)
+    strip2_->SetValueRange(state.Strip2Range.Minimum, state.Strip2Range.Maximum);
+  for (std::size_t trace = 0; trace < traceCount; ++trace) {
+    StripChart& chart = trace < firstStrip3Trace ? *strip2_ : *strip3_;
+    const int number = static_cast<int>(trace < firstStrip3Trace ? trace : trace - firstStrip3Trace);
+    chart.SetTraceName(number, QString::fromStdString(state.TraceNames[trace]));
+    // Only a change: between two, the user may switch traces on and off.
+    if (std::exchange(traceShown_[trace], state.TraceShown[trace]) != state.TraceShown[trace])
+      chart.SetTraceVisible(number, state.TraceShown[trace]);
+  }
+  const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  const Strip strip = channels[selected].Chart;
+  (strip == Strip::Strip2 ? strip2_ : strip3_)
+      ->SetSelectedTrace(strip == state.ShownStrip ? TraceNumber(selected) : -1);
+}
+
+void ChartCard::ShowReading(const VisualState& state) {
+  strip2_->SetCaption(QString::fromStdString(state.Strip2Caption));
+}
+
+SeenRange ChartCard::RangeOf(std::size_t channel) const {
+  const bool volts = channel == currentChannel && bench_.Power.PowerMode;  // its trace is not what the readout shows
+  if (volts || ticks_ < ticksToMeasureAll) return {};
+  const TraceHistory& history = bench_.History;
+  const TraceColumn range = history.Range(channels[channel].Trace, measuredFrom_, history.LastTime() + 1);
+  if (range.Empty()) return {};
+  return {true, range.Min, range.Max};
+}
+
+int ChartCard::TraceNumber(std::size_t channel) {
+  const Channel& row = channels[channel];
+  return static_cast<int>(row.Trace - FirstTrace(row.Chart));
+}
+
+void ChartCard::Posted() {
+  // The first rows hold zeros for the channels whose turn has not come yet: neither a minimum nor a picture of them.
+  if (++ticks_ == ticksToMeasureAll) {
+    measuredFrom_ = bench_.History.LastTime();
+    strip2_->Clear();
+    strip3_->Clear();
+  }
+  strip2_->Posted();
+  strip3_->Posted();
+}
+
+}  // namespace krx

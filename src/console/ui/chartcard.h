@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QFrame>
+
+#include "console/visualmodel.h"
+
+namespace krx {
+
+class StripChart;
+class UserDialogs;
+class WaitBudget;
+enum class ChartFormat;
+struct SeenRange;
+struct Workbench;
+
+/// The two strip charts, of which one is in sight, over the workbench's history.
+class ChartCard : public QFrame {
+  Q_OBJECT
+ public:
+  /// state names the traces until the first ShowState.
+  ChartCard(const Workbench& bench, UserDialogs& dialogs, const VisualState& state, QWidget* parent = nullptr);
+
+  /// Which chart is in sight, and captions, range and traces of both.
+  void ShowState(const VisualState& state);
+  /// What changes with every reading.
+  void ShowReading(const VisualState& state);
+  /// Keeps the redraws out of the waits before transfers. The budget is to outlive the card.
+  void SetWaitBudget(WaitBudget* budget);
+  /// A tick has appended to the history.
+  void Posted();
+
+  /// No tick yet: what a channel shows is a zero that nobody measured.
+  bool NothingPosted() const { return ticks_ == 0; }
+  /// What the channel's trace measured in this run; none before every channel had its turn, nor for a current.
+  SeenRange RangeOf(std::size_t channel) const;
+  /// Number of the channel's trace in its chart, and of its colour.
+  static int TraceNumber(std::size_t channel);
+
+ private:
+  StripChart* MakeChart(const char* name, Strip strip, const VisualState& state);
+  void ExportChart(StripChart& chart, ChartFormat format);
+
+  const Workbench& bench_;
+  UserDialogs& dialogs_;
+  StripChart* strip2_;
+  StripChart* strip3_;
+  std::array<bool, traceCount> traceShown_;
+  GaugeScale strip2Range_;
+  int ticks_ = 0;
+  std::int64_t measuredFrom_ = 0;  ///< time of the first row in which every channel was measured
+};
+
+}  // namespace krx
