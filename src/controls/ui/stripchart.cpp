@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/stripchart.h"
 
-#include <QAction>
 #include <QBoxLayout>
 #include <QEvent>
 #include <QFile>
 #include <QLabel>
-#include <QMenu>
 #include <QScopeGuard>
 #include <QToolButton>
 #include <algorithm>
@@ -15,23 +13,13 @@
 
 #include "controls/chartcsv.h"
 #include "controls/ui/chartnavigation.h"
+#include "controls/ui/chartredraw.h"
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/traceplottable.h"
 
 namespace krx {
 
 namespace {
-
-constexpr int kTicksPerRedraw = 5;
-constexpr qint64 kPostedMilliseconds = 50;  // five ticks of 10 ms; slower ticks need not wait for the fifth
-constexpr qint64 kUserMilliseconds = 16;
-constexpr double kRedrawMargin = 1.3;  // of what the last redraw took
-
-QString WithUnit(double value, const ChartTrace& trace, bool sign) {
-  QString text = QString::number(value, 'f', trace.Decimals);
-  if (sign && !text.startsWith(QLatin1Char('-'))) text.prepend(QLatin1Char('+'));
-  return trace.Unit.isEmpty() ? text : text + QLatin1Char(' ') + trace.Unit;
-}
 
 // The next of 1, 2, 2.5, 5, 10 times a power of ten.
 double RoundUp(double value) {
@@ -54,21 +42,16 @@ StripChart::StripChart(const TraceHistory& history, QWidget* parent)
   setFocusProxy(plot_);
   // The plot also redraws by itself, when it is resized: the axes are to be right then too.
   connect(plot_, &QCustomPlot::beforeReplot, this, &StripChart::PlaceAxes);
-  redraw_.setSingleShot(true);
-  connect(&redraw_, &QTimer::timeout, this, &StripChart::Redraw);
-  sinceRedraw_.start();
+  redraw_ = new ChartRedraw(*this, *plot_);
+  connect(traces_, &ChartTraces::Changed, redraw_, &ChartRedraw::Request);
+  connect(traces_, &ChartTraces::Toggled, this, &StripChart::TraceToggled);
   ConnectNavigation();
   Restyle(Palette::For(*this));
   ShowMode();
 }
 
-StripChart::~StripChart() {
-  if (budget_) budget_->Forget(this);
-}
-
 void StripChart::SetWaitBudget(WaitBudget* budget) {
-  if (budget_) budget_->Forget(this);
-  budget_ = budget;
+  redraw_->SetWaitBudget(budget);
 }
 
 void StripChart::ConnectNavigation() {
@@ -98,66 +81,14 @@ void StripChart::ConnectNavigation() {
     plot_->setAccessibleDescription(cursor_->Text());
   });
   connect(navigation, &ChartNavigation::OverlayChanged, this, [this] { plot_->layer("overlay")->replot(); });
-  connect(navigation, &ChartNavigation::LegendClicked, this, [this](QCPAbstractPlottable* plottable) {
-    for (const ShownTrace& trace : traces_) {
-      if (trace.Plottable != plottable) continue;
-      // The entry is still in use by the library when it tells of the click, and hiding the trace deletes it.
-      QMetaObject::invokeMethod(trace.Toggle, &QAction::trigger, Qt::QueuedConnection);
-    }
-  });
+  connect(navigation, &ChartNavigation::LegendClicked, traces_, &ChartTraces::Trigger);
 }
 
 void StripChart::SetTraces(const std::vector<ChartTrace>& traces) {
-  plot_->legend->clearItems();
-  for (const ShownTrace& trace : traces_) plot_->removePlottable(trace.Plottable);
-  traceMenu_->clear();
-  traces_.clear();
-  selected_ = -1;
-  for (const ChartTrace& settings : traces) {
-    const int channel = TraceCount();
-    auto* plottable = new TracePlottable(plot_->xAxis, settings.SecondAxis ? plot_->yAxis2 : plot_->yAxis, history_,
-                                         settings.HistoryIndex);
-    plottable->SetFirstTime(view_.FirstTime());
-    plottable->setName(settings.Name);
-    QAction* toggle = traceMenu_->addAction(settings.Name);
-    toggle->setCheckable(true);
-    toggle->setChecked(true);
-    connect(toggle, &QAction::triggered, this, [this, channel](bool on) {
-      SetTraceVisible(channel, on);
-      emit TraceToggled(channel, on);
-    });
-    traces_.push_back({settings, plottable, toggle, true});
-  }
+  traces_->Set(traces);
   Restyle(Palette::For(*this));
-  RebuildLegend();
-  RequestRedraw();
-}
-
-void StripChart::SetTraceVisible(int channel, bool visible) {
-  ShownTrace& trace = traces_.at(static_cast<std::size_t>(channel));
-  if (trace.Visible == visible) return;
-  trace.Visible = visible;
-  trace.Plottable->setVisible(visible);
-  trace.Toggle->setChecked(visible);
-  RebuildLegend();
-  RequestRedraw();
-}
-
-void StripChart::SetTraceName(int channel, const QString& name) {
-  ShownTrace& trace = traces_.at(static_cast<std::size_t>(channel));
-  if (trace.Settings.Name == name) return;
-  trace.Settings.Name = name;
-  trace.Plottable->setName(name);
-  trace.Toggle->setText(name);
-  WrapLegend(*plot_);
-  RequestRedraw();
-}
-
-void StripChart::SetSelectedTrace(int channel) {
-  if (channel == selected_) return;
-  selected_ = channel;
-  for (int i = 0; i < TraceCount(); ++i) traces_[static_cast<std::size_t>(i)].Plottable->SetStrong(i == channel);
-  RequestRedraw();
+  traces_->RebuildLegend();
+  redraw_->Request();
 }
 
 void StripChart::SetCaption(const QString& caption) {
@@ -172,45 +103,41 @@ QString StripChart::Caption() const {
 void StripChart::SetAxisTitles(const QString& left, const QString& right) {
   plot_->yAxis->setLabel(left);
   plot_->yAxis2->setLabel(right);
-  RequestRedraw();
+  redraw_->Request();
 }
 
 void StripChart::SetValueRange(double min, double max) {
   left_ = {min, max};
-  RequestRedraw();
+  redraw_->Request();
 }
 
 void StripChart::SetSecondValueRange(double min, double max) {
   right_ = {min, max};
-  RequestRedraw();
+  redraw_->Request();
 }
 
 void StripChart::CopySettings(const StripChart& other) {
-  std::vector<ChartTrace> settings;
-  for (const ShownTrace& trace : other.traces_) settings.push_back(trace.Settings);
-  SetTraces(settings);
+  SetTraces(other.traces_->Settings());
   for (int i = 0; i < TraceCount(); ++i) SetTraceVisible(i, other.TraceVisible(i));
-  SetSelectedTrace(other.selected_);
+  SetSelectedTrace(other.traces_->Selected());
   SetCaption(other.Caption());
   SetAxisTitles(other.plot_->yAxis->label(), other.plot_->yAxis2->label());
   left_ = other.left_;
   right_ = other.right_;
-  SetWaitBudget(other.budget_);
+  SetWaitBudget(other.redraw_->Budget());
 }
 
 void StripChart::Clear() {
   view_.Clear();
   values_ = ValueMode::Set;
-  for (const ShownTrace& trace : traces_) trace.Plottable->SetFirstTime(view_.FirstTime());
+  traces_->TakeFirstTime();
   ShowMode();
-  RequestRedraw();
+  redraw_->Request();
 }
 
 void StripChart::Posted() {
   if (Mode() == ChartMode::Paused && history_.LastTime() >= view_.Shown().End) return;
-  dirty_ = true;
-  ++ticks_;
-  if (Drawable() && (ticks_ >= kTicksPerRedraw || sinceRedraw_.elapsed() >= kPostedMilliseconds)) Redraw();
+  redraw_->Posted();
 }
 
 void StripChart::Live() {
@@ -274,35 +201,10 @@ void StripChart::MoveCursor(std::optional<QPointF> pixel) {
   plot_->layer("overlay")->replot();
 }
 
-std::vector<CursorRow> StripChart::CursorRows(std::int64_t time) const {
-  std::vector<CursorRow> rows;
-  const std::int64_t start = std::max(view_.Shown().Begin, view_.FirstTime());
-  for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible) continue;
-    CursorRow row{trace.Settings.Name, QStringLiteral("–"), {}, trace.Plottable->pen().color()};
-    const std::size_t index = trace.Settings.HistoryIndex;
-    const auto here = history_.LastUpTo(index, time);
-    if (here && here->Time >= view_.FirstTime() && time <= history_.LastTime()) {
-      const double value = static_cast<double>(here->Value);
-      row.Value = WithUnit(value, trace.Settings, false);
-      if (const auto first = history_.FirstFrom(index, start); first && first->Time <= here->Time)
-        row.Delta = WithUnit(value - static_cast<double>(first->Value), trace.Settings, true);
-    }
-    rows.push_back(row);
-  }
-  return rows;
-}
-
-StripChart::ValueRange StripChart::ValuesOn(bool secondAxis, ChartSpan span) const {
-  TraceColumn all;
-  for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible || trace.Settings.SecondAxis != secondAxis) continue;
-    const TraceColumn range =
-        history_.Range(trace.Settings.HistoryIndex, std::max(span.Begin, view_.FirstTime()), span.End);
-    all = {std::min(all.Min, range.Min), std::max(all.Max, range.Max)};
-  }
-  const ValueRange set = secondAxis ? right_ : left_;
-  return all.Empty() ? set : ValueRange{static_cast<double>(all.Min), static_cast<double>(all.Max)};
+StripChart::ValueRange StripChart::ValuesOn(bool secondAxis) const {
+  const TraceColumn found = traces_->Range(secondAxis);
+  if (found.Empty()) return secondAxis ? right_ : left_;
+  return {static_cast<double>(found.Min), static_cast<double>(found.Max)};
 }
 
 void StripChart::PlaceAxes() {
@@ -312,11 +214,11 @@ void StripChart::PlaceAxes() {
   if (ticker) ticker->setTimeFormat(shown.Length() < 10'000'000 ? "%h:%m:%s.%z" : "%h:%m:%s");
   if (values_ == ValueMode::Set) {
     plot_->yAxis->setRange(left_.Min, left_.Max);
-    const double highest = ValuesOn(true, shown).Max;
+    const double highest = ValuesOn(true).Max;
     plot_->yAxis2->setRange(right_.Min, highest > right_.Max ? RoundUp(highest) : right_.Max);
   } else if (values_ == ValueMode::Fitted) {
     for (const bool second : {false, true}) {
-      const ValueRange found = ValuesOn(second, shown);
+      const ValueRange found = ValuesOn(second);
       const double margin = std::max((found.Max - found.Min) * 0.05, 0.01);
       (second ? plot_->yAxis2 : plot_->yAxis)->setRange(found.Min - margin, found.Max + margin);
     }
@@ -325,34 +227,8 @@ void StripChart::PlaceAxes() {
 
 void StripChart::UserChanged() {
   ShowMode();
-  RequestRedraw();
+  redraw_->Request();
   emit RangeChanged();
-}
-
-bool StripChart::Drawable() const {
-  return isVisible() && !window()->isMinimized();
-}
-
-void StripChart::RequestRedraw() {
-  dirty_ = true;
-  if (!Drawable() || redraw_.isActive()) return;
-  const qint64 passed = sinceRedraw_.elapsed();
-  redraw_.start(passed >= kUserMilliseconds ? 0 : static_cast<int>(kUserMilliseconds - passed));
-}
-
-void StripChart::Redraw() {
-  if (!Drawable()) return;
-  redraw_.stop();
-  if (budget_ && redrawSeconds_ * kRedrawMargin > budget_->SecondsLeft()) {
-    budget_->CallAfterwards(this, [this] { Redraw(); });
-    return;
-  }
-  ticks_ = 0;
-  dirty_ = false;
-  sinceRedraw_.restart();
-  plot_->replot(QCustomPlot::rpQueuedRefresh);
-  redrawSeconds_ = static_cast<double>(sinceRedraw_.nsecsElapsed()) * 1e-9;
-  sinceRedraw_.restart();
 }
 
 bool StripChart::Export(ChartFormat format, const QString& fileName) {
@@ -363,7 +239,7 @@ bool StripChart::SavePicture(ChartFormat format, const QString& fileName) {
   const auto restore = qScopeGuard([this] {
     arrows_->setVisible(true);
     Restyle(Palette::For(*this));
-    RequestRedraw();
+    redraw_->Request();
   });
   arrows_->setVisible(false);
   PlaceAxes();
@@ -373,16 +249,10 @@ bool StripChart::SavePicture(ChartFormat format, const QString& fileName) {
 }
 
 bool StripChart::SaveValues(const QString& fileName) const {
-  std::vector<CsvColumn> columns;
-  for (const auto& [settings, plottable, toggle, visible] : traces_) {
-    if (!visible) continue;
-    const QString unit = settings.Unit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(settings.Unit);
-    columns.push_back({settings.HistoryIndex, (settings.Name + unit).toStdString()});
-  }
   ChartSpan span = view_.Shown();
   span.Begin = std::max(span.Begin, view_.FirstTime());
   std::ofstream file(QFile::encodeName(fileName).toStdString(), std::ios::binary);
-  WriteChartCsv(file, history_, span, columns);
+  WriteChartCsv(file, history_, span, traces_->Columns());
   file.close();
   return !file.fail();
 }
@@ -396,10 +266,10 @@ void StripChart::changeEvent(QEvent* event) {
     case QEvent::StyleChange:
       Restyle(Palette::For(*this));
       ShowMode();
-      RequestRedraw();
+      redraw_->Request();
       break;
     case QEvent::ActivationChange:  // also tells that a minimised window is back
-      if (dirty_) RequestRedraw();
+      redraw_->CatchUp();
       break;
     default:
       break;
@@ -408,7 +278,7 @@ void StripChart::changeEvent(QEvent* event) {
 
 void StripChart::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  if (dirty_) RequestRedraw();
+  redraw_->CatchUp();
 }
 
 void StripChart::resizeEvent(QResizeEvent* event) {

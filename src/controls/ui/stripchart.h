@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QElapsedTimer>
 #include <QString>
-#include <QTimer>
 #include <QWidget>
-#include <cstddef>
 #include <optional>
 #include <vector>
 
 #include "controls/chartview.h"
 #include "controls/tracehistory.h"
+#include "controls/ui/charttraces.h"
 #include "controls/ui/tracecursor.h"
 #include "controls/ui/zoomarrows.h"
 #include "controls/waitbudget.h"
 
-class QAction;
 class QBoxLayout;
 class QLabel;
 class QMenu;
@@ -23,18 +20,7 @@ class QToolButton;
 
 namespace krx {
 
-class ChartNavigation;
-class TracePlottable;
-
-/// One trace of a chart. Its place in the list given to SetTraces is its channel number.
-struct ChartTrace {
-  std::size_t HistoryIndex = 0;  ///< which trace of the history
-  QString Name;                  ///< legend, menu, cursor, export
-  std::size_t PaletteIndex = 0;  ///< colour: 0..8 of Palette::traces
-  bool SecondAxis = false;       ///< measured against the right axis
-  QString Unit;                  ///< behind the cursor's value
-  int Decimals = 2;              ///< of the cursor's value
-};
+class ChartRedraw;
 
 enum class ChartFormat { Png, Pdf, Csv };
 
@@ -47,17 +33,16 @@ class StripChart : public QWidget {
 
  public:
   explicit StripChart(const TraceHistory& history, QWidget* parent = nullptr);
-  ~StripChart() override;
 
   void SetTraces(const std::vector<ChartTrace>& traces);
-  int TraceCount() const { return static_cast<int>(traces_.size()); }
-  const ChartTrace& Trace(int channel) const { return traces_.at(static_cast<std::size_t>(channel)).Settings; }
+  int TraceCount() const { return traces_->Count(); }
+  const ChartTrace& Trace(int channel) const { return traces_->At(channel); }
 
-  void SetTraceVisible(int channel, bool visible);
-  bool TraceVisible(int channel) const { return traces_.at(static_cast<std::size_t>(channel)).Visible; }
-  void SetTraceName(int channel, const QString& name);
+  void SetTraceVisible(int channel, bool visible) { traces_->SetVisible(channel, visible); }
+  bool TraceVisible(int channel) const { return traces_->Visible(channel); }
+  void SetTraceName(int channel, const QString& name) { traces_->SetName(channel, name); }
   /// Draws this channel's trace stronger than the others; -1 none.
-  void SetSelectedTrace(int channel);
+  void SetSelectedTrace(int channel) { traces_->Select(channel); }
 
   void SetCaption(const QString& caption);
   QString Caption() const;
@@ -112,12 +97,6 @@ class StripChart : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  struct ShownTrace {
-    ChartTrace Settings;
-    TracePlottable* Plottable = nullptr;
-    QAction* Toggle = nullptr;
-    bool Visible = true;
-  };
   struct ValueRange {
     double Min = 0;
     double Max = 100;
@@ -129,25 +108,18 @@ class StripChart : public QWidget {
   void BuildPlot();
   void ConnectNavigation();
   void Restyle(const Palette& palette);
-  void RebuildLegend();
   void ShowMode();
   void PlaceAxes();
-  ValueRange ValuesOn(bool secondAxis, ChartSpan span) const;
+  ValueRange ValuesOn(bool secondAxis) const;
   void ZoomToFrame(const QRect& frame);
   void DragEdge(ChartEdge edge, double factor);
-  std::vector<CursorRow> CursorRows(std::int64_t time) const;
   void MoveCursor(std::optional<QPointF> pixel);
   void UserChanged();
-  void RequestRedraw();
-  void Redraw();
-  bool Drawable() const;
   bool SavePicture(ChartFormat format, const QString& fileName);
   bool SaveValues(const QString& fileName) const;
 
   const TraceHistory& history_;
   ChartView view_;
-  std::vector<ShownTrace> traces_;
-  int selected_ = -1;
   ValueRange left_{0, 100};
   ValueRange right_{0, 5000};
   ValueMode values_ = ValueMode::Set;
@@ -166,13 +138,8 @@ class StripChart : public QWidget {
   QCustomPlot* plot_ = nullptr;
   TraceCursor* cursor_ = nullptr;
   ZoomArrows* arrows_ = nullptr;
-
-  QElapsedTimer sinceRedraw_;
-  QTimer redraw_;
-  WaitBudget* budget_ = nullptr;
-  double redrawSeconds_ = 0;  // what the last one took
-  int ticks_ = 0;
-  bool dirty_ = true;
+  ChartTraces* traces_ = nullptr;
+  ChartRedraw* redraw_ = nullptr;
 };
 
 }  // namespace krx

@@ -9,7 +9,6 @@
 
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/stripchart.h"
-#include "controls/ui/traceplottable.h"
 
 namespace krx {
 
@@ -82,32 +81,19 @@ void StripChart::BuildPlot() {
   plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());
   plot_->xAxis2->setTickLabels(false);
   arrows_ = new ZoomArrows(plot_);  // before the cursor, whose box lies above them
-  cursor_ = new TraceCursor(plot_, [this](std::int64_t time) { return CursorRows(time); });
+  cursor_ = new TraceCursor(plot_, [this](std::int64_t time) { return traces_->RowsAt(time); });
+  traces_ = new ChartTraces(*plot_, *traceMenu_, history_, view_);
 }
 
 void StripChart::Restyle(const Palette& palette) {
   StylePlot(*plot_, palette, font());
-  for (const ShownTrace& trace : traces_)
-    trace.Plottable->setPen(palette.traces[trace.Settings.PaletteIndex % palette.traces.size()]);
+  traces_->SetColours(palette);
   cursor_->SetColours(palette);
   arrows_->SetColours(palette);
   QColor frame = palette.accent;
   plot_->selectionRect()->setPen(QPen(frame, 0));
   frame.setAlpha(40);
   plot_->selectionRect()->setBrush(frame);
-  WrapLegend(*plot_);
-}
-
-void StripChart::RebuildLegend() {
-  // Entries are removed and added, never hidden: a hidden one leaves a hole.
-  plot_->legend->clearItems();
-  bool second = false;
-  for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible) continue;
-    trace.Plottable->addToLegend();
-    second = second || trace.Settings.SecondAxis;
-  }
-  plot_->yAxis2->setTickLabels(second);
   WrapLegend(*plot_);
 }
 
