@@ -29,12 +29,15 @@ void SelectItem(QComboBox* list, const std::string& item) {
 
 FanTab::FanTab(FanDialogModel& model, std::size_t fan) : model_(model), fan_(fan) {
   auto* const columns = new QHBoxLayout(this);
-  auto* const output = new QFormLayout;
-  auto* const tach = new QFormLayout;
-  for (QFormLayout* const form : {output, tach}) form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  if (HasOutput()) columns->addLayout(output, 1);
+  const auto addForm = [columns] {
+    auto* const form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    columns->addLayout(form, 1);
+    return form;
+  };
+  QFormLayout* const output = HasOutput() ? addForm() : nullptr;
   columns->addSpacing(fontMetrics().horizontalAdvance("mm"));
-  columns->addLayout(tach, 1);
+  QFormLayout* const tach = addForm();
 
   fanType_ = new QComboBox;
   fanType_->setObjectName(Named("cmbFanType"));
