@@ -162,8 +162,9 @@ void InitForm::MakeResultsPanel() {
   layout->addWidget(results_);
   layout->addWidget(simulated_, 0, Qt::AlignLeft);
   layout->addWidget(instructions_);
-  connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
-    wizard_.Select(row);
+  // The selection, not the current row: a click beside the rows leaves none selected.
+  connect(list_, &QListWidget::itemSelectionChanged, this, [this] {
+    wizard_.Select(list_->selectedItems().isEmpty() ? -1 : list_->currentRow());
     ShowWizard();
   });
   connect(list_, &QListWidget::itemActivated, this, &InitForm::Finish);
