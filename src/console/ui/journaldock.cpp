@@ -22,11 +22,15 @@ namespace {
 
 constexpr int refreshMilliseconds = 200;
 
+QString Hex(std::uint8_t byte) {
+  return QString("%1h").arg(QString::number(byte, 16).toUpper(), 2, QLatin1Char('0'));
+}
+
 QString UndoNotice(const UndoResult& result) {
   if (result.Written.empty() && result.Problems.empty()) return "There is no write to take back";
   QStringList parts;
   for (const UndoStep& step : result.Written) {
-    parts << QString("%1h = %2h").arg(step.Register, 2, 16, QLatin1Char('0')).arg(step.Value, 2, 16, QLatin1Char('0'));
+    parts << QString("%1 = %2").arg(Hex(step.Register), Hex(step.Value));
   }
   QString notice = parts.isEmpty() ? "Nothing was written back" : "Written back: " + parts.join(", ");
   for (const UndoProblem& problem : result.Problems) {

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <optional>
 #include <utility>
@@ -118,7 +119,12 @@ QWidget* VisualDisplayPage::MakeTiles() {
   scroll->setWidgetResizable(true);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(tiles);
-  scroll->setFixedWidth(tiles_[0]->sizeHint().width());
+  // The bar of a low window stands beside the tiles, not over their units.
+  const int width = tiles_[0]->sizeHint().width();
+  scroll->setFixedWidth(width);
+  connect(scroll->verticalScrollBar(), &QScrollBar::rangeChanged, scroll, [scroll, width](int, int maximum) {
+    scroll->setFixedWidth(width + (maximum > 0 ? scroll->verticalScrollBar()->sizeHint().width() : 0));
+  });
   scroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
   return scroll;
 }
