@@ -39,6 +39,7 @@ class Console {
         theme_(ThemeFromName(QString::fromStdString(options.ThemeName))),
         systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light) {
     ApplyThemeChoice(theme_);
+    link_.WritesHeldBack = options.ReadOnly;
     turns_.Around([this](const std::string& name, const std::function<void()>& tick) {
       const BusJournal::OriginScope origin(journal_, name);
       tick();

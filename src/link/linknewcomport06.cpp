@@ -61,6 +61,7 @@ void LinkNewComPort06::ReadRegister() {
     const auto controller = root_.Get().ObtainSmbusController();
     RegisterData = controller->ReadByteData(chip, reg);
   }
+  Seen.Saw(reg, static_cast<std::uint8_t>(RegisterData));
 }
 
 void LinkNewComPort06::WriteRegister() {
@@ -69,15 +70,21 @@ void LinkNewComPort06::WriteRegister() {
   const std::uint8_t reg = ToByte(AddressPointer);
   TransferScope scope(*this, transfers_);
   ++transferCount_;
-  if (CommsMedium == printerPortMedium) {
-    const auto adapter = root_.Get().ObtainPrinterPortAdapter();
-    const auto device = adapter->ObtainBusDevice();
-    device->WriteByteData(chip, reg, data);
-  } else {
-    Delay(smbusWaitSeconds);
-    const auto controller = root_.Get().ObtainSmbusController();
-    controller->WriteByteData(chip, reg, data);
+  try {
+    if (CommsMedium == printerPortMedium) {
+      const auto adapter = root_.Get().ObtainPrinterPortAdapter();
+      const auto device = adapter->ObtainBusDevice();
+      device->WriteByteData(chip, reg, data);
+    } else {
+      Delay(smbusWaitSeconds);
+      const auto controller = root_.Get().ObtainSmbusController();
+      controller->WriteByteData(chip, reg, data);
+    }
+  } catch (...) {
+    if (!WritesHeldBack) Seen.Forget(reg);
+    throw;
   }
+  if (!WritesHeldBack) Seen.Saw(reg, data);
 }
 
 double LinkNewComPort06::ElapsedSeconds() {

@@ -6,6 +6,7 @@
 #include "link/clock.h"
 #include "link/commsroot.h"
 #include "link/eventpump.h"
+#include "link/registerimage.h"
 
 namespace krx {
 
@@ -24,6 +25,10 @@ class LinkNewComPort06 {
   std::int16_t ChipAddress = 0;      ///< 8-bit form on the printer port, 7-bit form on the SMBus
   std::uint8_t CommsMedium = 0;      ///< 1: evaluation board at the printer port; anything else: SMBus
   std::int16_t EvalBoardMedium = 0;  ///< integer copy of CommsMedium for the windows
+
+  RegisterImage Seen;  ///< every byte that a transfer of this link carried
+  bool WritesHeldBack =
+      false;  ///< a read-only run: a write succeeds, but the chip never gets it, and Seen keeps its byte
 
   /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws
   /// Overflow before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData

@@ -7,6 +7,7 @@
 
 #include "link/registeraccess.h"
 #include "support/fakecomms.h"
+#include "support/testbench.h"
 
 namespace krx {
 namespace {
@@ -164,6 +165,26 @@ TEST(Delay, EndsByAnotherClockWhereThePlatformHasNoPerformanceCounter) {
   EXPECT_GE(bench.Time.Now, 5000);
   EXPECT_LT(bench.Time.Now, 5300);
   EXPECT_EQ(bench.Link.ElapsedSeconds(), 0.0);
+}
+
+TEST(Link, RemembersTheByteLastSeenOfEachRegisterAndTellsItsListeners) {
+  TestBench bench;
+  using Told = std::vector<std::pair<int, std::optional<std::uint8_t>>>;
+  Told told;
+  {
+    const auto subscription = bench.Bus.Seen.Subscribe([&](int reg, auto byte) { told.emplace_back(reg, byte); });
+    EXPECT_EQ(bench.Bus.Seen.Byte(0x3E), std::nullopt);
+    ReadByte(bench.Bus, 0x3E);
+    WriteByte(bench.Bus, 0x64, 0x4C);
+    bench.Sim.AddFault(*ParseFault("fail=1+,op=write"));
+    EXPECT_THROW(WriteByte(bench.Bus, 0x64, 0x00), CommsError);
+    EXPECT_EQ(bench.Bus.Seen.Byte(0x64), std::nullopt) << "it may have arrived";
+    bench.Bus.WritesHeldBack = true;
+    EXPECT_THROW(WriteByte(bench.Bus, 0x3E, 0x00), CommsError);
+    EXPECT_EQ(bench.Bus.Seen.Byte(0x3E), 0x41) << "the chip never gets a byte that is held back";
+  }
+  ReadByte(bench.Bus, 0x3F);
+  EXPECT_EQ(told, (Told{{0x3E, 0x41}, {0x64, 0x4C}, {0x64, std::nullopt}}));
 }
 
 }  // namespace
