@@ -11,6 +11,7 @@
 #include "link/linux/linuxcomms.h"
 #include "registers/numerics.h"
 #include "simulator/simcomms.h"
+#include "simulator/simwords.h"
 
 namespace krx {
 namespace {

@@ -57,8 +57,12 @@ std::uint8_t SimBus::ReadChip(bool smbus, std::uint8_t port, std::uint8_t addres
 }
 
 void SimBus::WriteChip(bool smbus, std::uint8_t port, std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
-  Perform(Operation::WriteByteData, address, reg, data,
-          [&](Transfer&) { Find(smbus, port, address).Write(reg, data); });
+  Perform(Operation::WriteByteData, address, reg, data, [&](Transfer&) {
+    SimChip& chip = Find(smbus, port, address);
+    const int stuck = sim_.stuckBits_[reg];
+    if (stuck == 0xFF) return;
+    chip.Write(reg, static_cast<std::uint8_t>((data & ~stuck) | (chip.Peek(reg) & stuck)));
+  });
 }
 
 SimBoard& SimBus::Board(std::uint8_t port) {

@@ -10,7 +10,7 @@ namespace krx {
 
 /// A chip with what surrounds it.
 struct Simulation::Unit {
-  explicit Unit(const SimOptions& options) : Chip(options) {}
+  explicit Unit(const SimOptions& options) : Chip(options), Plant(options.Load) {}
 
   std::uint8_t Address = 0;  ///< in the form that the medium takes
   BusModes Modes = BusModes::Both;

@@ -96,11 +96,17 @@ void Simulation::AddFault(const Fault& fault) {
     case Fault::Kind::RunawayFan:
       plantFaults_.RunawayFan.at(index) = true;
       break;
+    case Fault::Kind::HuntingFan:
+      plantFaults_.HuntingFan.at(index) = true;
+      break;
     case Fault::Kind::OpenDiode:
       openDiode_.at(index) = true;
       break;
     case Fault::Kind::WrongCompanyId:
       companyId_ = fault.Value;
+      break;
+    case Fault::Kind::StuckBits:
+      stuckBits_[fault.Register.value_or(0)] |= fault.Value;
       break;
   }
 }
@@ -114,6 +120,7 @@ void Simulation::ClearFaults() {
   plantFaults_ = {};
   openDiode_ = {};
   companyId_.reset();
+  stuckBits_ = {};
 }
 
 Simulation::Unit& Simulation::UnitNow(Side& side, std::size_t index) {

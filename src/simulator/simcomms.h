@@ -84,6 +84,7 @@ class Simulation {
   PlantFaults plantFaults_;
   std::array<bool, 2> openDiode_{};
   std::optional<std::uint8_t> companyId_;
+  std::array<std::uint8_t, 256> stuckBits_{};  ///< by register
   std::uint8_t selectedPort_ = 0;
   int liveHandles_ = 0;
 };

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "simulator/simtrace.h"
@@ -19,8 +18,10 @@ struct Fault {
     ChipAbsent,      ///< from `Seconds` after the start of the simulation no chip acknowledges
     StalledFan,      ///< fan `Index` (1..4) does not turn, whatever drives it
     RunawayFan,      ///< fan `Index` (1..4) never stops
+    HuntingFan,      ///< fan `Index` (1..4) turns unsteadily
     OpenDiode,       ///< remote diode `Index` (1, 2) is open
     WrongCompanyId,  ///< 0x3E reads `Value`
+    StuckBits,       ///< a write does not change the bits `Value` of `Register`
   };
 
   Kind What = Kind::FailTransfer;
@@ -39,21 +40,6 @@ struct Fault {
   int Index = 1;
   std::uint8_t Value = 0;
 };
-
-/// Reads a fault as the command line takes it; nullopt for anything else. A word, "=", a number, then for "fail" any
-/// of the further words, separated by commas:
-///
-///   fail=N      the Nth bus transfer fails, "fail=N+" all from the Nth on
-///     ,op=NAME    counts read, write, send, receive, control, status, complete, mode, port or report instead
-///     ,reg=HH     counts transfers of the register HH (hexadecimal)
-///     ,noack      as "no acknowledge"
-///     ,number=E   with the error number E
-///   slow=S      every transfer takes S seconds longer
-///   absent=S    no chip answers from S seconds after the start
-///   stall=F     fan F stands still; runaway=F: fan F never stops (1..4)
-///   diode=D     remote diode D is open (1, 2)
-///   company=HH  the company id reads HH (hexadecimal)
-std::optional<Fault> ParseFault(std::string_view text);
 
 /// The planned faults of transfers, counted down as the transfers come.
 class FaultPlan {

@@ -23,6 +23,10 @@ constexpr std::array<FanRow, 4> fanRows{{
 constexpr double speedUpSeconds = 0.8;
 constexpr double slowDownSeconds = 1.2;
 
+// A hunting fan loses its supply for half of each period, long enough to spoil most readings of a second each.
+constexpr std::int64_t huntPeriodSteps = 600;
+constexpr double huntShare = 0.2;
+
 /// The heated zones: Remote1 is cooled by fan 1, Remote2 by fan 2.
 struct HeatRow {
   std::size_t Zone;
@@ -40,7 +44,6 @@ constexpr double localCelsius = 30.0;
 constexpr double localCooledBy = 4.0;  // by fan 3 at full speed
 constexpr std::size_t localFan = 2;
 
-constexpr double loadPeakWatts = 2.0;
 constexpr std::int64_t loadPeriodSteps = 12'000;
 
 constexpr double prochotFromCelsius = 72.0;
@@ -50,9 +53,9 @@ double Lag(double timeConstant) {
   return 1.0 - std::exp(-SimPlant::stepSeconds / timeConstant);
 }
 
-double LoadWatts(std::int64_t step) {
+double LoadWatts(std::int64_t step, double peak) {
   const double phase = static_cast<double>(step % loadPeriodSteps) / static_cast<double>(loadPeriodSteps);
-  return loadPeakWatts * (phase < 0.5 ? 2 * phase : 2 - 2 * phase);
+  return peak * (phase < 0.5 ? 2 * phase : 2 - 2 * phase);
 }
 
 std::array<double, 5> Volts(double load) {
@@ -63,7 +66,7 @@ std::array<double, 5> Volts(double load) {
 
 }  // namespace
 
-SimPlant::SimPlant() {
+SimPlant::SimPlant(double loadPeakWatts) : loadPeakWatts_(loadPeakWatts) {
   for (std::size_t fan = 0; fan < fanRows.size(); ++fan) state_.Rpm[fan] = fanRows[fan].FullRpm;
   const double settled = ambientCelsius + baseWatts / (stillConductance + fanConductance);
   state_.Celsius = {localCelsius - localCooledBy, settled, settled};
@@ -76,14 +79,14 @@ void SimPlant::HoldTemperature(int zone, std::optional<double> celsius) {
 }
 
 void SimPlant::Step(const PlantDrive& drive, const PlantFaults& faults, std::int64_t step) {
-  const double load = LoadWatts(step);
-  StepFans(drive, faults);
+  const double load = LoadWatts(step, loadPeakWatts_);
+  StepFans(drive, faults, step);
   StepHeat(drive, load);
   state_.Volts = Volts(load);
   state_.ProchotShare = std::clamp((state_.Celsius[1] - prochotFromCelsius) / prochotSpanCelsius, 0.0, 1.0);
 }
 
-void SimPlant::StepFans(const PlantDrive& drive, const PlantFaults& faults) {
+void SimPlant::StepFans(const PlantDrive& drive, const PlantFaults& faults, std::int64_t step) {
   static const double up = Lag(speedUpSeconds);
   static const double down = Lag(slowDownSeconds);
   for (std::size_t fan = 0; fan < fanRows.size(); ++fan) {
@@ -95,7 +98,8 @@ void SimPlant::StepFans(const PlantDrive& drive, const PlantFaults& faults) {
       running_[fan] = false;
     }
     if (faults.StalledFan[fan]) running_[fan] = false;
-    const double target = running_[fan] ? row.FullRpm * (0.1 + 0.9 * duty) : 0.0;
+    double target = running_[fan] ? row.FullRpm * (0.1 + 0.9 * duty) : 0.0;
+    if (faults.HuntingFan[fan] && step % huntPeriodSteps >= huntPeriodSteps / 2) target *= huntShare;
     double& rpm = state_.Rpm[fan];
     rpm += (target - rpm) * (target > rpm ? up : down);
   }

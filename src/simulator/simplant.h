@@ -25,6 +25,7 @@ struct PlantDrive {
 struct PlantFaults {
   std::array<bool, 4> StalledFan{};
   std::array<bool, 4> RunawayFan{};
+  std::array<bool, 4> HuntingFan{};
 };
 
 /// The fans and the heat around one chip, in steps of 10 ms. It starts as a board that has been on for a while: fans
@@ -33,7 +34,7 @@ class SimPlant {
  public:
   static constexpr double stepSeconds = 0.01;
 
-  SimPlant();
+  explicit SimPlant(double loadPeakWatts);
   /// One step; `step` numbers it from the start of the simulation and sets the phase of the processor's load.
   void Step(const PlantDrive& drive, const PlantFaults& faults, std::int64_t step);
   const PlantState& State() const { return state_; }
@@ -42,9 +43,10 @@ class SimPlant {
   void HoldTemperature(int zone, std::optional<double> celsius);
 
  private:
-  void StepFans(const PlantDrive& drive, const PlantFaults& faults);
+  void StepFans(const PlantDrive& drive, const PlantFaults& faults, std::int64_t step);
   void StepHeat(const PlantDrive& drive, double loadWatts);
 
+  double loadPeakWatts_;
   PlantState state_;
   std::array<bool, 4> running_{true, true, true, true};
   std::array<std::optional<double>, 3> held_;

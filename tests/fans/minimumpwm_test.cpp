@@ -115,6 +115,7 @@ TEST(MinimumPwm, EveryOtherEndThanSuccessGivesConfigurationAndManualDutyBack) {
       {"never starts",
        [](DetectionBench& bench) { bench.OnWait = [&bench] { bench.Break(Fault::Kind::StalledFan, 1); }; },
        DetectionEnd::NoneFound, 0, ""},
+      {"hunts", [](DetectionBench& bench) { bench.Break(Fault::Kind::HuntingFan, 1); }, DetectionEnd::NoneFound, 0, ""},
       {"never stops", [](DetectionBench& bench) { bench.Break(Fault::Kind::RunawayFan, 1); }, DetectionEnd::DidNotStop,
        100, "Fan Did Not Stop!"},
       {"cancelled", [](DetectionBench& bench) { bench.CancelAfter = 10; }, DetectionEnd::Cancelled, 100, ""},

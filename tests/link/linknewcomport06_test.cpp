@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "link/registeraccess.h"
+#include "simulator/simwords.h"
 #include "support/fakecomms.h"
 #include "support/testbench.h"
 

@@ -9,6 +9,7 @@
 
 #include "link/commserror.h"
 #include "link/registeraccess.h"
+#include "simulator/simwords.h"
 #include "support/testbench.h"
 
 namespace krx {
@@ -153,10 +154,80 @@ TEST(SimFaults, TheCommandLineWordsPlanWhatTheySay) {
   EXPECT_EQ(traffic("fail=2,op=read"), "R25 W5C:62 S90:01 R25! W5C:62 S90:01");
   EXPECT_EQ(traffic("fail=1+,reg=5C,noack"), "R25 W5C:62! S90:01 R25 W5C:62! S90:01");
   EXPECT_EQ(traffic("absent=0"), "R25! W5C:62! S90:01 R25! W5C:62! S90:01");
-  for (const char* text : {"", "fail", "fail=0", "fail=x", "fail=1,", "fail=1,op=eat", "stall=5", "diode=3", "slow=-1",
-                           "company=100", "fail=1,reg=G1", "fail=1 "}) {
-    EXPECT_EQ(traffic(text), "refused") << text;
-  }
+}
+
+TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
+  const auto faultRefused = [](const char* text) {
+    std::string why = "taken";
+    ParseFault(text, &why);
+    return why;
+  };
+  const auto boardRefused = [](const char* text) {
+    std::string why = "taken";
+    ParseBoard({}, text, &why);
+    return why;
+  };
+  const std::string faults = "there are fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= and stuck=";
+  const std::string nth = "fail= takes a number from 1 to 1000000000";
+  const std::string hex = "= takes a hexadecimal number from 00 to FF";
+  const std::string withFail = "fail= goes with op=, reg=, number= and noack";
+  const struct {
+    const char* Text;
+    std::string Why;
+  } faultRows[] = {
+      {"", faults},
+      {"nonsense", faults},
+      {"fail", nth},
+      {"fail=0", nth},
+      {"fail=1 ", nth},
+      {"fail=1.5", "fail= takes a whole number"},
+      {"fail=1,", withFail},
+      {"fail=1,number=65536", "number= takes a number from 1 to 65535"},
+      {"fail=1,reg=G1", "reg" + hex},
+      {"fail=1,op=eat", "op= takes one of read, write, send, receive, control, status, complete, mode, port, report"},
+      {"slow=-1", "slow= takes a number from 0 to 10"},
+      {"slow=10.5", "slow= takes a number from 0 to 10"},
+      {"slow=nan", "slow= takes a number from 0 to 10"},
+      {"absent=1e9", "absent= takes a number from 0 to 1000000"},
+      {"hunt=5", "hunt= takes a number from 1 to 4"},
+      {"diode=3", "diode= takes a number from 1 to 2"},
+      {"company=100", "company" + hex},
+      {"stuck=40:", "stuck" + hex},
+      {"slow=10", "taken"},
+      {"stuck=40:0F", "taken"},
+  };
+  for (const auto& row : faultRows) EXPECT_EQ(faultRefused(row.Text), row.Why) << row.Text;
+  const struct {
+    const char* Text;
+    const char* Why;
+  } boardRows[] = {
+      {"", "there are vid, pulses=, ports=, load= and noise="},
+      {"vid=1", "there are vid, pulses=, ports=, load= and noise="},
+      {"vid,pulses=5", "pulses= takes a number from 1 to 4"},
+      {"pulses=2:2", "pulses= takes one number, or four with a colon between two"},
+      {"ports=9", "ports= takes a number from 0 to 8"},
+      {"load=10.1", "load= takes a number from 0 to 10"},
+      {"noise=-1", "noise= takes a number from 0 to 10"},
+  };
+  for (const auto& row : boardRows) EXPECT_EQ(boardRefused(row.Text), row.Why) << row.Text;
+  const auto options = ParseBoard({}, "vid,pulses=2:1:3:4,ports=2,load=0,noise=0.5");
+  ASSERT_TRUE(options);
+  EXPECT_TRUE(options->VidFollowsU3);
+  EXPECT_EQ(options->RealPulses, (std::array<double, 4>{2, 1, 3, 4}));
+  EXPECT_EQ(options->Ports, 2);
+  EXPECT_EQ(options->Load, 0);
+  EXPECT_EQ(options->Noise, 0.5);
+}
+
+TEST(SimFaults, AWriteDoesNotChangeStuckBits) {
+  TestBench bench;
+  for (const char* text : {"stuck=5C:E0", "stuck=68"}) bench.Sim.AddFault(*ParseFault(text));
+  WriteByte(bench.Bus, 0x5C, 0xFF);
+  WriteByte(bench.Bus, 0x68, 0x28);
+  WriteByte(bench.Bus, 0x69, 0x28);
+  EXPECT_EQ(ReadByte(bench.Bus, 0x5C), 0x7F);
+  EXPECT_EQ(ReadByte(bench.Bus, 0x68), 0x5A);
+  EXPECT_EQ(ReadByte(bench.Bus, 0x69), 0x28);
 }
 
 TEST(SimFaults, AFailedWriteLeavesTheChipUntouchedAndCarriesItsNumber) {
