@@ -17,6 +17,7 @@ NoAcknowledge Silence() {
 
 void SimBus::Wait(double seconds) {
   if (!(seconds > 0)) return;
+  sim_.slowedSeconds_ += seconds;
   if (sim_.options_.Wait) return sim_.options_.Wait(seconds);
   const double end = sim_.Seconds() + seconds;
   while (sim_.Seconds() < end) {
@@ -49,7 +50,8 @@ SimChip& SimBus::Find(bool smbus, std::uint8_t port, std::uint8_t address) {
 std::uint8_t SimBus::ReadChip(bool smbus, std::uint8_t port, std::uint8_t address, std::uint8_t reg) {
   std::uint8_t value = 0;
   Perform(Operation::ReadByteData, address, reg, 0, [&](Transfer& entry) {
-    value = Find(smbus, port, address).Read(reg);
+    // What a planned slowness adds is no time that the reader takes.
+    value = Find(smbus, port, address).Read(reg, sim_.Seconds() - sim_.slowedSeconds_);
     if (reg == SimRegisters::CompanyId) value = sim_.companyId_.value_or(value);
     entry.Data = value;
   });

@@ -6,7 +6,7 @@ namespace {
 
 using Reg = SimRegisters;
 
-constexpr std::int64_t holdSteps = 5;
+constexpr double holdSeconds = 1;
 constexpr std::uint8_t firstValue = 0x20, lastValue = 0x2F;
 
 /// Below this a fan counts as standing.
@@ -20,22 +20,22 @@ bool IsDuty(std::uint8_t reg) {
 
 SimChip::SimChip(const SimOptions& options) : measure_(SimNoise(options.Seed, options.Noise), options.RealPulses) {}
 
-std::uint8_t SimChip::Read(std::uint8_t reg) {
-  HoldUpperBytes(reg);
+std::uint8_t SimChip::Read(std::uint8_t reg, double seconds) {
+  HoldUpperBytes(reg, seconds);
   std::uint8_t value = Peek(reg);
   if (reg >= firstValue && reg <= lastValue) {
     HeldByte& held = held_[reg - std::size_t{firstValue}];
-    if (step_ <= held.UntilStep) value = held.Value;
-    held.UntilStep = -1;
+    if (seconds <= held.UntilSeconds) value = held.Value;
+    held.UntilSeconds = -1;
   }
   if (reg == Reg::ProchotStatus) registers_[reg] = 0;
   return value;
 }
 
-void SimChip::HoldUpperBytes(std::uint8_t reg) {
-  const auto hold = [this](std::size_t first, std::size_t last) {
+void SimChip::HoldUpperBytes(std::uint8_t reg, double seconds) {
+  const auto hold = [&](std::size_t first, std::size_t last) {
     for (std::size_t upper = first; upper <= last; ++upper) {
-      held_[upper - firstValue] = {registers_[upper], step_ + holdSteps};
+      held_[upper - firstValue] = {registers_[upper], seconds + holdSeconds};
     }
   };
   if (reg == Reg::Extended1) hold(0x20, 0x23);
@@ -44,12 +44,15 @@ void SimChip::HoldUpperBytes(std::uint8_t reg) {
 }
 
 void SimChip::Write(std::uint8_t reg, std::uint8_t value) {
+  const bool monitored = registers_.Monitoring();
   if (IsDuty(reg)) {
-    drive_.Latch(static_cast<std::size_t>(reg - Reg::Duty), value);
+    drive_.WriteDuty(static_cast<std::size_t>(reg - Reg::Duty), value);
   } else {
     const int mask = WritableBits(reg);
     registers_[reg] = static_cast<std::uint8_t>((registers_[reg] & ~mask) | (value & mask));
   }
+  measure_.NoticePulses(registers_, plant_, pins_, step_);
+  if (registers_.Monitoring() && !monitored) measure_.Start(registers_, plant_, pins_, step_);
   drive_.Settle(registers_, measure_.Measured());
 }
 
@@ -62,10 +65,17 @@ std::uint8_t SimChip::Peek(std::uint8_t reg) const {
 
 void SimChip::Poke(std::uint8_t reg, std::uint8_t value) {
   registers_[reg] = value;
-  if (IsDuty(reg)) drive_.Latch(static_cast<std::size_t>(reg - Reg::Duty), value);
+  if (IsDuty(reg)) drive_.WriteDuty(static_cast<std::size_t>(reg - Reg::Duty), value);
+}
+
+void SimChip::Surround(const ChipPins& pins, const PlantState& plant) {
+  pins_ = pins;
+  plant_ = plant;
+  measure_.NoticePulses(registers_, plant_, pins_, step_);
 }
 
 void SimChip::Step(const PlantState& plant, std::int64_t step) {
+  plant_ = plant;
   step_ = step;
   measure_.Step(registers_, plant, pins_, step);
   drive_.Step(registers_, measure_);
@@ -79,6 +89,7 @@ std::array<double, 3> SimChip::FanDuty() const {
     const double share = registers_[Reg::Duty + pwm] / 255.0;
     duty[pwm] = registers_.Bit(Reg::PwmConfig + pwm, 4) ? 1 - share : share;
   }
+  if (registers_.Bit(Reg::Config3, Reg::AlertOnPwm2Bit)) duty[1] = 1;
   return duty;
 }
 

@@ -18,13 +18,14 @@ namespace krx {
 ///
 /// RDY (0x40 bit 2) reads 1 while STRT is set and something has been converted, so a fresh chip's 0x40 reads 0x00.
 /// A value in two registers is read coherently: reading the low byte of a tachometer, or 0x76 or 0x77, keeps the
-/// upper bytes that belong to it as they are for the next read within 50 ms.
+/// upper bytes that belong to it as they are until they are read, for a second of the reader's time at most.
 class SimChip {
  public:
   explicit SimChip(const SimOptions& options);
 
-  /// A read on the bus. Unlisted registers read 0; reading 0x79 clears it.
-  std::uint8_t Read(std::uint8_t reg);
+  /// A read on the bus; `seconds` is the reader's time, which the model's speed does not touch. Unlisted registers read
+  /// 0; reading 0x79 clears it.
+  std::uint8_t Read(std::uint8_t reg, double seconds);
   /// A write on the bus: read-only bits and unlisted registers keep what they hold.
   void Write(std::uint8_t reg, std::uint8_t value);
 
@@ -33,21 +34,23 @@ class SimChip {
   std::uint8_t Peek(std::uint8_t reg) const;
   void Poke(std::uint8_t reg, std::uint8_t value);
 
-  void SetPins(const ChipPins& pins) { pins_ = pins; }
+  /// What is around the chip now.
+  void Surround(const ChipPins& pins, const PlantState& plant);
   /// One step of 10 ms.
   void Step(const PlantState& plant, std::int64_t step);
-  /// The outputs as the fans see them (0..1), polarity applied.
+  /// The outputs as the fans see them (0..1), polarity applied. Nothing drives fan 2 while PWM2 is the alert output.
   std::array<double, 3> FanDuty() const;
 
  private:
   struct HeldByte {
     std::uint8_t Value = 0;
-    std::int64_t UntilStep = -1;
+    double UntilSeconds = -1;
   };
-  void HoldUpperBytes(std::uint8_t reg);
+  void HoldUpperBytes(std::uint8_t reg, double seconds);
 
   SimRegisters registers_ = ResetRegisters();
   ChipPins pins_;
+  PlantState plant_;
   SimMeasure measure_;
   SimDrive drive_;
   SimDynamicTmin dynamicTmin_;

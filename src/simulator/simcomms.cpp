@@ -73,7 +73,7 @@ void Simulation::RefreshPins(Unit& unit) const {
   for (std::size_t diode = 0; diode < openDiode_.size(); ++diode) {
     pins.DiodeOpen[diode] = pins.DiodeOpen[diode] || openDiode_[diode];
   }
-  unit.Chip.SetPins(pins);
+  unit.Chip.Surround(pins, unit.Plant.State());
 }
 
 void Simulation::AddFault(const Fault& fault) {

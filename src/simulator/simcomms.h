@@ -80,6 +80,7 @@ class Simulation {
   SimTrace trace_;
   FaultPlan plan_;
   double extraSeconds_ = 0;
+  double slowedSeconds_ = 0;  ///< what they have added up to
   std::optional<double> absentFrom_;
   PlantFaults plantFaults_;
   std::array<bool, 2> openDiode_{};

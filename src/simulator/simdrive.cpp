@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace krx {
 namespace {
 
 using Reg = SimRegisters;
 
-constexpr int alwaysOn = 3, alwaysOff = 4;
+constexpr int alwaysOn = 3, alwaysOff = 4, manual = 7;
 
 /// By Trange code, % per °C.
 constexpr std::array<double, 16> slopes{33.5, 26.8, 20.12, 16.75, 13.4, 10.04, 8.38, 6.7,
@@ -46,21 +47,28 @@ double RampPerStep(const Reg& registers, std::size_t pwm) {
 }  // namespace
 
 void SimDrive::Settle(SimRegisters& registers, bool measured) {
-  for (std::size_t pwm = 0; pwm < outputs_.size(); ++pwm) SettleOutput(registers, pwm, measured);
+  for (std::size_t pwm = 0; pwm < outputs_.size(); ++pwm) {
+    SettleOutput(registers, pwm, measured);
+    Show(registers, pwm);
+  }
 }
 
-bool SimDrive::SettleOutput(SimRegisters& registers, std::size_t pwm, bool measured) {
+void SimDrive::Show(SimRegisters& registers, std::size_t pwm) const {
+  const bool fullSpeed = registers.Bit(Reg::Config1, Reg::FullSpeedBit);
+  registers[Reg::Duty + pwm] = fullSpeed ? std::uint8_t{255} : outputs_[pwm].Duty;
+}
+
+bool SimDrive::SettleOutput(const SimRegisters& registers, std::size_t pwm, bool measured) {
   const std::size_t behaviour = Behaviour(registers, pwm);
   const bool automatic = behaviourZones[behaviour] != 0;
   if (automatic && registers.Monitoring() && measured) return false;
   Output& output = outputs_[pwm];
-  std::uint8_t duty = output.Latch;
   // An automatic output without temperatures to follow gives full duty.
-  if (automatic || behaviour == alwaysOn) duty = 255;
-  if (behaviour == alwaysOff) duty = 0;
-  registers[Reg::Duty + pwm] = duty;
-  output.Ramp = duty;
-  output.On.fill(duty > 0);
+  if (automatic || behaviour == alwaysOn) output.Duty = 255;
+  if (behaviour == alwaysOff) output.Duty = 0;
+  if (behaviour == manual) output.Duty = std::exchange(output.Written, std::nullopt).value_or(output.Duty);
+  output.Ramp = output.Duty;
+  output.On.fill(output.Duty > 0);
   output.SpinUpSteps = 0;
   return true;
 }
@@ -68,22 +76,22 @@ bool SimDrive::SettleOutput(SimRegisters& registers, std::size_t pwm, bool measu
 void SimDrive::Step(SimRegisters& registers, const SimMeasure& measure) {
   for (std::size_t pwm = 0; pwm < outputs_.size(); ++pwm) {
     if (!SettleOutput(registers, pwm, measure.Measured())) StepAutomatic(registers, measure, pwm);
+    Show(registers, pwm);
   }
 }
 
-void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure, std::size_t pwm) {
+void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& measure, std::size_t pwm) {
   Output& output = outputs_[pwm];
   double target = 0;
-  bool therm = false;
+  bool full = false;
   for (std::size_t zone = 0; zone < zoneRegisters.size(); ++zone) {
     if (!DrivenBy(registers, pwm, zone)) continue;
-    const double celsius = measure.Celsius(zone);
-    target = std::max(target, ZoneDuty(registers, celsius, pwm, zone));
-    therm = therm || AtThermLimit(registers, zoneRegisters[zone], celsius);
+    target = std::max(target, ZoneDuty(registers, measure.Celsius(zone), pwm, zone));
+    full = full || measure.Overheated(zone) || measure.DiodeOpen(zone);
   }
-  std::uint8_t& duty = registers[Reg::Duty + pwm];
-  if (therm) {
-    // An overheated zone waits for no ramp.
+  std::uint8_t& duty = output.Duty;
+  if (full) {
+    // A zone that is overheated, or whose temperature is not known, waits for no ramp.
     output.Ramp = 255;
     output.SpinUpSteps = 0;
     duty = 255;
@@ -96,6 +104,7 @@ void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure,
     // Not below what the ramp has gained: a slow one takes several steps to its first whole count.
     output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[Reg::MinDuty + pwm]));
   }
+  if (registers.Bit(Reg::Config1, Reg::NoSpinUpBit)) output.SpinUpSteps = 0;
   const double most = RampPerStep(registers, pwm);
   output.Ramp += std::clamp(target - output.Ramp, -most, most);
   if (output.SpinUpSteps > 0) {
@@ -109,7 +118,6 @@ void SimDrive::StepAutomatic(SimRegisters& registers, const SimMeasure& measure,
 double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::size_t pwm, std::size_t zone) {
   const ZoneRegisters& row = zoneRegisters[zone];
   const int tmin = registers.Signed(row.Tmin);
-  const int hysteresis = (registers[row.Hysteresis] >> row.HysteresisShift) & 0x0F;
   const double minimum = registers[Reg::MinDuty + pwm];
   bool& on = outputs_[pwm].On[zone];
   if (celsius >= tmin) {
@@ -117,7 +125,7 @@ double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::si
     const double slope = slopes[registers[row.Trange] >> 4];
     return std::min(255.0, minimum + slope * 2.55 * (celsius - tmin));
   }
-  if (celsius < tmin - hysteresis) on = false;
+  if (celsius < tmin - registers.HysteresisOf(row)) on = false;
   const bool neverOff = registers.Bit(Reg::Acoustics1, static_cast<int>(5 + pwm));
   return on || neverOff ? minimum : 0;
 }
@@ -140,7 +148,9 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
       return false;
     };
     int direction = 0;
-    if (registers.Monitoring() && measure.Measured() && registers.Bit(Reg::DynamicTmin1, enableBits[z])) {
+    // An open diode says nothing about the temperature.
+    const bool known = measure.Measured() && !measure.DiodeOpen(z);
+    if (registers.Monitoring() && known && registers.Bit(Reg::DynamicTmin1, enableBits[z])) {
       if (prochot || measure.Celsius(z) > opPoint) {
         direction = -1;
       } else if (measure.Celsius(z) < opPoint && running()) {

@@ -4,18 +4,20 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "simulator/simmeasure.h"
 #include "simulator/simregisters.h"
 
 namespace krx {
 
-/// The three outputs: behaviour, slope, minimum duty, hysteresis, spin-up, enhanced acoustics, and the latch of the
-/// manual duty. What an output gives now stands in its duty register.
+/// The three outputs: behaviour, slope, minimum duty, hysteresis, spin-up, enhanced acoustics, full speed (FSPD), and
+/// the duty that was written. What an output gives now stands in its duty register.
 class SimDrive {
  public:
-  /// A byte written to a duty register: it drives the output as soon as that is under manual control.
-  void Latch(std::size_t pwm, std::uint8_t value) { outputs_[pwm].Latch = value; }
+  /// A byte written to a duty register: it drives the output as soon as that is under manual control. An output that
+  /// comes under manual control without one keeps its duty.
+  void WriteDuty(std::size_t pwm, std::uint8_t value) { outputs_[pwm].Written = value; }
 
   /// Brings those outputs up to date that follow no temperature, so that a write shows at once.
   void Settle(SimRegisters& registers, bool measured);
@@ -24,15 +26,17 @@ class SimDrive {
 
  private:
   struct Output {
-    std::uint8_t Latch = 0xFF;
+    std::uint8_t Duty = 255;                   ///< what the behaviour gives
+    std::optional<std::uint8_t> Written;       ///< not yet driven
     double Ramp = 255;                         ///< duty, followed slowly with enhanced acoustics
     std::array<bool, 3> On{true, true, true};  ///< by zone: above Tmin, or not yet below Tmin - hysteresis
     int SpinUpSteps = 0;
   };
 
-  bool SettleOutput(SimRegisters& registers, std::size_t pwm, bool measured);
-  void StepAutomatic(SimRegisters& registers, const SimMeasure& measure, std::size_t pwm);
+  bool SettleOutput(const SimRegisters& registers, std::size_t pwm, bool measured);
+  void StepAutomatic(const SimRegisters& registers, const SimMeasure& measure, std::size_t pwm);
   double ZoneDuty(const SimRegisters& registers, double celsius, std::size_t pwm, std::size_t zone);
+  void Show(SimRegisters& registers, std::size_t pwm) const;
 
   std::array<Output, 3> outputs_;
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace krx {
 namespace {
@@ -67,6 +68,7 @@ int Count(const Reg& registers, std::size_t low) {
 }
 
 bool PulsesArrive(const Reg& registers, const ChipPins& pins, int tach) {
+  if (tach == 3 && ThermOnTach4(registers)) return false;
   switch (pins.Tach[static_cast<std::size_t>(tach)]) {
     case ChipPins::TachWiring::Always:
       return true;
@@ -101,11 +103,13 @@ void CompareFans(Reg& registers) {
   static_assert(fan1Bit + 3 == fan4Bit);
 }
 
-}  // namespace
-
-bool AtThermLimit(const SimRegisters& registers, const ZoneRegisters& zone, double celsius) {
-  return registers[zone.Therm] != 0x80 && celsius >= registers.Signed(zone.Therm);
+/// Reached at the limit, left below limit - hysteresis. The lowest limit, 0x80, stands for none.
+bool Overheats(const Reg& registers, const ZoneRegisters& zone, double celsius, bool before) {
+  if (registers[zone.Therm] == 0x80) return false;
+  return celsius >= registers.Signed(zone.Therm) - (before ? registers.HysteresisOf(zone) : 0);
 }
+
+}  // namespace
 
 TemperatureCode EncodeTemperature(double celsius) {
   const auto quarters = static_cast<int>(std::floor(std::clamp(celsius, -128.0, 127.75) * 4 + 0.5));
@@ -122,9 +126,12 @@ double DecodeTemperature(TemperatureCode code) {
 
 void SimMeasure::Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) {
   const int tachPeriod = registers.Bit(Reg::Config3, 3) ? fastTachPeriodSteps : tachPeriodSteps;
+  NoticePulses(registers, plant, pins, step);
   if (++tachSteps_ >= tachPeriod) {
     tachSteps_ = 0;
-    MeasureTachs(registers, plant, pins, step);
+    for (int tach = 0; tach < 4; ++tach) {
+      MeasureTach(registers, plant, tach, arriving_[static_cast<std::size_t>(tach)], step);
+    }
   }
   CountProchot(registers, plant, pins);
   if (!registers.Monitoring()) {
@@ -135,19 +142,31 @@ void SimMeasure::Step(SimRegisters& registers, const PlantState& plant, const Ch
   }
 }
 
-void SimMeasure::MeasureTachs(SimRegisters& registers, const PlantState& plant, const ChipPins& pins,
-                              std::int64_t step) const {
+void SimMeasure::Start(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) {
+  conversionSteps_ = 0;
+  Convert(registers, plant, pins, step);
+}
+
+void SimMeasure::NoticePulses(SimRegisters& registers, const PlantState& plant, const ChipPins& pins,
+                              std::int64_t step) {
   for (int tach = 0; tach < 4; ++tach) {
-    const auto t = static_cast<std::size_t>(tach);
-    const int programmed = ((registers[Reg::FanPulses] >> (2 * tach)) & 3) + 1;
-    const double rpm = plant.Rpm[t] * (1 + noise_.At(step, static_cast<unsigned>(tach), fanRipple));
-    const bool measured = PulsesArrive(registers, pins, tach) && !(tach == 3 && ThermOnTach4(registers));
-    int count = 0xFFFF;
-    if (measured && rpm > 1)
-      count = static_cast<int>(std::min(tachClock * programmed / (realPulses_[t] * rpm), 65535.0));
-    registers[0x28 + 2 * t] = static_cast<std::uint8_t>(count & 0xFF);
-    registers[0x29 + 2 * t] = static_cast<std::uint8_t>(count >> 8);
+    bool& arriving = arriving_[static_cast<std::size_t>(tach)];
+    const bool before = std::exchange(arriving, PulsesArrive(registers, pins, tach));
+    if (arriving && !before) MeasureTach(registers, plant, tach, true, step);
   }
+}
+
+void SimMeasure::MeasureTach(SimRegisters& registers, const PlantState& plant, int tach, bool arriving,
+                             std::int64_t step) const {
+  const auto t = static_cast<std::size_t>(tach);
+  const int programmed = ((registers[Reg::FanPulses] >> (2 * tach)) & 3) + 1;
+  const double rpm = plant.Rpm[t] * (1 + noise_.At(step, static_cast<unsigned>(tach), fanRipple));
+  int count = 0xFFFF;
+  if (arriving && rpm > 1) {
+    count = static_cast<int>(std::min(tachClock * programmed / (realPulses_[t] * rpm), 65535.0));
+  }
+  registers[0x28 + 2 * t] = static_cast<std::uint8_t>(count & 0xFF);
+  registers[0x29 + 2 * t] = static_cast<std::uint8_t>(count >> 8);
 }
 
 void SimMeasure::CountProchot(SimRegisters& registers, const PlantState& plant, const ChipPins& pins) {
@@ -180,12 +199,11 @@ void SimMeasure::Convert(SimRegisters& registers, const PlantState& plant, const
 
 void SimMeasure::ConvertTemperatures(SimRegisters& registers, const PlantState& plant, const ChipPins& pins,
                                      std::int64_t step) {
-  bool overTemperature = false;
   for (std::size_t zone = 0; zone < zoneRegisters.size(); ++zone) {
     const ZoneRegisters& row = zoneRegisters[zone];
-    const bool open = zone > 0 && pins.DiodeOpen[zone - 1];
+    diodeOpen_[zone] = zone > 0 && pins.DiodeOpen[zone - 1];
     const double noise = noise_.At(step, temperatureChannel + static_cast<unsigned>(zone), temperatureNoise);
-    const double celsius = open ? -128 : plant.Celsius[zone] + registers.Signed(row.Offset) + noise;
+    const double celsius = diodeOpen_[zone] ? -128 : plant.Celsius[zone] + registers.Signed(row.Offset) + noise;
     const TemperatureCode code = EncodeTemperature(celsius);
     celsius_[zone] = DecodeTemperature(code);
     registers[row.Value] = code.Byte;
@@ -193,9 +211,10 @@ void SimMeasure::ConvertTemperatures(SimRegisters& registers, const PlantState& 
     const bool outside =
         celsius_[zone] < registers.Signed(row.LowLimit) || celsius_[zone] > registers.Signed(row.HighLimit);
     PutBits(registers, Reg::Status1, row.StatusBit, 1, outside);
-    overTemperature = overTemperature || AtThermLimit(registers, row, celsius_[zone]);
+    overheated_[zone] = Overheats(registers, row, celsius_[zone], overheated_[zone]);
   }
-  PutBits(registers, Reg::Status2, overTemperatureBit, 1, overTemperature);
+  const bool any = std::any_of(overheated_.begin(), overheated_.end(), [](bool zone) { return zone; });
+  PutBits(registers, Reg::Status2, overTemperatureBit, 1, any);
 }
 
 }  // namespace krx

@@ -13,24 +13,32 @@ namespace krx {
 
 /// The chip's converters: fills the value registers 0x20 to 0x2F, 0x76, 0x77 and 0x79 and the interrupt status.
 ///
-/// Temperatures and voltages are converted every 100 ms while STRT is set, the tachometers every second (250 ms with
-/// FAST) whatever STRT is. A pin that serves as THERM input or as alert output is not measured: voltages read 0, the
-/// tachometer 0xFFFF, and their alarms stay clear.
+/// Temperatures and voltages are converted when STRT is set and then every 100 ms, the tachometers when their pulses
+/// arrive and then every second (250 ms with FAST) whatever STRT is. A pin that serves as THERM input or as alert
+/// output is not measured: voltages read 0, the tachometer 0xFFFF, and their alarms stay clear.
 class SimMeasure {
  public:
   SimMeasure(SimNoise noise, std::array<double, 4> realPulses) : noise_(noise), realPulses_(realPulses) {}
 
   void Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
+  /// Converts at once: STRT has just been set.
+  void Start(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
+  /// Counts the tachometers whose pulses arrive now and did not before.
+  void NoticePulses(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
 
   /// True once something has been converted; RDY shows it while STRT is set.
   bool Measured() const { return measured_; }
   /// The last conversion of a zone, offset added, as its registers show it.
   double Celsius(std::size_t zone) const { return celsius_[zone]; }
+  /// The zone has reached its THERM limit and not yet fallen below limit - hysteresis.
+  bool Overheated(std::size_t zone) const { return overheated_[zone]; }
+  /// The zone's remote diode was open at the last conversion.
+  bool DiodeOpen(std::size_t zone) const { return diodeOpen_[zone]; }
   /// The processor-hot signal reaches the THERM input and is asserted now.
   bool Prochot() const { return prochot_; }
 
  private:
-  void MeasureTachs(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) const;
+  void MeasureTach(SimRegisters& registers, const PlantState& plant, int tach, bool arriving, std::int64_t step) const;
   void CountProchot(SimRegisters& registers, const PlantState& plant, const ChipPins& pins);
   void Convert(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
   void ConvertTemperatures(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
@@ -43,10 +51,10 @@ class SimMeasure {
   bool prochot_ = false;
   double prochotMilliseconds_ = 0;  // not yet a whole count
   std::array<double, 3> celsius_{-128, -128, -128};
+  std::array<bool, 3> overheated_{};
+  std::array<bool, 3> diodeOpen_{};
+  std::array<bool, 4> arriving_{};
 };
-
-/// True from the zone's THERM limit on. The lowest byte, 0x80, stands for no limit.
-bool AtThermLimit(const SimRegisters& registers, const ZoneRegisters& zone, double celsius);
 
 /// Value byte and the two bits below it. A negative temperature has its fraction counted away from zero (-10.25 is
 /// 0xF6 and 01), so -0.25 to -0.75 do not exist.

@@ -7,6 +7,8 @@
 
 namespace krx {
 
+struct ZoneRegisters;
+
 /// The chip's register bytes and the names of those that the model itself looks at. Zones are numbered Local,
 /// Remote1, Remote2; the chip keeps their registers in the order Remote1, Local, Remote2.
 struct SimRegisters {
@@ -37,12 +39,17 @@ struct SimRegisters {
   static constexpr std::uint8_t Start = 0x01;  ///< STRT of Config1
   static constexpr std::uint8_t Ready = 0x04;  ///< RDY of Config1
 
+  static constexpr int FullSpeedBit = 3;    ///< FSPD of Config1
+  static constexpr int NoSpinUpBit = 5;     ///< DisableSpinUp of Config1
+  static constexpr int AlertOnPwm2Bit = 0;  ///< ALERT of Config3
+
   std::array<std::uint8_t, 256> Bytes{};
 
   std::uint8_t& operator[](std::size_t reg) { return Bytes[reg]; }
   std::uint8_t operator[](std::size_t reg) const { return Bytes[reg]; }
   int Signed(std::size_t reg) const { return static_cast<std::int8_t>(Bytes[reg]); }
   bool Bit(std::size_t reg, int bit) const { return ((Bytes[reg] >> bit) & 1) != 0; }
+  int HysteresisOf(const ZoneRegisters& zone) const;  ///< °C
   bool Monitoring() const { return (Bytes[Config1] & Start) != 0; }
 };
 
@@ -66,6 +73,10 @@ inline constexpr std::array<ZoneRegisters, 3> zoneRegisters{{
     {0x25, 2, 0x4E, 0x4F, 4, 0x67, 0x6A, 0x70, 0x5F, 0x33, 0x6D, 4},
     {0x27, 6, 0x52, 0x53, 6, 0x69, 0x6C, 0x72, 0x61, 0x35, 0x6E, 4},
 }};
+
+inline int SimRegisters::HysteresisOf(const ZoneRegisters& zone) const {
+  return (Bytes[zone.Hysteresis] >> zone.HysteresisShift) & 0x0F;
+}
 
 /// Which zones drive an output, by behaviour code: bit 0 Local, bit 1 Remote1, bit 2 Remote2. No zone: the code is
 /// not an automatic one.

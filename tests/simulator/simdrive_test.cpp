@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "simulator/simdrive.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "simulator/simwords.h"
 #include "support/testbench.h"
 
 namespace krx {
@@ -93,9 +95,14 @@ TEST(SimDrive, SpinsUpAtFullDutyAndFollowsSlowlyWithAcoustics) {
   EXPECT_GT(bench.Duty(), 150);
   bench.Advance(1.5);
   EXPECT_EQ(bench.Duty(), 213);
+  bench.Hold(25, 25, 25);
+  bench.Advance(10);
+  bench.Write(0x40, 0x21);  // no spin-up
+  bench.Hold(25, 42, 25);
+  bench.Advance(0.3);
+  EXPECT_LT(bench.Duty(), 150);
   bench.Write(0x64, 0x00);
   bench.Write(0x62, 0x08);  // ramp rate 1: less than a tenth of a count in a step
-  bench.Write(0x5C, 0x00);  // no spin-up
   bench.Hold(25, 25, 25);
   bench.Advance(40);
   EXPECT_EQ(bench.Duty(), 0);
@@ -104,12 +111,65 @@ TEST(SimDrive, SpinsUpAtFullDutyAndFollowsSlowlyWithAcoustics) {
   EXPECT_NEAR(bench.Duty(), 16, 2) << "a slow ramp starts from nothing too";
 }
 
-TEST(SimDrive, PolarityTurnsTheDutyThatTheFanSeesAround) {
+TEST(SimDrive, ManualControlKeepsTheDutyUnlessOneWasWrittenSince) {
+  DriveBench bench;
+  bench.Write(0x40, 0x01);
+  bench.Write(0x67, 30);
+  bench.Write(0x5F, 0x94);
+  bench.Hold(25, 35, 25);
+  const int automatic = 128 + 53, manual = 0xE0, alwaysOff = 0x80, fullSpeed = 0x09;
+  const struct {
+    std::uint8_t Reg;
+    int Value, Duty;
+  } rows[] = {
+      {0x5C, 0x00, automatic},   {0x5C, manual, automatic}, {0x30, 0x40, 0x40},      {0x5C, 0x00, automatic},
+      {0x5C, manual, automatic}, {0x5C, 0x00, automatic},   {0x30, 0x50, automatic}, {0x5C, manual, 0x50},
+      {0x5C, alwaysOff, 0},      {0x5C, manual, 0},         {0x30, 0x60, 0x60},      {0x40, fullSpeed, 255},
+      {0x30, 0x70, 255},         {0x40, 0x01, 0x70},
+  };
+  for (const auto& row : rows) {
+    bench.Write(row.Reg, row.Value);
+    bench.Advance(1);
+    EXPECT_EQ(bench.Duty(), row.Duty) << &row - rows;
+  }
+}
+
+TEST(SimDrive, AnOverheatedZoneAndAnOpenDiodeGetFullDuty) {
+  DriveBench bench;
+  bench.Write(0x40, 0x01);
+  bench.Write(0x67, 30);
+  bench.Write(0x6A, 50);    // Remote1's THERM limit
+  bench.Write(0x6D, 0x40);  // 4 °C
+  bench.Write(0x5F, 0xF4);  // 0.84 % per °C
+  bench.Write(0x5C, 0x00);
+  const auto gives = [&](double celsius) {
+    bench.Hold(25, celsius, 25);
+    bench.Advance(0.2);
+    return fmt::format("{} {:02X}", bench.Duty(), bench.Peek(0x42));
+  };
+  EXPECT_EQ(gives(49), "169 00");
+  EXPECT_EQ(gives(50), "255 02");
+  EXPECT_EQ(gives(46), "255 02") << "not below limit - hysteresis";
+  EXPECT_EQ(gives(45.75), "162 00");
+  EXPECT_EQ(gives(49), "169 00");
+  bench.Sim.AddFault(*ParseFault("diode=1"));
+  EXPECT_EQ(gives(49), "255 40");
+  bench.Write(0x5C, 0x40);  // Remote2 drives it
+  EXPECT_EQ(gives(49), "0 40");
+}
+
+TEST(SimDrive, WhatTheFanSeesFollowsPolarityAndTheUseOfThePin) {
   DriveBench bench;
   bench.Write(0x30, 51);
+  bench.Write(0x31, 51);
   bench.Write(0x5C, 0xF0);
+  bench.Write(0x5D, 0xE0);
   EXPECT_EQ(bench.Duty(), 51);
   EXPECT_DOUBLE_EQ(bench.Chip().FanDuty()[0], 0.8);
+  EXPECT_DOUBLE_EQ(bench.Chip().FanDuty()[1], 0.2);
+  bench.Write(0x78, 0x01);  // PWM2 is the alert output
+  EXPECT_DOUBLE_EQ(bench.Chip().FanDuty()[0], 0.8);
+  EXPECT_DOUBLE_EQ(bench.Chip().FanDuty()[1], 1);
 }
 
 TEST(SimDrive, DynamicTminMovesOneDegreePerPeriodBetweenLowLimitAndOperatingPoint) {
