@@ -3,35 +3,30 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
-#include <map>
+#include <array>
 #include <utility>
 
+#include "app/jsontext.h"
+#include "app/optiontexts.h"
 #include "app/registerargument.h"
 #include "link/chipsearch.h"
 
 namespace krx {
 namespace {
 
-const std::map<std::string, ChipBus> busNames{{"printer-port", ChipBus::PrinterPort}, {"smbus", ChipBus::Smbus}};
+constexpr std::array<Named<ChipBus>, 2> busNames{{{"printer-port", ChipBus::PrinterPort}, {"smbus", ChipBus::Smbus}}};
 
 std::uint8_t SevenBitAddress(const ResultRow& row) {
   return row.Find ? static_cast<std::uint8_t>(row.Address / 2) : row.Address;
 }
 
-std::string PlaceOf(const ResultRow& row) {
-  const std::string bus = row.Find ? fmt::format("printer port {}", row.Find->Port) : std::string("the SMBus");
-  return fmt::format("chip at {:02X}h on {}", SevenBitAddress(row), bus);
-}
-
 }  // namespace
 
 void AddChipOptions(CLI::App& app, ChipChoice& choice) {
-  app.add_option("--bus", choice.Bus, "take the chip on this bus: printer-port or smbus")
-      ->transform(CLI::CheckedTransformer(busNames, CLI::ignore_case).description(""))
-      ->type_name("NAME");
-  app.add_option("--address", choice.Address, "take the chip at this 7-bit address: 2Ch, 2Dh or 2Eh")
-      ->type_name("ADDRESS");
+  AddTextOption(app, "--bus", "NAME", "take the chip on this bus: printer-port or smbus",
+                [&](const std::string& text) { choice.Bus = ValueOf<ChipBus>("--bus", text, busNames); });
+  AddTextOption(app, "--address", "ADDRESS", "take the chip at this 7-bit address: 2Ch, 2Dh or 2Eh",
+                [&](const std::string& text) { choice.Address = text; });
 }
 
 ChipConnection::ChipConnection(krx::Media media, CommandHost& host)
@@ -48,6 +43,7 @@ std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
 
   const SearchMedia media{.PrinterPort = choice.Bus != ChipBus::Smbus, .Smbus = choice.Bus != ChipBus::PrinterPort};
   for (const SearchReport& report : search_.Search(media, 0, nullptr)) {
+    searchedAll_ = false;
     host_.Err() << "krx5580: " << report.Text << '\n';
   }
   std::vector<ResultRow> rows = search_.Rows();
@@ -62,19 +58,24 @@ void ChipConnection::Find(const ChipChoice& choice) {
                                      choice.Address, media_.Name));
   }
   search_.Finish(rows.front());
-  place_ = media_.Name + ", " + PlaceOf(rows.front());
+  place_ = PlaceOf(rows.front());
 }
 
-std::string FoundChipLine(const ResultRow& row, bool json) {
+std::string ChipConnection::PlaceOf(const ResultRow& row) const {
+  const std::string bus = row.Find ? fmt::format("printer port {}", row.Find->Port) : std::string("the SMBus");
+  return fmt::format("{}, chip at {:02X}h on {}", media_.Name, SevenBitAddress(row), bus);
+}
+
+std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place) {
   const int address = SevenBitAddress(row);
-  if (!row.Find) {
-    return json ? fmt::format(R"({{"address":"0x{:02X}","bus":"smbus"}})", address)
-                : fmt::format("{:02X}h  SMBus", address);
+  if (!json) {
+    if (!row.Find) return fmt::format("{:02X}h  SMBus", address);
+    return fmt::format("{:02X}h  printer port {}, bus mode {}", address, row.Find->Port, row.Find->BusMode ? 1 : 0);
   }
-  return json
-             ? fmt::format(R"({{"address":"0x{:02X}","bus":"printer-port","port":{},"busMode":{}}})", address,
-                           row.Find->Port, row.Find->BusMode ? 1 : 0)
-             : fmt::format("{:02X}h  printer port {}, bus mode {}", address, row.Find->Port, row.Find->BusMode ? 1 : 0);
+  const std::string bus =
+      row.Find ? fmt::format(R"("printer-port","port":{},"busMode":{})", row.Find->Port, row.Find->BusMode ? 1 : 0)
+               : R"("smbus")";
+  return fmt::format(R"({{"address":"0x{:02X}","bus":{},"source":{}}})", address, bus, JsonText(place));
 }
 
 }  // namespace krx

@@ -37,6 +37,8 @@ class ChipConnection {
   /// Searches the buses; every chip that fits the choice, those at printer ports first. What the search has to say goes
   /// to the host's Err. Throws UsageError for an address that is none.
   std::vector<ResultRow> Search(const ChipChoice& choice);
+  /// False when a bus that Search was to search failed.
+  bool SearchedAll() const { return searchedAll_; }
 
   /// Searches the buses for the chip and points the link to the first one that fits the choice. Throws
   /// CommandFailure when there is none, and what Search throws.
@@ -46,6 +48,8 @@ class ChipConnection {
   const krx::Media& Media() const { return media_; }
   /// "Simulated board, chip at 2Dh on printer port 0", once a chip is found.
   const std::string& Place() const { return place_; }
+  /// The same of a chip that the search has found.
+  std::string PlaceOf(const ResultRow& row) const;
 
  private:
   CommandHost& host_;
@@ -54,9 +58,10 @@ class ChipConnection {
   Link link_;
   ChipSearch search_;
   std::string place_;
+  bool searchedAll_ = true;
 };
 
-/// One found chip: "2Dh  printer port 0, bus mode 0", or as a JSON object.
-std::string FoundChipLine(const ResultRow& row, bool json);
+/// One found chip: "2Dh  printer port 0, bus mode 0", or as a JSON object, which names its place.
+std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place);
 
 }  // namespace krx

@@ -10,11 +10,11 @@
 
 #include "app/chipconnection.h"
 #include "app/media.h"
+#include "app/optiontexts.h"
 #include "app/registerargument.h"
 #include "app/registercommands.h"
 #include "app/watch.h"
 #include "link/commserror.h"
-#include "registers/numerics.h"
 
 namespace krx {
 namespace {
@@ -44,31 +44,19 @@ struct Words {
   bool Start = false;
 };
 
-double Number(const std::string& option, const std::string& text, double minimum, double maximum) {
-  const double value = Val(text);
-  if (IsNumber(text) && value >= minimum && value <= maximum) return value;
-  throw UsageError(fmt::format("{} takes a number from {} to {}, not \"{}\"", option, minimum, maximum, text));
-}
-
-long WholeNumber(const std::string& option, const std::string& text, long minimum, long maximum) {
-  const double value = Number(option, text, static_cast<double>(minimum), static_cast<double>(maximum));
-  if (value == Floor(value)) return static_cast<long>(value);
-  throw UsageError(fmt::format("{} takes a whole number, not {}", option, text));
-}
-
 WatchOptions WatchOptionsOf(const Words& words) {
   constexpr long mostRows = 1'000'000'000;
   constexpr double longestDuration = 365.0 * 24 * 3600;
   WatchOptions options;
   if (!words.Interval.empty()) {
     options.Interval =
-        Number("--interval", words.Interval, WatchOptions::shortestInterval, WatchOptions::longestInterval);
+        NumberOf("--interval", words.Interval, WatchOptions::shortestInterval, WatchOptions::longestInterval);
   }
-  if (!words.Count.empty()) options.Count = WholeNumber("--count", words.Count, 1, mostRows);
+  if (!words.Count.empty()) options.Count = WholeNumberOf("--count", words.Count, 1, mostRows);
   if (!words.Duration.empty()) {
-    options.Duration = Number("--duration", words.Duration, WatchOptions::shortestInterval, longestDuration);
+    options.Duration = NumberOf("--duration", words.Duration, WatchOptions::shortestInterval, longestDuration);
   }
-  if (!words.Pulses.empty()) options.Pulses = static_cast<float>(WholeNumber("--pulses", words.Pulses, 1, 4));
+  if (!words.Pulses.empty()) options.Pulses = static_cast<float>(WholeNumberOf("--pulses", words.Pulses, 1, 4));
   options.Json = words.Json;
   options.Start = words.Start;
   return options;
@@ -88,15 +76,21 @@ int RunWatch(const Words& words, CommandHost& host) {
 int PrintAll(const std::vector<const RegisterEntry*>& entries, const Words& words, CommandHost& host) {
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   connection.Find(words.Chip);
-  return PrintRegisters(connection.ChipLink(), entries, FormatOf(words), host) == 0 ? exitDone : exitFailure;
+  host.Err() << "krx5580: " << connection.Place() << '\n';
+  const int failures = PrintRegisters(connection.ChipLink(), entries, FormatOf(words), connection.Place(), host);
+  return failures == 0 ? exitDone : exitFailure;
 }
 
 int RunScan(const Words& words, CommandHost& host) {
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   const std::vector<ResultRow> rows = connection.Search(words.Chip);
-  for (const ResultRow& row : rows) host.Out() << FoundChipLine(row, words.Json) << '\n';
+  host.Err() << "krx5580: searched: " << connection.Media().Name << '\n';
+  for (const ResultRow& row : rows) {
+    host.Out() << FoundChipLine(row, words.Json, connection.PlaceOf(row)) << '\n';
+  }
   if (rows.empty()) throw CommandFailure(fmt::format("no KRX5580 was found on: {}", connection.Media().Name));
-  return exitDone;
+  // The list may lack what is on a bus that failed.
+  return connection.SearchedAll() ? exitDone : exitFailure;
 }
 
 int RunRead(const Words& words, CommandHost& host) {
@@ -114,9 +108,11 @@ int RunDump(const Words& words, CommandHost& host) {
 int RunWrite(const Words& words, CommandHost& host) {
   const RegisterEntry& entry = RegisterFromArgument(words.Register);
   const std::uint8_t value = ByteFromArgument(words.Value);
+  CheckWritable(entry);
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   connection.Find(words.Chip);
-  WriteRegisterValue(connection.ChipLink(), entry, value, FormatOf(words), host);
+  host.Err() << "krx5580: " << connection.Place() << '\n';
+  WriteRegisterValue(connection.ChipLink(), entry, value, FormatOf(words), connection.Place(), host);
   return exitDone;
 }
 
@@ -178,7 +174,9 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error, host.Out(), host.Err()) == 0 ? exitDone : exitUsage;
+    if (error.get_exit_code() != 0) throw UsageError(UsageText(app, error));
+    app.exit(error, host.Out(), host.Err());  // help and version
+    return exitDone;
   }
   SearchOnlyTheNamedBus(words);
   return action(words, host);

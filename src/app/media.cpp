@@ -4,25 +4,23 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <map>
-#include <utility>
+#include <array>
+#include <cstdint>
+#include <limits>
 
-#include "link/commserror.h"
+#include "app/optiontexts.h"
 #include "link/linux/linuxcomms.h"
-#include "registers/numerics.h"
 #include "simulator/simcomms.h"
 #include "simulator/simwords.h"
 
 namespace krx {
 namespace {
 
-// "Invalid procedure call": what was asked for makes no sense.
-constexpr int invalidCall = 5;
 // The kernel has 20 bits for the number of a device node.
-constexpr double highestNode = 1048575;
+constexpr long highestNode = 1048575;
 
-const std::map<std::string, MediumKind> mediumNames{
-    {"auto", MediumKind::Auto}, {"simulated", MediumKind::Simulated}, {"linux", MediumKind::Linux}};
+constexpr std::array<Named<MediumKind>, 3> mediumNames{
+    {{"simulated", MediumKind::Simulated}, {"linux", MediumKind::Linux}, {"auto", MediumKind::Auto}}};
 
 /// The simulated computer and its bus-access library as one object.
 class SimulatedComms : public CommsModule {
@@ -43,17 +41,8 @@ class SimulatedComms : public CommsModule {
 };
 
 Media SimulatedMedia(const SimulatorChoice& choice, Clock& clock) {
-  SimOptions options;
-  options.Seed = choice.Seed;
-  options.Speed = choice.Speed;
-  std::vector<Fault> faults;
-  for (const std::string& text : choice.Faults) {
-    const auto fault = ParseFault(text);
-    if (!fault) throw CommsError(invalidCall, fmt::format("The fault \"{}\" cannot be read", text));
-    faults.push_back(*fault);
-  }
   return {.Kind = MediumKind::Simulated, .Name = "Simulated board", .Reason = {}, .Factory = [=, &clock] {
-            return std::make_unique<SimulatedComms>(clock, options, faults);
+            return std::make_unique<SimulatedComms>(clock, choice, choice.Faults);
           }};
 }
 
@@ -78,56 +67,68 @@ bool NamesHardware(const MediaOptions& options) {
   return options.Smbus || options.PrinterPort || options.Wiring || options.Force;
 }
 
-/// Our own number rules, because the parser's range check lets "nan" pass.
-CLI::Validator NumberBetween(double minimum, double maximum) {
-  return {[=](std::string& text) {
-            const double value = Val(text);
-            if (IsNumber(text) && value >= minimum && value <= maximum) return std::string();
-            return fmt::format("must be a number from {} to {}", minimum, maximum);
-          },
-          ""};
+/// Whoever names a bus must not take the simulated values for those of that bus.
+void CheckMedium(const MediaOptions& options) {
+  if (options.Medium != MediumKind::Simulated || !NamesHardware(options)) return;
+  const char* name = options.Smbus ? "--smbus" : options.PrinterPort ? "--printer-port" : "--force";
+  throw UsageError(fmt::format("{} needs --medium linux", options.Wiring ? "--wiring" : name));
+}
+
+std::vector<Fault> FaultsOf(const std::vector<std::string>& texts) {
+  std::vector<Fault> faults;
+  for (const std::string& text : texts) {
+    std::string why;
+    const auto fault = ParseFault(text, &why);
+    if (!fault) throw UsageError(fmt::format("--fault {}: {}", text, why));
+    faults.push_back(*fault);
+  }
+  return faults;
+}
+
+void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
+  AddTextOption(app, "--speed", "X", "simulated: model seconds a second, 1 to 1000",
+                [&](const std::string& text) { choice.Speed = NumberOf("--speed", text, 1, 1000); });
+  AddTextOption(app, "--seed", "N", "simulated: seed of the noise, 0 to 4294967295", [&](const std::string& text) {
+    constexpr long highest = std::numeric_limits<std::uint32_t>::max();
+    choice.Seed = static_cast<std::uint32_t>(WholeNumberOf("--seed", text, 0, highest));
+  });
+  AddTextOption(
+      app, "--board", "WORDS",
+      "simulated: what the board has, separated by commas: vid (VID follows its switches), pulses=2, ports=2, "
+      "load=5 (W), noise=0",
+      [&](const std::string& text) {
+        std::string why;
+        const auto options = ParseBoard(choice, text, &why);
+        if (!options) throw UsageError(fmt::format("--board {}: {}", text, why));
+        static_cast<SimOptions&>(choice) = *options;
+      });
+  AddTextsOption(app, "--fault", "FAULT",
+                 "simulated: plan a fault, such as fail=20, fail=20+, slow=0.1, absent=5, stall=1, runaway=2, hunt=1, "
+                 "diode=1, company=55, stuck=5C:E0; may be repeated",
+                 [&](const std::vector<std::string>& texts) { choice.Faults = FaultsOf(texts); });
 }
 
 }  // namespace
 
 void AddMediaOptions(CLI::App& app, MediaOptions& options) {
-  app.add_option("--medium", options.Medium, "bus to use: simulated (default), linux, or auto for what is there")
-      ->transform(CLI::CheckedTransformer(mediumNames, CLI::ignore_case).description(""))
-      ->type_name("NAME")
-      ->take_last();
-  app.add_option("--smbus", options.Smbus, "linux: use the bus /dev/i2c-N")
-      ->type_name("N")
-      ->check(NumberBetween(0, highestNode))
-      ->take_last();
-  app.add_option("--printer-port", options.PrinterPort, "linux: use the printer port /dev/parportN")
-      ->type_name("N")
-      ->check(NumberBetween(0, highestNode))
-      ->take_last();
-  app.add_option("--wiring", options.Wiring, "linux: which printer-port line carries what")
-      ->type_name("FILE")
-      ->take_last();
+  AddTextOption(app, "--medium", "NAME", "bus to use: simulated (default), linux, or auto for what is there",
+                [&](const std::string& text) { options.Medium = ValueOf<MediumKind>("--medium", text, mediumNames); });
+  const auto addNode = [&](const std::string& name, const std::string& description, std::optional<int>& number) {
+    AddTextOption(app, name, "N", description, [name, &number](const std::string& text) {
+      number = static_cast<int>(WholeNumberOf(name, text, 0, highestNode));
+    });
+  };
+  addNode("--smbus", "linux: use the bus /dev/i2c-N", options.Smbus);
+  addNode("--printer-port", "linux: use the printer port /dev/parportN", options.PrinterPort);
+  AddTextOption(app, "--wiring", "FILE", "linux: which printer-port line carries what",
+                [&](const std::string& text) { options.Wiring = text; });
   app.add_flag("--force", options.Force, "linux: also use a chip that a kernel driver holds");
-  app.add_option("--speed", options.Simulator.Speed, "simulated: model seconds a second, 1 to 1000")
-      ->type_name("X")
-      ->check(NumberBetween(1, 1000))
-      ->take_last();
-  app.add_option("--seed", options.Simulator.Seed, "simulated: seed of the noise")->type_name("N")->take_last();
-  app.add_option("--fault", options.Simulator.Faults,
-                 "simulated: plan a fault, such as fail=20, fail=20+, slow=0.1, absent=5, stall=1, runaway=2, diode=1, "
-                 "company=55; may be repeated")
-      ->type_name("FAULT")
-      ->take_all()
-      ->allow_extra_args(false);
+  AddSimulatorOptions(app, options.Simulator);
+  AddCheck(app, [&options] { CheckMedium(options); });
 }
 
 Media ChooseMedia(const MediaOptions& options, Clock& clock) {
-  if (options.Medium == MediumKind::Simulated) {
-    // Whoever names a bus must not take the simulated values for those of that bus.
-    if (NamesHardware(options)) {
-      throw CommsError(invalidCall, "--smbus, --printer-port, --wiring and --force need --medium linux");
-    }
-    return SimulatedMedia(options.Simulator, clock);
-  }
+  if (options.Medium == MediumKind::Simulated) return SimulatedMedia(options.Simulator, clock);
   const LinuxOptions buses = LinuxOptionsOf(options);
   if (options.Medium == MediumKind::Linux) return LinuxMedia(buses, clock);
   if (FindLinuxBus(buses) || NamesHardware(options)) {

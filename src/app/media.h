@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -9,6 +8,8 @@
 
 #include "link/clock.h"
 #include "link/commsroot.h"
+#include "simulator/simfaults.h"
+#include "simulator/simoptions.h"
 
 namespace CLI {
 class App;
@@ -18,11 +19,9 @@ namespace krx {
 
 enum class MediumKind { Auto, Simulated, Linux };
 
-/// How the simulated board is to behave.
-struct SimulatorChoice {
-  double Speed = 1;                 ///< simulated seconds a second, 1..1000
-  std::uint32_t Seed = 1;           ///< of the noise: same seed and time, same bytes
-  std::vector<std::string> Faults;  ///< planned faults, in the simulator's own words
+/// What the simulated computer has, and what is to fail in it.
+struct SimulatorChoice : SimOptions {
+  std::vector<Fault> Faults;
 };
 
 /// What the command line says about the bus to use.
@@ -44,11 +43,11 @@ struct Media {
 };
 
 /// Adds --medium, --smbus, --printer-port, --wiring, --force and the simulator's options; both programs share them.
-/// `options` must outlive the parsing.
+/// What is none of them, out of its range, or meant for another medium ends the parsing. `options` must outlive it.
 void AddMediaOptions(CLI::App& app, MediaOptions& options);
 
 /// Decides for a bus and says how to make it. `clock` must outlive what the factory makes. Throws CommsError when the
-/// bus that was asked for cannot be had here, and when a planned fault cannot be read.
+/// bus that was asked for cannot be had here.
 Media ChooseMedia(const MediaOptions& options, Clock& clock);
 
 }  // namespace krx

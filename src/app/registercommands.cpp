@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "app/jsontext.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
 
@@ -15,10 +16,11 @@ namespace {
 // A bus that hangs costs up to a second a transfer, so a list of registers is not read to its end on one.
 constexpr int failuresInARow = 3;
 
-std::string RegisterLine(const RegisterEntry& entry, std::optional<std::uint8_t> value, RegisterFormat format) {
+std::string RegisterLine(const RegisterEntry& entry, std::optional<std::uint8_t> value, RegisterFormat format,
+                         const std::string& source) {
   if (format == RegisterFormat::Json) {
-    return fmt::format(R"({{"address":"0x{:02X}","name":"{}","value":{}}})", entry.Address, entry.PanelName,
-                       value ? std::to_string(*value) : "null");
+    return fmt::format(R"({{"address":"0x{:02X}","name":{},"value":{},"source":{}}})", entry.Address,
+                       JsonText(entry.PanelName), value ? std::to_string(*value) : "null", JsonText(source));
   }
   if (!value) return fmt::format("0x{:02X}  ----  --------  {}", entry.Address, entry.PanelName);
   return fmt::format("0x{:02X}  0x{:02X}  {:08b}  {}", entry.Address, *value, *value, entry.PanelName);
@@ -27,7 +29,7 @@ std::string RegisterLine(const RegisterEntry& entry, std::optional<std::uint8_t>
 }  // namespace
 
 int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries, RegisterFormat format,
-                   CommandHost& host) {
+                   const std::string& source, CommandHost& host) {
   int failures = 0;
   int inARow = 0;
   for (const RegisterEntry* entry : entries) {
@@ -41,7 +43,7 @@ int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries,
       ++inARow;
       host.Err() << fmt::format("krx5580: {:02X}h: {}\n", entry->Address, error.BoxText());
     }
-    host.Out() << RegisterLine(*entry, value, format) << '\n';
+    host.Out() << RegisterLine(*entry, value, format, source) << '\n';
     if (inARow == failuresInARow && entry != entries.back()) {
       host.Err() << fmt::format("krx5580: {} failures in a row, the rest is left unread\n", inARow);
       break;
@@ -50,14 +52,23 @@ int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries,
   return failures;
 }
 
+void CheckWritable(const RegisterEntry& entry) {
+  if (entry.Access != Access::ReadOnly) return;
+  throw UsageError(fmt::format("{:02X}h \"{}\" is only read", entry.Address, entry.PanelName));
+}
+
 void WriteRegisterValue(Link& link, const RegisterEntry& entry, std::uint8_t value, RegisterFormat format,
-                        CommandHost& host) {
-  if (entry.Access == Access::ReadOnly) {
-    throw UsageError(fmt::format("{:02X}h \"{}\" is only read", entry.Address, entry.PanelName));
-  }
+                        const std::string& source, CommandHost& host) {
   WriteByte(link, entry.Address, value);
-  const std::uint8_t now = ReadByte(link, entry.Address);
-  host.Out() << RegisterLine(entry, now, format) << '\n';
+  std::uint8_t now = 0;
+  try {
+    now = ReadByte(link, entry.Address);
+  } catch (const CommsError& error) {
+    host.Out() << RegisterLine(entry, std::nullopt, format, source) << '\n';
+    throw CommandFailure(fmt::format("{:02X}h was written 0x{:02X}, but it could not be read back: {}", entry.Address,
+                                     value, error.BoxText()));
+  }
+  host.Out() << RegisterLine(entry, now, format, source) << '\n';
   if (now != value) {
     host.Err() << fmt::format("krx5580: {:02X}h was written 0x{:02X} and reads 0x{:02X}\n", entry.Address, value, now);
   }

@@ -9,6 +9,7 @@
 #include <limits>
 #include <string_view>
 
+#include "app/jsontext.h"
 #include "link/commserror.h"
 #include "registers/numerics.h"
 
@@ -158,8 +159,8 @@ std::string TableLine(const WatchRow& row) {
 std::string JsonLine(const WatchRow& row, const std::string& place) {
   const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(row.Time.time_since_epoch()) % 1000;
   std::string line =
-      fmt::format(R"({{"time":"{:%Y-%m-%dT%H:%M:%S}.{:03}Z","source":"{}")",
-                  fmt::gmtime(std::chrono::system_clock::to_time_t(row.Time)), milliseconds.count(), place);
+      fmt::format(R"({{"time":"{:%Y-%m-%dT%H:%M:%S}.{:03}Z","source":{})",
+                  fmt::gmtime(std::chrono::system_clock::to_time_t(row.Time)), milliseconds.count(), JsonText(place));
   const std::size_t voltages = row.PowerMode ? currentChannel : channelCount;
   for (std::size_t channel = 0; channel < voltages; ++channel) {
     line += fmt::format(R"(,"{}":{})", jsonKeys[channel], JsonNumber(row, channel));

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 #include <string>
 #include <vector>
 
+#include "app/jsontext.h"
 #include "app/testhost.h"
 
 namespace krx {
@@ -19,9 +21,13 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
     Words Arguments;
     std::string Says;
   } rows[] = {
-      {{}, "A subcommand is required"},
-      {{"frobnicate"}, "there is no command \"frobnicate\""},
-      {{"read"}, "register is required"},
+      {{}, "a command is missing: watch, scan, read, dump or write; see krx5580 --help"},
+      {{"frobnicate"}, "there is no command \"frobnicate\": see krx5580 --help"},
+      {{"read"}, "REG... is missing; see krx5580 read --help"},
+      {{"read", "0x40", "--colour"}, "there is no option \"--colour\"; see krx5580 read --help"},
+      {{"write", "0x30", "1", "2"}, "\"2\" is one argument too many; see krx5580 write --help"},
+      {{"dump", "--speed"}, "--speed takes a value; see krx5580 dump --help"},
+      {{"dump", "--json=x"}, "--json takes no value; see krx5580 dump --help"},
       {{"read", "0x40", "40"}, "register 40 is ambiguous: 0x40 or 40h for the hexadecimal number, 0x28 for the"},
       {{"read", "5C"}, "register 5C is ambiguous: 0x5C or 5Ch for the hexadecimal number\n"},
       {{"read", "0x38"}, "the chip has no register 38h"},
@@ -29,21 +35,30 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {{"read", "Remote1"}, "no register is called \"Remote1\""},
       {{"write", "0x30", "80"}, "value 80 is ambiguous: 0x80 or 80h for the hexadecimal number, 0x50 for the decimal"},
       {{"write", "0x30", "0x100"}, "value 0x100 does not fit a byte"},
-      {{"write", "0x30", "-1"}, "-1"},
+      {{"write", "0x30", "-1"}, "\"-1\" is no value: write 0x28 or 28h"},
       {{"write", "0x3E", "0x00"}, "3Eh \"Company ID\" is only read"},
       {{"watch", "--interval", "nan"}, "--interval takes a number from 0.1 to 3600, not \"nan\""},
       {{"watch", "--interval", "0.05"}, "--interval takes a number from 0.1 to 3600"},
-      {{"watch", "--count", "0"}, "--count takes a number from 1 to"},
-      {{"watch", "--count", "1.5"}, "--count takes a whole number"},
-      {{"watch", "--speed", "nan"}, "must be a number from 1 to 1000"},
-      {{"watch", "--medium", "usb"}, "--medium"},
+      {{"watch", "--count", "0"}, "--count takes a whole number from 1 to 1000000000, not \"0\""},
+      {{"watch", "--count", "1.5"}, "--count takes a whole number from 1 to"},
+      {{"watch", "--speed", "nan"}, "--speed takes a number from 1 to 1000, not \"nan\""},
+      {{"watch", "--seed", "4294967296"}, "--seed takes a whole number from 0 to 4294967295, not"},
+      {{"watch", "--medium", "usb"}, "--medium takes simulated, linux or auto, not \"usb\""},
+      {{"watch", "--medium", "1"}, "--medium takes simulated, linux or auto, not \"1\""},
+      {{"watch", "--bus", "0"}, "--bus takes printer-port or smbus, not \"0\""},
+      {{"dump", "--fault", "fail=3", "--fault", "nonsense"}, "--fault nonsense: there are fail=, slow="},
+      {{"dump", "--fault", "slow=60"}, "--fault slow=60: slow= takes a number from 0 to 10"},
+      {{"dump", "--board", "vid,load=99"}, "--board vid,load=99: load= takes a number from 0 to 10"},
+      {{"dump", "--smbus", "1"}, "--smbus needs --medium linux"},
+      {{"dump", "--wiring", "f", "--force", "--medium", "simulated"}, "--wiring needs --medium linux"},
+      {{"dump", "--medium", "linux", "--printer-port", "-1"}, "--printer-port takes a whole number from 0 to 1048575"},
       {{"read", "--address", "2E", "0x40"}, "value 2E is ambiguous"},
   };
   for (const auto& row : rows) {
     TestHost host;
     EXPECT_EQ(RunCommand(row.Arguments, host), 2) << row.Says;
     EXPECT_EQ(host.Data.str(), "") << row.Says;
-    EXPECT_NE(host.Talk.str().find(row.Says), std::string::npos) << row.Says << " in: " << host.Talk.str();
+    EXPECT_TRUE(host.Talk.str().starts_with("krx5580: " + row.Says)) << row.Says << " in: " << host.Talk.str();
   }
 }
 
@@ -56,8 +71,6 @@ TEST(Command, WhatCannotBeCarriedOutEndsWithOneAndSaysWhy) {
       {{"dump", "--fault", "company=55"}, "no KRX5580 answers on: Simulated board"},
       {{"dump", "--address", "2Ch"}, "no KRX5580 answers at 2Ch on: Simulated board"},
       {{"dump", "--bus", "smbus", "--address", "2Dh"}, "no KRX5580 answers at 2Dh"},
-      {{"dump", "--fault", "nonsense"}, "The fault \"nonsense\" cannot be read"},
-      {{"dump", "--smbus", "1"}, "need --medium linux"},
   };
   for (const auto& row : rows) {
     TestHost host;
@@ -84,10 +97,48 @@ TEST(Command, ARegisterIsNamedByAddressPanelNameOrSaveLabelInAnyCase) {
   EXPECT_EQ(host.Data.str(), limit + limit + limit + limit + "0x3E  0x41  01000001  Company ID\n");
 }
 
-TEST(Command, JsonNamesARegisterByAddressAndGivesItsValueAsANumber) {
+TEST(Command, EveryCommandNamesTheMediumInItsTalkAndInJson) {
+  const std::string board = "Simulated board, chip at 2Dh on printer port 0";
+  const std::string smbus = "Simulated board, chip at 2Eh on the SMBus";
+  const struct {
+    Words Arguments;
+    std::string Data, Talk;
+  } rows[] = {
+      {{"read", "3Eh"}, R"({"address":"0x3E","name":"Company ID","value":65,"source":")" + board + "\"}\n", board},
+      {{"write", "68h", "28h", "--bus", "smbus"},
+       R"({"address":"0x68","name":"Local Temp Tmin","value":40,"source":")" + smbus + "\"}\n",
+       smbus},
+      {{"scan"},
+       R"({"address":"0x2D","bus":"printer-port","port":0,"busMode":0,"source":")" + board + "\"}\n" +
+           R"({"address":"0x2E","bus":"smbus","source":")" + smbus + "\"}\n",
+       "searched: Simulated board"},
+  };
+  for (const auto& row : rows) {
+    TestHost host;
+    Words arguments = row.Arguments;
+    arguments.push_back("--json");
+    EXPECT_EQ(RunCommand(arguments, host), 0);
+    EXPECT_EQ(host.Data.str(), row.Data);
+    EXPECT_EQ(host.Talk.str(), "krx5580: " + row.Talk + "\n");
+  }
+}
+
+TEST(Command, AScanWhoseBusFailedListsTheRestAndEndsWithOne) {
   TestHost host;
-  EXPECT_EQ(RunCommand({"read", "--json", "--bus", "smbus", "3Eh"}, host), 0);
-  EXPECT_EQ(host.Data.str(), "{\"address\":\"0x3E\",\"name\":\"Company ID\",\"value\":65}\n");
+  EXPECT_EQ(RunCommand({"scan", "--fault", "fail=7"}, host), 1);  // the first transfer on the SMBus
+  EXPECT_EQ(host.Data.str(), "2Dh  printer port 0, bus mode 0\n2Eh  SMBus\n");
+  EXPECT_EQ(host.Talk.str(), "krx5580: Error: 57, Device I/O error\nkrx5580: searched: Simulated board\n");
+}
+
+TEST(JsonText, IsAStringForEveryReader) {
+  EXPECT_EQ(JsonText("i2c \"a\\b\"\t\x1B\x7F"), R"("i2c \"a\\b\"\u0009\u001b\u007f")");
+  EXPECT_EQ(JsonText("25 °C €\U0001F600"), "\"25 °C €\U0001F600\"");
+  // Cut off, overlong, a surrogate, beyond the last character, a byte that follows nothing.
+  for (const char* text : {"\xC2", "\xC1\x81", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80", "\xE2\x82"}) {
+    std::string expected = "\"";
+    for (const char* at = text; *at != '\0'; ++at) expected += "\\ufffd";
+    EXPECT_EQ(JsonText(text), expected + '"');
+  }
 }
 
 TEST(Command, DumpReadsEveryRegisterOnceInTheOrderOfTheAddresses) {
@@ -103,7 +154,8 @@ TEST(Command, DumpReadsEveryRegisterOnceInTheOrderOfTheAddresses) {
 TEST(Command, ARegisterThatCannotBeReadIsShownWithoutAValueAndTheOthersAreRead) {
   TestHost host;
   EXPECT_EQ(RunCommand({"read", "0x3D", "0x3E", "0x3F", "--fault", "fail=1,reg=3D", "--json"}, host), 1);
-  EXPECT_EQ(host.Data.str(),
+  const std::string values = std::regex_replace(host.Data.str(), std::regex(R"(,"source":"[^"]*")"), "");
+  EXPECT_EQ(values,
             "{\"address\":\"0x3D\",\"name\":\"Device ID\",\"value\":null}\n"
             "{\"address\":\"0x3E\",\"name\":\"Company ID\",\"value\":65}\n"
             "{\"address\":\"0x3F\",\"name\":\"Revision\",\"value\":16}\n");
@@ -125,6 +177,14 @@ TEST(Command, AWriteIsReadBackAndADifferenceIsTold) {
   TestHost fixed;  // the chip keeps VID5..VID0 to itself
   EXPECT_EQ(RunCommand({"write", "43h", "0xFF"}, fixed), 0);
   EXPECT_NE(fixed.Talk.str().find("krx5580: 43h was written 0xFF and reads 0x"), std::string::npos);
+  TestHost sent;
+  EXPECT_EQ(RunCommand({"write", "68h", "28h", "--fault", "fail=1,op=read,reg=68"}, sent), 1);
+  EXPECT_EQ(sent.Data.str(), "0x68  ----  --------  Local Temp Tmin\n");
+  EXPECT_TRUE(sent.Talk.str().ends_with(
+      "krx5580: 68h was written 0x28, but it could not be read back: Error: 57, Device I/O error\n"));
+  TestHost refused;
+  EXPECT_EQ(RunCommand({"write", "68h", "28h", "--fault", "fail=1,op=write"}, refused), 1);
+  EXPECT_TRUE(refused.Talk.str().ends_with("port 0\nkrx5580: Error: 57, Device I/O error\n"));
 }
 
 TEST(Command, AnOutputThatCannotBeWrittenIsAFailure) {
