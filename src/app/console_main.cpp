@@ -6,9 +6,11 @@
 #include <CLI/CLI.hpp>
 
 #include "app/media.h"
+#include "app/optiontexts.h"
 #include "console/ui/mainform.h"
 #include "console/ui/originfilter.h"
 #include "console/workbench.h"
+#include "controls/ui/displayguard.h"
 #include "controls/ui/endsignals.h"
 #include "controls/ui/qteventpump.h"
 #include "controls/ui/userdialogs.h"
@@ -171,6 +173,7 @@ class Console {
 int main(int argc, char** argv) {
   CLI::App app{"Evaluation and monitoring console for the KRX5580", "krx5580-console"};
   app.set_version_flag("--version", std::string(KRX_VERSION));
+  app.failure_message(UsageLine);
   ConsoleOptions options;
   AddMediaOptions(app, options.Bus);
   app.add_option("--theme", options.ThemeName, "light, dark, or system: as the desktop has it")
@@ -188,7 +191,9 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
+  DisplayGuard display;
   QApplication application(argc, argv);
+  display.Release();
   // Not as the display name, which the toolkit appends to the title of every window.
   QApplication::setApplicationName(QStringLiteral("KRX5580 console"));
   QApplication::setApplicationVersion(QStringLiteral(KRX_VERSION));
