@@ -59,6 +59,8 @@ TEST(SimComms, TheHeatBalanceMeetsTheBoardsFigures) {
   EXPECT_GT(remote1(0x82, 0x10, 1045), 100);       // heater, no fan
   EXPECT_LT(remote1(0x82, 0x20, 1045), 65);        // the other heater is not beneath this diode
   EXPECT_LT(remote1(0x62, 0x10, 1045), 75);
+  options.Load = 10;
+  EXPECT_GT(remote1(0x62, 0x00, 60), 60);  // at the peak of a heavy load
 }
 
 TEST(SimComms, ALongGapAtFullSpeedIsCaughtUpInBoundedTime) {
@@ -221,11 +223,14 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
 
 TEST(SimFaults, AWriteDoesNotChangeStuckBits) {
   TestBench bench;
-  for (const char* text : {"stuck=5C:E0", "stuck=68"}) bench.Sim.AddFault(*ParseFault(text));
-  WriteByte(bench.Bus, 0x5C, 0xFF);
+  for (const char* text : {"stuck=5D:E0", "stuck=68", "stuck=30"}) bench.Sim.AddFault(*ParseFault(text));
+  WriteByte(bench.Bus, 0x30, 0x40);
+  for (const int behaviour : {0x80, 0xE0}) WriteByte(bench.Bus, 0x5C, behaviour);  // Always Off, manual
+  EXPECT_EQ(ReadByte(bench.Bus, 0x30), 0) << "nothing was latched";
+  WriteByte(bench.Bus, 0x5D, 0xFF);
   WriteByte(bench.Bus, 0x68, 0x28);
   WriteByte(bench.Bus, 0x69, 0x28);
-  EXPECT_EQ(ReadByte(bench.Bus, 0x5C), 0x7F);
+  EXPECT_EQ(ReadByte(bench.Bus, 0x5D), 0x7F);
   EXPECT_EQ(ReadByte(bench.Bus, 0x68), 0x5A);
   EXPECT_EQ(ReadByte(bench.Bus, 0x69), 0x28);
 }

@@ -196,6 +196,9 @@ TEST(SimDrive, DynamicTminMovesOneDegreePerPeriodBetweenLowLimitAndOperatingPoin
   EXPECT_EQ(bench.Peek(0x67), 70);
   bench.Advance(0.4);
   EXPECT_EQ(bench.Peek(0x67), 69);
+  bench.Sim.AddFault(*ParseFault("diode=1"));
+  bench.Advance(60);
+  EXPECT_EQ(bench.Peek(0x67), 69) << "an open diode is not cold";
 }
 
 }  // namespace
