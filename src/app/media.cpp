@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <limits>
 
+#include "app/commandhost.h"
 #include "app/optiontexts.h"
+#include "link/commserror.h"
 #include "link/linux/linuxcomms.h"
 #include "simulator/simcomms.h"
 #include "simulator/simwords.h"
@@ -50,9 +52,12 @@ LinuxOptions LinuxOptionsOf(const MediaOptions& choice) {
   LinuxOptions options;
   options.Smbus = choice.Smbus;
   options.PrinterPort = choice.PrinterPort;
-  if (choice.Wiring) options.Wiring = ReadWiringFile(choice.Wiring->string());
   options.Force = choice.Force;
-  options.Roots = KernelRoots::FromEnvironment();
+  try {
+    if (choice.Wiring) options.Wiring = ReadWiringFile(choice.Wiring->string());
+  } catch (const CommsError& error) {
+    throw UsageError(error.what());
+  }
   return options;
 }
 

@@ -47,7 +47,7 @@ struct Media {
 void AddMediaOptions(CLI::App& app, MediaOptions& options);
 
 /// Decides for a bus and says how to make it. `clock` must outlive what the factory makes. Throws CommsError when the
-/// bus that was asked for cannot be had here.
+/// bus that was asked for cannot be had here, UsageError for a wiring file that cannot be read.
 Media ChooseMedia(const MediaOptions& options, Clock& clock);
 
 }  // namespace krx

@@ -6,16 +6,19 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string_view>
 
 #include "link/commserror.h"
+#include "link/printable.h"
 
 namespace krx {
 
 namespace {
+
+// A wiring has ten lines; a longer file is another one, or a device that never ends.
+constexpr std::size_t mostBytes = 64 * 1024;
 
 struct RegisterPins {
   const char* Name;
@@ -56,7 +59,7 @@ std::string_view Trimmed(std::string_view text) {
 
 PortLine ParseLine(std::string_view text, int lineNumber) {
   const auto malformed = [&] {
-    Refuse(lineNumber, fmt::format("\"{}\" is no line; write register.bit, as in data.7 or status.7!", text));
+    Refuse(lineNumber, fmt::format("\"{}\" is no line; write register.bit, as in data.7 or status.7!", Excerpt(text)));
   };
   PortLine line;
   std::string_view pin = text;
@@ -82,14 +85,15 @@ PortLine ParseLine(std::string_view text, int lineNumber) {
 
 void ParseAssignment(std::string_view text, int lineNumber, Table& table) {
   const auto equals = text.find('=');
-  if (equals == std::string_view::npos) Refuse(lineNumber, fmt::format("\"{}\" is no \"role = register.bit\"", text));
+  if (equals == std::string_view::npos)
+    Refuse(lineNumber, fmt::format("\"{}\" is no \"role = register.bit\"", Excerpt(text)));
   const std::string name(Trimmed(text.substr(0, equals)));
   const PortLine line = ParseLine(Trimmed(text.substr(equals + 1)), lineNumber);
   const Role* role = nullptr;
   for (const Role& candidate : roles) {
     if (name == candidate.Name) role = &candidate;
   }
-  if (role == nullptr) Refuse(lineNumber, fmt::format("there is no role \"{}\"", name));
+  if (role == nullptr) Refuse(lineNumber, fmt::format("there is no role \"{}\"", Excerpt(name)));
   if (role->Output && line.Register == PortRegister::Status) {
     Refuse(lineNumber, fmt::format("{} cannot be on status: its pins are inputs", name));
   }
@@ -150,7 +154,7 @@ PortWiring ParseWiring(const std::string& text) {
     } else if (line == "[bus mode 1]" && mode == 0) {
       mode = 1;
     } else {
-      Refuse(lineNumber, fmt::format("\"{}\" is no block; the only one is [bus mode 1], once", line));
+      Refuse(lineNumber, fmt::format("\"{}\" is no block; the only one is [bus mode 1], once", Excerpt(line)));
     }
   }
   PortWiring wiring = WithoutClockReadBack(FromTable(tables[0], 0));
@@ -159,22 +163,25 @@ PortWiring ParseWiring(const std::string& text) {
 }
 
 PortWiring ReadWiringFile(const std::string& path) {
+  const std::string name = Printable(path);
   errno = 0;
   std::ifstream file(path);
-  std::string text;
+  std::string text(mostBytes + 1, '\0');
   try {
-    text.assign(std::istreambuf_iterator<char>(file), {});
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
   } catch (const std::ios_base::failure&) {  // a directory can be opened, but not read
     file.setstate(std::ios::badbit);
   }
   if (!file.is_open() || file.bad()) {
     const int number = errno != 0 ? errno : EIO;
-    throw CommsError(number, fmt::format("cannot read the wiring file {}: {}", path, std::strerror(number)));
+    throw CommsError(number, fmt::format("cannot read the wiring file {}: {}", name, std::strerror(number)));
   }
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  if (text.size() > mostBytes) throw CommsError(EFBIG, fmt::format("wiring file {}: more than 64 KiB", name));
   try {
     return ParseWiring(text);
   } catch (const CommsError& error) {
-    throw CommsError(error.Number(), fmt::format("wiring file {}: {}", path, error.what()));
+    throw CommsError(error.Number(), fmt::format("wiring file {}: {}", name, error.what()));
   }
 }
 

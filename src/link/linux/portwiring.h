@@ -51,7 +51,8 @@ PortWiring DefaultWiring();
 /// status, a needed role without a line.
 PortWiring ParseWiring(const std::string& text);
 
-/// ParseWiring of a file; errors name the file, one that cannot be read has the system's error number.
+/// ParseWiring of a file of at most 64 KiB; errors name the file, one that cannot be read has the system's error
+/// number. What is quoted from the file is fit for a terminal.
 PortWiring ReadWiringFile(const std::string& path);
 
 }  // namespace krx

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "link/commserror.h"
 
 namespace krx {
@@ -39,6 +42,7 @@ TEST(PortWiring, SecondBlockIsBusMode1AsItStands) {
 }
 
 TEST(PortWiring, RefusesWhatCannotWorkAndNamesTheLine) {
+  const std::string xs = "line 1: \"" + std::string(60, 'x') + "...\" is no \"role = register.bit\"";
   const std::pair<std::string, const char*> cases[] = {
       {"sda_out = data.7\nscl_out = data.7!\n", "line 2: sda_out and scl_out are on the same pin"},
       {"heater1_out = status.4", "line 1: heater1_out cannot be on status: its pins are inputs"},
@@ -54,6 +58,8 @@ TEST(PortWiring, RefusesWhatCannotWorkAndNamesTheLine) {
       {"sda = data.7", "line 1: there is no role \"sda\""},
       {"sda_out data.7", "line 1: \"sda_out data.7\" is no \"role = register.bit\""},
       {"sda_out = data.7\nsda_out = data.6", "line 2: sda_out is given twice"},
+      {"\x1b[2J\x9b\xc2\x9b\xc3\xa4 = data.7", "line 1: there is no role \"\\x1B[2J\\x9B\\xC2\\x9B\xc3\xa4\""},
+      {std::string(70, 'x'), xs.c_str()},
       {"[mode 2]", "line 1: \"[mode 2]\" is no block; the only one is [bus mode 1], once"},
   };
   for (const auto& [text, refusal] : cases) EXPECT_EQ(Refusal(text), refusal) << text;
@@ -68,6 +74,22 @@ TEST(PortWiring, UnreadableFileIsNamed) {
     EXPECT_STREQ(error.what(), "cannot read the wiring file /nowhere/board.wiring: No such file or directory");
   }
   EXPECT_THROW(ReadWiringFile("/"), CommsError) << "a directory";
+  EXPECT_THROW(ReadWiringFile("/dev/zero"), CommsError) << "no end";
+}
+
+TEST(PortWiring, AFileMayHave64KiB) {
+  const std::string path = testing::TempDir() + "krx_wiring\t";
+  const std::string comment = std::string("#") + std::string(64 * 1024 - std::string(usual).size() - 2, 'c') + '\n';
+  std::ofstream(path) << comment << usual;
+  EXPECT_EQ(ReadWiringFile(path), DefaultWiring());
+  std::ofstream(path, std::ios::app) << '\n';
+  try {
+    ReadWiringFile(path);
+    FAIL();
+  } catch (const CommsError& error) {
+    EXPECT_TRUE(std::string(error.what()).ends_with("krx_wiring\\x09: more than 64 KiB")) << error.what();
+  }
+  std::filesystem::remove(path);
 }
 
 }  // namespace
