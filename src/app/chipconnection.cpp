@@ -16,10 +16,6 @@ namespace {
 
 constexpr std::array<Named<ChipBus>, 2> busNames{{{"printer-port", ChipBus::PrinterPort}, {"smbus", ChipBus::Smbus}}};
 
-std::uint8_t SevenBitAddress(const ResultRow& row) {
-  return row.Find ? static_cast<std::uint8_t>(row.Address / 2) : row.Address;
-}
-
 }  // namespace
 
 void AddChipOptions(CLI::App& app, ChipChoice& choice) {
@@ -47,34 +43,50 @@ std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
     host_.Err() << "krx5580: " << report.Text << '\n';
   }
   std::vector<ResultRow> rows = search_.Rows();
-  std::erase_if(rows, [&](const ResultRow& row) { return address && SevenBitAddress(row) != *address; });
+  std::erase_if(rows, [&](const ResultRow& row) { return address && row.SevenBitAddress() != *address; });
   return rows;
 }
 
 void ChipConnection::Find(const ChipChoice& choice) {
   const std::vector<ResultRow> rows = Search(choice);
   if (rows.empty()) {
-    throw CommandFailure(fmt::format("no KRX5580 answers{}{} on: {}", choice.Address.empty() ? "" : " at ",
-                                     choice.Address, media_.Name));
+    throw CommandFailure(
+        fmt::format("no KRX5580 answers{}{} on: {}", choice.Address.empty() ? "" : " at ", choice.Address, Searched()));
   }
-  search_.Finish(rows.front());
-  place_ = PlaceOf(rows.front());
+  const ResultRow& row = rows.front();
+  search_.Finish(row);
+  place_ = PlaceOf(row);
 }
 
 std::string ChipConnection::PlaceOf(const ResultRow& row) const {
-  const std::string bus = row.Find ? fmt::format("printer port {}", row.Find->Port) : std::string("the SMBus");
-  return fmt::format("{}, chip at {:02X}h on {}", media_.Name, SevenBitAddress(row), bus);
+  return media_.Kind == MediumKind::Simulated
+             ? fmt::format("{}, chip at {:02X}h on {}", media_.Name, row.SevenBitAddress(), row.Bus)
+             : fmt::format("{}, chip at {:02X}h", row.Bus, row.SevenBitAddress());
+}
+
+void ChipConnection::TakeChip() {
+  if (const auto holder = search_.TakeChip()) {
+    throw CommandFailure(fmt::format("{} is used by {}: it can only be read", place_, *holder));
+  }
+}
+
+std::string ChipConnection::Searched() const {
+  if (media_.Kind == MediumKind::Simulated) return media_.Name;
+  const std::string buses = search_.Searched();
+  return buses.empty() ? "this computer has no bus to search" : buses;
 }
 
 std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place) {
-  const int address = SevenBitAddress(row);
+  const int address = row.SevenBitAddress();
   if (!json) {
-    if (!row.Find) return fmt::format("{:02X}h  SMBus", address);
-    return fmt::format("{:02X}h  printer port {}, bus mode {}", address, row.Find->Port, row.Find->BusMode ? 1 : 0);
+    if (row.Find) return fmt::format("{:02X}h  {}, bus mode {}", address, row.Bus, row.Find->BusMode ? 1 : 0);
+    return fmt::format("{:02X}h  {}", address, row.Adapter ? row.Bus : "SMBus");
   }
-  const std::string bus =
-      row.Find ? fmt::format(R"("printer-port","port":{},"busMode":{})", row.Find->Port, row.Find->BusMode ? 1 : 0)
-               : R"("smbus")";
+  std::string bus = R"("smbus")";
+  if (row.Adapter) bus += fmt::format(R"(,"adapter":"i2c-{}")", row.Adapter->Number);
+  if (row.Find) {
+    bus = fmt::format(R"("printer-port","port":{},"busMode":{})", row.Find->Number, row.Find->BusMode ? 1 : 0);
+  }
   return fmt::format(R"({{"address":"0x{:02X}","bus":{},"source":{}}})", address, bus, JsonText(place));
 }
 

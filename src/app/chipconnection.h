@@ -40,13 +40,20 @@ class ChipConnection {
   /// False when a bus that Search was to search failed.
   bool SearchedAll() const { return searchedAll_; }
 
+  /// Before a command writes: takes the right to do so to its end. Throws CommandFailure naming the program that has
+  /// it, CommsError when the bus cannot be opened.
+  void TakeChip();
+
   /// Searches the buses for the chip and points the link to the first one that fits the choice. Throws
   /// CommandFailure when there is none, and what Search throws.
   void Find(const ChipChoice& choice);
 
   Link& ChipLink() { return link_; }
   const krx::Media& Media() const { return media_; }
-  /// "Simulated board, chip at 2Dh on printer port 0", once a chip is found.
+  /// What was searched: "Simulated board", "SMBus I801 adapter at 0700, i2c-1 and printer port 0".
+  std::string Searched() const;
+  /// "Simulated board, chip at 2Dh on printer port 0", "SMBus I801 adapter at 0700, i2c-1, chip at 2Dh", once a chip is
+  /// found.
   const std::string& Place() const { return place_; }
   /// The same of a chip that the search has found.
   std::string PlaceOf(const ResultRow& row) const;
@@ -61,7 +68,8 @@ class ChipConnection {
   bool searchedAll_ = true;
 };
 
-/// One found chip: "2Dh  printer port 0, bus mode 0", or as a JSON object, which names its place.
+/// One found chip: "2Dh  printer port 0, bus mode 0", "2Eh  SMBus I801 adapter at 0700, i2c-1", or as a JSON object,
+/// which names its place.
 std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place);
 
 }  // namespace krx

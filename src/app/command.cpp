@@ -70,6 +70,7 @@ int RunWatch(const Words& words, CommandHost& host) {
   const WatchOptions options = WatchOptionsOf(words);
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   connection.Find(words.Chip);
+  if (words.Start) connection.TakeChip();
   return Watch(options, connection, host) ? exitDone : exitFailure;
 }
 
@@ -84,11 +85,11 @@ int PrintAll(const std::vector<const RegisterEntry*>& entries, const Words& word
 int RunScan(const Words& words, CommandHost& host) {
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   const std::vector<ResultRow> rows = connection.Search(words.Chip);
-  host.Err() << "krx5580: searched: " << connection.Media().Name << '\n';
+  host.Err() << "krx5580: searched: " << connection.Searched() << '\n';
   for (const ResultRow& row : rows) {
     host.Out() << FoundChipLine(row, words.Json, connection.PlaceOf(row)) << '\n';
   }
-  if (rows.empty()) throw CommandFailure(fmt::format("no KRX5580 was found on: {}", connection.Media().Name));
+  if (rows.empty()) throw CommandFailure(fmt::format("no KRX5580 was found on: {}", connection.Searched()));
   // The list may lack what is on a bus that failed.
   return connection.SearchedAll() ? exitDone : exitFailure;
 }
@@ -112,6 +113,7 @@ int RunWrite(const Words& words, CommandHost& host) {
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   connection.Find(words.Chip);
   host.Err() << "krx5580: " << connection.Place() << '\n';
+  connection.TakeChip();
   WriteRegisterValue(connection.ChipLink(), entry, value, FormatOf(words), connection.Place(), host);
   return exitDone;
 }

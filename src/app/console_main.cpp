@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "app/commandhost.h"
 #include "app/media.h"
 #include "app/optiontexts.h"
 #include "console/ui/mainform.h"
@@ -54,7 +55,6 @@ class Console {
   int Run() {
     if (!options_.Connect.empty()) {
       ConnectFirstChip();
-      MakeMainForm();
       ShowMainForm();
     } else {
       ShowWizard();
@@ -70,7 +70,7 @@ class Console {
   bool IsSimulated() const { return media_.Kind == MediumKind::Simulated; }
 
   QString MediumNote() const {
-    QString note = QObject::tr("Searched: %1.").arg(QString::fromStdString(media_.Name));
+    QString note = QObject::tr("Buses: %1.").arg(QString::fromStdString(media_.Name));
     if (!media_.Reason.empty()) note += QLatin1Char(' ') + QString::fromStdString(media_.Reason) + QLatin1Char('.');
     if (IsSimulated()) {
       note += QObject::tr(" The chip with heaters and switches is at its printer port, another one on its SMBus.");
@@ -82,6 +82,7 @@ class Console {
     initForm_ = std::make_unique<InitForm>(wizard_, dialogs_, MediumNote(), !IsSimulated());
     QObject::connect(initForm_.get(), &InitForm::MainWindowWanted, &application_, [this] { MakeMainForm(); });
     QObject::connect(initForm_.get(), &InitForm::Finished, &application_, [this] { ShowMainForm(); });
+    QObject::connect(initForm_.get(), &InitForm::ReadOnlyWanted, &application_, [this] { GoReadOnly(); });
     QObject::connect(initForm_.get(), &InitForm::SimulatedBoardWanted, &application_, [this] { UseSimulatedBoard(); });
     initForm_->show();
     initForm_->Load();
@@ -101,11 +102,22 @@ class Console {
   /// Takes the first chip that answers, the printer port before the SMBus.
   void ConnectFirstChip() {
     search_.Load();
-    search_.Search({.PrinterPort = options_.Connect != "smbus", .Smbus = options_.Connect != "printer-port"}, 0,
-                   nullptr);
-    const auto rows = search_.Rows();
-    if (rows.empty()) throw CommsError(5, "No chip was found");
-    search_.Finish(rows.front());
+    const SearchMedia media{.PrinterPort = options_.Connect != "smbus", .Smbus = options_.Connect != "printer-port"};
+    const auto holder = search_.ConnectFirst(media);
+    if (!holder) return;
+    GoReadOnly();
+    search_.Finish(search_.Rows().front());
+    dialogs_.Exclamation(QObject::tr("The chip is used by %1. This console starts read-only: no write reaches chip or "
+                                     "board.")
+                             .arg(QString::fromStdString(*holder)),
+                         wizardtext::title);
+  }
+
+  /// Another program writes to the chip: the same bus anew, for reading only. The chip is then chosen once more.
+  void GoReadOnly() {
+    options_.ReadOnly = link_.WritesHeldBack = true;
+    root_.Change(Journaled(media_));
+    mainForm_.reset();
   }
 
   void MakeMainForm() {
@@ -120,6 +132,8 @@ class Console {
   }
 
   void ShowMainForm() {
+    MakeMainForm();
+    if (!IsSimulated()) mainForm_->SetMedium(QString::fromStdString(search_.ChosenBus()));
     mainForm_->Start();
     if (IsSimulated() && !options_.ReadOnly) RunUserAction(dialogs_, [this] { StartSimulatedMonitoring(); });
     mainForm_->SelectTab(MainForm::VisualDisplay);
@@ -206,6 +220,13 @@ int main(int argc, char** argv) {
   }
   int result = 1;
   QtUserDialogs dialogs;
-  RunUserAction(dialogs, [&] { result = Console(application, options).Run(); });
+  RunUserAction(dialogs, [&] {
+    try {
+      result = Console(application, options).Run();
+    } catch (const UsageError&) {
+      result = 2;
+      throw;
+    }
+  });
   return result;
 }

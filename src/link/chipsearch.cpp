@@ -5,11 +5,15 @@
 
 #include <algorithm>
 
+#include "link/bushost.h"
+
 namespace krx {
 namespace {
 
 // The three addresses at which the chip can answer, in their 8-bit form.
 constexpr std::array<std::uint8_t, 3> candidateAddresses{0x58, 0x5A, 0x5C};
+
+constexpr int noChipFound = 5;  // "Invalid procedure call"
 
 constexpr std::uint8_t companyIdRegister = 0x3E;
 constexpr std::uint8_t companyId = 0x41;
@@ -17,10 +21,6 @@ constexpr std::uint8_t companyId = 0x41;
 constexpr int progressPerMedium = 33;
 constexpr int progressPerPort = progressPerMedium / 4;
 constexpr int progressPerAddress = progressPerMedium / (static_cast<int>(candidateAddresses.size()) - 1);
-
-// They push the key at the end of a row out of the visible part of the list.
-constexpr int printerRowBlanks = 50;
-constexpr int smbusRowBlanks = 98;
 
 /// Runs operations one after the other, keeps the first failure and goes on.
 class Routine {
@@ -62,6 +62,14 @@ class Routine {
   std::optional<std::string> text_;
 };
 
+/// Whoever cannot be asked is found out when the chip is taken.
+template <typename Ask>
+std::string HolderText(Ask ask) {
+  std::optional<std::string> holder;
+  Routine("").Try([&] { holder = ask(); });
+  return holder.value_or("");
+}
+
 void Append(std::vector<SearchReport>& reports, const Routine& routine) {
   if (auto report = routine.Report()) reports.push_back(*report);
 }
@@ -99,6 +107,7 @@ std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, int maxim
   progress_ = progress;
   progressValue_ = 0;
   progressMaximum_ = maximum;
+  searched_.clear();
   std::vector<SearchReport> reports;
   if (media.PrinterPort) SearchPrinterPort(reports);
   if (media.Smbus) SearchSmbus(reports);
@@ -110,14 +119,18 @@ std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, int maxim
 void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
   Routine routine("InitFrm, Search Printer Port");
   std::unique_ptr<PrinterPortAdapter> adapter;
+  BusHost* host = nullptr;
   std::uint8_t ports = 0;
   routine.Try([&] {
+    host = link_.Root().Get().Host();
     adapter = link_.Root().Get().ObtainPrinterPortAdapter();
     ports = adapter->PortCount();
   });
   for (int port = 0; port < ports; ++port) {
     Advance(progressPerPort);
     std::unique_ptr<BusDevice> device;
+    const int number = host != nullptr ? host->PortNumber(port) : port;
+    searched_.push_back(fmt::format("printer port {}", number));
     // Without its port selected a device would be searched on the port before.
     if (!routine.Try([&] {
           adapter->SelectPort(static_cast<std::uint8_t>(port));
@@ -130,9 +143,10 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
       for (const std::uint8_t address : candidateAddresses) {
         if (!routine.IsChip([&] { return device->ReadByteData(address, companyIdRegister); })) continue;
         // A chip that answered is listed even when the adapter cannot say where it was asked.
-        PrinterFind find{address, port, mode};
+        PrinterFind find{address, port, mode, number, {}};
         routine.Try([&] { find.Port = adapter->CurrentPort(); });
         routine.Try([&] { find.BusMode = device->GetBusMode(); });
+        if (host != nullptr) find.Holder = HolderText([&] { return host->PortHolder(WriteRight::Ask); });
         printerFinds_.push_back(find);
       }
     }
@@ -142,13 +156,31 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
 
 void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
   Routine routine("InitFrm, Search SMBus");
+  BusHost* host = nullptr;
+  std::vector<SmbusAdapter> adapters;
+  routine.Try([&] {
+    host = link_.Root().Get().Host();
+    if (host != nullptr) adapters = host->SmbusAdapters();
+  });
+  // A library without a choice has one SMBus.
+  if (host == nullptr) adapters.emplace_back();
+  for (const SmbusAdapter& adapter : adapters) searched_.push_back(host != nullptr ? adapter.Label : "the SMBus");
   for (const std::uint8_t candidate : candidateAddresses) {
     Advance(progressPerAddress);
     const auto address = static_cast<std::uint8_t>(candidate / 2);
-    const auto read = [&] {
-      return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, companyIdRegister);
-    };
-    if (routine.IsChip(read)) smbusFinds_.push_back(address);
+    for (const SmbusAdapter& adapter : adapters) {
+      const auto read = [&] {
+        if (host != nullptr) host->UseSmbusAdapter(adapter.Number);
+        return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, companyIdRegister);
+      };
+      if (!routine.IsChip(read)) continue;
+      SmbusFind find{address, {}, {}};
+      if (host != nullptr) {
+        find.Adapter = adapter;
+        find.Holder = HolderText([&] { return host->SmbusHolder(address, WriteRight::Ask); });
+      }
+      smbusFinds_.push_back(find);
+    }
   }
   Append(reports, routine);
 }
@@ -172,17 +204,14 @@ std::vector<ResultRow> ChipSearch::Rows() const {
   std::vector<ResultRow> rows;
   int number = 0;
   for (const PrinterFind& find : printerFinds_) {
-    ++number;
-    rows.push_back({fmt::format("Found an KRX5580 at:{:X}h, on printer port:{:X}h{:{}}Printer {}", find.Address / 2,
-                                find.Port, "", printerRowBlanks, number),
-                    find.Address, find});
+    rows.push_back(PrinterRow(find, ++number));
   }
-  for (const std::uint8_t address : smbusFinds_) {
-    rows.push_back(
-        {fmt::format("An KRX5580 was found at:{0:X}h, on the SMBus{1:{2}}SMBus{0:X}", address, "", smbusRowBlanks),
-         address});
-  }
+  for (const SmbusFind& find : smbusFinds_) rows.push_back(SmbusRow(find));
   return rows;
+}
+
+std::string ChipSearch::Searched() const {
+  return fmt::format("{}", fmt::join(searched_, " and "));
 }
 
 void ChipSearch::Finish(const ResultRow& row) {
@@ -201,6 +230,7 @@ void ChipSearch::Finish(const ResultRow& row) {
       silent.Try([&] { device->SetDeviceAddress(row.Find->Address); });
     }
   } else if (module != nullptr) {
+    if (module->Host() != nullptr && row.Adapter) module->Host()->UseSmbusAdapter(row.Adapter->Number);
     silent.Try([&] { module->ObtainSmbusController()->SetTargetAddress(row.Address); });
   }
   const std::uint8_t medium = row.Find ? 1 : 0;
@@ -208,6 +238,27 @@ void ChipSearch::Finish(const ResultRow& row) {
   link_.CommsMedium = medium;
   link_.EvalBoardMedium = medium;
   link_.ChipAddress = row.Address;
+  chosenBus_ = row.Bus;
+}
+
+std::optional<std::string> ChipSearch::TakeChip() {
+  BusHost* const host = link_.WritesHeldBack ? nullptr : link_.Root().Get().Host();
+  if (host == nullptr) return std::nullopt;
+  if (link_.CommsMedium == 1) return host->PortHolder(WriteRight::Take);
+  return host->SmbusHolder(static_cast<std::uint8_t>(link_.ChipAddress), WriteRight::Take);
+}
+
+std::optional<std::string> ChipSearch::ConnectFirst(const SearchMedia& media) {
+  const auto reports = Search(media, 0, nullptr);
+  const auto rows = Rows();
+  if (rows.empty()) {
+    std::string text = "No KRX5580 was found";
+    if (!searched_.empty()) text += " on: " + Searched();
+    for (const SearchReport& report : reports) text += ". " + report.Text;
+    throw CommsError(noChipFound, text);
+  }
+  Finish(rows.front());
+  return TakeChip();
 }
 
 }  // namespace krx

@@ -11,6 +11,7 @@
 #include "link/commserror.h"
 #include "link/linknewcomport06.h"
 #include "link/mediumreport.h"
+#include "link/resultrow.h"
 
 namespace krx {
 
@@ -22,24 +23,10 @@ struct SearchMedia {
   bool Any() const { return PrinterPort || Smbus || Usb; }
 };
 
-/// A chip found through the printer-port adapter, with what it takes to reach it again.
-struct PrinterFind {
-  std::uint8_t Address;  ///< 8-bit form
-  std::int32_t Port;     ///< as the adapter reported it
-  bool BusMode;          ///< as the device reported it
-};
-
 /// A message box of a routine that went on past failing operations.
 struct SearchReport {
   std::string Title;
   std::string Text;
-};
-
-/// One row of the result list. Finish goes by Find and Address; the text only shows them.
-struct ResultRow {
-  std::string Text;
-  std::uint8_t Address = 0;              ///< what ChipAddress becomes: 8-bit form or 7-bit form
-  std::optional<PrinterFind> Find = {};  ///< set for a printer row
 };
 
 /// Finds the chip on the media and hands the chosen one to the link. Probes through the CommsModule directly, since
@@ -66,8 +53,9 @@ class ChipSearch {
   std::vector<SearchReport> Search(const SearchMedia& media, int maximum, const Progress& progress);
 
   void ClearFinds();
-  const std::vector<PrinterFind>& PrinterFinds() const { return printerFinds_; }
-  const std::vector<std::uint8_t>& SmbusFinds() const { return smbusFinds_; }
+  /// The ports and adapters that the last search asked: "SMBus I801 adapter at 0700, i2c-1 and printer port 0"; empty
+  /// when there were none.
+  std::string Searched() const;
 
   /// Printer rows first, then SMBus rows, each in order of finding.
   std::vector<ResultRow> Rows() const;
@@ -75,6 +63,18 @@ class ChipSearch {
   /// Applies port, bus mode, device address and medium of the row and writes the link state. Goes on past failing
   /// operations: the link state is set in any case.
   void Finish(const ResultRow& row);
+
+  /// The bus of the chip that Finish chose, as its row names it.
+  const std::string& ChosenBus() const { return chosenBus_; }
+
+  /// After Finish, before anything is written: takes the right to write to the chip for this program. Returns the
+  /// program that has it, if it is another one. A read-only run leaves it alone. Throws CommsError when the bus cannot
+  /// be opened.
+  std::optional<std::string> TakeChip();
+
+  /// Searches and finishes with the first row. Throws CommsError when there is none, saying what was searched and what
+  /// went wrong there. Returns what TakeChip returns.
+  std::optional<std::string> ConnectFirst(const SearchMedia& media);
 
  private:
   void SearchPrinterPort(std::vector<SearchReport>& reports);
@@ -88,7 +88,9 @@ class ChipSearch {
   int progressValue_ = 0;
   int progressMaximum_ = 0;
   std::vector<PrinterFind> printerFinds_;
-  std::vector<std::uint8_t> smbusFinds_;
+  std::vector<SmbusFind> smbusFinds_;
+  std::vector<std::string> searched_;
+  std::string chosenBus_;
 };
 
 }  // namespace krx

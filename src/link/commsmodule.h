@@ -7,6 +7,8 @@
 
 namespace krx {
 
+class BusHost;
+
 // The bus-access library, as pure interfaces in the order of each object's operations. Addresses are bus addresses
 // and registers register pointers, each one byte. Every operation throws CommsError when it fails, NoAcknowledge when
 // no device answered at the address. The objects that the root and the adapter hand out are owned by the caller:
@@ -61,6 +63,8 @@ class CommsModule {
   virtual std::unique_ptr<SmbusController> ObtainSmbusController() = 0;
   /// medium: 1 the printer-port adapter, 0 the SMBus.
   virtual void SelectMedium(int medium) = 0;
+  /// Set over the buses of a real computer; lives as long as this object.
+  virtual BusHost* Host() { return nullptr; }
 };
 
 }  // namespace krx

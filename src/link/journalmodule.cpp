@@ -146,6 +146,7 @@ class JournalModule : public CommsModule {
     return std::make_unique<JournalController>(inner_->ObtainSmbusController(), Recorder(journal_, false, readOnly_));
   }
   void SelectMedium(int medium) override { inner_->SelectMedium(medium); }
+  BusHost* Host() override { return inner_->Host(); }
 
  private:
   std::unique_ptr<CommsModule> inner_;

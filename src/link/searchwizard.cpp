@@ -92,4 +92,25 @@ bool SearchWizard::Finish() {
   return true;
 }
 
+std::optional<std::string> SearchWizard::TakeChip() {
+  try {
+    return search_.TakeChip();
+  } catch (const CommsError&) {
+    // Finish goes on past what fails; the first write takes the chip itself and tells.
+    return std::nullopt;
+  }
+}
+
+std::string SearchWizard::PlaceText() const {
+  if (selectedRow_ >= 0) return "Selected: " + rows_[static_cast<std::size_t>(selectedRow_)].Place();
+  const std::string searched = rows_.empty() ? search_.Searched() : "";
+  return searched.empty() ? "" : "Searched: " + searched;
+}
+
+std::string wizardtext::Held(const std::string& holder) {
+  return "The chip is used by " + holder +
+         ", and two programs that write to one chip undo each other's settings. Go on read-only? Then no write reaches "
+         "chip or board.";
+}
+
 }  // namespace krx

@@ -36,6 +36,10 @@ class SearchWizard {
   /// Hands the selected row to the link; false when none is selected.
   bool Finish();
 
+  /// After Finish: takes the right to write to the chip. Returns the other program that has it; then only reading is
+  /// left.
+  std::optional<std::string> TakeChip();
+
   Page CurrentPage() const { return page_; }
   bool BackEnabled() const { return backEnabled_; }
   bool NextEnabled() const { return nextEnabled_; }
@@ -47,6 +51,8 @@ class SearchWizard {
   const std::optional<MediumReport>& Chipset() const { return chipset_; }
   const std::vector<ResultRow>& Rows() const { return rows_; }
   int SelectedRow() const { return selectedRow_; }
+  /// Where the selected chip is and who else uses it; what was searched when there is none.
+  std::string PlaceText() const;
   const std::string& SearchResultsText() const { return searchResults_; }
   const std::string& SearchInstructionText() const { return searchInstruction_; }
 
@@ -80,6 +86,8 @@ inline constexpr const char* mediumInstructions = "Click 'Next' to search for th
 inline constexpr const char* searchingDetails = "Please wait while searching for available KRX5580s.";
 inline constexpr const char* noMediumText = "Please select a search medium";
 inline constexpr const char* noMediumTitle = "A problem was detected";
+/// A question: the chip was chosen, but another program may write to it.
+std::string Held(const std::string& holder);
 }  // namespace wizardtext
 
 }  // namespace krx

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "app/chipconnection.h"
 #include "app/jsontext.h"
 #include "app/testhost.h"
 
@@ -53,6 +54,7 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {{"dump", "--wiring", "f", "--force", "--medium", "simulated"}, "--wiring needs --medium linux"},
       {{"dump", "--medium", "linux", "--printer-port", "-1"}, "--printer-port takes a whole number from 0 to 1048575"},
       {{"read", "--address", "2E", "0x40"}, "value 2E is ambiguous"},
+      {{"dump", "--medium", "linux", "--wiring", "/nowhere\x1b"}, "cannot read the wiring file /nowhere\\x1B: No such"},
   };
   for (const auto& row : rows) {
     TestHost host;
@@ -160,6 +162,23 @@ TEST(Command, ARegisterThatCannotBeReadIsShownWithoutAValueAndTheOthersAreRead) 
             "{\"address\":\"0x3E\",\"name\":\"Company ID\",\"value\":65}\n"
             "{\"address\":\"0x3F\",\"name\":\"Revision\",\"value\":16}\n");
   EXPECT_NE(host.Talk.str().find("krx5580: 3Dh: Error: 57, Device I/O error\n"), std::string::npos);
+}
+
+TEST(Command, AFoundChipNamesTheAdapterThatHoldsIt) {
+  const struct {
+    ResultRow Row;
+    const char *Text, *Json;
+  } rows[] = {
+      {PrinterRow({0x5A, 0, true, 4, {}}, 1), "2Dh  printer port 4, bus mode 1",
+       R"({"address":"0x2D","bus":"printer-port","port":4,"busMode":1})"},
+      {SmbusRow({0x2E, SmbusAdapter{3, "SMBus I801 adapter at 0700, i2c-3"}, {}}),
+       "2Eh  SMBus I801 adapter at 0700, i2c-3", R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3"})"},
+      {SmbusRow({0x2E, {}, {}}), "2Eh  SMBus", R"({"address":"0x2E","bus":"smbus"})"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(FoundChipLine(row.Row, false), row.Text);
+    EXPECT_EQ(FoundChipLine(row.Row, true), row.Json);
+  }
 }
 
 TEST(Command, ABusThatStaysDeadIsGivenUpAfterThreeRegisters) {

@@ -7,7 +7,8 @@ shim="$1"
 krx5580="$2"
 PATH="$PATH:/usr/sbin:/sbin"
 directory="$(mktemp -d)"
-trap 'rm -rf "$directory"' EXIT
+holder=
+trap '[ -z "$holder" ] || kill -KILL "$holder"; rm -rf "$directory"' EXIT
 export KRX_SHIM_STATE="$directory/state"
 
 failed=0
@@ -51,4 +52,28 @@ expect "company id over the printer port" "0x41" "$(on_board read 0x3E | value)"
 on_board write 0x4E 0x5A >/dev/null
 expect "written over the printer port" "0x5a" "$(on_board read 0x4E | value)"
 expect "the other chip, on the SMBus" "0xa5" "$(tool i2cget -y 1 0x2e 0x4e)"
+
+# One program at a time writes to a chip, and the kernel frees it however that program ends.
+expect "found behind the second adapter" "2Eh  i2c-2" "$(tool "$krx5580" scan --medium linux --smbus 2)"
+for bus in "--smbus 1" "--printer-port 0"; do
+  rm -f "$directory/rows"
+  # shellcheck disable=SC2086 # two words
+  LD_PRELOAD="$shim" "$krx5580" watch --medium linux $bus --start --json --interval 60 >"$directory/rows" 2>"$directory/said" &
+  holder=$!
+  tries=0
+  until [ -s "$directory/rows" ] || [ "$tries" -ge 100 ]; do sleep 0.1; tries=$((tries + 1)); done
+  code=0
+  # shellcheck disable=SC2086
+  console write 0x4E 0x11 $bus >/dev/null 2>"$directory/refused" || code=$?
+  expect "exit code of a write to a held chip, $bus" "1" "$code"
+  expect "the holder is named, $bus" "1" "$(grep -c "used by krx5580 (process $holder): it can only be read" "$directory/refused")"
+  # shellcheck disable=SC2086
+  expect "company id of a held chip, $bus" "0x41" "$(console read 0x3E $bus | value)"
+  kill -KILL "$holder"
+  wait "$holder" 2>/dev/null || true
+  holder=
+  # shellcheck disable=SC2086
+  expect "written when the holder is gone, $bus" "0x22" "$(console write 0x4E 0x22 $bus | value)"
+done
+expect "the other adapter's chip got none of it" "0xff" "$(console read 0x4D --smbus 2 | value)"
 exit "$failed"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // A library for LD_PRELOAD, for tests only: any program that opens /dev/i2c-1 or /dev/parport0 finds the simulated
-// board there. The chip on the SMBus is at 2Eh, the one on the board at 2Dh. Each process makes its own simulation, so
+// board there. The chip on the SMBus is at 2Eh, the one on the board at 2Dh; /dev/i2c-2 is a second adapter with a chip
+// at 2Eh, too. Locks of a node are those of a file beside KRX_SHIM_STATE. Each process makes its own simulation, so
 // what was written is kept in the file that KRX_SHIM_STATE names and done again by the next process; the clock always
 // stands a minute after the start, so that everybody reads the same values.
 
@@ -12,6 +13,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <string>
 
 #include "link/linux/fakei2c.h"
@@ -22,6 +24,7 @@ namespace krx {
 namespace {
 
 constexpr const char* i2cPath = "/dev/i2c-1";
+constexpr const char* secondI2cPath = "/dev/i2c-2";
 constexpr const char* parportPath = "/dev/parport0";
 constexpr double settledSeconds = 60;
 
@@ -48,11 +51,12 @@ class State {
 
 class NotedChips : public SmbusController {
  public:
-  NotedChips(std::unique_ptr<SmbusController> inner, State& state) : inner_(std::move(inner)), state_(state) {}
+  NotedChips(std::unique_ptr<SmbusController> inner, State& state, const char* name)
+      : inner_(std::move(inner)), state_(state), name_(name) {}
   std::string ChipsetReport() override { return inner_->ChipsetReport(); }
   void WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) override {
     inner_->WriteByteData(address, reg, data);
-    state_.Note("smbus", address, reg, data);
+    state_.Note(name_, address, reg, data);
   }
   std::uint8_t ReadByteData(std::uint8_t address, std::uint8_t reg) override {
     return inner_->ReadByteData(address, reg);
@@ -62,6 +66,7 @@ class NotedChips : public SmbusController {
  private:
   std::unique_ptr<SmbusController> inner_;
   State& state_;
+  const char* name_;
 };
 
 /// The board's device notes what a transaction did when it stops.
@@ -97,9 +102,11 @@ class NotedBoard : public BoardDevice {
 struct Shim {
   Shim() {
     const auto smbus = Module->ObtainSmbusController();
+    const auto other = SecondModule->ObtainSmbusController();
     BusDevice& device = *Board.Board;
     Known.Repeat([&](const std::string& what, std::uint8_t first, std::uint8_t second, std::uint8_t third) {
       if (what == "smbus") smbus->WriteByteData(first, second, third);
+      if (what == "second") other->WriteByteData(first, second, third);
       if (what == "board") device.WriteByteData(first, second, third);
       if (what == "send") device.SendByte(first, second);
       if (what == "control") device.SetControlByte(first);
@@ -112,8 +119,10 @@ struct Shim {
       Board.Board->SetControlByte(heaters);
       Known.Note("control", heaters, 0, 0);
     };
-    Smbus.Chips = std::make_unique<NotedChips>(Module->ObtainSmbusController(), Known);
+    Smbus.Chips = std::make_unique<NotedChips>(Module->ObtainSmbusController(), Known, "smbus");
+    SecondSmbus.Chips = std::make_unique<NotedChips>(SecondModule->ObtainSmbusController(), Known, "second");
     Fake.Nodes[i2cPath] = [this] { return std::make_unique<FakeI2cFile>(Smbus); };
+    Fake.Nodes[secondI2cPath] = [this] { return std::make_unique<FakeI2cFile>(SecondSmbus); };
     Fake.Nodes[parportPath] = [this] { return std::make_unique<FakeParportFile>(Port); };
   }
 
@@ -127,7 +136,10 @@ struct Shim {
   ManualClock Time;
   Simulation Simulated{Time, {}};
   std::unique_ptr<CommsModule> Module = Simulated.MakeCommsModule();
-  FakeI2cAdapter Smbus;
+  Simulation SecondSimulated{Time, {}};
+  std::unique_ptr<CommsModule> SecondModule = SecondSimulated.MakeCommsModule();
+  FakeI2cAdapter Smbus, SecondSmbus;
+  std::map<int, int> LockFiles;  ///< by fake descriptor
   NotedBoard Board{Module->ObtainPrinterPortAdapter()->ObtainBusDevice(), Known};
   BitSlave Slave{Board, [this] { return Time.Seconds(); }};
   FakeParport Port{Slave};
@@ -144,8 +156,27 @@ int ResultOf(int result) {
 
 int Open(const char* path, int flags, mode_t mode) {
   const std::string name = path;
-  if (name == i2cPath || name == parportPath) return ResultOf(Shim::Get().Fake.Open(name));
-  return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+  if (name != i2cPath && name != secondI2cPath && name != parportPath) {
+    return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+  }
+  Shim& shim = Shim::Get();
+  const int descriptor = shim.Fake.Open(name);
+  if (const char* state = std::getenv("KRX_SHIM_STATE"); state != nullptr && descriptor >= 0) {
+    const std::string file = state + ("." + name.substr(name.rfind('/') + 1));
+    shim.LockFiles[descriptor] =
+        static_cast<int>(::syscall(SYS_openat, AT_FDCWD, file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  }
+  return ResultOf(descriptor);
+}
+
+int Control(int descriptor, int request, unsigned long argument) {
+  if (descriptor >= firstFakeDescriptor) {
+    const auto& files = Shim::Get().LockFiles;
+    const auto file = files.find(descriptor);
+    if (file == files.end()) return ResultOf(-EBADF);
+    descriptor = file->second;
+  }
+  return static_cast<int>(::syscall(SYS_fcntl, descriptor, request, argument));
 }
 
 mode_t ModeOf(int flags, va_list arguments) {
@@ -186,7 +217,30 @@ int ioctl(int descriptor, unsigned long request, ...) {
   return static_cast<int>(::syscall(SYS_ioctl, descriptor, request, argument));
 }
 
+int fcntl(int descriptor, int request, ...) {
+  va_list arguments;
+  va_start(arguments, request);
+  const auto argument = va_arg(arguments, unsigned long);
+  va_end(arguments);
+  return krx::Control(descriptor, request, argument);
+}
+
+int fcntl64(int descriptor, int request, ...) {
+  va_list arguments;
+  va_start(arguments, request);
+  const auto argument = va_arg(arguments, unsigned long);
+  va_end(arguments);
+  return krx::Control(descriptor, request, argument);
+}
+
 int close(int descriptor) {
+  if (descriptor >= krx::firstFakeDescriptor) {
+    auto& files = krx::Shim::Get().LockFiles;
+    if (const auto file = files.find(descriptor); file != files.end()) {
+      ::syscall(SYS_close, file->second);
+      files.erase(file);
+    }
+  }
   if (descriptor >= krx::firstFakeDescriptor) return krx::ResultOf(krx::Shim::Get().Fake.Close(descriptor));
   return static_cast<int>(::syscall(SYS_close, descriptor));
 }

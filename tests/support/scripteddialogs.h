@@ -16,12 +16,17 @@ class ScriptedDialogs : public UserDialogs {
  public:
   std::vector<std::string> Shown;
   std::deque<std::string> Files;
+  bool Yes = false;  ///< the answer to every question
   /// Called while a box or dialog is open: what the event loop behind it would do.
   std::function<void()> WhileOpen;
 
   void Critical(const QString& text, const QString& title = {}) override { Record("critical", text, title); }
   void Exclamation(const QString& text, const QString& title = {}) override { Record("exclamation", text, title); }
   void Information(const QString& text, const QString& title = {}) override { Record("information", text, title); }
+  bool Question(const QString& text, const QString& title = {}) override {
+    Record("question", text, title);
+    return Yes;
+  }
   std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) override {
     return Answer("save", filter, proposedName);
   }

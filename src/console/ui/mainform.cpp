@@ -39,9 +39,11 @@ constexpr int freshMilliseconds = 1500;  ///< without a whole tick for so long t
 }  // namespace
 
 QString ConnectionText(const QString& medium, const Link& link) {
-  const QString bus = link.CommsMedium == 1 ? QObject::tr("printer port") : QObject::tr("SMBus");
-  const QString address = QStringLiteral("%1").arg(link.ChipAddress, 2, 16, QLatin1Char('0')).toUpper();
-  return QStringLiteral("%1 · %2 %3h").arg(medium, bus, address);
+  const bool onPort = link.CommsMedium == 1;
+  const QString bus = onPort ? QObject::tr("printer port") : QObject::tr("SMBus");
+  const int chip = onPort ? link.ChipAddress / 2 : link.ChipAddress;
+  const QString address = QStringLiteral("%1").arg(chip, 2, 16, QLatin1Char('0')).toUpper();
+  return QStringLiteral("%1 · %2%3h").arg(medium, medium.contains(bus) ? QString() : bus + QLatin1Char(' '), address);
 }
 
 MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, BusJournal& journal,

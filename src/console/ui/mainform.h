@@ -33,7 +33,8 @@ class VisualDisplayPage;
 class WaitBudget;
 struct Workbench;
 
-/// "Simulated board · printer port 5Ah": the medium and the chip's address in the form of its bus.
+/// "Simulated board · printer port 2Dh", "SMBus I801 adapter at 0700, i2c-1 · 2Dh": the medium, its bus where the
+/// medium does not name it, and the chip's 7-bit address.
 QString ConnectionText(const QString& medium, const Link& link);
 
 /// How the run was asked for.
@@ -54,6 +55,9 @@ class MainForm : public QMainWindow, private MainTimers {
   MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, BusJournal& journal,
            const MainFormOptions& options);
   ~MainForm() override;
+
+  /// The bus of the chosen chip, where the medium has several. Before Start.
+  void SetMedium(const QString& medium) { options_.Medium = medium; }
 
   /// The link has its chip: names it, runs the start-up and shows the window, then says in one box what went wrong.
   void Start();

@@ -24,7 +24,7 @@ class StatusLine : public QStatusBar {
  public:
   explicit StatusLine(QWidget* parent = nullptr);
 
-  /// "Simulated board · printer port 5Ah"
+  /// "Simulated board · printer port 2Dh"
   void ShowConnection(const QString& connection);
   void ShowCycle(const CycleReport& report);
   /// Stays for some seconds, or until the next one.

@@ -12,11 +12,12 @@
 namespace krx {
 namespace {
 
-void ShowBox(QMessageBox::Icon icon, const QString& text, const QString& title) {
-  QMessageBox box(icon, title.isEmpty() ? QGuiApplication::applicationDisplayName() : title, text, QMessageBox::Ok,
+int ShowBox(QMessageBox::Icon icon, const QString& text, const QString& title,
+            QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
+  QMessageBox box(icon, title.isEmpty() ? QGuiApplication::applicationDisplayName() : title, text, buttons,
                   QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);  // an error's text may hold anything
-  box.exec();
+  return box.exec();
 }
 
 std::optional<QString> Chosen(const QString& path) {
@@ -36,6 +37,10 @@ void QtUserDialogs::Exclamation(const QString& text, const QString& title) {
 
 void QtUserDialogs::Information(const QString& text, const QString& title) {
   ShowBox(QMessageBox::Information, text, title);
+}
+
+bool QtUserDialogs::Question(const QString& text, const QString& title) {
+  return ShowBox(QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 std::optional<QString> QtUserDialogs::SaveFile(const QString& filter, const QString& proposedName) {

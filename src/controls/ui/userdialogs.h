@@ -22,6 +22,9 @@ class UserDialogs {
   virtual void Exclamation(const QString& text, const QString& title = {}) = 0;
   virtual void Information(const QString& text, const QString& title = {}) = 0;
 
+  /// True: yes. Escape and the close box mean no.
+  virtual bool Question(const QString& text, const QString& title = {}) = 0;
+
   /// The chosen file's path, nothing when the dialog was cancelled. Filters are pairs of name and pattern with a bar
   /// between: "Text Files (*.sav)|*.sav". The name is returned as typed, no ending is added.
   virtual std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) = 0;
@@ -34,6 +37,7 @@ class QtUserDialogs : public UserDialogs {
   void Critical(const QString& text, const QString& title = {}) override;
   void Exclamation(const QString& text, const QString& title = {}) override;
   void Information(const QString& text, const QString& title = {}) override;
+  bool Question(const QString& text, const QString& title = {}) override;
   std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) override;
   std::optional<QString> OpenFile(const QString& filter, const QString& proposedName = {}) override;
 };

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "link/printable.h"
+
 namespace krx {
 
 namespace {
@@ -56,6 +58,20 @@ bool IsHostSmbus(const I2cAdapter& adapter) {
   return adapter.Name.find("SMBus") != std::string::npos;
 }
 
+std::string AdapterLabel(const I2cAdapter& adapter) {
+  return fmt::format("{}{}i2c-{}", Printable(adapter.Name), adapter.Name.empty() ? "" : ", ", adapter.Number);
+}
+
+std::vector<SmbusAdapter> SearchedAdapters(const KernelRoots& roots, std::optional<int> number) {
+  std::vector<SmbusAdapter> adapters;
+  for (const I2cAdapter& adapter : ListI2cAdapters(roots)) {
+    const bool wanted = number ? adapter.Number == *number : IsHostSmbus(adapter);
+    if (wanted) adapters.push_back({adapter.Number, AdapterLabel(adapter)});
+  }
+  if (adapters.empty() && number) adapters.push_back({*number, AdapterLabel({.Number = *number, .Name = {}})});
+  return adapters;
+}
+
 std::optional<I2cAdapter> ChooseAdapter(const KernelRoots& roots, std::optional<int> number) {
   const auto adapters = ListI2cAdapters(roots);
   const auto found = std::find_if(adapters.begin(), adapters.end(), [&](const I2cAdapter& adapter) {
@@ -70,7 +86,7 @@ std::string ChipsetReportOf(const std::optional<I2cAdapter>& adapter, std::optio
     return number ? fmt::format("No adapter is registered as i2c-{}", *number)
                   : "Unsupported and unrecognised: no SMBus adapter is registered";
   }
-  const std::string where = fmt::format("{}, i2c-{}", adapter->Name, adapter->Number);
+  const std::string where = AdapterLabel(*adapter);
   if (adapter->Vendor == intelVendor) {
     for (const IchId& id : ichIds) {
       if (id.Device == adapter->Device) return fmt::format("{} ({})", id.Generation, where);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "link/bushost.h"
 #include "link/linux/kernel.h"
 
 namespace krx {
@@ -22,6 +23,13 @@ std::vector<I2cAdapter> ListI2cAdapters(const KernelRoots& roots);
 
 /// The host's own SMBus, as opposed to display, touchpad and other internal buses.
 bool IsHostSmbus(const I2cAdapter& adapter);
+
+/// "SMBus I801 adapter at 0700, i2c-1".
+std::string AdapterLabel(const I2cAdapter& adapter);
+
+/// The buses that a search asks: the one with the number, also when the kernel does not list it, so that using it tells
+/// what is missing; without a number every host SMBus.
+std::vector<SmbusAdapter> SearchedAdapters(const KernelRoots& roots, std::optional<int> number);
 
 /// The bus with the number asked for, whatever its kind; without a number the first host SMBus.
 std::optional<I2cAdapter> ChooseAdapter(const KernelRoots& roots, std::optional<int> number);

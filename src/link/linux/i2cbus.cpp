@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "link/commserror.h"
+#include "link/linux/nodeholder.h"
 
 namespace krx {
 
@@ -57,7 +58,20 @@ std::uint8_t I2cBus::Read(std::uint8_t address, std::uint8_t reg) {
 }
 
 void I2cBus::Write(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
+  if (const auto holder = Holder(address, WriteRight::Take)) {
+    throw CommsError(EBUSY, fmt::format("the chip at {:02X}h on i2c-{} is used by {}: it can only be read", address,
+                                        number_, *holder));
+  }
   Transfer(address, reg, I2C_SMBUS_WRITE, data);
+}
+
+std::optional<std::string> I2cBus::Holder(std::uint8_t address, WriteRight right) {
+  OpenNode();
+  if (taken_.contains(address)) return std::nullopt;
+  const bool take = right == WriteRight::Take;
+  if (const auto process = node_.OtherHolder({address, 1}, take)) return ProcessText(roots_, *process);
+  if (take) taken_.insert(address);
+  return std::nullopt;
 }
 
 void I2cBus::Select(std::uint8_t address) {
@@ -70,12 +84,14 @@ void I2cBus::Select(std::uint8_t address) {
 
 void I2cBus::Close() {
   node_.Close();
+  taken_.clear();
 }
 
 void I2cBus::OpenNode() {
   if (node_.IsOpen()) return;
   const std::string path = fmt::format("{}/i2c-{}", roots_.Dev, number_);
   const int opened = node_.Open(path);
+  if (opened < 0 && wasRegistered_ && !Registered()) Gone(-opened);
   if (opened < 0) FailedOpen(-opened, path);
 
   unsigned long functions = 0;  // The kernel stores a whole long here, whatever the width of the flags.
@@ -87,6 +103,12 @@ void I2cBus::OpenNode() {
     throw CommsError(EOPNOTSUPP,
                      fmt::format("i2c-{} cannot transfer byte data: choose another bus with --smbus", number_));
   }
+  wasRegistered_ = Registered();
+}
+
+bool I2cBus::Registered() const {
+  std::error_code error;
+  return std::filesystem::exists(fmt::format("{}/bus/i2c/devices/i2c-{}", roots_.Sys, number_), error);
 }
 
 void I2cBus::Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direction, std::uint8_t& data) {
@@ -100,9 +122,11 @@ void I2cBus::Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direc
 }
 
 void I2cBus::FailedTransfer(int error, std::uint8_t address) {
-  // An adapter that was unplugged stays busy as long as its node is open and cannot come back under its number.
-  std::error_code ignored;
-  if (!std::filesystem::exists(fmt::format("{}/bus/i2c/devices/i2c-{}", roots_.Sys, number_), ignored)) node_.Close();
+  if (wasRegistered_ && !Registered()) {
+    // An adapter that was unplugged stays busy as long as its node is open and cannot come back under its number.
+    Close();
+    Gone(error);
+  }
   switch (error) {
     case ENXIO:
     case EREMOTEIO:
@@ -113,8 +137,8 @@ void I2cBus::FailedTransfer(int error, std::uint8_t address) {
                                           "or choose another bus with --smbus",
                                           number_));
     case ETIMEDOUT:
-      throw CommsError(error, fmt::format("a device holds the clock of i2c-{}: the bus hangs, "
-                                          "and each transfer blocks up to a second",
+      throw CommsError(error, fmt::format("a device holds the clock of i2c-{}, or wiring or power is wrong: the bus "
+                                          "hangs, and each transfer blocks up to a second",
                                           number_));
     case EAGAIN:
       throw CommsError(error, fmt::format("another master took the bus i2c-{}", number_));
@@ -122,6 +146,10 @@ void I2cBus::FailedTransfer(int error, std::uint8_t address) {
       throw CommsError(
           error, fmt::format("transfer with {:02X}h on i2c-{} failed ({})", address, number_, ErrorSymbol(error)));
   }
+}
+
+void I2cBus::Gone(int error) const {
+  throw CommsError(error, fmt::format("the adapter of i2c-{} is gone: plug it in again", number_));
 }
 
 }  // namespace krx

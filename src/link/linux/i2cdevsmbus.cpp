@@ -2,7 +2,6 @@
 #include "link/linux/i2cdevsmbus.h"
 
 #include <cerrno>
-#include <exception>
 #include <utility>
 
 #include "link/commserror.h"
@@ -18,20 +17,16 @@ std::string I2cDevSmbus::ChipsetReport() {
 }
 
 void I2cDevSmbus::WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
-  OnBusOf(address, [&](I2cBus& bus) { bus.Write(address, reg, data); });
+  Bus().Write(address, reg, data);
 }
 
 std::uint8_t I2cDevSmbus::ReadByteData(std::uint8_t address, std::uint8_t reg) {
-  std::uint8_t data = 0;
-  OnBusOf(address, [&](I2cBus& bus) { data = bus.Read(address, reg); });
-  return data;
+  return Bus().Read(address, reg);
 }
 
-void I2cDevSmbus::SetTargetAddress(std::uint8_t address) {
-  const auto chosen = busOf_.find(address);
-  if (number_ || chosen == busOf_.end()) return;
+void I2cDevSmbus::SetTargetAddress(std::uint8_t) {
   for (auto& [number, bus] : buses_) {
-    if (number != chosen->second) bus.Close();
+    if (number != used_) bus.Close();
   }
 }
 
@@ -39,32 +34,18 @@ void I2cDevSmbus::Close() {
   for (auto& [number, bus] : buses_) bus.Close();
 }
 
-I2cBus& I2cDevSmbus::Bus(int number) {
-  return buses_.try_emplace(number, kernel_, roots_, number, force_).first->second;
+std::vector<SmbusAdapter> I2cDevSmbus::Adapters() const {
+  auto adapters = SearchedAdapters(roots_, number_);
+  if (adapters.empty()) {
+    throw CommsError(ENODEV,
+                     "no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus with --smbus");
+  }
+  return adapters;
 }
 
-void I2cDevSmbus::OnBusOf(std::uint8_t address, const Work& work) {
-  if (number_) return work(Bus(*number_));
-  if (const auto known = busOf_.find(address); known != busOf_.end()) return work(Bus(known->second));
-
-  std::exception_ptr silence, failure;
-  for (const I2cAdapter& adapter : ListI2cAdapters(roots_)) {
-    if (!IsHostSmbus(adapter)) continue;
-    try {
-      work(Bus(adapter.Number));
-      busOf_[address] = adapter.Number;
-      return;
-    } catch (const NoAcknowledge&) {
-      silence = std::current_exception();
-    } catch (const CommsError&) {
-      if (!failure) failure = std::current_exception();
-    }
-  }
-  // A bus that could not be asked says more than one on which nobody answered.
-  if (failure) std::rethrow_exception(failure);
-  if (silence) std::rethrow_exception(silence);
-  throw CommsError(ENODEV,
-                   "no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus with --smbus");
+I2cBus& I2cDevSmbus::Bus() {
+  if (!used_) used_ = Adapters().front().Number;
+  return buses_.try_emplace(*used_, kernel_, roots_, *used_, force_).first->second;
 }
 
 }  // namespace krx

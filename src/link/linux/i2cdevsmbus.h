@@ -2,11 +2,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "link/bushost.h"
 #include "link/commsmodule.h"
 #include "link/linux/i2cbus.h"
 #include "link/linux/kernel.h"
@@ -14,8 +15,8 @@
 namespace krx {
 
 /// The PC's SMBus through i2c-dev; errors as I2cBus has them. A PC may have several host adapters (chip sets with a
-/// multiplexed one do). Without a number, the first transfer with an address goes to each in turn; the bus on which a
-/// device acknowledged keeps that address to the end, so that a vanished device is not mistaken for another one.
+/// multiplexed one do), each with devices of its own at the same addresses. Every transfer goes to the one in use and
+/// never to another, so that a vanished device is not mistaken for another one.
 class I2cDevSmbus : public SmbusController {
  public:
   /// number: the only bus to use; none: the host SMBus adapters. force: also use an address that a kernel driver holds.
@@ -25,23 +26,28 @@ class I2cDevSmbus : public SmbusController {
   std::string ChipsetReport() override;
   void WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) override;
   std::uint8_t ReadByteData(std::uint8_t address, std::uint8_t reg) override;
-  /// Gives back the other buses.
+  /// Gives back the buses that are not in use.
   void SetTargetAddress(std::uint8_t address) override;
+
+  /// The adapters to search. Throws CommsError (ENODEV) when none is named and the PC has none.
+  std::vector<SmbusAdapter> Adapters() const;
+  /// Until then the first of Adapters is in use.
+  void Use(int number) { used_ = number; }
+  /// As I2cBus has it, on the adapter in use.
+  std::optional<std::string> Holder(std::uint8_t address, WriteRight right) { return Bus().Holder(address, right); }
 
   /// Gives the nodes back; the next transfer opens its own again.
   void Close();
 
  private:
-  using Work = std::function<void(I2cBus&)>;
-  I2cBus& Bus(int number);
-  void OnBusOf(std::uint8_t address, const Work& work);
+  I2cBus& Bus();
 
   Kernel& kernel_;
   KernelRoots roots_;
   std::optional<int> number_;
   bool force_;
   std::map<int, I2cBus> buses_;
-  std::map<std::uint8_t, int> busOf_;  ///< by device address
+  std::optional<int> used_;
 };
 
 }  // namespace krx

@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <charconv>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
@@ -20,22 +19,23 @@ namespace krx {
 
 namespace {
 
-std::string EnvironmentOr(const char* name, const std::string& usual) {
-  const char* value = std::getenv(name);
-  return value != nullptr && *value != '\0' ? value : usual;
-}
-
 int ResultOrError(int result) {
   return result < 0 ? -errno : result;
 }
 
-}  // namespace
-
-KernelRoots KernelRoots::FromEnvironment() {
-  const KernelRoots usual;
-  return {EnvironmentOr("KRX_DEV_ROOT", usual.Dev), EnvironmentOr("KRX_SYS_ROOT", usual.Sys),
-          EnvironmentOr("KRX_PROC_ROOT", usual.Proc)};
+// The older kind of lock, that of a process and not of an open file: only for this one the kernel tells who holds it,
+// and whoever may open the node can ask, whatever user that is. It goes with the first close of the node by this
+// process, so a node is open once, and the lock is on the descriptor that makes the transfers.
+struct flock WriteLock(LockRange range) {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = range.First;
+  lock.l_len = range.Count;
+  return lock;
 }
+
+}  // namespace
 
 int RealKernel::Open(const std::string& path) {
   return ResultOrError(::open(path.c_str(), O_RDWR | O_CLOEXEC));
@@ -47,6 +47,18 @@ int RealKernel::Ioctl(int descriptor, unsigned long request, unsigned long argum
 
 int RealKernel::Close(int descriptor) {
   return ResultOrError(::close(descriptor));
+}
+
+int RealKernel::Lock(int descriptor, LockRange range) {
+  struct flock lock = WriteLock(range);
+  return ResultOrError(::fcntl(descriptor, F_SETLK, &lock));
+}
+
+pid_t RealKernel::LockHolder(int descriptor, LockRange range) {
+  struct flock lock = WriteLock(range);
+  if (::fcntl(descriptor, F_GETLK, &lock) < 0 || lock.l_type == F_UNLCK) return 0;
+  // A process in another name space has no number here.
+  return lock.l_pid > 0 ? lock.l_pid : -1;
 }
 
 int DeviceNode::Open(const std::string& path) {
@@ -64,6 +76,18 @@ void DeviceNode::Close() {
 
 int DeviceNode::Ioctl(unsigned long request, unsigned long argument) {
   return IsOpen() ? kernel_.Ioctl(descriptor_, request, argument) : -EBADF;
+}
+
+std::optional<pid_t> DeviceNode::OtherHolder(LockRange range, bool take) {
+  if (!IsOpen()) return std::nullopt;
+  if (take) {
+    const int result = kernel_.Lock(descriptor_, range);
+    // A node that cannot be locked at all is used without: no kernel is known to have one.
+    if (result != -EAGAIN && result != -EACCES) return std::nullopt;
+  }
+  const pid_t holder = kernel_.LockHolder(descriptor_, range);
+  if (holder == 0 && !take) return std::nullopt;
+  return holder;
 }
 
 struct InterruptTimer::State {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <sys/types.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,12 +15,15 @@ struct KernelRoots {
   std::string Dev = "/dev";
   std::string Sys = "/sys";
   std::string Proc = "/proc";
-
-  /// The usual places, or those that KRX_DEV_ROOT, KRX_SYS_ROOT and KRX_PROC_ROOT name.
-  static KernelRoots FromEnvironment();
 };
 
-/// The three system calls that reach a device. Each returns its result, or the negated error number.
+/// Bytes of a device node that a process can take for itself. The node has no such bytes; they only stand for what is
+/// behind it.
+struct LockRange {
+  off_t First = 0, Count = 0;
+};
+
+/// The system calls that reach a device. Each returns its result, or the negated error number.
 class Kernel {
  public:
   virtual ~Kernel() = default;
@@ -27,6 +32,11 @@ class Kernel {
   /// argument: a number or the address of a structure, as the request wants it.
   virtual int Ioctl(int descriptor, unsigned long request, unsigned long argument) = 0;
   virtual int Close(int descriptor) = 0;
+  /// Takes the range for this process; -EAGAIN or -EACCES when another one has it. It is given back by the close, or by
+  /// the kernel at the end of the process, whatever ends it.
+  virtual int Lock(int descriptor, LockRange range) = 0;
+  /// The other process that has the range; 0 when none has, negative when the kernel does not say which.
+  virtual pid_t LockHolder(int descriptor, LockRange range) = 0;
 };
 
 class RealKernel : public Kernel {
@@ -34,6 +44,8 @@ class RealKernel : public Kernel {
   int Open(const std::string& path) override;
   int Ioctl(int descriptor, unsigned long request, unsigned long argument) override;
   int Close(int descriptor) override;
+  int Lock(int descriptor, LockRange range) override;
+  pid_t LockHolder(int descriptor, LockRange range) override;
 };
 
 /// One device node: open from Open to Close or to the end of the object, whichever is first.
@@ -49,6 +61,8 @@ class DeviceNode {
   void Close();
   bool IsOpen() const { return descriptor_ >= 0; }
   int Ioctl(unsigned long request, unsigned long argument = 0);
+  /// Another process that has the range, if any; with `take`, the range is taken where none has it.
+  std::optional<pid_t> OtherHolder(LockRange range, bool take);
   template <typename Data>
   int Ioctl(unsigned long request, Data* data) {
     return Ioctl(request, reinterpret_cast<unsigned long>(data));

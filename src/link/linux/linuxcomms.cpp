@@ -3,8 +3,10 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <vector>
 
+#include "link/commserror.h"
 #include "link/linux/i2cadapters.h"
 #include "link/linux/i2cdevsmbus.h"
 #include "link/linux/parportboard.h"
@@ -13,10 +15,12 @@ namespace krx {
 
 namespace {
 
+constexpr const char* leftAlone = "The SMBus is left alone: only a printer port was asked for";
+
 class SmbusHandle : public SmbusController {
  public:
-  explicit SmbusHandle(I2cDevSmbus& bus) : bus_(bus) {}
-  std::string ChipsetReport() override { return bus_.ChipsetReport(); }
+  SmbusHandle(I2cDevSmbus& bus, bool used) : bus_(bus), used_(used) {}
+  std::string ChipsetReport() override { return used_ ? bus_.ChipsetReport() : leftAlone; }
   void WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) override {
     bus_.WriteByteData(address, reg, data);
   }
@@ -25,6 +29,7 @@ class SmbusHandle : public SmbusController {
 
  private:
   I2cDevSmbus& bus_;
+  bool used_;
 };
 
 class BoardHandle : public BusDevice {
@@ -51,14 +56,15 @@ class BoardHandle : public BusDevice {
 
 class AdapterHandle : public PrinterPortAdapter {
  public:
-  explicit AdapterHandle(ParportBoard& board) : board_(board) {}
-  std::uint8_t PortCount() override { return board_.PortCount(); }
+  AdapterHandle(ParportBoard& board, bool used) : board_(board), used_(used) {}
+  std::uint8_t PortCount() override { return used_ ? board_.PortCount() : std::uint8_t{0}; }
   void SelectPort(std::uint8_t port) override { board_.SelectPort(port); }
   std::int32_t CurrentPort() override { return board_.CurrentPort(); }
   std::unique_ptr<BusDevice> ObtainBusDevice() override { return std::make_unique<BoardHandle>(board_); }
 
  private:
   ParportBoard& board_;
+  bool used_;
 };
 
 class RealLinuxComms : private RealKernel, public LinuxComms {
@@ -71,20 +77,23 @@ class RealLinuxComms : private RealKernel, public LinuxComms {
 struct LinuxComms::Buses {
   I2cDevSmbus Smbus;
   ParportBoard Board;
+  bool UsesSmbus, UsesPrinterPorts;
 };
 
 LinuxComms::LinuxComms(const LinuxOptions& options, Kernel& kernel, Clock& clock)
     : buses_(new Buses{{kernel, options.Roots, options.Smbus, options.Force},
-                       {kernel, clock, options.Roots, options.Wiring, options.PrinterPort}}) {}
+                       {kernel, clock, options.Roots, options.Wiring, options.PrinterPort},
+                       options.UsesSmbus(),
+                       options.UsesPrinterPorts()}) {}
 
 LinuxComms::~LinuxComms() = default;
 
 std::unique_ptr<PrinterPortAdapter> LinuxComms::ObtainPrinterPortAdapter() {
-  return std::make_unique<AdapterHandle>(buses_->Board);
+  return std::make_unique<AdapterHandle>(buses_->Board, buses_->UsesPrinterPorts);
 }
 
 std::unique_ptr<SmbusController> LinuxComms::ObtainSmbusController() {
-  return std::make_unique<SmbusHandle>(buses_->Smbus);
+  return std::make_unique<SmbusHandle>(buses_->Smbus, buses_->UsesSmbus);
 }
 
 void LinuxComms::SelectMedium(int medium) {
@@ -95,19 +104,40 @@ void LinuxComms::SelectMedium(int medium) {
   }
 }
 
+std::vector<SmbusAdapter> LinuxComms::SmbusAdapters() {
+  if (!buses_->UsesSmbus) throw CommsError(ENODEV, leftAlone);
+  return buses_->Smbus.Adapters();
+}
+
+void LinuxComms::UseSmbusAdapter(int number) {
+  buses_->Smbus.Use(number);
+}
+
+int LinuxComms::PortNumber(int port) {
+  return buses_->Board.PortNumber(port);
+}
+
+std::optional<std::string> LinuxComms::SmbusHolder(std::uint8_t address, WriteRight right) {
+  return buses_->Smbus.Holder(address, right);
+}
+
+std::optional<std::string> LinuxComms::PortHolder(WriteRight right) {
+  return buses_->Board.Holder(right);
+}
+
 std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& clock) {
   return std::make_unique<RealLinuxComms>(options, clock);
 }
 
 std::optional<std::string> FindLinuxBus(const LinuxOptions& options) {
   std::vector<std::string> found;
-  for (const I2cAdapter& adapter : ListI2cAdapters(options.Roots)) {
-    const bool wanted = options.Smbus ? adapter.Number == *options.Smbus : IsHostSmbus(adapter);
-    if (wanted) found.push_back(fmt::format("{}, i2c-{}", adapter.Name, adapter.Number));
+  if (options.UsesSmbus()) {
+    for (const SmbusAdapter& adapter : SearchedAdapters(options.Roots, options.Smbus)) found.push_back(adapter.Label);
   }
-  if (found.empty() && options.Smbus) found.push_back(fmt::format("i2c-{}", *options.Smbus));
-  const auto ports = options.PrinterPort ? std::vector{*options.PrinterPort} : ListPrinterPorts(options.Roots);
-  for (const int port : ports) found.push_back(fmt::format("printer port {}", port));
+  if (options.UsesPrinterPorts()) {
+    const auto ports = options.PrinterPort ? std::vector{*options.PrinterPort} : ListPrinterPorts(options.Roots);
+    for (const int port : ports) found.push_back(fmt::format("printer port {}", port));
+  }
   if (found.empty()) return std::nullopt;
   return fmt::format("{}", fmt::join(found, " and "));
 }

@@ -4,7 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "link/bushost.h"
 #include "link/clock.h"
 #include "link/commsmodule.h"
 #include "link/linux/kernel.h"
@@ -14,16 +16,20 @@ namespace krx {
 
 /// Which of a PC's buses to use, and how.
 struct LinuxOptions {
-  std::optional<int> Smbus;        ///< N of /dev/i2c-N; none: the first host SMBus
+  std::optional<int> Smbus;        ///< N of /dev/i2c-N; none: all host SMBus adapters
   std::optional<int> PrinterPort;  ///< N of /dev/parportN; none: all ports
   PortWiring Wiring = DefaultWiring();
   bool Force = false;  ///< also use a chip that a kernel driver holds
   KernelRoots Roots = {};
+
+  // Naming a bus of one kind leaves the other kind alone: whoever names an SMBus does not want a printer probed.
+  bool UsesSmbus() const { return Smbus || !PrinterPort; }
+  bool UsesPrinterPorts() const { return PrinterPort || !Smbus; }
 };
 
 /// The real buses of a Linux PC: its SMBus through i2c-dev, the evaluation board on a printer port through ppdev.
 /// Making it opens nothing. The objects it hands out must not outlive it.
-class LinuxComms : public CommsModule {
+class LinuxComms : public CommsModule, private BusHost {
  public:
   /// `kernel` and `clock` must outlive it.
   LinuxComms(const LinuxOptions& options, Kernel& kernel, Clock& clock);
@@ -33,8 +39,15 @@ class LinuxComms : public CommsModule {
   std::unique_ptr<SmbusController> ObtainSmbusController() override;
   /// Gives back the medium that was not selected.
   void SelectMedium(int medium) override;
+  BusHost* Host() override { return this; }
 
  private:
+  std::vector<SmbusAdapter> SmbusAdapters() override;
+  void UseSmbusAdapter(int number) override;
+  int PortNumber(int port) override;
+  std::optional<std::string> SmbusHolder(std::uint8_t address, WriteRight right) override;
+  std::optional<std::string> PortHolder(WriteRight right) override;
+
   struct Buses;
   std::unique_ptr<Buses> buses_;
 };

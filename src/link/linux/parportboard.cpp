@@ -25,7 +25,7 @@ constexpr std::array heaters{HeaterLines{0x10, &PortLines::Heater1Out, &PortLine
 /// Releases the port however the transaction ends.
 class Claimed {
  public:
-  Claimed(ParportNode& node, int port) : node_(node) { node_.Claim(port); }
+  explicit Claimed(ParportNode& node) : node_(node) { node_.Claim(); }
   ~Claimed() { node_.Release(); }
   Claimed(const Claimed&) = delete;
   Claimed& operator=(const Claimed&) = delete;
@@ -59,23 +59,23 @@ void ParportBoard::SelectPort(std::uint8_t port) {
 }
 
 void ParportBoard::SendByte(std::uint8_t address, std::uint8_t data) {
-  Transaction([&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{data}); });
+  Transaction(Purpose::Write, [&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{data}); });
 }
 
 std::uint8_t ParportBoard::ReceiveByte(std::uint8_t address) {
   std::uint8_t data = 0;
-  Transaction([&](LineDriver&, TwoWireMaster& bus) { data = bus.Receive(address); });
+  Transaction(Purpose::Read, [&](LineDriver&, TwoWireMaster& bus) { data = bus.Receive(address); });
   return data;
 }
 
 std::uint8_t ParportBoard::ReadByteData(std::uint8_t address, std::uint8_t reg) {
   std::uint8_t data = 0;
-  Transaction([&](LineDriver&, TwoWireMaster& bus) { data = bus.ReadRegister(address, reg); });
+  Transaction(Purpose::Read, [&](LineDriver&, TwoWireMaster& bus) { data = bus.ReadRegister(address, reg); });
   return data;
 }
 
 void ParportBoard::WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
-  Transaction([&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{reg, data}); });
+  Transaction(Purpose::Write, [&](LineDriver&, TwoWireMaster& bus) { bus.Send(address, std::array{reg, data}); });
 }
 
 void ParportBoard::SetControlByte(std::uint8_t value) {
@@ -83,7 +83,7 @@ void ParportBoard::SetControlByte(std::uint8_t value) {
   control_ = value;
   if (!used_ && value == 0) return;
   try {
-    Transaction([](LineDriver&, TwoWireMaster&) {});
+    Transaction(Purpose::Write, [](LineDriver&, TwoWireMaster&) {});
   } catch (const CommsError&) {
     // The next transaction must not switch on a heater that its user was told had failed.
     control_ = value & before;
@@ -93,7 +93,7 @@ void ParportBoard::SetControlByte(std::uint8_t value) {
 
 std::uint8_t ParportBoard::ReadStatusByte() {
   unsigned status = 0;
-  Transaction([&](LineDriver& driver, TwoWireMaster&) {
+  Transaction(Purpose::Read, [&](LineDriver& driver, TwoWireMaster&) {
     for (const HeaterLines& heater : heaters) {
       const auto& line = Lines().*heater.In;
       const bool on = line ? driver.Get(*line) : (control_.value_or(0) & heater.Mask) != 0;
@@ -103,18 +103,38 @@ std::uint8_t ParportBoard::ReadStatusByte() {
   return static_cast<std::uint8_t>(status);
 }
 
-void ParportBoard::Transaction(const Work& work) {
+std::optional<std::string> ParportBoard::Holder(WriteRight right) {
+  OpenSelected();
+  return node_.Holder(right);
+}
+
+int ParportBoard::PortNumber(int port) const {
   const auto ports = Ports();
-  const auto index = static_cast<std::size_t>(selected_);
-  if (index >= ports.size()) throw CommsError(ENODEV, "this PC has no printer port, or it is gone");
-  const Claimed claimed(node_, ports[index]);
+  return port >= 0 && port < static_cast<int>(ports.size()) ? ports[static_cast<std::size_t>(port)] : -1;
+}
+
+void ParportBoard::OpenSelected() {
+  const int number = PortNumber(selected_);
+  if (number < 0) throw CommsError(ENODEV, "this PC has no printer port, or it is gone");
+  node_.Open(number);
+}
+
+void ParportBoard::Transaction(Purpose purpose, const Work& work) {
+  OpenSelected();
+  const bool writes = purpose == Purpose::Write;
+  const auto holder = writes || control_ ? node_.Holder(WriteRight::Take) : std::nullopt;
+  if (writes && holder) {
+    throw CommsError(EBUSY, fmt::format("what is at printer port {} is used by {}: it can only be read",
+                                        PortNumber(selected_), *holder));
+  }
+  const Claimed claimed(node_);
   used_ = true;
   LineDriver driver(node_);
   TwoWireMaster bus(driver, Lines(), clock_);
   // Whoever had the port meanwhile may have left other levels on the heater lines.
   for (const HeaterLines& heater : heaters) {
     const auto& line = Lines().*heater.Out;
-    if (line && control_) driver.Set(*line, (*control_ & heater.Mask) != 0);
+    if (line && control_ && !holder) driver.Set(*line, (*control_ & heater.Mask) != 0);
   }
   work(driver, bus);
 }

@@ -14,7 +14,8 @@ namespace krx {
 
 /// The evaluation board on a printer port: what PrinterPortAdapter and BusDevice do, kept for handles that come and go.
 /// Each bus operation is one transaction between claim and release of the port. Addresses are in their 8-bit form;
-/// errors as TwoWireMaster and ParportNode have them.
+/// errors as TwoWireMaster and ParportNode have them. One that changes something takes the right to write first, and
+/// throws CommsError EBUSY naming the program that has it.
 class ParportBoard {
  public:
   /// port: the only port to offer, by its number N in /dev/parportN; none offers all. `kernel` and `clock` must outlive
@@ -34,10 +35,16 @@ class ParportBoard {
 
   /// Bits 4 and 5 go to the heater lines, the others nowhere. While a port has not been used, a 0 is only remembered
   /// and goes to the lines with the first use, so that a printer that nobody mentioned is not disturbed. Heaters that
-  /// were never set stay as they were found: who only reads must not switch them.
+  /// were never set stay as they were found: who only reads must not switch them. So they do as long as another program
+  /// has the right to write there.
   void SetControlByte(std::uint8_t value);
   /// The heater lines read back, in bits 4 and 5. A heater without a line to read: as it was set.
   std::uint8_t ReadStatusByte();
+
+  /// N of /dev/parportN of a port that SelectPort takes; -1 for none.
+  int PortNumber(int port) const;
+  /// Another program that has the right to write to what is at the selected port.
+  std::optional<std::string> Holder(WriteRight right);
 
   void SetBusMode(bool mode) { busMode_ = mode; }
   bool GetBusMode() const { return busMode_; }
@@ -47,9 +54,11 @@ class ParportBoard {
 
  private:
   using Work = std::function<void(LineDriver& driver, TwoWireMaster& bus)>;
+  enum class Purpose { Read, Write };
   std::vector<int> Ports() const;
   const PortLines& Lines() const { return wiring_.Modes[busMode_ ? 1 : 0]; }
-  void Transaction(const Work& work);
+  void OpenSelected();
+  void Transaction(Purpose purpose, const Work& work);
 
   Clock& clock_;
   KernelRoots roots_;

@@ -12,13 +12,16 @@
 #include <utility>
 
 #include "link/commserror.h"
+#include "link/linux/nodeholder.h"
 
 namespace krx {
 
 namespace {
 
 constexpr double claimLimitSeconds = 0.5;
-constexpr const char* nobody = "none";  // what the kernel calls the holder of an idle port
+constexpr const char* nobody = "none";           // what the kernel calls the holder of an idle port
+constexpr const char* programsDriver = "ppdev";  // the driver through which programs use a port
+constexpr LockRange wholePort{0, 128};           // as many bytes as a bus has addresses
 
 [[noreturn]] void FailedOpen(int number, const std::string& path) {
   switch (number) {
@@ -58,17 +61,40 @@ std::vector<int> ListPrinterPorts(const KernelRoots& roots) {
 
 ParportNode::ParportNode(Kernel& kernel, KernelRoots roots) : roots_(std::move(roots)), node_(kernel) {}
 
-void ParportNode::Claim(int number) {
-  if (number != number_) Close();
-  number_ = number;
-  if (!node_.IsOpen()) {
-    ClaimAlone();
-  } else if (shared_) {
-    ClaimShared();
-  } else if (const int result = node_.Ioctl(PPCLAIM); result < 0) {
+void ParportNode::Open(int number) {
+  if (number != number_) {
     Close();
-    FailedOpen(-result, fmt::format("{}/parport{}", roots_.Dev, number_));
+    worked_ = false;
   }
+  number_ = number;
+  if (node_.IsOpen()) return;
+  if (const int result = node_.Open(Path()); result < 0) Failed(-result);
+}
+
+std::optional<std::string> ParportNode::Holder(WriteRight right) {
+  if (taken_) return std::nullopt;
+  const bool take = right == WriteRight::Take;
+  if (const auto process = node_.OtherHolder(wholePort, take)) return ProcessText(roots_, *process);
+  taken_ = take;
+  return std::nullopt;
+}
+
+void ParportNode::Claim() {
+  const auto active = ActiveDriver();
+  if (active && !active->starts_with(programsDriver)) Used(*active);
+  int result = 0;
+  {
+    // The kernel lets a claim wait for as long as the other one likes.
+    const InterruptTimer timer(claimLimitSeconds);
+    result = node_.Ioctl(PPCLAIM);
+  }
+  // A program that wants a port for itself alone lets nobody else register: the kernel says ENXIO as without a port.
+  const bool refused = result == -ENXIO && std::filesystem::exists(PortDirectory(roots_, number_));
+  if (refused || result == -EINTR || result == -EAGAIN || result == -EBUSY) {
+    Used(ActiveDriver().value_or(programsDriver));
+  }
+  if (result < 0) Failed(-result);
+  worked_ = true;
   // Only ports that can turn the data lines round know this request; the others always drive them.
   int outputs = 0;
   node_.Ioctl(PPDATADIR, &outputs);
@@ -80,6 +106,7 @@ void ParportNode::Release() {
 
 void ParportNode::Close() {
   node_.Close();
+  taken_ = false;
 }
 
 std::uint8_t ParportNode::Read(PortRegister which) {
@@ -102,44 +129,6 @@ void ParportNode::Write(PortRegister which, std::uint8_t value) {
   Access(which == PortRegister::Control ? PPWCONTROL : PPWDATA, value);
 }
 
-void ParportNode::Open() {
-  const std::string path = fmt::format("{}/parport{}", roots_.Dev, number_);
-  const int opened = node_.Open(path);
-  if (opened < 0) FailedOpen(-opened, path);
-}
-
-void ParportNode::ClaimAlone() {
-  Open();
-  shared_ = false;
-  int result = node_.Ioctl(PPEXCL);
-  // Alone on the port nobody can make this block: it is granted or refused.
-  if (result >= 0) result = node_.Ioctl(PPCLAIM);
-  if (result >= 0) return;
-  node_.Close();
-  std::error_code error;
-  const bool refused = result == -ENXIO || result == -EBUSY || result == -EAGAIN;
-  if (!refused || !std::filesystem::exists(PortDirectory(roots_, number_), error)) {
-    FailedOpen(-result, fmt::format("{}/parport{}", roots_.Dev, number_));
-  }
-  // A wish for exclusiveness stays with the descriptor, so sharing takes a new one.
-  Open();
-  shared_ = true;
-  ClaimShared();
-}
-
-void ParportNode::ClaimShared() {
-  if (const std::string active = ActiveDriver(); active != nobody) Used(active);
-  int result = 0;
-  {
-    // The kernel lets a claim wait for as long as the other driver likes.
-    const InterruptTimer timer(claimLimitSeconds);
-    result = node_.Ioctl(PPCLAIM);
-  }
-  if (result >= 0) return;
-  const std::string active = ActiveDriver();
-  Used(active == nobody ? RegisteredDrivers() : active);
-}
-
 void ParportNode::Access(unsigned long request, std::uint8_t& value) {
   const int result = node_.Ioctl(request, &value);
   if (result >= 0) return;
@@ -148,23 +137,32 @@ void ParportNode::Access(unsigned long request, std::uint8_t& value) {
 }
 
 void ParportNode::Used(const std::string& by) {
-  // Closing also takes back a claim that is still queued; the kernel would grant it later, behind our back.
-  Close();
-  throw CommsError(EBUSY, fmt::format("printer port {} is used by {}", number_, by));
-}
-
-std::string ParportNode::ActiveDriver() const {
-  return FirstLine(PortDirectory(roots_, number_) + "/devices/active").value_or("another driver");
-}
-
-std::string ParportNode::RegisteredDrivers() const {
-  std::string names;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(PortDirectory(roots_, number_) + "/devices", error)) {
-    if (!entry.is_directory(error)) continue;
-    names += (names.empty() ? "" : ", ") + entry.path().filename().string();
+  std::string user = by;
+  if (by.starts_with(programsDriver)) {
+    const auto process = node_.OtherHolder(wholePort, false);
+    user = process ? ProcessText(roots_, *process) : NodeUser(roots_, Path());
   }
-  return names.empty() ? "another driver" : names;
+  // This also takes back a claim that is still queued; the kernel would grant it later, behind our back.
+  Close();
+  throw CommsError(EBUSY, fmt::format("printer port {} is used by {}", number_, user));
+}
+
+void ParportNode::Failed(int number) {
+  Close();
+  if (worked_ && (number == ENOENT || number == ENXIO || number == ENODEV)) {
+    throw CommsError(number, fmt::format("printer port {} is gone: plug its adapter in again", number_));
+  }
+  FailedOpen(number, Path());
+}
+
+std::string ParportNode::Path() const {
+  return fmt::format("{}/parport{}", roots_.Dev, number_);
+}
+
+std::optional<std::string> ParportNode::ActiveDriver() const {
+  auto active = FirstLine(PortDirectory(roots_, number_) + "/devices/active");
+  if (active && *active == nobody) active.reset();
+  return active;
 }
 
 }  // namespace krx

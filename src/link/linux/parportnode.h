@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "link/bushost.h"
 
 #include "link/linux/kernel.h"
 #include "link/linux/twowiremaster.h"
@@ -18,11 +21,16 @@ class ParportNode : public PortRegisters {
  public:
   ParportNode(Kernel& kernel, KernelRoots roots);
 
-  /// Makes port `number` ours until Release: alone when that is granted; when another driver is registered on the port
-  /// (the printer driver usually is), shared with it, but only while it is idle. Throws CommsError: what to do about a
-  /// node that cannot be opened, EBUSY "printer port N is used by X".
-  void Claim(int number);
-  /// Ends the transaction; the node stays open.
+  /// Opens the node of port `number`, if it is not open; claims nothing, so that other programs go on. Throws
+  /// CommsError: what to do about a node that cannot be opened.
+  void Open(int number);
+  /// Another program that has the right to write to what is at the port. Open first; Close gives the right back.
+  std::optional<std::string> Holder(WriteRight right);
+  /// Makes the opened port ours until Release. Waits up to half a second for another program's transaction; a driver
+  /// that is no program's, such as that of a printer, is not waited for. Throws CommsError EBUSY "printer port N is
+  /// used by X".
+  void Claim();
+  /// Ends the transaction; the node stays open and others may claim the port.
   void Release();
   void Close();
 
@@ -30,18 +38,18 @@ class ParportNode : public PortRegisters {
   void Write(PortRegister which, std::uint8_t value) override;
 
  private:
-  void Open();
-  void ClaimAlone();
-  void ClaimShared();
   void Access(unsigned long request, std::uint8_t& value);
   [[noreturn]] void Used(const std::string& by);
-  std::string ActiveDriver() const;
-  std::string RegisteredDrivers() const;
+  [[noreturn]] void Failed(int number);
+  std::string Path() const;
+  /// Nothing while the port is idle, or where the kernel does not tell.
+  std::optional<std::string> ActiveDriver() const;
 
   KernelRoots roots_;
   DeviceNode node_;
   int number_ = -1;
-  bool shared_ = false;
+  bool taken_ = false;   ///< this program has the right to write
+  bool worked_ = false;  ///< the port has been claimed in this run
 };
 
 }  // namespace krx

@@ -158,7 +158,8 @@ void TwoWireMaster::RaiseClock() {
     if (late) break;
   }
   driver_.Set(lines_.SdaOut, true);
-  throw CommsError(ETIMEDOUT, "a device holds the clock low for more than 35 ms");
+  throw CommsError(ETIMEDOUT,
+                   "the clock stays low for more than 35 ms: a device holds it, or wiring or power is wrong");
 }
 
 void TwoWireMaster::LowerClock() {

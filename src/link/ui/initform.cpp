@@ -128,6 +128,8 @@ void InitForm::MakeMediumPanel() {
   };
   printerPortCheck_ =
       addMedium("PPCheck", "Parallel Printer Port", "PPSearchDescLBL", wizardtext::printerPortDescription).first;
+  // Return, Return, Return is to reach the simulated board with its heaters; on hardware a printer may be at the port.
+  printerPortCheck_->setChecked(!simulatedOffered_);
   usbCheck_ = addMedium("USBCheck", "USB", "USBSearchDescLBL", wizardtext::initialDescription).first;
   std::tie(smbusCheck_, smbusDescription_) =
       addMedium("SMBusCheck", "On-Board SMBus", "SMBusSearchDescLBL", wizardtext::initialDescription);
@@ -154,11 +156,14 @@ void InitForm::MakeResultsPanel() {
   list_->setAccessibleName("Search Results");
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setItemDelegate(new RowDelegate(list_));
+  place_ = MakeLabel("PlaceLBL", QString());
+  place_->setForegroundRole(QPalette::PlaceholderText);
   results_ = MakeLabel("SearchResultsLBL", QString());
   instructions_ = MakeLabel("SearchInsLBL", QString());
   simulated_ = new QPushButton("Use the simulated board");
   simulated_->setObjectName("SimulatedCMD");
   layout->addWidget(list_, 1);
+  layout->addWidget(place_);
   layout->addWidget(results_);
   layout->addWidget(simulated_, 0, Qt::AlignLeft);
   layout->addWidget(instructions_);
@@ -201,6 +206,7 @@ void InitForm::ShowWizard() {
   next_->setEnabled(wizard_.NextEnabled());
   cancel_->setEnabled(wizard_.CancelEnabled());
   finish_->setEnabled(wizard_.FinishEnabled());
+  place_->setText(QString::fromStdString(wizard_.PlaceText()));
   results_->setText(QString::fromStdString(wizard_.SearchResultsText()));
   instructions_->setText(QString::fromStdString(wizard_.SearchInstructionText()));
   simulated_->setVisible(simulatedOffered_ && wizard_.Rows().empty());
@@ -225,7 +231,10 @@ void InitForm::ShowChipset() {
 void InitForm::ShowResults() {
   const QSignalBlocker blocker(list_);
   list_->clear();
-  for (const ResultRow& row : wizard_.Rows()) list_->addItem(QString::fromStdString(row.Text));
+  for (const ResultRow& row : wizard_.Rows()) {
+    auto* const item = new QListWidgetItem(QString::fromStdString(row.Text), list_);
+    item->setToolTip(QString::fromStdString(row.Place()));
+  }
   list_->setCurrentRow(wizard_.SelectedRow());
 }
 
@@ -291,6 +300,11 @@ void InitForm::EndSearch(const std::vector<SearchReport>& reports) {
 
 void InitForm::Finish() {
   if (!wizard_.FinishEnabled() || !wizard_.Finish()) return;
+  if (const auto holder = wizard_.TakeChip()) {
+    if (!dialogs_.Question(QString::fromStdString(wizardtext::Held(*holder)), wizardtext::title)) return;
+    emit ReadOnlyWanted();
+    wizard_.Finish();
+  }
   finished_ = true;
   emit Finished();
   close();

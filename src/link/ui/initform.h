@@ -38,6 +38,9 @@ class InitForm : public QWidget {
   void MainWindowWanted();
   /// The link has its chip: the main window is to be started up and shown.
   void Finished();
+  /// The chosen chip is used by another program, and the user goes on without writing: the bus is to be made anew for
+  /// reading only before the slot returns.
+  void ReadOnlyWanted();
   /// The user asks for the simulated board instead of the buses that were searched.
   void SimulatedBoardWanted();
   /// The wizard was left without a chip; the program ends.
@@ -77,6 +80,7 @@ class InitForm : public QWidget {
   QCheckBox* smbusCheck_ = nullptr;
   QLabel* smbusDescription_ = nullptr;
   QProgressBar* progress_ = nullptr;
+  QLabel* place_ = nullptr;
   QLabel* results_ = nullptr;
   QLabel* instructions_ = nullptr;
   QListWidget* list_ = nullptr;

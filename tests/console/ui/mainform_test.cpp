@@ -27,6 +27,7 @@ class RecordingDialogs : public UserDialogs {
   void Critical(const QString& text, const QString&) override { Texts << text; }
   void Exclamation(const QString& text, const QString&) override { Texts << text; }
   void Information(const QString& text, const QString&) override { Texts << text; }
+  bool Question(const QString& text, const QString&) override { return Texts << text, false; }
   std::optional<QString> SaveFile(const QString&, const QString&) override { return {}; }
   std::optional<QString> OpenFile(const QString&, const QString&) override { return {}; }
   QStringList Texts;
@@ -79,8 +80,10 @@ struct Console {
 TEST(MainForm, NamesTheMediumInTitleAndStatusBar) {
   const Console board;
   EXPECT_TRUE(board.Form->windowTitle().contains("Simulated board"));
-  EXPECT_EQ(board.Text("lblMedium"), "Simulated board · printer port 5Ah");
+  EXPECT_EQ(board.Text("lblMedium"), "Simulated board · printer port 2Dh");
   EXPECT_EQ(Console(Console::Medium::Smbus).Text("lblMedium"), "Simulated board · SMBus 2Eh");
+  EXPECT_EQ(ConnectionText("SMBus I801 adapter at 0700, i2c-1", Console(Console::Medium::Smbus).Chip.Bus),
+            "SMBus I801 adapter at 0700, i2c-1 · 2Eh");
 }
 
 TEST(MainForm, HasItsFixedCaptions) {

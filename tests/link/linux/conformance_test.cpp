@@ -142,6 +142,7 @@ TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
   roots.Adapter(2, "SMBus I801 adapter at 0700");
   EXPECT_EQ(FindLinuxBus(options), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
   options.Smbus = 0;
+  EXPECT_EQ(FindLinuxBus(options), "i915 gmbus ssc, i2c-0") << "who names one kind leaves the other alone";
   options.PrinterPort = 4;
   EXPECT_EQ(FindLinuxBus(options), "i915 gmbus ssc, i2c-0 and printer port 4");
 }

@@ -5,7 +5,9 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "link/linux/kernel.h"
 
@@ -22,7 +24,9 @@ class FakeFile {
 class FakeKernel : public Kernel {
  public:
   std::map<std::string, std::function<std::unique_ptr<FakeFile>()>> Nodes;
-  std::map<std::string, int> OpenErrors;  ///< by path: what opening it answers
+  std::map<std::string, int> OpenErrors;                        ///< by path: what opening it answers
+  std::map<std::pair<std::string, off_t>, pid_t> HeldByOthers;  ///< by path and first byte: who has locked it
+  std::set<std::pair<std::string, off_t>> Locked;               ///< by us
   int Opened = 0;
   int OpenNow() const { return static_cast<int>(files_.size()); }
 
@@ -32,15 +36,29 @@ class FakeKernel : public Kernel {
     if (node == Nodes.end()) return -ENOENT;
     ++Opened;
     files_[next_] = node->second();
+    paths_[next_] = path;
     return next_++;
   }
   int Ioctl(int descriptor, unsigned long request, unsigned long argument) override {
     const auto file = files_.find(descriptor);
     return file == files_.end() ? -EBADF : file->second->Ioctl(request, argument);
   }
-  int Close(int descriptor) override { return files_.erase(descriptor) == 1 ? 0 : -EBADF; }
+  int Close(int descriptor) override {
+    std::erase_if(Locked, [&](const auto& lock) { return lock.first == paths_[descriptor]; });
+    return files_.erase(descriptor) == 1 ? 0 : -EBADF;
+  }
+  int Lock(int descriptor, LockRange range) override {
+    if (LockHolder(descriptor, range) != 0) return -EAGAIN;
+    Locked.emplace(paths_[descriptor], range.First);
+    return 0;
+  }
+  pid_t LockHolder(int descriptor, LockRange range) override {
+    const auto held = HeldByOthers.find({paths_[descriptor], range.First});
+    return held == HeldByOthers.end() ? 0 : held->second;
+  }
 
  private:
+  std::map<int, std::string> paths_;
   std::map<int, std::unique_ptr<FakeFile>> files_;
   int next_ = 1000;
 };

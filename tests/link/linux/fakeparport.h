@@ -81,9 +81,8 @@ struct FakeParport {
   std::function<void(std::uint8_t)> OnHeaters;  ///< bits 4 and 5, when one changed
   std::uint8_t Data = 0x0F, Control = 0x0C;
   std::uint8_t Heaters = 0;
-  bool OtherRegistered = false;  ///< a printer driver is on the port
-  bool OtherActive = false;      ///< and holds it
-  bool Gone = false;             ///< the port was pulled out
+  bool OtherActive = false;  ///< another driver holds it
+  bool Gone = false;         ///< the port was pulled out
   std::set<const void*> Registered;
   const void* Exclusive = nullptr;
   const void* Holder = nullptr;
@@ -151,7 +150,7 @@ class FakeParportFile : public FakeFile {
   int Claim() {
     if (port_.Holder == this) return -EINVAL;
     if (!port_.Registered.contains(this)) {
-      if (port_.Exclusive != nullptr || (exclusive_ && (port_.OtherRegistered || !port_.Registered.empty()))) {
+      if (port_.Exclusive != nullptr || (exclusive_ && !port_.Registered.empty())) {
         return -ENXIO;
       }
       port_.Registered.insert(this);

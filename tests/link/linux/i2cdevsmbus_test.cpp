@@ -82,7 +82,7 @@ TEST_F(I2cDev, ReportsEachTransferErrorWithItsMeaning) {
        "failed EBUSY the firmware uses the bus i2c-3: leave it to the firmware, "
        "or choose another bus with --smbus"},
       {ETIMEDOUT,
-       "failed ETIMEDOUT a device holds the clock of i2c-3: the bus hangs, "
+       "failed ETIMEDOUT a device holds the clock of i2c-3, or wiring or power is wrong: the bus hangs, "
        "and each transfer blocks up to a second"},
       {EAGAIN, "failed EAGAIN another master took the bus i2c-3"},
       {EIO, "failed EIO transfer with 2Eh on i2c-3 failed (EIO)"},
@@ -132,35 +132,13 @@ TEST_F(I2cDev, WorksAgainWhenAnUnpluggedAdapterIsBack) {
   std::filesystem::remove(roots.Roots.Sys + "/bus/i2c/devices/i2c-3");
   kernel.Nodes.clear();
   adapter.TransferError = ENODEV;
-  Error();
+  const std::string gone = " the adapter of i2c-3 is gone: plug it in again";
+  EXPECT_EQ(Error(), "failed ENODEV" + gone) << "not that no device answers";
   EXPECT_EQ(kernel.OpenNow(), 0) << "keeps the adapter from coming back";
-  EXPECT_TRUE(Error().starts_with("failed ENOENT " + path)) << Error();
+  EXPECT_EQ(Error(), "failed ENOENT" + gone) << "loading a driver would not help";
   Appear();
   adapter.TransferError = 0;
   EXPECT_EQ(Error(), "");
-}
-
-TEST_F(I2cDev, FindsTheChipOnAnyHostAdapterAndStaysThere) {
-  SimOptions options;
-  options.SmbusChips[0].Address = 0x2D;
-  Simulation second(clock, options);
-  FakeI2cAdapter other;
-  other.Chips = second.MakeCommsModule()->ObtainSmbusController();
-  roots.Adapter(1, "SMBus PIIX4 adapter port 0 at 0b00");
-  kernel.Nodes[roots.Roots.Dev + "/i2c-1"] = [&] { return std::make_unique<FakeI2cFile>(other); };
-  roots.Adapter(0, "i915 gmbus dpc");  // without a node: opening it would be an error of its own
-
-  EXPECT_EQ(Error(0x2E), "");
-  EXPECT_EQ(Error(0x2D), "");
-  EXPECT_EQ(Error(0x2C), "silent ENXIO no device answers at 2Ch");
-  adapter.TransferError = EIO;
-  EXPECT_EQ(Error(0x2C), "failed EIO transfer with 2Ch on i2c-3 failed (EIO)") << "not all buses could be asked";
-  adapter.TransferError = ENXIO;
-  const int transfers = other.Transfers;
-  EXPECT_THROW(bus.WriteByteData(0x2E, 0x4E, 1), NoAcknowledge);
-  EXPECT_EQ(other.Transfers, transfers) << "a chip that went silent must not be looked for elsewhere";
-  bus.SetTargetAddress(0x2E);
-  EXPECT_EQ(kernel.OpenNow(), 1);
 }
 
 TEST_F(I2cDev, SaysWhenThereIsNoAdapter) {

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "fakei2c.h"
+#include "fakeparport.h"
+#include "link/linux/linuxcomms.h"
+#include "link/registeraccess.h"
+#include "link/searchwizard.h"
+#include "support/testbench.h"
+#include "testroots.h"
+
+namespace krx {
+namespace {
+
+/// An SMBus adapter with simulated chips behind it.
+struct Adapter {
+  Adapter(Clock& clock, const std::vector<SimOptions::SmbusChip>& chips) : Simulated(clock, OptionsOf(chips)) {
+    Bus.Chips = Simulated.MakeCommsModule()->ObtainSmbusController();
+  }
+  static SimOptions OptionsOf(const std::vector<SimOptions::SmbusChip>& chips) {
+    SimOptions options;
+    options.SmbusChips = chips;
+    return options;
+  }
+  Simulation Simulated;
+  FakeI2cAdapter Bus;
+};
+
+/// A computer with two host adapters and a printer port, and this program on it.
+class RealSearch : public testing::Test {
+ protected:
+  RealSearch() {
+    roots.Adapter(1, "SMBus PIIX4 adapter port 0 at 0b00");
+    roots.Adapter(3, "SMBus I801 adapter at 0700");
+    roots.Adapter(0, "i915 gmbus dpc");  // without a node: opening it would be an error of its own
+    roots.File(roots.Roots.Dev + "/parport4", "");
+    roots.File(roots.Roots.Proc + "/4711/comm", "krx5580-console\x1b");
+    kernel.Nodes[first] = [this] { return std::make_unique<FakeI2cFile>(one.Bus); };
+    kernel.Nodes[second] = [this] { return std::make_unique<FakeI2cFile>(two.Bus); };
+    kernel.Nodes[parport] = [this] { return std::make_unique<FakeParportFile>(port); };
+    options.Roots = roots.Roots;
+  }
+
+  /// "place / place ..." of what is found.
+  std::string Find(const SearchMedia& media = {true, true, false}) {
+    search.ClearFinds();
+    reports.clear();
+    for (const SearchReport& report : search.Search(media, 0, nullptr)) reports += report.Text;
+    std::string places;
+    for (const ResultRow& row : search.Rows()) places += (places.empty() ? "" : " / ") + row.Place();
+    return places;
+  }
+  void Finish(std::size_t row) { search.Finish(search.Rows().at(row)); }
+  std::string Write(std::uint8_t reg = 0x4E) {
+    try {
+      WriteByte(link, reg, 0x55);
+      return "";
+    } catch (const CommsError& error) {
+      return error.BoxText();
+    }
+  }
+
+  TestRoots roots;
+  const std::string first = roots.Roots.Dev + "/i2c-1", second = roots.Roots.Dev + "/i2c-3",
+                    parport = roots.Roots.Dev + "/parport4";
+  ManualClock clock;
+  ScriptedPump pump{clock};
+  Adapter one{clock, {{0x2C}, {0x2E}}}, two{clock, {{0x2D}, {0x2E}}};
+  Simulation board{clock, {}};
+  BoardDevice device{board.MakeCommsModule()->ObtainPrinterPortAdapter()->ObtainBusDevice()};
+  BitSlave slave{device, [this] { return clock.Seconds(); }};
+  FakeParport port{slave};
+  FakeKernel kernel;
+  LinuxOptions options;
+  CommsRoot root{[this] { return std::make_unique<LinuxComms>(options, kernel, clock); }};
+  Link link{root, clock, pump};
+  ChipSearch search{link};
+  std::string reports;
+  const std::string holder = "krx5580-console\\x1B (process 4711)";
+};
+
+TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
+  const std::string path = testing::TempDir() + "krx_lock";
+  std::ofstream(path) << "a file locks as a device node does";
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    RealKernel kernel;
+    const int locked = kernel.Lock(kernel.Open(path), {0x2E, 1});
+    (void)!write(ready[1], &locked, 1);
+    for (;;) pause();
+  }
+  char result = 1;
+  ASSERT_EQ(read(ready[0], &result, 1), 1);
+  EXPECT_EQ(result, 0);
+  RealKernel kernel;
+  const int descriptor = kernel.Open(path);
+  EXPECT_EQ(kernel.LockHolder(descriptor, {0x2E, 1}), child);
+  EXPECT_EQ(kernel.LockHolder(descriptor, {0, 128}), child);
+  EXPECT_EQ(kernel.LockHolder(descriptor, {0x2D, 1}), 0) << "the address beside it";
+  EXPECT_EQ(kernel.Lock(descriptor, {0x2E, 1}), -EAGAIN);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(kernel.Lock(descriptor, {0x2E, 1}), 0);
+  for (const int each : {descriptor, ready[0], ready[1]}) kernel.Close(each);
+  std::filesystem::remove(path);
+}
+
+TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip) {
+  EXPECT_EQ(Find(),
+            "2Dh on printer port 4 / 2Dh on printer port 4 / 2Ch on SMBus PIIX4 adapter port 0 at 0b00, i2c-1 / 2Dh on "
+            "SMBus I801 adapter at "
+            "0700, i2c-3 / 2Eh on SMBus PIIX4 adapter port 0 at 0b00, i2c-1 / 2Eh on SMBus I801 adapter at 0700, "
+            "i2c-3");
+  EXPECT_EQ(search.Searched(),
+            "printer port 4 and SMBus PIIX4 adapter port 0 at 0b00, i2c-1 and SMBus I801 adapter at 0700, i2c-3");
+  const auto rows = search.Rows();
+  EXPECT_EQ(rows[4].Text, rows[5].Text) << "the rows only name the bus";
+  EXPECT_TRUE(rows[0].Text.starts_with("Found an KRX5580 at:2Dh, on printer port:0h")) << "as the adapter counts";
+
+  for (const std::size_t row : {5U, 4U}) {
+    Finish(row);
+    EXPECT_EQ(search.ChosenBus(), rows[row].Bus);
+    EXPECT_EQ(search.TakeChip(), std::nullopt);
+    EXPECT_EQ(kernel.OpenNow(), 1) << "what was not chosen is given back";
+    EXPECT_EQ(kernel.Locked, (std::set<std::pair<std::string, off_t>>{{row == 5 ? second : first, 0x2E}}));
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ((row == 5 ? two : one).Simulated.SmbusChip(1).Peek(0x4E), 0x55);
+    EXPECT_EQ(one.Simulated.SmbusChip(1).Peek(0x4E) == 0x55, row == 4) << "a byte for the other adapter's chip";
+  }
+  one.Bus.TransferError = ENXIO;
+  const int transfers = two.Bus.Transfers;
+  EXPECT_EQ(Write(), "Error: 6, no device answers at 2Eh");
+  EXPECT_EQ(two.Bus.Transfers, transfers) << "a chip that went silent must not be looked for elsewhere";
+
+  one.Bus.TransferError = 0;
+  Fault stranger;
+  stranger.What = Fault::Kind::WrongCompanyId;
+  stranger.Value = 0x55;
+  one.Simulated.AddFault(stranger);
+  EXPECT_EQ(Find({false, true, false}),
+            "2Dh on SMBus I801 adapter at 0700, i2c-3 / 2Eh on SMBus I801 adapter at 0700, i2c-3");
+}
+
+TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed) {
+  struct Case {
+    std::optional<int> Smbus, Port;
+    const char *Found, *Searched, *Reports;
+  };
+  const Case cases[] = {
+      {3,
+       {},
+       "2Dh on SMBus I801 adapter at 0700, i2c-3 / 2Eh on SMBus I801 adapter at 0700, i2c-3",
+       "SMBus I801 adapter at 0700, i2c-3",
+       ""},
+      {{},
+       4,
+       "2Dh on printer port 4 / 2Dh on printer port 4",
+       "printer port 4",
+       "Error: 19, The SMBus is left alone: only a printer port was asked for"},
+      {7,
+       {},
+       "",
+       "i2c-7",
+       "/i2c-7 does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with --smbus"},
+  };
+  for (const Case& test : cases) {
+    options.Smbus = test.Smbus;
+    options.PrinterPort = test.Port;
+    root.Change([this] { return std::make_unique<LinuxComms>(options, kernel, clock); });
+    EXPECT_EQ(Find(), test.Found);
+    EXPECT_EQ(search.Searched(), test.Searched);
+    EXPECT_TRUE(reports.ends_with(test.Reports)) << reports;
+    EXPECT_EQ(FindLinuxBus(options), test.Searched);
+  }
+  try {
+    search.ClearFinds();
+    search.ConnectFirst({true, true, false});
+    FAIL();
+  } catch (const CommsError& error) {
+    EXPECT_TRUE(std::string(error.what()).starts_with("No KRX5580 was found on: i2c-7. Error: 2, ")) << error.what();
+  }
+}
+
+TEST_F(RealSearch, AChipThatAnotherProgramWritesToIsOnlyRead) {
+  kernel.HeldByOthers[{second, 0x2E}] = 4711;
+  EXPECT_TRUE(Find().ends_with("2Eh on SMBus I801 adapter at 0700, i2c-3, used by " + holder)) << Find();
+  Finish(5);
+  EXPECT_EQ(search.TakeChip(), holder);
+  const int transfers = two.Bus.Transfers;
+  EXPECT_EQ(Write(), "Error: 16, the chip at 2Eh on i2c-3 is used by " + holder + ": it can only be read");
+  EXPECT_EQ(two.Bus.Transfers, transfers);
+  EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
+  Finish(3);
+  EXPECT_EQ(search.TakeChip(), std::nullopt) << "the chip beside it is another one";
+  Finish(5);
+  link.WritesHeldBack = true;
+  EXPECT_EQ(search.TakeChip(), std::nullopt) << "who writes nothing takes nothing";
+  kernel.HeldByOthers.clear();
+  EXPECT_EQ(Write(), "") << "the other program has ended";
+  EXPECT_TRUE(kernel.Locked.contains({second, 0x2E}));
+}
+
+TEST_F(RealSearch, APortThatAnotherProgramHoldsKeepsItsHeaters) {
+  port.Data |= 0x30;
+  port.Apply();
+  kernel.HeldByOthers[{parport, 0}] = 4711;
+  search.Load();
+  const std::string place = "2Dh on printer port 4, used by " + holder;
+  EXPECT_EQ(Find({true, false, false}), place + " / " + place) << "in both bus modes";
+  EXPECT_EQ(port.Heaters, 0x30) << "the other program's";
+  Finish(0);
+  EXPECT_EQ(search.TakeChip(), holder);
+  slave.Seen.clear();
+  const auto bus = root.Get().ObtainPrinterPortAdapter()->ObtainBusDevice();
+  EXPECT_EQ(Write(), "Error: 16, what is at printer port 4 is used by " + holder + ": it can only be read");
+  EXPECT_THROW(bus->SetControlByte(0), CommsError);
+  EXPECT_THROW(bus->SendByte(0x90, 0), CommsError);
+  EXPECT_EQ(slave.Seen, "");
+  EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
+  EXPECT_EQ(port.Heaters, 0x30);
+
+  kernel.HeldByOthers.clear();
+  EXPECT_EQ(search.TakeChip(), std::nullopt);
+  EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
+  EXPECT_EQ(port.Heaters, 0) << "what was set at the start";
+  EXPECT_EQ(slave.Violations, std::vector<std::string>());
+}
+
+}  // namespace
+}  // namespace krx
