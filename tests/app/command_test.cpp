@@ -170,14 +170,15 @@ TEST(Command, AFoundChipNamesTheAdapterThatHoldsIt) {
     const char *Text, *Json;
   } rows[] = {
       {PrinterRow({0x5A, 0, true, 4, {}}, 1), "2Dh  printer port 4, bus mode 1",
-       R"({"address":"0x2D","bus":"printer-port","port":4,"busMode":1})"},
+       R"({"address":"0x2D","bus":"printer-port","port":4,"busMode":1,"source":"here"})"},
       {SmbusRow({0x2E, SmbusAdapter{3, "SMBus I801 adapter at 0700, i2c-3"}, {}}),
-       "2Eh  SMBus I801 adapter at 0700, i2c-3", R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3"})"},
-      {SmbusRow({0x2E, {}, {}}), "2Eh  SMBus", R"({"address":"0x2E","bus":"smbus"})"},
+       "2Eh  SMBus I801 adapter at 0700, i2c-3",
+       R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3","source":"here"})"},
+      {SmbusRow({0x2E, {}, {}}), "2Eh  SMBus", R"({"address":"0x2E","bus":"smbus","source":"here"})"},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(FoundChipLine(row.Row, false), row.Text);
-    EXPECT_EQ(FoundChipLine(row.Row, true), row.Json);
+    EXPECT_EQ(FoundChipLine(row.Row, false, "here"), row.Text);
+    EXPECT_EQ(FoundChipLine(row.Row, true, "here"), row.Json);
   }
 }
 
