@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <limits>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -18,9 +19,7 @@ namespace {
 
 constexpr std::uint8_t configuration1 = 0x40;
 constexpr std::uint8_t startBit = 0x01;
-
-// From the start of monitoring until the chip has measured everything once, tachometers last.
-constexpr double firstMeasurement = 1.1;
+constexpr std::uint8_t readyBit = 0x04;
 
 constexpr int pageLines = 19;
 
@@ -87,63 +86,110 @@ class Display {
   std::string lastPage_;
 };
 
-/// A chip that does not monitor shows frozen values.
-void StartMonitoring(bool mayWrite, Link& link, CommandHost& host) {
-  if ((ReadByte(link, configuration1) & startBit) != 0) return;
-  if (!mayWrite) {
-    host.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";
-    return;
-  }
-  UpdateBits(link, configuration1, startBit, startBit);
-  host.Err() << "krx5580: monitoring was off and has been started\n";
-  host.Wait(firstMeasurement);
-}
+/// Failed transfers outside the rows; the next row counts them.
+struct Faults {
+  int Count = 0;
+  std::string Last;
 
-/// Reads what the values depend on, prepares the board (heaters off, inputs routed) and starts monitoring; goes on past
-/// a failing step. Hardware is written only when that was asked for.
-void Prepare(const WatchOptions& options, ChipConnection& connection, Workbench& bench, CommandHost& host) {
-  const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
-  // Without its board the start-up leaves the switches alone; the chip is reached by the other field.
-  if (!mayWrite) bench.ChipLink.EvalBoardMedium = 0;
-  bench.Fans.ActualPulses.fill(options.Pulses);
-  // Reading the THERM timer clears it, and no row shows it: leave it to whoever watches it.
-  bench.Cycle.ThermPeriod = std::numeric_limits<double>::infinity();
-  for (const std::string& problem : StartUp(bench)) host.Err() << "krx5580: " << problem << '\n';
-  try {
-    StartMonitoring(mayWrite, bench.ChipLink, host);
-  } catch (const CommsError& error) {
-    host.Err() << "krx5580: Monitoring: " << error.BoxText() << '\n';
+  void Add(const CommsError& error) {
+    ++Count;
+    Last = error.BoxText();
   }
-}
+  void MoveTo(WatchRow& row) {
+    row.Faults += Count;
+    if (row.LastFault.empty()) row.LastFault = Last;
+    *this = {};
+  }
+};
+
+/// A chip that does not monitor shows frozen values: it is started where that is allowed, and where the start failed it
+/// is tried again.
+class MonitoringStart {
+ public:
+  MonitoringStart(bool mayWrite, Link& link, CommandHost& host, Faults& faults)
+      : mayWrite_(mayWrite), link_(link), host_(host), faults_(faults) {}
+
+  bool Settled() const { return settled_; }
+
+  /// Nothing happens once the start is settled. Returns how the try failed.
+  std::optional<std::string> Try(MeasuredChannels& measured) {
+    if (settled_) return std::nullopt;
+    try {
+      const std::uint8_t configuration = ReadByte(link_, configuration1);
+      if ((configuration & startBit) != 0) {
+        if ((configuration & readyBit) != 0) measured.SeenReady();
+        measured.SeenMonitoring(link_.ElapsedSeconds());
+      } else if (mayWrite_) {
+        UpdateBits(link_, configuration1, startBit, startBit);
+        measured.SeenMonitoring(link_.ElapsedSeconds());
+        host_.Err() << "krx5580: monitoring was off and has been started\n";
+      } else {
+        host_.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";
+      }
+      settled_ = true;
+    } catch (const CommsError& error) {
+      faults_.Add(error);
+      return error.BoxText();
+    }
+    return std::nullopt;
+  }
+
+ private:
+  bool mayWrite_;
+  bool settled_ = false;
+  Link& link_;
+  CommandHost& host_;
+  Faults& faults_;
+};
 
 }  // namespace
 
 bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost& host) {
   host.Err() << "krx5580: " << connection.Place() << '\n';
-  Workbench bench(connection.ChipLink());
-  Prepare(options, connection, bench, host);
+  Link& link = connection.ChipLink();
+  Workbench bench(link);
+  Faults faults;
+  MeasuredChannels measured;
+  // Hardware is written only when that was asked for.
+  const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
+  // Without its board the start-up leaves the switches alone; the chip is reached by the other field.
+  if (!mayWrite) link.EvalBoardMedium = 0;
+  bench.Fans.ActualPulses.fill(options.Pulses);
+  // Reading the THERM timer clears it, and no row shows it: leave it to whoever watches it.
+  bench.Cycle.ThermPeriod = std::numeric_limits<double>::infinity();
+  bench.Start.Faulted = [&faults](const std::string&, const CommsError& error) { faults.Add(error); };
+  for (const std::string& problem : StartUp(bench)) host.Err() << "krx5580: " << problem << '\n';
+  MonitoringStart monitoring(mayWrite, link, host, faults);
+  if (monitoring.Try(measured)) {
+    if (const auto problem = monitoring.Try(measured)) host.Err() << "krx5580: Monitoring: " << *problem << '\n';
+  }
 
   Display display(options, connection.Place(), host);
-  const double begin = connection.ChipLink().ElapsedSeconds();
-  bool measured = false;
+  const double begin = link.ElapsedSeconds();
+  bool anything = false;
   double due = 0;
   while (!host.StopRequested() && host.Out()) {
-    WatchRow row = MeasureRow(bench);
+    WatchRow row = MeasureRow(bench, measured);
     row.Time = host.Now();
-    measured = measured || AnythingMeasured(row);
+    faults.MoveTo(row);
+    // A chip that has been started this moment is well, one that could not be started is not.
+    anything = anything || row.AnythingMeasured || (row.AnythingRead && monitoring.Settled());
     display.Show(row);
     if (options.Count && display.Rows() >= *options.Count) break;
 
     // Rows keep to the grid of the interval; one that took longer leaves its missed places out.
-    const double elapsed = connection.ChipLink().ElapsedSeconds() - begin;
+    const double elapsed = link.ElapsedSeconds() - begin;
     while (due <= elapsed) due += options.Interval;
     if (options.Duration && due > *options.Duration) {
       host.Wait(*options.Duration - elapsed);
       break;
     }
     host.Wait(due - elapsed);
+    if (host.StopRequested()) break;
+    RetryOwed(bench);
+    monitoring.Try(measured);
   }
-  return measured;
+  return anything;
 }
 
 }  // namespace krx

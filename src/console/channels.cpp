@@ -2,6 +2,7 @@
 #include "console/channels.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "power/processorpower.h"
 #include "registers/numerics.h"
@@ -56,7 +57,7 @@ std::string ReadoutText(std::size_t channel, const Measurements& measured, const
     case ChannelKind::Temperature:
       return TempText(value);
     case ChannelKind::Fan:
-      return SpeedText(value);
+      return std::isnan(value) ? "– RPM" : SpeedText(value);
     case ChannelKind::Voltage:
       break;
   }

@@ -76,10 +76,11 @@ GaugeScale ChannelScale(std::size_t channel, bool powerMode);
 /// The chart shown when the channel is selected; channel 11 in power mode shows Strip2, where the power trace is.
 Strip ChannelChart(std::size_t channel, bool powerMode);
 
-/// The channel's last measured value in °C, RPM, V, or A for channel 11 in power mode (never negative).
+/// The channel's last measured value in °C, RPM (NaN: not known), V, or A for channel 11 in power mode (never
+/// negative).
 double ChannelValue(std::size_t channel, const Measurements& measured, const PowerSettings& power);
 
-/// The value with its unit: "45.25C", "2400 RPM", "3.312 V", "12.50 A".
+/// The value with its unit: "45.25C", "2400 RPM", "3.312 V", "12.50 A"; "– RPM" for a speed that is not known.
 std::string ReadoutText(std::size_t channel, const Measurements& measured, const PowerSettings& power);
 
 }  // namespace krx

@@ -53,6 +53,15 @@ void WriteFanLimit(Link& link, const Channel& row, const Bytes& low, GaugeMarker
   markers.Park(Marker::High, fanScale.Maximum);
 }
 
+void PlaceFanLimit(const Channel& row, std::uint8_t low, std::uint8_t high, const LimitContext& context,
+                   GaugeMarkers& markers) {
+  markers.Park(Marker::High, fanScale.Maximum);
+  // Without the pulses the count is no speed: nothing that could be shown, and nothing to be moved.
+  if (!context.Fans.PulsesKnown) return;
+  const float rpm = TachToRPM(static_cast<float>(high * 256 + low));
+  markers.Place(Marker::Low, context.Fans.Corrected(rpm, row.Slot), Bytes{low, high});
+}
+
 }  // namespace
 
 void PlaceLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
@@ -61,14 +70,16 @@ void PlaceLimits(Link& link, std::size_t channel, const LimitContext& context, G
   markers.SetScale(scale.Minimum, scale.Maximum);
   const std::uint8_t low = ReadByte(link, row.LowLimitRegister);
   const std::uint8_t high = ReadByte(link, row.HighLimitRegister);
-  if (row.Kind == ChannelKind::Fan) {
-    const auto count = static_cast<float>(high * 256 + low);
-    markers.Place(Marker::Low, TachToRPM(count) * context.Fans.PulseCorrection(row.Slot), Bytes{low, high});
-    markers.Park(Marker::High, fanScale.Maximum);
-    return;
-  }
+  if (row.Kind == ChannelKind::Fan) return PlaceFanLimit(row, low, high, context, markers);
   markers.Place(Marker::Low, LimitFromByte(channel, low, context), Bytes{low});
   markers.Place(Marker::High, LimitFromByte(channel, high, context), Bytes{high});
+}
+
+void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
+  const Channel& row = channels.at(channel);
+  const auto low = link.Seen.Byte(row.LowLimitRegister);
+  const auto high = link.Seen.Byte(row.HighLimitRegister);
+  if (low && high) PlaceFanLimit(row, *low, *high, context, markers);
 }
 
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {

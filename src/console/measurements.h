@@ -9,7 +9,7 @@ namespace krx {
 /// The measurement state. Written by the reading cycle only (and DutyTexts by the duty slider); everybody reads it.
 struct Measurements {
   std::array<float, 3> Temperatures{};   ///< °C: Local, Remote1, Remote2
-  std::array<float, 4> FanSpeeds{};      ///< RPM: Fan1..Fan4
+  std::array<float, 4> FanSpeeds{};      ///< RPM: Fan1..Fan4; NaN: not known, because the pulses are not
   std::array<float, 5> Voltages{};       ///< V: 5V, 12V, Vccp, Vcc, 2.5V
   std::array<std::string, 3> DutyTexts;  ///< "40%": PWM1..PWM3, as shown last
   float ThermPercent = 0;                ///< share of the last read period with THERM asserted, 0..100

@@ -96,7 +96,11 @@ void ReadingCycle::TachStep(Row& row) {
   const int low = ReadByte(link_, lowRegister);
   const int high = ReadByte(link_, static_cast<std::uint8_t>(lowRegister + 1));
   Measurements& measured = state_.Measured;
-  measured.FanSpeeds[fan] = TachToRPM(static_cast<float>(high * 256 + low)) * state_.Fans.PulseCorrection(fan);
+  if (state_.Fans.PulsesKnown) {
+    measured.FanSpeeds[fan] = state_.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), fan);
+  } else {
+    measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
+  }
   std::ranges::copy(measured.FanSpeeds, row.begin() + fanTraces);
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/startup.h"
 
-#include <functional>
+#include <limits>
+#include <optional>
+#include <utility>
 
 #include "board/boardsync.h"
 #include "console/workbench.h"
@@ -19,27 +21,39 @@ constexpr std::uint8_t pwmConfiguration = 0x5C;  // PWM1; PWM2 and PWM3 follow
 constexpr std::uint8_t manualBehaviour = 7;
 
 struct Step {
+  /// Read: repeated with F5. Board: changes what the pin steps rest on. Pins: follow the board's steps.
+  enum class Kind { Read, Heaters, Board, Pins };
   const char* Name;
   std::function<void()> Run;
+  Kind What = Kind::Read;
 };
 
-StepProblems RunAll(const std::vector<Step>& steps) {
-  StepProblems problems;
-  for (const Step& step : steps) {
+/// Runs a step `tries` times at most, and keeps the list of what is owed. Returns how the last try failed.
+std::optional<std::string> Try(const Step& step, int tries, StartUpState& state) {
+  std::optional<std::string> problem;
+  for (int count = 0; count < tries; ++count) {
     try {
       step.Run();
+      state.Owed.erase(step.Name);
+      return std::nullopt;
     } catch (const CommsError& error) {
-      problems.push_back(std::string(step.Name) + ": " + error.BoxText());
+      if (state.Faulted) state.Faulted(step.Name, error);
+      problem = std::string(step.Name) + ": " + error.BoxText();
     }
   }
-  return problems;
+  return problem;
+}
+
+void SwitchHeatersOff(Board& board) {
+  // A late try must not switch off what the user has switched on since.
+  for (const std::size_t heater : {0U, 1U}) {
+    if (board.GetHeater(heater).SwitchedOnHere()) return;
+  }
+  board.SwitchHeatersOff();
 }
 
 void ReadProgrammedPulses(Workbench& bench) {
-  const std::uint8_t fields = ReadByte(bench.ChipLink, fanPulses);
-  for (std::size_t fan = 0; fan < bench.Fans.ProgrammedPulses.size(); ++fan) {
-    bench.Fans.ProgrammedPulses[fan] = static_cast<float>((fields >> (2 * fan) & 0x03) + 1);
-  }
+  bench.Fans.TakePulses(ReadByte(bench.ChipLink, fanPulses));
 }
 
 void ReadPowerMode(Workbench& bench) {
@@ -52,12 +66,39 @@ void ReadBehaviour(Workbench& bench, std::size_t output) {
   bench.Display.PwmManual[output] = bench.Display.BehaviourCode[output] == manualBehaviour;
 }
 
-std::vector<Step> ChipReads(Workbench& bench) {
-  return {{"Programmed pulses", [&] { ReadProgrammedPulses(bench); }},
-          {"Power mode", [&] { ReadPowerMode(bench); }},
-          {"PWM1 behaviour", [&] { ReadBehaviour(bench, 0); }},
-          {"PWM2 behaviour", [&] { ReadBehaviour(bench, 1); }},
-          {"PWM3 behaviour", [&] { ReadBehaviour(bench, 2); }}};
+std::vector<Step> Steps(Workbench& bench) {
+  using Kind = Step::Kind;
+  const Step therm{"THERM pin", [&bench] { bench.Pins.ThermRefresh(); }, Kind::Pins};
+  const Step alert{"Alert pins", [&bench] { bench.Pins.AlertRefresh(); }, Kind::Pins};
+  return {{"Heaters", [&bench] { SwitchHeatersOff(bench.EvalBoard); }, Kind::Heaters},
+          {"Programmed pulses", [&bench] { ReadProgrammedPulses(bench); }},
+          {"Power mode", [&bench] { ReadPowerMode(bench); }},
+          {"PWM1 behaviour", [&bench] { ReadBehaviour(bench, 0); }},
+          {"PWM2 behaviour", [&bench] { ReadBehaviour(bench, 1); }},
+          {"PWM3 behaviour", [&bench] { ReadBehaviour(bench, 2); }},
+          {"VID drive", [&bench] { ProbeVidDrive(bench.EvalBoard); }, Kind::Board},
+          therm,
+          alert,
+          {"Tach routing", [&bench] { RouteTachsFromChip(bench.EvalBoard); }, Kind::Board},
+          // Once more behind the routing, which shares devices with these pins.
+          therm,
+          alert};
+}
+
+/// One try of every owed step and, if `reads`, of every reading step.
+StepProblems TryAgain(Workbench& bench, bool reads) {
+  StartUpState& state = bench.Start;
+  StepProblems problems;
+  const auto owed = state.Owed;
+  bool boardTried = false;
+  for (const Step& step : Steps(bench)) {
+    const bool due = owed.contains(step.Name);
+    if (step.What == Step::Kind::Board) boardTried = due;
+    const bool follows = boardTried && step.What == Step::Kind::Pins;
+    if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
+    if (auto problem = Try(step, 1, state)) problems.push_back(*problem);
+  }
+  return problems;
 }
 
 }  // namespace
@@ -65,22 +106,28 @@ std::vector<Step> ChipReads(Workbench& bench) {
 StepProblems StartUp(Workbench& bench) {
   // The other start values are those that the state was made with.
   bench.Log.ColumnTitles = StartColumnTitles();
+  std::vector<std::pair<std::string, std::string>> failed;  // step and problem
+  for (const Step& step : Steps(bench)) {
+    if (auto problem = Try(step, 2, bench.Start)) {
+      if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
+    }
+  }
+  // A pin step that failed before the routing may have succeeded behind it.
+  StepProblems problems;
+  for (const auto& [step, problem] : failed) {
+    if (bench.Start.Owed.contains(step)) problems.push_back(problem);
+  }
+  // A speed of 0 that nobody measured would be one with whatever pulses.
+  if (!bench.Fans.PulsesKnown) bench.Measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
+  return problems;
+}
 
-  std::vector<Step> steps{{"Heaters", [&] { bench.EvalBoard.SwitchHeatersOff(); }}};
-  const std::vector<Step> reads = ChipReads(bench);
-  steps.insert(steps.end(), reads.begin(), reads.end());
-  const Step therm{"THERM pin", [&] { bench.Pins.ThermRefresh(); }};
-  const Step alert{"Alert pins", [&] { bench.Pins.AlertRefresh(); }};
-  steps.push_back({"VID drive", [&] { ProbeVidDrive(bench.EvalBoard); }});
-  steps.insert(steps.end(), {therm, alert});
-  steps.push_back({"Tach routing", [&] { RouteTachsFromChip(bench.EvalBoard); }});
-  // Once more behind the routing, which shares devices with these pins.
-  steps.insert(steps.end(), {therm, alert});
-  return RunAll(steps);
+void RetryOwed(Workbench& bench) {
+  if (!bench.Start.Owed.empty()) TryAgain(bench, false);
 }
 
 StepProblems ReReadChip(Workbench& bench) {
-  return RunAll(ChipReads(bench));
+  return TryAgain(bench, true);
 }
 
 }  // namespace krx

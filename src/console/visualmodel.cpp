@@ -70,13 +70,23 @@ void VisualModel::EnterVisualDisplay() {
   ShowReadout();
   if (bench_.Log.TimerStateAtLogStart) return;
   if (bench_.Display.EasySetupUsed || (ReadByte(bench_.ChipLink, configuration1) & startBit) != 0) {
-    timers_.StartVisualTimer();
+    StartCycle();
   }
 }
 
 void VisualModel::EnterReadWrite() {
   timers_.StopVisualTimer();
   timers_.StopContinuousReading();
+}
+
+void VisualModel::StartCycle() {
+  // What the start-up owes is tried before the cycle and never inside it: a tick is to stay as short as it is.
+  if (!timers_.VisualTimerRunning() && !bench_.Start.Owed.empty()) {
+    const bool powerMode = bench_.Power.PowerMode;
+    RetryOwed(bench_);
+    ShowReRead(powerMode);
+  }
+  timers_.StartVisualTimer();
 }
 
 void VisualModel::Tick() {
@@ -107,14 +117,14 @@ void VisualModel::SelectChannel(std::size_t channel) {
     const std::uint8_t duty = ReadByte(bench_.ChipLink, sliderOutputs.at(output).Register);
     if (state_.SliderShown) ShowSlider(duty);
   }
-  timers_.StartVisualTimer();
+  StartCycle();
 }
 
 void VisualModel::EasySetup() {
   WriteEasySetup(bench_.ChipLink);
   bench_.Pins.ThermRefresh();
   bench_.Pins.AlertRefresh();
-  timers_.StartVisualTimer();
+  StartCycle();
   bench_.Display.EasySetupUsed = true;
   SelectChannel(0);
 }
@@ -131,7 +141,7 @@ void VisualModel::SliderMoving(int value) {
 
 void VisualModel::SliderReleased() {
   sliderPressed_ = false;
-  timers_.StartVisualTimer();
+  StartCycle();
 }
 
 void VisualModel::SliderReleasedAfterMove(int value) {
@@ -169,7 +179,16 @@ void VisualModel::WriteMarkers(Marker dragged) {
 StepProblems VisualModel::ReReadChip() {
   const bool powerMode = bench_.Power.PowerMode;
   StepProblems problems = krx::ReReadChip(bench_);
-  if (bench_.Power.PowerMode != powerMode && bench_.Display.SelectedChannel == currentChannel) {
+  ShowReRead(powerMode);
+  return problems;
+}
+
+void VisualModel::ShowReRead(bool powerModeBefore) {
+  const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  if (channels[selected].Kind == ChannelKind::Fan && !state_.Gauge.IsMoved(Marker::Low)) {
+    PlaceSeenFanLimit(bench_.ChipLink, selected, Limits(), state_.Gauge);
+  }
+  if (bench_.Power.PowerMode != powerModeBefore && selected == currentChannel) {
     // Its markers stand for the other unit; the next selection places them anew.
     const GaugeScale scale = ChannelScale(currentChannel, bench_.Power.PowerMode);
     state_.Gauge.SetScale(scale.Minimum, scale.Maximum);
@@ -178,7 +197,6 @@ StepProblems VisualModel::ReReadChip() {
   Relabel();
   ShowPwmPanel();
   ShowReadings();
-  return problems;
 }
 
 void VisualModel::Relabel() {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "console/alarms.h"
@@ -22,6 +23,7 @@ class MainTimers {
   /// visual_timer, every tickMilliseconds.
   virtual void StartVisualTimer() = 0;
   virtual void StopVisualTimer() = 0;
+  virtual bool VisualTimerRunning() const = 0;
   /// Timer3 and its switch: "Continuous Reading is Off".
   virtual void StopContinuousReading() = 0;
 };
@@ -98,6 +100,14 @@ class VisualModel {
   void MarkerMoving(Marker marker, double value);
   void MarkerReleased(Marker marker, double value);
 
+  // The boxes of the limits: written at once, on either medium. The gauge's scale does not bind them. A text outside
+  // the range throws OutOfRange with the range as its text and writes nothing; the value that stands there writes
+  // nothing either.
+  void TypeLimit(Marker marker, const std::string& text);
+  void StepLimit(Marker marker, int steps);
+  /// Where a step of the gauge's keys from one value to another ends, which a fan without such a count passes over.
+  double LimitStepEnd(double from, double wanted) const;
+
  private:
   void LabelByPowerMode();
   void LabelByThermPin();
@@ -108,7 +118,10 @@ class VisualModel {
   void ShowZones();
   void ShowSlider(int value);
   void WriteSlider(int value);
+  void StartCycle();
+  void ShowReRead(bool powerModeBefore);
   void MoveMarker(Marker marker, double value);
+  void EnterLimit(Marker marker, std::optional<double> value);
   void WriteMarkers(Marker dragged);
   LimitContext Limits() const;
 

@@ -11,6 +11,7 @@
 #include "console/pinsettings.h"
 #include "console/readingcycle.h"
 #include "console/registerpanel.h"
+#include "console/startup.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
 #include "fans/fanconfig.h"
@@ -37,6 +38,7 @@ struct Workbench {
   BoardState BoardFlags;
   LogState Log;
   DisplayState Display;
+  StartUpState Start;
   TraceHistory History{traceCount};
   Board EvalBoard{ChipLink, BoardFlags};
   PinSettings Pins{EvalBoard};

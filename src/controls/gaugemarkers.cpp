@@ -86,6 +86,12 @@ double GaugeMarkers::Move(Marker marker, double wanted) {
   return state.Value;
 }
 
+void GaugeMarkers::Enter(Marker marker, double value) {
+  if (!IsDraggable(marker)) return;
+  Get(marker).Value = value;
+  Get(marker).Moved = true;
+}
+
 void GaugeMarkers::PutBack(Marker marker) {
   State& state = Get(marker);
   state.Value = state.PlacedValue;

@@ -67,6 +67,8 @@ class GaugeMarkers {
   /// it is. Not snapped: a typed limit may be finer than the scale's decimals. Where both are impossible the scale
   /// wins. Returns the marker's value; a marker that cannot be dragged stays.
   double Move(Marker marker, double wanted);
+  /// A typed value: kept as it is, whatever the scale and the other marker. A marker that cannot be dragged stays.
+  void Enter(Marker marker, double value);
   /// Undoes the moves since the marker was placed, for a value that could not be written.
   void PutBack(Marker marker);
 

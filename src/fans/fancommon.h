@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace krx {
@@ -41,9 +42,22 @@ struct FanCommon {
   std::array<std::string, 4> FanLabel{"Fan1", "Fan2", "Fan3", "Fan4"};
   std::array<float, 4> ProgrammedPulses{1, 1, 1, 1};  ///< pulses per revolution programmed into 0x7B
   std::array<float, 4> ActualPulses{1, 1, 1, 1};      ///< pulses per revolution that the fan really gives
-  PendingChanges PendingChange;                       ///< of the fan dialog
+  bool PulsesKnown = false;      ///< 0x7B was read: until then no speed and no limit in RPM can be told
+  PendingChanges PendingChange;  ///< of the fan dialog
 
-  /// Factor on every shown speed and every written limit count.
+  /// The byte of 0x7B: two bits a fan, pulses less one.
+  void TakePulses(std::uint8_t fields) {
+    for (std::size_t tach = 0; tach < ProgrammedPulses.size(); ++tach) {
+      ProgrammedPulses[tach] = static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
+    }
+    PulsesKnown = true;
+  }
+
+  /// The RPM of a shown speed or limit from the one that the count alone gives. Multiplied before it is divided: the
+  /// quotient first would round differently, and at a half to another count.
+  float Corrected(float rpm, std::size_t tach) const { return rpm * ProgrammedPulses.at(tach) / ActualPulses.at(tach); }
+
+  /// The factor as one number, which a limit written from the gauge is multiplied with.
   float PulseCorrection(std::size_t tach) const { return ProgrammedPulses.at(tach) / ActualPulses.at(tach); }
 };
 

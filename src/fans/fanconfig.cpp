@@ -67,9 +67,9 @@ std::optional<int> Pulses(const std::string& text) {
   return *code + 1;
 }
 
-/// A limit that is no number means no limit, like 0.
+/// The leading number of the text; the dialog sees to it that nothing follows.
 float LimitRpm(const std::string& text) {
-  return IsNumber(text) ? static_cast<float>(Val(text)) : 0.0F;
+  return static_cast<float>(Val(text));
 }
 
 }  // namespace
@@ -104,9 +104,12 @@ void FanConfig::LoadOutput(std::size_t k, FanFields& fields) {
 void FanConfig::LoadTach(std::size_t t, FanFields& fields) {
   const int high = ReadByte(link_, TachMinimumHigh(t));
   const int count = high * 256 + ReadByte(link_, TachMinimumLow(t));
-  fields.TachLimit = std::to_string(CInt(TachToRPM(static_cast<float>(count)) * fans_.PulseCorrection(t)));
   fields.TwoWire = (ReadByte(link_, configuration2) >> t & 1) != 0;
-  fields.ProgrammedPulses = Item(pulseItems, ReadByte(link_, fanPulses) >> (2 * t) & 3);
+  const std::uint8_t pulses = ReadByte(link_, fanPulses);
+  // Where the start-up could not read them this is the first time that they are seen.
+  if (!fans_.PulsesKnown) fans_.TakePulses(pulses);
+  fields.TachLimit = std::to_string(CInt(fans_.Corrected(TachToRPM(static_cast<float>(count)), t)));
+  fields.ProgrammedPulses = Item(pulseItems, pulses >> (2 * t) & 3);
   fields.ActualPulses = std::to_string(CInt(fans_.ActualPulses.at(t)));
   fields.FanType = TypeOfLabel(fans_.FanLabel.at(t));
 }
@@ -125,7 +128,7 @@ std::optional<FanRefusal> FanConfig::Check(const AllFanFields& fields) const {
       programmed = static_cast<float>(Pulses(fields.at(t).ProgrammedPulses).value_or(CInt(programmed)));
     }
     try {
-      TachLimitCount(LimitRpm(fields.at(t).TachLimit), programmed / fans_.ActualPulses.at(t));
+      TachLimitCount(LimitRpm(fields.at(t).TachLimit), programmed, fans_.ActualPulses.at(t));
     } catch (const CommsError&) {
       return FanRefusal{"Invalid Tach Limit", FanSetting::TachLimit, t};
     }
@@ -195,6 +198,8 @@ void FanConfig::ApplyPulses(std::size_t t, const FanFields& fields) {
   const auto pulses = Pulses(fields.ProgrammedPulses);
   if (!pulses) return;
   UpdateBits(link_, fanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
+  // The byte holds all four fields, so that the other fans' are known with this one's.
+  if (const auto all = link_.Seen.Byte(fanPulses); all && !fans_.PulsesKnown) fans_.TakePulses(*all);
   fans_.ProgrammedPulses.at(t) = static_cast<float>(*pulses);
 }
 
@@ -204,7 +209,7 @@ void FanConfig::ApplyTachSource(std::size_t t, const FanFields& fields) {
 }
 
 void FanConfig::ApplyTachLimit(std::size_t t, const FanFields& fields) {
-  const int count = TachLimitCount(LimitRpm(fields.TachLimit), fans_.PulseCorrection(t));
+  const int count = TachLimitCount(LimitRpm(fields.TachLimit), fans_.ProgrammedPulses.at(t), fans_.ActualPulses.at(t));
   // High byte first here; a dragged limit marker writes the low byte first.
   WriteByte(link_, TachMinimumHigh(t), count >> 8);
   WriteByte(link_, TachMinimumLow(t), count & 0xFF);

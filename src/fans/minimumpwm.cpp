@@ -239,7 +239,7 @@ std::uint16_t MinimumPwm::ReadCount(std::size_t index) {
 }
 
 float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
-  return TachToRPM(count) * fans_.PulseCorrection(index);
+  return fans_.Corrected(TachToRPM(count), index);
 }
 
 bool MinimumPwm::AtThermLimit() {

@@ -2,6 +2,7 @@
 #include "records/logcolumns.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "registers/numerics.h"
 
@@ -49,7 +50,7 @@ std::string LogColumnText(std::size_t slot, const LogSources& sources) {
     case Kind::Duty:
       return measured.DutyTexts.at(value.Index);
     case Kind::Speed:
-      return FormatFixed(measured.FanSpeeds.at(value.Index), 0);
+      return std::isnan(measured.FanSpeeds.at(value.Index)) ? "-" : FormatFixed(measured.FanSpeeds.at(value.Index), 0);
     case Kind::Voltage:
       return FormatFixed(measured.Voltages.at(value.Index), voltageDecimals);
     case Kind::Power:

@@ -57,9 +57,9 @@ float TachToRPM(float value) {
   return std::trunc(result) == 82 ? 0 : result;
 }
 
-std::uint16_t TachLimitCount(float rpm, float pulseCorrection) {
+std::uint16_t TachLimitCount(float rpm, float programmedOrQuotient, float actual) {
   if (rpm == 0) return noTachLimit;
-  const float count = std::nearbyint(TachToRPM(rpm) * pulseCorrection);
+  const float count = std::nearbyint(TachToRPM(rpm) * programmedOrQuotient / actual);
   if (!(rpm > 0 && count >= 0 && count <= 65535)) {
     throw OutOfRange("A fan limit of " + ShortestText(rpm) + " RPM has no tachometer count");
   }

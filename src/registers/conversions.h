@@ -54,9 +54,10 @@ std::uint8_t VoltageToByte(std::string_view name, float volts);
 /// counts of a fan that stands still (65,061 to 65,535) give 0.
 float TachToRPM(float value);
 
-/// The limit count of a speed: TachToRPM times the fan's pulse correction, halves to even. 0 RPM is "no limit", 65535
-/// whatever the correction. Throws OutOfRange for a negative speed and for a count outside 0..65535.
-std::uint16_t TachLimitCount(float rpm, float pulseCorrection);
+/// The limit count of a speed: TachToRPM times the programmed by the actual pulses, from left to right, halves to even;
+/// or times their quotient, which some writers form first. 0 RPM is "no limit", 65535 whatever the pulses. Throws
+/// OutOfRange for a negative speed and for a count outside 0..65535.
+std::uint16_t TachLimitCount(float rpm, float programmedOrQuotient, float actual = 1);
 
 /// Percent of a duty byte: 255 is 100.
 float DutyToPercent(std::uint8_t byte);

@@ -47,11 +47,11 @@ TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
   VisualBench bench;
   Workbench& work = bench.Work;
   work.Fans.ProgrammedPulses = {1, 4, 1, 1};
-  work.Fans.ActualPulses = {1, 2, 1, 1};
+  work.Fans.ActualPulses = {1, 3, 1, 1};
   for (const auto& [reg, value] : {std::pair{0x25, 0xF6},
                                    {0x77, 0x07},
-                                   {0x2A, 0xCA},
-                                   {0x2B, 0x08},
+                                   {0x2A, 0x73},
+                                   {0x2B, 0x2E},
                                    {0x24, 0xC0},
                                    {0x31, 0x80},
                                    {0x6D, 0x54},
@@ -61,7 +61,8 @@ TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
   }
   work.Cycle.Tick();
   EXPECT_FLOAT_EQ(work.Measured.Temperatures[1], -10.25F);
-  EXPECT_FLOAT_EQ(work.Measured.FanSpeeds[1], 4800);  // count 2250 is 2400 RPM, twice that by the pulses
+  EXPECT_LT(work.Measured.FanSpeeds[1], 605.5F) << "11891 counts times 4/3 would be 605.5, times 4 by 3 it is less";
+  EXPECT_GT(work.Measured.FanSpeeds[1], 605.4F);
   EXPECT_FLOAT_EQ(work.Measured.Voltages[1], (0xC0 * 4 + 3) * 0.0156F);
   EXPECT_EQ(work.Measured.DutyTexts[1], "50%");
   EXPECT_EQ(work.Measured.ZoneHysteresis[1], 5);
@@ -103,6 +104,22 @@ TEST(ReadingCycle, ReadsThermWhenItsPeriodIsOver) {
     EXPECT_EQ(tick(1), "R79 R78 R7D");
     EXPECT_EQ(work.Measured.ThermPercent, 100) << "no length, no new percentage";
   }
+}
+
+TEST(ReadingCycle, ASpeedIsNotKnownBeforeThePulsesAre) {
+  VisualBench bench;
+  Workbench& work = bench.Work;
+  work.Fans.PulsesKnown = false;
+  work.Cycle.Tick();
+  EXPECT_EQ(bench.Traffic(), "R77 R25 R2A R2B R77 R24 R41 R42 R31 R6D R67 R34");
+  for (std::size_t fan = 0; fan < 4; ++fan) {
+    EXPECT_EQ(ReadoutText(3 + fan, work.Measured, work.Power), "– RPM");
+    EXPECT_FALSE(work.History.LastUpTo(3 + fan, anyTime)) << "no point in the chart";
+  }
+  work.Fans.TakePulses(0);
+  work.Cycle.Tick();
+  EXPECT_EQ(ReadoutText(5, work.Measured, work.Power), "0 RPM");
+  EXPECT_EQ(ReadoutText(3, work.Measured, work.Power), "– RPM") << "its turn has not come yet";
 }
 
 TEST(ReadingCycle, AppendsOneRowATickWithWhatWasPosted) {

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "console/visualbench.h"
+#include "link/commserror.h"
+#include "simulator/simfaults.h"
 
 namespace krx {
 namespace {
@@ -55,14 +57,88 @@ TEST(StartUp, AHeaterThatThisRunSwitchedOnGoesOffWithTheProgram) {
   EXPECT_FALSE(bench.Sim.Board().HeaterOn(1));
 }
 
-TEST(StartUp, EveryStepGoesOnPastAnother) {
+TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
+  for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
+    for (int nth = 1;; ++nth) {
+      SCOPED_TRACE(nth);
+      VisualBench bench(medium);
+      bench.Poke(0x5E, 0xE2);
+      int faults = 0;
+      bench.Work.Start.Faulted = [&](const std::string&, const CommsError&) { ++faults; };
+      bench.FailTransfer(nth);
+      EXPECT_EQ(StartUp(bench.Work), StepProblems{});
+      EXPECT_EQ(bench.Work.Start.Owed, std::set<std::string>{});
+      EXPECT_EQ(faults, bench.Sim.FaultsFired());
+      EXPECT_TRUE(bench.Work.Display.PwmManual[2]);
+      EXPECT_TRUE(bench.Work.Fans.PulsesKnown);
+      if (faults == 0) break;
+    }
+  }
+}
+
+struct OwedRow {
+  const char* Fault;
+  const char* Problem;
+  const char* Retried;  ///< with the next start of the cycle, behind the transfers of the click
+};
+
+TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
+  const OwedRow rows[] = {
+      {"fail=1+,reg=7B", "Programmed pulses: Error: 57, Device I/O error", "R7B"},
+      {"fail=1+,reg=5D", "PWM2 behaviour: Error: 57, Device I/O error", "R5D"},
+      {"fail=1+,reg=43", "VID drive: Error: 57, Device I/O error",
+       "S96:80 R43 S96:88 R43 R78 S96:8C R78 S90:52 R7D S96:8E"},
+      {"fail=1+,op=control", "Heaters: Error: 57, Device I/O error", "ST C00 K ST C00 K"},
+  };
+  for (const OwedRow& row : rows) {
+    SCOPED_TRACE(row.Fault);
+    VisualBench bench;
+    for (const int pins : {0x73, 0x78, 0x7D}) bench.Poke(static_cast<std::uint8_t>(pins), 0);
+    bench.Sim.AddFault(*ParseFault(row.Fault));
+    EXPECT_EQ(StartUp(bench.Work), StepProblems{row.Problem});
+    bench.Sim.ClearFaults();
+    bench.BusTraffic();
+    bench.Model.Tick();
+    EXPECT_EQ(bench.BusTraffic().find(row.Retried), std::string::npos) << "never inside a tick";
+    bench.Model.SelectChannel(0);
+    EXPECT_EQ(bench.BusTraffic(), std::string("R50 R51 ") + row.Retried);
+    bench.Model.SelectChannel(0);
+    EXPECT_EQ(bench.BusTraffic(), "R50 R51") << "paid";
+  }
+}
+
+TEST(StartUp, AHeaterSwitchedOnSinceIsNotSwitchedOffByALateTry) {
   VisualBench bench;
-  bench.Poke(0x5E, 0xE2);
-  bench.FailTransfer(1);
-  bench.FailTransfer(5);
-  EXPECT_EQ(StartUp(bench.Work),
-            (StepProblems{"Heaters: Error: 57, Device I/O error", "Programmed pulses: Error: 57, Device I/O error"}));
-  EXPECT_TRUE(bench.Work.Display.PwmManual[2]);
+  bench.Sim.AddFault(*ParseFault("fail=1+,op=control"));
+  StartUp(bench.Work);
+  bench.Sim.ClearFaults();
+  bench.Work.EvalBoard.SetHeater(1, true);
+  bench.Model.ReReadChip();
+  EXPECT_TRUE(bench.Sim.Board().HeaterOn(2));
+}
+
+TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {
+  VisualBench bench;
+  bench.Work.Fans.PulsesKnown = false;
+  bench.Poke(0x7B, 0x55);
+  bench.Poke(0x54, 0x94), bench.Poke(0x55, 0x11);
+  bench.Sim.AddFault(*ParseFault("fail=1+,reg=7B"));
+  StartUp(bench.Work);
+  EXPECT_EQ(bench.Model.State().Gauge.IsDraggable(Marker::Low), false);
+  bench.Traffic();
+  bench.Model.SelectChannel(3);
+  EXPECT_EQ(bench.Traffic(), "R54 R55 R30 R7B!");
+  bench.Model.MarkerMoving(Marker::Low, 3000);
+  bench.Model.TypeLimit(Marker::Low, "3000");
+  bench.Model.StepLimit(Marker::Low, 1);
+  EXPECT_EQ(bench.Traffic(), "");
+  EXPECT_EQ(bench.Model.State().Readout, "– RPM");
+  bench.Sim.ClearFaults();
+  EXPECT_TRUE(bench.Model.ReReadChip().empty());
+  EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E");
+  EXPECT_EQ(bench.Model.State().Gauge.Low(), 2400) << "from the bytes read before";
+  bench.Model.TypeLimit(Marker::Low, "3000");
+  EXPECT_EQ(bench.Traffic(), "W54:10 W55:0E");
 }
 
 TEST(StartUp, ReReadRepeatsOnlyTheReads) {

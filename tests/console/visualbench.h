@@ -12,10 +12,12 @@ namespace krx {
 /// Records what the models ask of the timers: V+ V- visual_timer, T- continuous reading off.
 class RecordingTimers : public MainTimers {
  public:
-  void StartVisualTimer() override { Add("V+"); }
-  void StopVisualTimer() override { Add("V-"); }
+  void StartVisualTimer() override { Running = true, Add("V+"); }
+  void StopVisualTimer() override { Running = false, Add("V-"); }
+  bool VisualTimerRunning() const override { return Running; }
   void StopContinuousReading() override { Add("T-"); }
   std::string Take() { return std::exchange(calls_, {}); }
+  bool Running = false;
 
  private:
   void Add(const char* call) { calls_ += (calls_.empty() ? "" : " ") + std::string(call); }
@@ -24,8 +26,9 @@ class RecordingTimers : public MainTimers {
 
 /// The whole console without windows, on the simulated bus.
 struct VisualBench : TestBench {
-  explicit VisualBench(Medium medium = Medium::Board, SimOptions options = {})
-      : TestBench(medium, std::move(options)) {}
+  explicit VisualBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {
+    Work.Fans.PulsesKnown = true;
+  }
   Workbench Work{Bus};
   RecordingTimers Timers;
   VisualModel Model{Work, Timers};

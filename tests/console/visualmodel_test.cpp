@@ -242,18 +242,5 @@ TEST(VisualModel, AnyFailedTransferOfAnyHandlerLeavesTheNextTickWorking) {
   }
 }
 
-TEST(VisualModel, StartUpNamesTheStepOfAnyFailedTransfer) {
-  for (const Medium medium : {Medium::Board, Medium::Smbus}) {
-    for (int nth = 1;; ++nth) {
-      VisualBench bench(medium);
-      bench.FailTransfer(nth);
-      const StepProblems problems = StartUp(bench.Work);
-      if (bench.Sim.FaultsFired() == 0) break;
-      EXPECT_EQ(problems.size(), 1U) << nth;
-      bench.Model.Tick();
-    }
-  }
-}
-
 }  // namespace
 }  // namespace krx

@@ -6,6 +6,7 @@
 
 #include "fans/applypreview.h"
 #include "fans/fantables.h"
+#include "registers/conversions.h"
 #include "support/fanbench.h"
 
 namespace krx {
@@ -116,6 +117,8 @@ TEST(FanConfig, EverySettingWritesItsOwnBitsOnly) {
       {0x73, 0x00, mark(S::TachSource, 3, &F::TwoWire, true), "R73 W73:08 V92 S92:A0"},
       {0x73, 0x00, text(S::TachLimit, 3, &F::TachLimit, "0"), "W5B:FF W5A:FF"},
       {0x73, 0x00, text(S::TachLimit, 0, &F::TachLimit, "1000"), "W55:15 W54:18"},
+      {0x73, 0x00, text(S::TachLimit, 1, &F::TachLimit, " 3012 RPM"), "W57:07 W56:01"},
+      {0x73, 0x00, text(S::TachLimit, 1, &F::TachLimit, "RPM"), "W57:FF W56:FF"},
       {0x62, 0xF7, mark(S::Acoustics, 0, &F::EnhancedAcoustics, true), "R62 W62:FF"},
       {0x63, 0x8F, mark(S::Acoustics, 1, &F::EnhancedAcoustics, false), "R63 W63:0F"},
       {0x63, 0xF7, mark(S::Acoustics, 2, &F::EnhancedAcoustics, true), "R63 W63:FF"},
@@ -168,6 +171,34 @@ TEST(FanConfig, ThirteenStepsInOrderEachOnTopOfTheOnesBefore) {
   EXPECT_EQ(bench.Fans.FanLabel, (std::array<std::string, 4>{"CPU Fan", "Fan2", "Fan3", "Fan4"}));
   EXPECT_EQ(bench.Codes, (std::array<std::uint8_t, 3>{7, 7, 3}));
   EXPECT_TRUE(bench.Fans.PendingChange.Has(FanSetting::Behaviour, 0)) << "the flags stay";
+}
+
+TEST(FanConfig, SpeedsAreMultipliedByTheProgrammedPulsesBeforeTheyAreDivided) {
+  FanBench bench;
+  bench.Fans.ProgrammedPulses[0] = 4;
+  bench.Fans.ActualPulses[0] = 3;
+  bench.Edit(FanSetting::TachLimit, 0, &FanFields::TachLimit, "11891");
+  EXPECT_EQ(bench.Apply(), "W55:02 W54:5D") << "605.4999, where the quotient first gives 605.5 and 606";
+  EXPECT_EQ(TachLimitCount(11891, bench.Fans.PulseCorrection(0)), 606) << "as the gauge does";
+  bench.Poke(0x54, 0x73), bench.Poke(0x55, 0x2E);  // 11891 counts: the same division the other way
+  bench.Config.LoadFanSettings(0, bench.Fields[0]);
+  EXPECT_EQ(bench.Fields[0].TachLimit, "605");
+}
+
+TEST(FanConfig, PulsesThatTheStartCouldNotReadAreKnownWithTheFirstByteSeen) {
+  FanBench loading;
+  loading.Fans.PulsesKnown = false;
+  loading.Poke(0x7B, 0xE4);
+  loading.Poke(0x56, 0xE8), loading.Poke(0x57, 0x03);
+  loading.Config.LoadFanSettings(1, loading.Fields[1]);
+  EXPECT_EQ(loading.Fields[1].TachLimit, "10800") << "two pulses";
+  FanBench applying;
+  applying.Fans.PulsesKnown = false;
+  applying.Poke(0x7B, 0xE4);
+  applying.Edit(FanSetting::ProgrammedPulses, 3, &FanFields::ProgrammedPulses, "1");
+  EXPECT_EQ(applying.Apply(), "R7B W7B:24");
+  EXPECT_TRUE(applying.Fans.PulsesKnown);
+  EXPECT_EQ(applying.Fans.ProgrammedPulses, (std::array<float, 4>{1, 2, 3, 1}));
 }
 
 TEST(FanConfig, AFailedTransferStopsThereAndLaterStepsSetNothing) {

@@ -10,7 +10,9 @@ namespace krx {
 
 /// The fan settings and their dialog's model on the simulated board.
 struct FanBench : BoardBench {
-  explicit FanBench(Medium medium = Medium::Board, SimOptions options = {}) : BoardBench(medium, std::move(options)) {}
+  explicit FanBench(Medium medium = Medium::Board, SimOptions options = {}) : BoardBench(medium, std::move(options)) {
+    Fans.PulsesKnown = true;
+  }
 
   /// Applies Fields and returns the traffic.
   std::string Apply() {

@@ -1,55 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/channelcard.h"
 
-#include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QLabel>
-#include <QLocale>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <QWheelEvent>
-#include <algorithm>
+#include <cmath>
+#include <utility>
 
+#include "console/limitentry.h"
 #include "console/ui/labels.h"
+#include "console/ui/limitbox.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/palette.h"
 
 namespace krx {
 namespace {
 
-/// A typed limit is written to the chip, so the wheel, which turns by accident, changes nothing.
-class LimitBox : public QDoubleSpinBox {
- public:
-  LimitBox(const char* name, const QString& accessibleName) {
-    setObjectName(QString::fromLatin1(name));
-    setAccessibleName(accessibleName);
-    setKeyboardTracking(false);  // a value is taken when its entry is finished, not at each digit
-    setLocale(QLocale::c());
-    setFocusPolicy(Qt::StrongFocus);
-    setEnabled(false);
-  }
-
- protected:
-  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
-
-struct UnitFormat {
-  QString Unit;  ///< with its leading blank
-  int Decimals;
-  double Step;
-};
-
-UnitFormat FormatOf(std::size_t channel, bool powerMode) {
-  switch (channels[channel].Kind) {
-    case ChannelKind::Temperature:
-      return {QStringLiteral(" °C"), 0, 1};
-    case ChannelKind::Fan:
-      return {QStringLiteral(" RPM"), 0, 50};
-    case ChannelKind::Voltage:
-      break;
-  }
-  if (channel == currentChannel && powerMode) return {QStringLiteral(" A"), 2, 1};
-  return {QStringLiteral(" V"), 3, 0.05};
+QVBoxLayout* WithRange(LimitBox& box) {
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(&box);
+  column->addWidget(box.RangeLabel());
+  return column;
 }
 
 }  // namespace
@@ -68,8 +41,8 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   lowBox_ = new LimitBox("txtLowLimit", tr("Low limit"));
 
   auto* limits = new QFormLayout;
-  limits->addRow(tr("High limit"), highBox_);
-  limits->addRow(tr("Low limit"), lowBox_);
+  limits->addRow(tr("High limit"), WithRange(*highBox_));
+  limits->addRow(tr("Low limit"), WithRange(*lowBox_));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(14, 12, 14, 12);
   column->setSpacing(6);
@@ -85,10 +58,11 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
 
   connect(gauge_, &LimitGauge::MarkerMoving, this, &ChannelCard::MarkerMoving);
   connect(gauge_, &LimitGauge::MarkerReleased, this, &ChannelCard::MarkerReleased);
-  connect(highBox_, &QDoubleSpinBox::valueChanged, this,
-          [this](double value) { gauge_->MoveByUser(Marker::High, value); });
-  connect(lowBox_, &QDoubleSpinBox::valueChanged, this,
-          [this](double value) { gauge_->MoveByUser(Marker::Low, value); });
+  for (const Marker marker : {Marker::High, Marker::Low}) {
+    connect(&Box(marker), &LimitBox::Typed, this,
+            [this, marker](const QString& text) { emit LimitTyped(marker, text); });
+    connect(&Box(marker), &LimitBox::Stepped, this, [this, marker](int steps) { emit LimitStepped(marker, steps); });
+  }
 }
 
 void ChannelCard::SetReadOnly() {
@@ -101,11 +75,13 @@ void ChannelCard::SetReadOnly() {
 void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old) {
   SetTextIfChanged(*caption_, QString::fromStdString(state.Captions[channel]).toUpper());
   SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]), QString::fromStdString(state.Readout));
-  SetMuted(*readout_, old);
+  const bool known = !std::isnan(state.Gauge.Value());
+  SetMuted(*readout_, old || !known);
   QString summary = state.Alarms[channel] == AlarmState::Ok    ? tr("within limits")
                     : state.Alarms[channel] == AlarmState::Bad ? tr("alarm")
                                                                : tr("not read yet");
   if (old && state.Alarms[channel] != AlarmState::Unread) summary = tr("old value");
+  if (!known) summary = tr("not known: the pulses (7Bh) were not read, F5 tries again");
   if (seen.Any) {
     const int decimals = channels[channel].Kind == ChannelKind::Temperature ? 2
                          : channels[channel].Kind == ChannelKind::Fan       ? 0
@@ -117,23 +93,27 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   gauge_->SetStale(old);
 }
 
-void ChannelCard::FillBox(QDoubleSpinBox& box, Marker marker, const GaugeMarkers& markers) {
-  const UnitFormat format = FormatOf(channel_, powerMode_);
-  const double value = markers.ValueOf(marker);
-  const QSignalBlocker blocker(box);
-  box.setEnabled(markers.IsDraggable(marker) && !readOnly_);
-  box.setDecimals(format.Decimals);
-  box.setSingleStep(format.Step);
-  box.setSuffix(format.Unit);
-  // A limit that the chip holds outside the scale is shown as it is.
-  box.setRange(std::min(markers.Scale().Minimum, value), std::max(markers.Scale().Maximum, value));
-  box.setValue(value);
-  if (!markers.IsPlaced(marker)) box.clear();  // not read: no number, instead of one that is not the chip's
+void ChannelCard::SetRules(const LimitRules& rules) {
+  gauge_->SetStepEnd(rules.StepEnd);
+  for (LimitBox* box : {highBox_, lowBox_}) box->SetBusy(rules.Busy);
+}
+
+LimitBox& ChannelCard::Box(Marker marker) {
+  return marker == Marker::High ? *highBox_ : *lowBox_;
+}
+
+void ChannelCard::Refuse(Marker marker, const QString& range) {
+  Box(marker).Refuse(range);
+}
+
+void ChannelCard::Release(Marker marker) {
+  Box(marker).Release();
 }
 
 void ChannelCard::ShowLimits(const GaugeMarkers& markers, std::size_t channel, bool powerMode) {
-  channel_ = channel;
-  powerMode_ = powerMode;
+  if (std::exchange(channel_, channel) != channel) {
+    for (LimitBox* box : {highBox_, lowBox_}) box->Release();
+  }
   if (gauge_->Markers().Scale() != markers.Scale() || !markers.IsPlaced(Marker::Low))
     gauge_->SetScale(markers.Scale().Minimum, markers.Scale().Maximum);
   for (const Marker marker : {Marker::Low, Marker::High}) {
@@ -143,8 +123,10 @@ void ChannelCard::ShowLimits(const GaugeMarkers& markers, std::size_t channel, b
     else
       gauge_->Park(marker, markers.ValueOf(marker));
   }
-  FillBox(*lowBox_, Marker::Low, markers);
-  FillBox(*highBox_, Marker::High, markers);
+  for (const Marker marker : {Marker::Low, Marker::High}) {
+    Box(marker).ShowLimit(QString::fromStdString(LimitText(channel, marker, powerMode, markers)));
+    Box(marker).setEnabled(markers.IsDraggable(marker) && !readOnly_);
+  }
 }
 
 }  // namespace krx

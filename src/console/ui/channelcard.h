@@ -2,16 +2,23 @@
 #pragma once
 
 #include <QFrame>
+#include <functional>
 
 #include "console/visualmodel.h"
 #include "controls/gaugemarkers.h"
 
-class QDoubleSpinBox;
 class QLabel;
 
 namespace krx {
 
+class LimitBox;
 class LimitGauge;
+
+/// What boxes and gauge ask while a limit is moved.
+struct LimitRules {
+  std::function<double(double from, double wanted)> StepEnd;  ///< where a step of the gauge's keys ends
+  std::function<bool()> Busy;                                 ///< true inside a transfer
+};
 
 /// Smallest and largest value of the run, as far as any were measured.
 struct SeenRange {
@@ -30,27 +37,35 @@ class ChannelCard : public QFrame {
   /// The limits are shown but cannot be moved.
   void SetReadOnly();
 
+  void SetRules(const LimitRules& rules);
+
   /// What changes with every reading.
   void ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old);
   /// Puts scale, markers and boxes to where the state has them.
   void ShowLimits(const GaugeMarkers& markers, std::size_t channel, bool powerMode);
+  /// The text in a marker's box stays, and what it may be stands below it.
+  void Refuse(Marker marker, const QString& range);
+  /// The entry in a marker's box was taken: the next ShowLimits shows the limit there.
+  void Release(Marker marker);
 
  signals:
-  /// A drag; a typed value, an arrow key and a step of a box are a move and a release.
+  /// A drag; an arrow key is a move and a release.
   void MarkerMoving(krx::Marker marker, double value);
   void MarkerReleased(krx::Marker marker, double value);
+  /// A marker's box: an entry was finished, or an arrow pressed.
+  void LimitTyped(krx::Marker marker, const QString& text);
+  void LimitStepped(krx::Marker marker, int steps);
 
  private:
-  void FillBox(QDoubleSpinBox& box, Marker marker, const GaugeMarkers& markers);
+  LimitBox& Box(Marker marker);
 
   QLabel* caption_;
   QLabel* readout_;
   QLabel* summary_;
   LimitGauge* gauge_;
-  QDoubleSpinBox* highBox_;
-  QDoubleSpinBox* lowBox_;
+  LimitBox* highBox_;
+  LimitBox* lowBox_;
   std::size_t channel_ = 0;
-  bool powerMode_ = false;
   bool readOnly_ = false;
 };
 

@@ -148,7 +148,7 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   painter.drawText(QPointF(right, baseline), unit_);
   right -= gap / 2.0 + valueMetrics.horizontalAdvance(value_);
   painter.setFont(ValueFont());
-  if (!old_) painter.setPen(colours.text);
+  if (!old_ && value_ != QStringLiteral("–")) painter.setPen(colours.text);
   painter.drawText(QPointF(right, baseline), value_);
   if (old_ && !value_.isEmpty()) {
     painter.setFont(UnitFont());

@@ -71,6 +71,9 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
   dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
   turns.OnFailure([this](const std::string& name, const CommsError& error) { status_->CountFault(name, error); });
+  bench.Start.Faulted = [this](const std::string& step, const CommsError& error) {
+    status_->CountFault("start-up, " + step, error);
+  };
   connect(&cycleReport_, &QTimer::timeout, this, &MainForm::ShowCycle);
   cycleReport_.start(reportMilliseconds);
   sinceReport_.start();
@@ -80,6 +83,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
 
 MainForm::~MainForm() {
   dialogs_.LinkFault = nullptr;
+  bench_.Start.Faulted = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
 }
 

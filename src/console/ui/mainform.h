@@ -69,7 +69,7 @@ class MainForm : public QMainWindow, private MainTimers {
   void SetTheme(Theme theme);
   /// A line in the status bar, for some seconds.
   void ShowNotice(const QString& text);
-  bool VisualTimerRunning() const { return visualTimer_.IsActive(); }
+  bool VisualTimerRunning() const override { return visualTimer_.IsActive(); }
 
  signals:
   void ThemeChosen(krx::Theme theme);

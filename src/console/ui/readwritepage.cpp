@@ -16,7 +16,6 @@ namespace krx {
 namespace {
 
 constexpr int timer3Milliseconds = 10;
-constexpr int decimalDigits = 3;
 
 QLabel* MakeValue(const char* name, const QString& accessibleName) {
   auto* const label = new QLabel;
@@ -155,8 +154,7 @@ QWidget* ReadWritePage::MakeEntries() {
   };
   std::tie(text6_, command4_) = add(0, "Write (Hex)", "Text6", "Command4");
   std::tie(text7_, command5_) = add(1, "Write (Dec)", "Text7", "Command5");
-  // The hexadecimal box takes any length: cut to two digits, "100" would be written as 10.
-  text7_->setMaxLength(decimalDigits);
+  // Both take any length: cut to what fits, "100" would be written as 10 and "1000" as 100.
   grid->setColumnStretch(3, 1);
   connect(text6_, &QLineEdit::textEdited, this, [this](const QString& text) {
     panel_.SetHexEntry(text.toStdString());

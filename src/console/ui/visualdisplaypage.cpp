@@ -37,7 +37,7 @@ constexpr std::array<Group, 3> groups{
 /// A readout's number and its unit: "47.25C" and "2400 RPM" part at the first character that belongs to no number.
 std::pair<QString, QString> SplitReadout(const QString& readout) {
   qsizetype end = 0;
-  while (end < readout.size() && (readout[end].isDigit() || QStringLiteral("-.+").contains(readout[end]))) ++end;
+  while (end < readout.size() && (readout[end].isDigit() || QStringLiteral("-.+–").contains(readout[end]))) ++end;
   return {readout.left(end), readout.mid(end).trimmed()};
 }
 
@@ -80,6 +80,13 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
           [this](Marker marker, double value) { MoveLimit([&] { model_.MarkerMoving(marker, value); }, true); });
   connect(card_, &ChannelCard::MarkerReleased, this,
           [this](Marker marker, double value) { MoveLimit([&] { model_.MarkerReleased(marker, value); }, false); });
+  connect(card_, &ChannelCard::LimitTyped, this, [this](Marker marker, const QString& text) {
+    EnterLimit(marker, [&] { model_.TypeLimit(marker, text.toStdString()); });
+  });
+  connect(card_, &ChannelCard::LimitStepped, this,
+          [this](Marker marker, int steps) { EnterLimit(marker, [&] { model_.StepLimit(marker, steps); }); });
+  card_->SetRules({.StepEnd = [this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); },
+                   .Busy = [this] { return bench_.ChipLink.TransferInProgress(); }});
   connect(pwm_, &PwmPanel::SliderPressed, this, [this] { Do([&] { model_.SliderPressed(); }); });
   connect(pwm_, &PwmPanel::SliderMoving, this, [this](int value) {
     // The box over a failed write takes the mouse's release, and the cycle would stand still for want of it.
@@ -194,6 +201,27 @@ void VisualDisplayPage::MoveLimit(const std::function<void()>& action, bool drag
   ShowAll();
 }
 
+void VisualDisplayPage::EnterLimit(Marker marker, const std::function<void()>& action) {
+  QString range;
+  RunUserAction(dialogs_, [&] {
+    try {
+      action();
+    } catch (const OutOfRange& reason) {
+      range = QString::fromStdString(reason.what());
+    }
+  });
+  if (range.isEmpty()) {
+    card_->Release(marker);
+    ShowAll();
+    return;
+  }
+  card_->Refuse(marker, range);
+  const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  emit LimitRejected(tr("Not written: the %1 limit of %2 is %3")
+                         .arg(marker == Marker::High ? tr("high") : tr("low"),
+                              QString::fromStdString(model_.State().Captions[selected]), range));
+}
+
 void VisualDisplayPage::ShowAll() {
   ShowFrames();
   card_->ShowLimits(model_.State().Gauge, static_cast<std::size_t>(bench_.Display.SelectedChannel),
@@ -233,7 +261,7 @@ void VisualDisplayPage::ShowReadings(bool old) {
         SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
     const bool read = !charts_->NothingPosted();  // a zero that nobody measured is no reading
     tiles_[channel]->SetReading(read ? value : QStringLiteral("–"), unit);
-    tiles_[channel]->SetOld(old && read);
+    tiles_[channel]->SetOld(old && read && value != QStringLiteral("–"));
     lamps_[channel]->SetState(LampOf(state, channel));
   }
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);

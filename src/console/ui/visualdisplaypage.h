@@ -43,7 +43,7 @@ class VisualDisplayPage : public QWidget {
   void SetupLogRequested();
   void FanTestRequested();
   void GlitchTestRequested();
-  /// A limit that cannot be written and why; the marker is back in its place.
+  /// A limit that cannot be written and why; the marker is back in its place, a typed text stays.
   void LimitRejected(const QString& reason);
 
  private:
@@ -53,6 +53,7 @@ class VisualDisplayPage : public QWidget {
   void ShowFrames();
   bool Do(const std::function<void()>& action);
   void MoveLimit(const std::function<void()>& action, bool dragging);
+  void EnterLimit(Marker marker, const std::function<void()>& action);
 
   VisualModel& model_;
   Workbench& bench_;

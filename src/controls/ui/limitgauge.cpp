@@ -190,7 +190,8 @@ void LimitGauge::keyPressEvent(QKeyEvent* event) {
   if (drag_ || !markers_.IsDraggable(focused_)) return;
   const double before = markers_.ValueOf(focused_);
   const double wanted = markers_.Scale().Clamp(before) + steps * markers_.Scale().Step();
-  if (markers_.Scale().Clamp(wanted) != before) MoveByUser(focused_, markers_.Scale().Snap(wanted));
+  const double end = markers_.Scale().Clamp(stepEnd_ ? stepEnd_(before, wanted) : wanted);
+  if (end != before) MoveByUser(focused_, markers_.Scale().Snap(end));
 }
 
 void LimitGauge::wheelEvent(QWheelEvent* event) {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "controls/gaugemarkers.h"
 
@@ -22,11 +24,13 @@ class LimitGauge : public QWidget {
   void Place(Marker marker, double value, std::optional<GaugeMarkers::RegisterBytes> bytes);
   void Park(Marker marker, double value);
   void PutBack(Marker marker);
+  /// Where a step of the keys from one value to another ends; without it there.
+  void SetStepEnd(std::function<double(double from, double wanted)> stepEnd) { stepEnd_ = std::move(stepEnd); }
   /// Greys the value when it is no longer being read.
   void SetStale(bool stale);
   const GaugeMarkers& Markers() const { return markers_; }
 
-  /// What a typed entry does: moves the marker and emits both signals, as a drag and its release. Returns the value
+  /// What a key does: moves the marker and emits both signals, as a drag and its release. Returns the value
   /// the marker took.
   double MoveByUser(Marker marker, double wanted);
 
@@ -73,6 +77,7 @@ class LimitGauge : public QWidget {
   void Changed();
 
   GaugeMarkers markers_;
+  std::function<double(double from, double wanted)> stepEnd_;
   std::optional<Drag> drag_;
   Marker focused_ = Marker::High;
   bool stale_ = false;

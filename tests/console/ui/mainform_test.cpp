@@ -3,20 +3,24 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
-#include <QDoubleSpinBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyleOptionSpinBox>
 #include <QTabWidget>
+#include <QTest>
 #include <QWheelEvent>
 
 #include "console/ui/channeltile.h"
+#include "console/ui/limitbox.h"
 #include "console/workbench.h"
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/userdialogs.h"
 #include "link/busjournal.h"
+#include "simulator/simfaults.h"
 #include "support/testbench.h"
 
 namespace krx {
@@ -37,8 +41,10 @@ class RecordingDialogs : public UserDialogs {
 /// with is what the cycle reads.
 struct Console {
   using Medium = TestBench::Medium;
-  explicit Console(Medium medium = Medium::Board, bool monitoring = true, bool manual = false)
+  explicit Console(Medium medium = Medium::Board, bool monitoring = true, bool manual = false,
+                   const char* fault = nullptr)
       : Chip(medium), Turns(Chip.Bus), Bench(Chip.Bus) {
+    if (fault != nullptr) Chip.Sim.AddFault(*ParseFault(fault));
     Chip.Poke(0x40, monitoring ? 0x01 : 0x00);
     if (manual) Chip.Poke(0x5C, 0xE2);
     Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, Journal, MainFormOptions{"Simulated board"});
@@ -137,37 +143,99 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   Console console;
   console.Chip.Poke(0x56, 0x94), console.Chip.Poke(0x57, 0x11);  // 4500 counts, two pulses programmed
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::FirstShown);
-  EXPECT_FALSE(console.Find<QDoubleSpinBox>("txtLowLimit")->isEnabled());
+  EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
   console.Click("visualdisplaytext_4");
   EXPECT_EQ(console.Chip.Traffic().substr(0, 11), "R56 R57 R31");
   const GaugeMarkers& markers = console.Find<LimitGauge>("limits_gauge")->Markers();
   EXPECT_EQ(markers.Low(), 2400);
   EXPECT_EQ(markers.High(), 20000);
   EXPECT_FALSE(markers.IsDraggable(Marker::High));
-  EXPECT_FALSE(console.Find<QDoubleSpinBox>("txtHighLimit")->isEnabled());
+  EXPECT_FALSE(console.Find<LimitBox>("txtHighLimit")->isEnabled());
   EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
   EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
 }
 
+/// Types into a limit's box over what stands there.
+void Type(LimitBox& box, const char* text, Qt::Key finish = Qt::Key_Return) {
+  box.selectAll();
+  QTest::keyClick(&box, Qt::Key_Delete);
+  QTest::keyClicks(&box, QString::fromUtf8(text));
+  QTest::keyClick(&box, finish);
+}
+
 TEST(MainForm, ATypedLimitIsWrittenAndTheWheelWritesNothing) {
   Console console;
   console.Click("visualdisplaytext_1");
-  auto* box = console.Find<QDoubleSpinBox>("txtHighLimit");
+  auto& high = *console.Find<LimitBox>("txtHighLimit");
+  auto& low = *console.Find<LimitBox>("txtLowLimit");
   console.Chip.Traffic();
   QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-  QApplication::sendEvent(box, &wheel);
-  EXPECT_EQ(console.Chip.Traffic(), "");
-  box->setValue(-20);
+  QApplication::sendEvent(&high, &wheel);
+  Type(high, "127");
+  EXPECT_EQ(console.Chip.Traffic(), "") << "it stands there";
+  Type(high, "-20");
   EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:EC");
+  EXPECT_EQ(high.text(), "-20 °C");
+  Type(low, "-60");
+  EXPECT_EQ(console.Chip.Traffic(), "W4E:C4 W4F:EC") << "below the gauge's scale";
+  QTest::keyClick(&low, Qt::Key_Down);
+  EXPECT_EQ(console.Chip.Traffic(), "W4E:C3 W4F:EC");
+  EXPECT_EQ(low.text(), "-61 °C");
+  EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Low(), -61);
 }
 
-TEST(MainForm, ATypedLimitIsFinerThanADraggedOne) {
+TEST(MainForm, ARefusedLimitKeepsItsTextShowsTheRangeAndWritesNothing) {
   Console console;
-  console.Click("visualdisplaytext_9");
+  console.Click("visualdisplaytext_1");
+  auto& box = *console.Find<LimitBox>("txtHighLimit");
+  auto& range = *console.Find<QLabel>("lblHighLimitRange");
   console.Chip.Traffic();
-  console.Find<QDoubleSpinBox>("txtLowLimit")->setValue(1.173);  // 100.09 counts; 1.17 V would be 99
-  EXPECT_EQ(console.Chip.Traffic().substr(0, 6), "W46:64");
+  EXPECT_TRUE(range.isHidden());
+  for (const char* text : {"150", "hot", ""}) {
+    Type(box, text);
+    EXPECT_EQ(console.Chip.Traffic(), "") << text;
+    EXPECT_EQ(box.text(), text);
+    EXPECT_FALSE(range.isHidden());
+    EXPECT_EQ(range.text(), "⚠ -127 to 127 °C, whole degrees");
+    EXPECT_EQ(console.Text("lblNotice"), "|  Not written: the high limit of Remote 1 is -127 to 127 °C, whole degrees");
+  }
+  console.Form->SelectTab(MainForm::VisualDisplay);  // shows everything anew
+  EXPECT_FALSE(range.isHidden());
+  QTest::keyClick(&box, Qt::Key_Up);
+  EXPECT_EQ(box.text(), "") << "a refused text is not stepped from";
+  QTest::keyClick(&box, Qt::Key_Escape);
+  EXPECT_EQ(box.text(), "127 °C");
+  EXPECT_TRUE(range.isHidden());
+  Type(box, "150");
+  console.Click("visualdisplaytext_0");
+  EXPECT_EQ(box.text(), "127 °C") << "of another channel";
+  EXPECT_TRUE(range.isHidden());
+  EXPECT_EQ(console.Dialogs.Texts, QStringList());
+}
+
+TEST(MainForm, AHeldArrowGoesOnSteppingOutsideTheTransfersOfTheCycle) {
+  for (const auto medium : {Console::Medium::Board, Console::Medium::Smbus}) {
+    Console console(medium);
+    console.Click("visualdisplaytext_0");
+    auto& box = *console.Find<LimitBox>("txtHighLimit");
+    console.Chip.Poke(0x51, 0x50);
+    console.Click("visualdisplaytext_0");
+    int inside = 0;
+    const auto seen = console.Chip.Bus.Seen.Subscribe(
+        [&](std::uint8_t reg, std::optional<std::uint8_t>) { inside += reg == 0x51 && console.Turns.TurnRunning(); });
+    // What the live pump does: timers fire inside the wait.
+    console.Chip.Pump.OnPump = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+    QStyleOptionSpinBox option;
+    option.initFrom(&box);
+    option.subControls = QStyle::SC_All;
+    const QPoint up = box.style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxUp, &box).center();
+    QTest::mousePress(&box, Qt::LeftButton, {}, up);
+    EXPECT_TRUE(console.Wait([&] { return console.Chip.Peek(0x51) >= 0x54; })) << int(console.Chip.Peek(0x51));
+    QTest::mouseRelease(&box, Qt::LeftButton, {}, up);
+    EXPECT_EQ(inside, 0);
+    console.Chip.Pump.OnPump = nullptr;
+  }
 }
 
 TEST(MainForm, AFailedWriteEndsTheDragOfTheSlider) {
@@ -181,17 +249,18 @@ TEST(MainForm, AFailedWriteEndsTheDragOfTheSlider) {
   EXPECT_TRUE(console.Form->VisualTimerRunning());
 }
 
-TEST(MainForm, ALimitWithoutAnEncodingGoesBackAndIsExplained) {
-  Console console;
+TEST(MainForm, AFansSpeedAndLimitAreNotKnownUntilThePulsesWereRead) {
+  Console console(Console::Medium::Board, true, false, "fail=1+,reg=7B");
   console.Click("visualdisplaytext_3");
-  console.Chip.Traffic();
-  auto* box = console.Find<QDoubleSpinBox>("txtLowLimit");
-  const double before = box->value();
-  box->setValue(10);  // slower than the counter can count
-  EXPECT_EQ(console.Chip.Traffic(), "");
-  EXPECT_EQ(box->value(), before);
-  EXPECT_NE(console.Text("lblNotice"), "");
-  EXPECT_EQ(console.Dialogs.Texts, QStringList());
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() != "–"; }));
+  EXPECT_EQ(console.Tile(3).Value(), "–");
+  EXPECT_EQ(console.Text("lblReadout"), "– RPM");
+  EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
+  EXPECT_NE(console.Text("lblFaults").find("Link faults: "), std::string::npos) << console.Text("lblFaults");
+  console.Chip.Sim.ClearFaults();
+  console.Find<QAction>("actReReadChip")->trigger();
+  EXPECT_TRUE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(3).Value() != "–"; }));
 }
 
 TEST(MainForm, TheSliderWritesWhileItMovesOnTheBoardAndOnceOnTheSmbus) {

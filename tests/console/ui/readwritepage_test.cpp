@@ -15,54 +15,96 @@ namespace krx {
 namespace {
 
 struct PageBench : TestBench {
+  explicit PageBench(bool readOnly = false) : ReadOnly(readOnly) {}
+  bool ReadOnly;
   ChipTurns Turns{Bus};
   ScriptedDialogs Dialogs;
   RegisterPanel Panel{Bus};
-  ReadWritePage Page{Panel, Turns, Dialogs, false};
+  ReadWritePage Page{Panel, Turns, Dialogs, ReadOnly};
 
   template <typename Widget>
   Widget& Find(const char* name) {
     return *Page.findChild<Widget*>(name);
   }
   std::string Text(const char* name) { return Find<QLabel>(name).text().toStdString(); }
-  void Type(const char* name, const char* text) {
-    auto& box = Find<QLineEdit>(name);
-    box.selectAll();
-    QTest::keyClicks(&box, text);
-  }
 };
 
-TEST(ReadWritePage, ABitClickWritesTheBitAndShowsWhatTheChipKept) {
-  PageBench bench;
-  bench.Page.Enter();
-  EXPECT_EQ(bench.Traffic(), "R3E") << "the first row, once";
-  EXPECT_EQ(bench.Text("lblRegValHex"), "41");
-  EXPECT_FALSE(bench.Find<QPushButton>("bit0").isEnabled()) << "read-only";
+/// What the user does on the page of register 0x6C, which holds 0x0F, after row 34 was clicked; the traffic, and what
+/// the boxes and the bits then show.
+struct PressRow {
+  const char* Typed;    ///< "Text6=FF"; empty: nothing
+  const char* Control;  ///< pressed; a text box gets a Return
+  const char* Traffic;
+  const char* Shown;  ///< hexadecimal box, decimal box, bits
+};
 
-  QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);  // Remote2 THERM limit
-  bench.Poke(0x6C, 0);
-  QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);
-  bench.Traffic();
-  bench.Find<QPushButton>("bit7").click();
-  EXPECT_EQ(bench.Traffic(), "R6C W6C:80 R6C");
-  EXPECT_EQ(bench.Find<QPushButton>("bit7").text(), "1");
-  EXPECT_EQ(bench.Text("lblRegValDec"), "128");
+const PressRow pressRows[] = {
+    {"", "bit0", "R6C W6C:0E R6C", "// 00001110"},
+    {"", "bit1", "R6C W6C:0D R6C", "// 00001101"},
+    {"", "bit2", "R6C W6C:0B R6C", "// 00001011"},
+    {"", "bit3", "R6C W6C:07 R6C", "// 00000111"},
+    {"", "bit4", "R6C W6C:1F R6C", "// 00011111"},
+    {"", "bit5", "R6C W6C:2F R6C", "// 00101111"},
+    {"", "bit6", "R6C W6C:4F R6C", "// 01001111"},
+    {"", "bit7", "R6C W6C:8F R6C", "// 10001111"},
+    {"Text6=12", "Command4", "W6C:12", "12/18/ 00010010"},
+    {"Text6=12", "Text6", "W6C:12", "12/18/ 00010010"},
+    {"Text6=100", "Command4", "", "00/00/ 00001111"},
+    {"Text6=12", "Command5", "W6C:00", "0// 00000000"},  // the decimal box is empty: zero
+    {"Text7=12", "Command5", "W6C:0C", "C/12/ 00001100"},
+    {"Text7=12", "Text7", "W6C:0C", "C/12/ 00001100"},
+    {"Text7=12", "Command4", "", "00/00/ 00001111"},  // the hexadecimal box is empty: refused
+    {"Text7=1000", "Command5", "", "00/00/ 00001111"},
+    {"Text7=2559", "Text7", "", "00/00/ 00001111"},
+    {"Text7=000000255", "Command5", "W6C:FF", "FF/000000255/ 11111111"},
+    {"", "read_writedisplaytext_3", "R40", "// 00000001"},
+    {"", "read_writedisplaytext_90", "R7D", "// 00000000"},
+};
+
+TEST(ReadWritePage, EachControlDoesItsOwnAndNothingElse) {
+  for (const PressRow& row : pressRows) {
+    for (const bool readOnly : {false, true}) {
+      SCOPED_TRACE(std::string(row.Control) + " " + row.Typed + (readOnly ? " read-only" : ""));
+      PageBench bench(readOnly);
+      bench.Poke(0x6C, 0x0F);
+      bench.Poke(0x40, 0x01);
+      bench.Page.Enter();
+      QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);
+      EXPECT_EQ(bench.Traffic(), "R3E R6C") << "the first row, and the one that was clicked";
+      EXPECT_EQ(bench.Text("lblRegValDec"), "15");
+      const QString typed = row.Typed;
+      if (!typed.isEmpty()) QTest::keyClicks(&bench.Find<QLineEdit>(typed.first(5).toLatin1()), typed.sliced(6));
+      auto& control = bench.Find<QWidget>(row.Control);
+      if (qobject_cast<QLineEdit*>(&control) != nullptr) {
+        QTest::keyClick(&control, Qt::Key_Return);
+      } else {
+        QTest::mouseClick(&control, Qt::LeftButton);
+      }
+      const bool selects = QString(row.Control).startsWith("read_");
+      EXPECT_EQ(bench.Traffic(), readOnly && !selects ? "" : row.Traffic);
+      if (readOnly) continue;
+      QString shown = bench.Find<QLineEdit>("Text6").text() + '/' + bench.Find<QLineEdit>("Text7").text() + "/ ";
+      for (int bit = 7; bit >= 0; --bit) shown += bench.Find<QPushButton>(("bit" + std::to_string(bit)).c_str()).text();
+      EXPECT_EQ(shown, row.Shown);
+    }
+  }
 }
 
-TEST(ReadWritePage, TheHexadecimalBoxTakesAndRefusesThreeDigits) {
+TEST(ReadWritePage, AReadOnlyRegisterTakesNothingAndContinuousReadingReadsUntilItIsSwitchedOff) {
   PageBench bench;
   bench.Page.Enter();
-  QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);
+  for (const char* name : {"bit0", "bit7", "Text6", "Text7"}) EXPECT_FALSE(bench.Find<QWidget>(name).isEnabled());
   bench.Traffic();
-  bench.Type("Text6", "100");
-  bench.Find<QPushButton>("Command4").click();
-  EXPECT_EQ(bench.Traffic(), "") << "256 is no byte, and must not become 10";
-  EXPECT_EQ(bench.Find<QLineEdit>("Text6").text(), "00");
-  EXPECT_EQ(bench.Find<QLineEdit>("Text7").text(), "00");
-  bench.Type("Text6", "FF");
-  bench.Find<QPushButton>("Command4").click();
-  EXPECT_EQ(bench.Traffic(), "W6C:FF");
-  EXPECT_EQ(bench.Find<QLineEdit>("Text7").text(), "255");
+  bench.Find<QPushButton>("SSRibbon5").click();
+  EXPECT_EQ(bench.Text("continuous_reading_label"), "Continuous Reading is On");
+  std::string traffic;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return (traffic += bench.Traffic()).size() > 5; }));
+  EXPECT_EQ(traffic.find_first_not_of("R3E "), std::string::npos) << traffic;
+  bench.Find<QPushButton>("SSRibbon5").click();
+  EXPECT_EQ(bench.Text("continuous_reading_label"), "Continuous Reading is Off");
+  bench.Traffic();
+  QTest::qWait(40);
+  EXPECT_EQ(bench.Traffic(), "");
 }
 
 TEST(ReadWritePage, TheArrowKeysMoveThroughTheList) {

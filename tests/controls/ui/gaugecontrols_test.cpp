@@ -128,6 +128,9 @@ TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWould) {
   gauge.Place(Marker::High, 127, std::nullopt);
   Key(gauge, Qt::Key_Up);
   EXPECT_EQ(gauge.Take(), "") << "at the end stop nothing moves";
+  gauge.SetStepEnd([](double from, double wanted) { return wanted < from ? -20 : wanted; });
+  Key(gauge, Qt::Key_Down);
+  EXPECT_EQ(gauge.Take(), "moving High 10;released High 10;") << "stopped by the other marker";
   Wheel(gauge);
   gauge.SetValue(50);
   EXPECT_EQ(gauge.Take(), "");

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractSpinBox>
+#include <functional>
+
+class QLabel;
+
+namespace krx {
+
+/// The box of one limit: a free text with two arrows. It judges nothing. What is typed goes out when its entry is
+/// finished, and a refused text stays, with what may be typed beside it, until it is corrected or given up with Escape.
+class LimitBox : public QAbstractSpinBox {
+  Q_OBJECT
+ public:
+  LimitBox(const char* name, const QString& accessibleName);
+
+  /// Below the box; hidden unless a text was refused. Its owner is whoever lays it out.
+  QLabel* RangeLabel() { return range_; }
+
+  /// True inside a transfer: a repeat of a held arrow then waits until it is over.
+  void SetBusy(std::function<bool()> busy) { busy_ = std::move(busy); }
+
+  /// The limit as it stands. A text that the user is at work on, or that was refused, stays while the limit is the
+  /// same.
+  void ShowLimit(const QString& limit);
+  /// The entry has been dealt with: the next ShowLimit replaces it.
+  void Release();
+  void Refuse(const QString& range);
+
+  void stepBy(int steps) override;
+  QSize sizeHint() const override;
+
+ signals:
+  void Typed(const QString& text);
+  void Stepped(int steps);
+
+ protected:
+  StepEnabled stepEnabled() const override;
+  QValidator::State validate(QString& text, int& position) const override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  void Finish();
+  void Put(const QString& limit);
+
+  QLabel* range_;
+  QString limit_;
+  bool released_ = true;
+  std::function<bool()> busy_;
+  int repeat_ = 0;  ///< timer of the repeat that waits
+  int retry_ = 0;   ///< timer that looks whether it may go on
+};
+
+}  // namespace krx
