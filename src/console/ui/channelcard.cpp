@@ -14,18 +14,6 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
-namespace {
-
-QVBoxLayout* WithRange(LimitBox& box) {
-  auto* column = new QVBoxLayout;
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(2);
-  column->addWidget(&box);
-  column->addWidget(box.RangeLabel());
-  return column;
-}
-
-}  // namespace
 
 ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   MakeCard(*this);
@@ -41,8 +29,10 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   lowBox_ = new LimitBox("txtLowLimit", tr("Low limit"));
 
   auto* limits = new QFormLayout;
-  limits->addRow(tr("High limit"), WithRange(*highBox_));
-  limits->addRow(tr("Low limit"), WithRange(*lowBox_));
+  limits->addRow(tr("High limit"), highBox_);
+  limits->addRow(highBox_->RangeLabel());
+  limits->addRow(tr("Low limit"), lowBox_);
+  limits->addRow(lowBox_->RangeLabel());
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(14, 12, 14, 12);
   column->setSpacing(6);

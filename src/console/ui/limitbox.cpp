@@ -22,7 +22,7 @@ LimitBox::LimitBox(const char* name, const QString& accessibleName) {
   setAccessibleName(accessibleName);
   setFocusPolicy(Qt::StrongFocus);
   setEnabled(false);
-  range_ = MakeLabel(rangeName.constData(), 0.9, true);
+  range_ = MakeLabel(rangeName.constData(), 0.9, false);
   range_->setWordWrap(true);
   range_->hide();
   connect(this, &QAbstractSpinBox::editingFinished, this, &LimitBox::Finish);
@@ -71,8 +71,9 @@ QValidator::State LimitBox::validate(QString&, int&) const {
 }
 
 QSize LimitBox::sizeHint() const {
-  return {fontMetrics().horizontalAdvance(QStringLiteral("20000 RPM")) + 3 * fontMetrics().height(),
-          QAbstractSpinBox::sizeHint().height()};
+  // Room for the arrows and the text; a wider layout gives it more.
+  const int text = fontMetrics().horizontalAdvance(QStringLiteral("20000 RPM"));
+  return {text + 2 * fontMetrics().height(), QAbstractSpinBox::sizeHint().height()};
 }
 
 void LimitBox::wheelEvent(QWheelEvent* event) {

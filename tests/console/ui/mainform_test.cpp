@@ -154,6 +154,14 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
   EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
+  console.Click("visualdisplaytext_3");  // no limit
+  auto* gauge = console.Find<LimitGauge>("limits_gauge");
+  console.Form->activateWindow();
+  gauge->setFocus();
+  EXPECT_TRUE(console.Wait([&] { return gauge->hasFocus(); }));
+  console.Chip.Traffic();
+  QTest::keyClick(gauge, Qt::Key_Up);
+  EXPECT_EQ(console.Chip.Traffic(), "W54:AF W55:FF") << "100 RPM has no count at two pulses";
 }
 
 /// Types into a limit's box over what stands there.
