@@ -23,7 +23,8 @@ struct WatchOptions {
 /// Reads the chip through the reading cycle and shows a row an interval, until count, duration or the user end it. On a
 /// terminal the rows are one page that is kept current. First the board is prepared (heaters off, inputs routed) and
 /// monitoring started, where that may be written. A failing transfer is told and counted and the next row tries again;
-/// what failed before the first row is tried again before each. Returns false when not a single value could be read.
+/// what failed before the first row is tried again before each. Returns false when not a single value could be
+/// read, or none was measured because monitoring could not be started.
 bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost& host);
 
 }  // namespace krx

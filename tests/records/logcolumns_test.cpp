@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace krx {
 namespace {
 
@@ -23,6 +25,8 @@ TEST(LogColumns, EverySlotHasItsOwnValueAndFormat) {
   for (std::size_t slot = 0; slot < logColumnCount; ++slot) {
     EXPECT_EQ(LogColumnText(slot, {measured, zones, power}), expected[slot]) << logColumnTitles[slot];
   }
+  measured.FanSpeeds[0] = std::numeric_limits<float>::quiet_NaN();
+  EXPECT_EQ(LogColumnText(6, {measured, zones, power}), "-") << "a speed that is not known";
 }
 
 }  // namespace
