@@ -6,6 +6,7 @@
 #include "console/visualbench.h"
 #include "link/commserror.h"
 #include "simulator/simfaults.h"
+#include "simulator/simwords.h"
 
 namespace krx {
 namespace {

@@ -21,6 +21,7 @@
 #include "controls/ui/userdialogs.h"
 #include "link/busjournal.h"
 #include "simulator/simfaults.h"
+#include "simulator/simwords.h"
 #include "support/testbench.h"
 
 namespace krx {
