@@ -63,7 +63,7 @@ bool Board::DiodeClosed(std::size_t diode) const {
   const Switch& device = Device(SwitchDevice::U4);
   bool closed = true;
   for (int bit = 0; bit < bitsPerDiode; ++bit) {
-    closed = closed && device.Status(static_cast<int>(diode) * bitsPerDiode + bit);
+    closed = closed && device.Closed(static_cast<int>(diode) * bitsPerDiode + bit);
   }
   return closed;
 }
@@ -85,7 +85,11 @@ void Board::ToggleSwitch(std::size_t index) {
 
 bool Board::SwitchClosed(std::size_t index) const {
   const BoardSwitch& chosen = switchMap.at(index);
-  return Device(chosen.Device).Status(chosen.Bit);
+  return Device(chosen.Device).Closed(chosen.Bit);
+}
+
+bool Board::SwitchKnown(std::size_t index) const {
+  return Device(switchMap.at(index).Device).Known();
 }
 
 void Board::ReadAll() {

@@ -34,6 +34,7 @@ class Board {
   /// One of the 32 switches of the access dialog: the wanted states of all devices are written whole, U3, U4, U5, U6.
   void ToggleSwitch(std::size_t index);
   bool SwitchClosed(std::size_t index) const;
+  bool SwitchKnown(std::size_t index) const;
   /// Reads all devices, U3, U4, U5, U6.
   void ReadAll();
 

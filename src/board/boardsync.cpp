@@ -51,6 +51,7 @@ void ProbeVidDrive(Board& board) {
     bits[closed ? 1 : 0] = Bit(ReadByte(board.GetLink(), vidRegister), 3);
   }
   board.State().VidProbeSteady = bits[0] == bits[1];
+  board.State().VidProbed = !board.GetLink().WritesHeldBack;
 }
 
 std::int16_t SyncTach4Switches(Board& board) {

@@ -10,7 +10,10 @@ void Switch::WriteSwitch() {
 }
 
 void Switch::ReadSwitch() {
-  if (const auto states = ReceiveBoardByte(link_, deviceAddress_)) status_ = *states;
+  const auto states = ReceiveBoardByte(link_, deviceAddress_);
+  if (!states) return;
+  status_ = *states;
+  read_ = states;
 }
 
 void Switch::SetStatus(int bit, bool closed) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "link/linknewcomport06.h"
 
@@ -18,6 +19,12 @@ class Switch {
   /// Takes the states from the device. On the SMBus they stay as they are.
   void ReadSwitch();
 
+  /// As far as is known, the state that the device has: the wanted one, but in a read-only run, whose writes never
+  /// arrive, the last read one.
+  bool Closed(int bit) const { return (RealByte().value_or(0) >> bit & 1) != 0; }
+  /// False in a read-only run until the device was read.
+  bool Known() const { return RealByte().has_value(); }
+
   /// Wanted or last read state of bit i (0..7): true is closed.
   bool Status(int bit) const { return (status_ >> bit & 1) != 0; }
   void SetStatus(int bit, bool closed);
@@ -30,9 +37,12 @@ class Switch {
   void SetStatusByte(std::uint8_t states) { status_ = states; }
 
  private:
+  std::optional<std::uint8_t> RealByte() const { return link_.WritesHeldBack ? read_ : status_; }
+
   Link& link_;
   std::uint8_t deviceAddress_;
   std::uint8_t status_ = 0;
+  std::optional<std::uint8_t> read_;
 };
 
 }  // namespace krx

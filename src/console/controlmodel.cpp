@@ -31,6 +31,7 @@ void ControlModel::Enter() {
   state_.ThermPeriod = ShortestText(bench_.Cycle.ThermPeriod);
   state_.Alert25vOffered = bench_.BoardFlags.VidProbeSteady;
   state_.VidShown = !bench_.BoardFlags.VidProbeSteady;
+  state_.VidProbed = bench_.BoardFlags.VidProbed;
   RefreshTherm();
   RefreshAlert();
   // The Temp switches are closed at power-up and nothing else reads them: without this a click on one diode would
@@ -44,13 +45,18 @@ void ControlModel::Enter() {
 
 void ControlModel::RefreshTherm() {
   bench_.Pins.ThermRefresh();
-  state_.Therm = bench_.Pins.ThermPinMode != 0;
-  state_.ThermOn5v = bench_.Pins.ThermPinMode == 1;
-  state_.ThermOnTach4 = bench_.Pins.ThermPinMode == 2;
+  ShowPins();
 }
 
 void ControlModel::RefreshAlert() {
   bench_.Pins.AlertRefresh();
+  ShowPins();
+}
+
+void ControlModel::ShowPins() {
+  state_.Therm = bench_.Pins.ThermPinMode != 0;
+  state_.ThermOn5v = bench_.Pins.ThermPinMode == 1;
+  state_.ThermOnTach4 = bench_.Pins.ThermPinMode == 2;
   state_.AlertOnPwm2 = bench_.Pins.AlertPwm2Mode == 2;
   if (!bench_.BoardFlags.VidProbeSteady) return;
   state_.AlertOn25v = bench_.Pins.Alert25vMode == 2;
@@ -102,7 +108,7 @@ void ControlModel::ShowSwitches() {
   }
   const Switch& u3 = bench_.EvalBoard.Device(SwitchDevice::U3);
   for (std::size_t input = 0; input < state_.Vid.size(); ++input) {
-    state_.Vid.at(input) = u3.Status(static_cast<int>(input));
+    state_.Vid.at(input) = u3.Closed(static_cast<int>(input));
   }
 }
 

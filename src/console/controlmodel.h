@@ -23,6 +23,7 @@ struct ControlState {
   bool NoAlertOn25v = false;  ///< optPWM2
   bool Alert25vOffered = false;
   bool VidShown = false;
+  bool VidProbed = true;  ///< not in a read-only run
 
   std::array<bool, 2> Diodes{};
   std::array<bool, 5> Vid{};
@@ -54,6 +55,8 @@ class ControlModel {
   /// The field "Set THERM# Read Time": the number that the text begins with, negative ones count as 0.
   void SetThermPeriod(const std::string& text);
 
+  /// The pin modes were derived anew by somebody else: the reading cycle, another page.
+  void ShowPins();
   /// The switches were changed by somebody else.
   void ShowSwitches();
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "board/board.h"
 
@@ -23,6 +24,9 @@ class PinSettings {
   /// Reads 0x78 and, while VidProbeSteady, 0x7D; routes the board's alert switches and sets AlertPwm2Mode and
   /// Alert25vMode. A failing transfer leaves both as they were.
   void AlertRefresh();
+
+  /// Called after a refresh that changed a mode, whoever asked for it.
+  std::function<void()> Changed;
 
  private:
   Board& board_;

@@ -74,7 +74,7 @@ QWidget* FrmSwitchAccess::MakeGroup(const QString& group, bool settable) {
     button->setEnabled(settable);
     auto* const lamp = new QLabel;
     lamp->setObjectName("lmpSwitch" + designator);
-    lamp->setMinimumWidth(fontMetrics().horizontalAdvance("● closed "));
+    lamp->setMinimumWidth(fontMetrics().horizontalAdvance("– not read "));
     auto* const symbol = new SwitchSymbol(index);
     lamps_.at(index) = lamp;
     symbols_.at(index) = symbol;
@@ -105,10 +105,13 @@ void FrmSwitchAccess::ShowLamps() {
   for (std::size_t index = 0; index < lamps_.size(); ++index) {
     const bool closed = board_.SwitchClosed(index);
     QLabel& lamp = *lamps_.at(index);
-    lamp.setText(closed ? "● closed" : "○ open");
-    lamp.setAccessibleName(Text(switchMap.at(index).Designator) + (closed ? " closed" : " open"));
+    const bool known = board_.SwitchKnown(index);
+    lamp.setText(!known ? "– not read" : closed ? "● closed" : "○ open");
+    lamp.setAccessibleName(Text(switchMap.at(index).Designator) + (!known   ? " not read"
+                                                                   : closed ? " closed"
+                                                                            : " open"));
     QPalette palette;
-    palette.setColor(QPalette::WindowText, closed ? colours.ok : colours.bad);
+    palette.setColor(QPalette::WindowText, !known ? colours.mutedText : closed ? colours.ok : colours.bad);
     lamp.setPalette(palette);
     symbols_.at(index)->SetClosed(closed);
   }

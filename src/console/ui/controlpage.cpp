@@ -53,7 +53,11 @@ ControlPage::ControlPage(Workbench& bench, UserDialogs& dialogs, bool readOnly)
   noBoard_->setObjectName("lblNoBoard");
   noBoard_->setWordWrap(true);
   boardGrid->addWidget(noBoard_, 3, 0, 1, 2);
-  boardGrid->setRowStretch(4, 1);
+  vidNotProbed_ = new QLabel("VID drive: not probed. The probe writes switch U3D, which a read-only run leaves alone.");
+  vidNotProbed_->setObjectName("lblVidNotProbed");
+  vidNotProbed_->setWordWrap(true);
+  boardGrid->addWidget(vidNotProbed_, 4, 0, 1, 2);
+  boardGrid->setRowStretch(5, 1);
   grid->addWidget(board, 0, 1, 4, 1);
   grid->setColumnStretch(1, 1);
   grid->setRowStretch(4, 1);
@@ -188,6 +192,11 @@ void ControlPage::SwitchesChanged() {
   ShowState();
 }
 
+void ControlPage::PinsChanged() {
+  model_.ShowPins();
+  ShowState();
+}
+
 void ControlPage::SetFanDialogAvailable(bool available) {
   fanConfig_->setEnabled(available);
 }
@@ -213,7 +222,8 @@ void ControlPage::ShowState() {
   Mark(*opt25V_, state.AlertOn25v);
   Mark(*optPwm2_, state.NoAlertOn25v);
   chk25vAlert_->setEnabled(state.Alert25vOffered && !readOnly_);
-  for (QRadioButton* const option : {opt25V_, optPwm2_}) option->setEnabled(!readOnly_);
+  opt25V_->setEnabled(state.Alert25vOffered && !readOnly_);
+  optPwm2_->setEnabled(!readOnly_);  // it clears the bit, whatever the probe found
 
   const auto show = [&](auto& boxes, const auto& marks) {
     for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -227,6 +237,7 @@ void ControlPage::ShowState() {
   show(vid_, state.Vid);
   pnlVidBits_->setVisible(state.VidShown);
   noBoard_->setVisible(!state.HasBoard);
+  vidNotProbed_->setVisible(state.HasBoard && !state.VidProbed);
   switchAccess_->setEnabled(state.HasBoard);
   switchAccess_->setToolTip(state.HasBoard ? QString() : noBoardText);
 }

@@ -31,6 +31,8 @@ class ControlPage : public QWidget {
   void Enter();
   /// Shows what the board's switches are now; without any transfer.
   void SwitchesChanged();
+  /// Shows what the pin modes are now; without any transfer.
+  void PinsChanged();
   void SetFanDialogAvailable(bool available);
 
  signals:
@@ -72,6 +74,7 @@ class ControlPage : public QWidget {
   QPushButton* switchAccess_ = nullptr;
   QPushButton* fanConfig_ = nullptr;
   QLabel* noBoard_ = nullptr;
+  QLabel* vidNotProbed_ = nullptr;
 };
 
 }  // namespace krx

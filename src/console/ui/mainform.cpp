@@ -69,6 +69,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   status_ = new StatusLine;
   setStatusBar(status_);
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
+  bench.Pins.Changed = [this] { control_->PinsChanged(); };
   dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
   turns.OnFailure([this](const std::string& name, const CommsError& error) { status_->CountFault(name, error); });
   bench.Start.Faulted = [this](const std::string& step, const CommsError& error) {
@@ -85,6 +86,7 @@ MainForm::~MainForm() {
   dialogs_.LinkFault = nullptr;
   bench_.Start.Faulted = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
+  bench_.Pins.Changed = nullptr;
 }
 
 void MainForm::Start() {

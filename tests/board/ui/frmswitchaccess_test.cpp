@@ -47,5 +47,24 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   EXPECT_FALSE(form.isVisible());
 }
 
+TEST(FrmSwitchAccess, AReadOnlyRunShowsTheSwitchesThatAreNotTheOnesWanted) {
+  TestBench bench;
+  bench.Bus.WritesHeldBack = true;
+  BoardState flags;
+  Board board(bench.Bus, flags);
+  ScriptedDialogs dialogs;
+  FrmSwitchAccess form(board, dialogs, true, nullptr);
+  const auto lamp = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
+  WriteSwitchDevice(board, 0, 0x02);
+  board.Device(SwitchDevice::U5).SetStatusByte(0x05);
+  form.ShowLamps();
+  EXPECT_EQ(lamp("lmpSwitchU5A"), "– not read");
+  form.Open();
+  board.Device(SwitchDevice::U5).SetStatus(0, true);
+  form.ShowLamps();
+  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
+  EXPECT_EQ(lamp("lmpSwitchU5B"), "● closed");
+}
+
 }  // namespace
 }  // namespace krx

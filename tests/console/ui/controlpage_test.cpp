@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QRadioButton>
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
 
+#include "board/boardsync.h"
 #include "console/workbench.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
@@ -14,41 +16,81 @@ namespace krx {
 namespace {
 
 struct ControlBench : TestBench {
-  explicit ControlBench(Medium medium = Medium::Board) : TestBench(medium) {
-    Work.BoardFlags.VidProbeSteady = true;
+  explicit ControlBench(Medium medium = Medium::Board, bool vidSteady = true, bool readOnly = false)
+      : TestBench(medium), Page(Work, Dialogs, readOnly) {
+    Bus.WritesHeldBack = readOnly;
+    Work.BoardFlags.VidProbeSteady = vidSteady;
+    Work.EvalBoard.SwitchesChanged = [this] { Page.SwitchesChanged(); };
     Page.Enter();
     BusTraffic();
   }
   QAbstractButton& Button(const char* name) { return *Page.findChild<QAbstractButton*>(name); }
+  /// The names of all boxes and options with a mark.
+  std::string Marked() {
+    std::string names;
+    for (const auto* button : Page.findChildren<QAbstractButton*>()) {
+      if (button->isChecked()) names += (names.empty() ? "" : " ") + button->objectName().toStdString();
+    }
+    return names;
+  }
 
   Workbench Work{Bus};
   ScriptedDialogs Dialogs;
-  ControlPage Page{Work, Dialogs, false};
+  ControlPage Page;
 };
 
-TEST(ControlPage, EnablingThermSelectsTheTach4PinAndRoutesIt) {
+TEST(ControlPage, EachControlDrivesItsOwnBitOrSwitchAndShowsWhatTheChipThenHolds) {
+  struct Row {
+    const char* Name;
+    const char* Traffic;
+    const char* Marked;
+  };
+  // One after the other on the same board.
+  const Row rows[] = {
+      {"chkPROCHOT", "R78 W78:02 R78 R7D S96:46",
+       "chkPROCHOT optTach4 optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"opt5V", "R7D W7D:02 R78 R7D S96:92", "chkPROCHOT opt5V optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_4"},
+      {"optTach4", "R7D W7D:00 R78 R7D S96:46", "chkPROCHOT optTach4 optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"chkPROCHOT", "R78 W78:00 R78 S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"chkAlert", "R78 W78:01 R78 S90:08 R7D S96:86",
+       "chkAlert chkPWM2Alert optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"chkPWM2Alert", "R78 W78:00 R78 S90:10 R7D S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"chk25vAlert", "R7D W7D:01 R78 S90:10 R7D S96:85", "chk25vAlert opt25V chkSensor1 chkSensor2 chkVID_0 chkVID_2"},
+      {"optPWM2", "R7D W7D:00 R78 S90:10 R7D S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
+      {"opt25V", "R7D W7D:01 R78 S90:10 R7D S96:85", "chk25vAlert opt25V chkSensor1 chkSensor2 chkVID_0 chkVID_2"},
+      {"chkSensor1", "S94:38", "chk25vAlert opt25V chkSensor2 chkVID_0 chkVID_2"},
+      {"chkSensor2", "S94:00", "chk25vAlert opt25V chkVID_0 chkVID_2"},
+      {"chkHeater2", "ST C20 K", "chk25vAlert opt25V chkHeater2 chkVID_0 chkVID_2"},
+      {"chkHeater1", "ST C30 K", "chk25vAlert opt25V chkHeater1 chkHeater2 chkVID_0 chkVID_2"},
+      {"chkHeater2", "ST C10 K", "chk25vAlert opt25V chkHeater1 chkVID_0 chkVID_2"},
+      {"chkVID_0", "S96:84", "chk25vAlert opt25V chkHeater1 chkVID_2"},
+      {"chkVID_4", "S96:94", "chk25vAlert opt25V chkHeater1 chkVID_2 chkVID_4"},
+  };
   ControlBench bench;
-  EXPECT_FALSE(bench.Button("optTach4").isEnabled());
-  bench.Button("chkPROCHOT").click();
-  EXPECT_EQ(bench.BusTraffic(), "R78 W78:02 R78 R7D S96:46");
-  EXPECT_TRUE(bench.Button("optTach4").isChecked());
-  bench.Button("opt5V").click();
-  EXPECT_EQ(bench.BusTraffic(), "R7D W7D:02 R78 R7D S96:92");
-  bench.Button("chkPROCHOT").click();
-  EXPECT_FALSE(bench.Button("opt5V").isChecked()) << "both options clear";
-  EXPECT_FALSE(bench.Button("opt5V").isEnabled());
+  for (const Row& row : rows) {
+    bench.Button(row.Name).click();
+    EXPECT_EQ(bench.BusTraffic(), row.Traffic) << row.Name;
+    EXPECT_EQ(bench.Marked(), row.Marked) << row.Name;
+    EXPECT_EQ(bench.Button("opt5V").isEnabled(), bench.Button("chkPROCHOT").isChecked());
+  }
+  QTest::keyClicks(bench.Page.findChild<QLineEdit*>("txtProcTime"), "0");
+  EXPECT_EQ(bench.Work.Cycle.ThermPeriod, 10);
 }
 
-TEST(ControlPage, TheTwoAlertBoxesShowTheSameBit) {
-  ControlBench bench;
-  bench.Button("chkPWM2Alert").click();
-  EXPECT_TRUE(bench.Button("chkAlert").isChecked());
-  bench.Button("chk25vAlert").click();
-  EXPECT_TRUE(bench.Button("opt25V").isChecked());
-  bench.Button("optPWM2").click();
-  EXPECT_FALSE(bench.Button("chk25vAlert").isChecked());
-  bench.Button("chkAlert").click();
-  EXPECT_FALSE(bench.Button("chkPWM2Alert").isChecked());
+TEST(ControlPage, WhatCannotBeShownIsNotOffered) {
+  ControlBench unsteady(TestBench::Medium::Board, false);
+  EXPECT_FALSE(unsteady.Button("chk25vAlert").isEnabled());
+  EXPECT_FALSE(unsteady.Button("opt25V").isEnabled()) << "it would set the bit and show nothing";
+  unsteady.Button("optPWM2").click();
+  EXPECT_EQ(unsteady.BusTraffic(), "R7D W7D:00 R78 S90:10");
+  EXPECT_FALSE(unsteady.Page.findChild<QWidget*>("pnlVIDBits")->isHidden());
+
+  ControlBench readOnly(TestBench::Medium::Board, true, true);
+  EXPECT_TRUE(readOnly.Page.findChild<QWidget*>("lblVidNotProbed")->isHidden());
+  ProbeVidDrive(readOnly.Work.EvalBoard);
+  readOnly.Page.Enter();
+  EXPECT_FALSE(readOnly.Page.findChild<QWidget*>("lblVidNotProbed")->isHidden());
+  EXPECT_EQ(readOnly.Marked(), "optPWM2 chkSensor1 chkSensor2") << "no switch that was only wanted";
 }
 
 TEST(ControlPage, AFailedClickGoesBackWithOneBox) {
