@@ -82,6 +82,20 @@ void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext
   if (low && high) PlaceFanLimit(row, *low, *high, context, markers);
 }
 
+std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, Marker marker,
+                                const LimitContext& context) {
+  const Channel& row = channels.at(channel);
+  const auto low = seen.Byte(row.LowLimitRegister);
+  const auto high = seen.Byte(row.HighLimitRegister);
+  if (row.Kind == ChannelKind::Fan) {
+    if (marker == Marker::High || !low || !high || !context.Fans.PulsesKnown) return std::nullopt;
+    return context.Fans.Corrected(TachToRPM(static_cast<float>(*high * 256 + *low)), row.Slot);
+  }
+  const auto byte = marker == Marker::Low ? low : high;
+  if (!byte) return std::nullopt;
+  return LimitFromByte(channel, *byte, context);
+}
+
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
   const Channel& row = channels.at(channel);
   try {

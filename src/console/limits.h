@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include "console/measurements.h"
 #include "controls/gaugemarkers.h"
 #include "fans/fancommon.h"
 #include "link/linknewcomport06.h"
+#include "link/registerimage.h"
 #include "power/powersettings.h"
 
 namespace krx {
@@ -33,5 +35,10 @@ void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext
 /// encoding throws Overflow and writes nothing. A marker whose limit was written remembers the new bytes; on an error
 /// the others go back to where they were placed.
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
+
+/// A limit by the bytes last seen on the bus, in the channel's unit; nothing where they are not known, nor for the high
+/// limit that a fan has not.
+std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, Marker marker,
+                                const LimitContext& context);
 
 }  // namespace krx

@@ -20,6 +20,7 @@ constexpr std::uint8_t dutyRegister = 0x30;  // PWM1; PWM2 and PWM3 follow
 constexpr std::uint8_t thermTimer = 0x79;
 
 constexpr std::size_t vccpSlot = 2;
+constexpr std::size_t vccpChannel = 9;
 constexpr std::size_t senseSlot = 4;  // the 2.5V input
 
 constexpr std::size_t fanTraces = 3;
@@ -56,6 +57,7 @@ void ReadingCycle::Tick() {
   Row row;
   row.fill(std::numeric_limits<float>::quiet_NaN());
   const auto append = [&] {
+    LeaveOutUnmeasured(row);
     constexpr double microseconds = 1e6;
     state_.History.Append(std::llround((link_.ElapsedSeconds() - start_) * microseconds), row);
   };
@@ -80,12 +82,31 @@ void ReadingCycle::Steps(Row& row) {
   ThermStep(row);
 }
 
+void ReadingCycle::Took(ChannelKind kind, std::size_t slot, float value) {
+  const auto channel =
+      std::ranges::find_if(channels, [&](const Channel& row) { return row.Kind == kind && row.Slot == slot; }) -
+      channels.begin();
+  if (state_.First.Took(static_cast<std::size_t>(channel))) state_.Ranges.Add(static_cast<std::size_t>(channel), value);
+}
+
+void ReadingCycle::LeaveOutUnmeasured(Row& row) const {
+  constexpr float nothing = std::numeric_limits<float>::quiet_NaN();
+  const auto measured = [this](std::size_t channel) {
+    return state_.First.Measured(channel) && state_.First.Monitoring() != false;
+  };
+  for (std::size_t channel = 0; channel < channelCount; ++channel) {
+    if (!measured(channel)) row[channels[channel].Trace] = nothing;
+  }
+  if (!measured(vccpChannel) || !measured(currentChannel)) row[powerTrace] = nothing;
+}
+
 void ReadingCycle::TemperatureStep(Row& row) {
   const std::size_t channel = Next(Counters.Temperature, wrapOfThree, 3);
   const float fraction = TempFraction(link_, static_cast<int>(channel)).Value;
   const std::uint8_t byte = ReadByte(link_, tempChannels[channel].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Temperatures[channel] = TempFromByte(byte, fraction);
+  Took(ChannelKind::Temperature, channel, measured.Temperatures[channel]);
   std::ranges::copy(measured.Temperatures, row.begin());
   row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
 }
@@ -98,6 +119,7 @@ void ReadingCycle::TachStep(Row& row) {
   Measurements& measured = state_.Measured;
   if (state_.Fans.PulsesKnown) {
     measured.FanSpeeds[fan] = state_.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), fan);
+    Took(ChannelKind::Fan, fan, measured.FanSpeeds[fan]);
   } else {
     measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
   }
@@ -110,6 +132,7 @@ void ReadingCycle::VoltageStep(Row& row) {
   const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
+  Took(ChannelKind::Voltage, slot, measured.Voltages[slot]);
   std::ranges::copy(measured.Voltages, row.begin() + voltageTraces);
 }
 

@@ -9,8 +9,10 @@
 #include "autocontrol/zonestate.h"
 #include "console/alarms.h"
 #include "console/channels.h"
+#include "console/firstvalues.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
+#include "console/seenranges.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
 #include "link/linknewcomport06.h"
@@ -28,6 +30,8 @@ struct ReadingCycleState {
   const LogState& Log;
   PinSettings& Pins;
   TraceHistory& History;
+  FirstValues& First;
+  SeenRanges& Ranges;
 };
 
 /// Round-robin counters, one per kind of reading. A counter is advanced before it is used and goes back to 0 at a
@@ -46,7 +50,8 @@ class ReadingCycle {
  public:
   ReadingCycle(Link& link, ReadingCycleState state);
 
-  /// One tick: its nine steps in order, then one row appended to the history (NaN where nothing was posted). A
+  /// One tick: its nine steps in order, then one row appended to the history (NaN where nothing was posted, or the
+  /// chip has not measured yet). A
   /// failing transfer gives the rest of the tick up and is thrown on; what was posted until then is appended, and no
   /// value made of several bytes is left half-read.
   void Tick();
@@ -71,6 +76,8 @@ class ReadingCycle {
   void HysteresisStep();
   void TminOpPointStep();
   void ThermStep(Row& row);
+  void Took(ChannelKind kind, std::size_t slot, float value);
+  void LeaveOutUnmeasured(Row& row) const;
 
   Link& link_;
   ReadingCycleState state_;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "console/alarmtext.h"
 #include "console/easysetup.h"
 #include "console/workbench.h"
 #include "link/registeraccess.h"
@@ -23,6 +24,16 @@ constexpr GaugeScale firstStrip2Range{-20, 120};
 constexpr std::int16_t thermOn5v = 1;
 constexpr std::int16_t thermOnTach4 = 2;
 constexpr std::int16_t alertOn25v = 2;
+
+/// Registers of the zones Local, Remote1, Remote2.
+constexpr std::array<std::uint8_t, 3> tminRegisters{0x68, 0x67, 0x69};
+constexpr std::array<std::uint8_t, 3> opPointRegisters{0x34, 0x33, 0x35};
+
+/// A temperature register as last seen on the bus.
+std::string SeenDegrees(const RegisterImage& seen, std::uint8_t reg) {
+  const auto byte = seen.Byte(reg);
+  return byte ? std::to_string(static_cast<std::int8_t>(*byte)) : "–";
+}
 
 constexpr std::int16_t boardMedium = 1;
 constexpr std::int16_t smbusMedium = 0;
@@ -237,10 +248,12 @@ void VisualModel::ShowPwmPanel() {
   state_.SliderShown = bench_.Display.PwmManual.at(index);
   state_.PanelCaption = "Fan" + std::to_string(output) + " PWM";
   state_.SliderCaption = sliderOutputs.at(index).Caption;
+  state_.Pwm = PwmBehaviourOf(bench_.ChipLink.Seen, index, state_.SliderShown);
 }
 
 void VisualModel::ShowReadings() {
   ShowReadout();
+  ShowPwmPanel();
   ShowDuty();
   ShowZones();
   state_.Alarms = bench_.Cycle.Alarms;
@@ -271,9 +284,29 @@ void VisualModel::ShowZones() {
   const ZoneState& zones = bench_.Zones;
   for (std::size_t zone = 0; zone < zones.ZoneTmin.size(); ++zone) {
     const bool enabled = zones.ZoneOpEnable[zone];
-    state_.TminTexts[zone] = enabled ? std::to_string(zones.ZoneTmin[zone]) : "Disabled";
-    state_.OpPointTexts[zone] = enabled ? std::to_string(zones.ZoneOpPoint[zone]) : "Disabled";
+    state_.TminTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, tminRegisters[zone]) : "Disabled";
+    state_.OpPointTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, opPointRegisters[zone]) : "Disabled";
   }
+}
+
+std::string VisualModel::AlarmWords(std::size_t channel) const {
+  if (!state_.ChannelShown.at(channel) || state_.Alarms.at(channel) != AlarmState::Bad) return {};
+  std::optional<double> value;
+  if (bench_.First.Measured(channel)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
+  return AlarmReason(channel, value, bench_.ChipLink.Seen, Limits());
+}
+
+AlarmReport VisualModel::ReportAlarms() const {
+  AlarmReport report;
+  report.Old = bench_.First.Monitoring() == false;
+  for (std::size_t channel = 0; channel < channelCount; ++channel) {
+    if (state_.Alarms[channel] != AlarmState::Unread) report.Count = report.Count.value_or(0);
+    const std::string words = AlarmWords(channel);
+    if (words.empty()) continue;
+    ++*report.Count;
+    report.Details += (report.Details.empty() ? "" : "\n") + state_.Captions[channel] + ": " + words;
+  }
+  return report;
 }
 
 LimitContext VisualModel::Limits() const {

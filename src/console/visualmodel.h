@@ -9,6 +9,7 @@
 #include "console/alarms.h"
 #include "console/channels.h"
 #include "console/limits.h"
+#include "console/pwmbehaviour.h"
 #include "console/startup.h"
 
 namespace krx {
@@ -26,6 +27,13 @@ class MainTimers {
   virtual bool VisualTimerRunning() const = 0;
   /// Timer3 and its switch: "Continuous Reading is Off".
   virtual void StopContinuousReading() = 0;
+};
+
+/// The alarms of all shown channels.
+struct AlarmReport {
+  std::optional<int> Count;  ///< nothing before the first reading
+  std::string Details;       ///< a line each: "Fan 1: below low limit 2400 RPM"
+  bool Old = false;          ///< the chip does not measure
 };
 
 enum class CaptionMark {
@@ -55,9 +63,11 @@ struct VisualState {
   std::string PanelCaption;      ///< "Fan1 PWM"
   std::string SliderCaption;     ///< "Fan1": chooses the register that the slider writes
   std::string PwmText = "100%";  ///< lblPWM
+  PwmBehaviour Pwm;              ///< of the selected output
   std::string DutyCycleText;     ///< lblDutyCycle1
   int SliderValue = 255;         ///< 0..255
 
+  // "40", "Disabled", or "–" where the register was never seen.
   std::array<std::string, 3> TminTexts;
   std::array<std::string, 3> OpPointTexts;
 };
@@ -85,6 +95,10 @@ class VisualModel {
   void Relabel();
   /// The readings by the present measurement state, without any transfer: for a change of labels or constants.
   void ShowReadings();
+
+  /// Why the channel's alarm is set; empty while it is not, and for a channel that is not shown.
+  std::string AlarmWords(std::size_t channel) const;
+  AlarmReport ReportAlarms() const;
 
   /// Repeats the start-up's reading steps and shows what they change.
   StepProblems ReReadChip();

@@ -7,10 +7,12 @@
 #include "board/fantests.h"
 #include "console/channels.h"
 #include "console/displaystate.h"
+#include "console/firstvalues.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
 #include "console/readingcycle.h"
 #include "console/registerpanel.h"
+#include "console/seenranges.h"
 #include "console/startup.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
@@ -40,12 +42,14 @@ struct Workbench {
   DisplayState Display;
   StartUpState Start;
   TraceHistory History{traceCount};
+  FirstValues First{ChipLink};
+  SeenRanges Ranges;
   Board EvalBoard{ChipLink, BoardFlags};
   PinSettings Pins{EvalBoard};
   RegisterPanel Registers{ChipLink};
   FanConfig FanSettings{ChipLink, EvalBoard, Fans, Display.BehaviourCode};
   GlitchTest Glitch{ChipLink, Log};
-  ReadingCycle Cycle{ChipLink, {Measured, Zones, Fans, Power, Log, Pins, History}};
+  ReadingCycle Cycle{ChipLink, {Measured, Zones, Fans, Power, Log, Pins, History, First, Ranges}};
 };
 
 }  // namespace krx

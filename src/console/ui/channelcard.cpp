@@ -3,8 +3,10 @@
 
 #include <QFormLayout>
 #include <QLabel>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "console/limitentry.h"
@@ -12,6 +14,7 @@
 #include "console/ui/limitbox.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/palette.h"
+#include "registers/numerics.h"
 
 namespace krx {
 
@@ -39,6 +42,7 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   column->addWidget(caption_);
   column->addWidget(readout_);
   column->addWidget(summary_);
+  column->addWidget(MakeRange());
   column->addWidget(gauge_, 1);
   column->addLayout(limits);
   // Wide enough for the longest readout: a card that grew with its text would push the chart about.
@@ -62,25 +66,58 @@ void ChannelCard::SetReadOnly() {
   lowBox_->setEnabled(false);
 }
 
-void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old) {
+QWidget* ChannelCard::MakeRange() {
+  auto* range = new QWidget;
+  auto* column = new QVBoxLayout(range);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  extremes_ = MakeLabel("lblRange", 0.95, false, true);
+  mean_ = MakeLabel("lblMean", 0.95, false, true);
+  auto* reset = new QToolButton;
+  reset->setObjectName(QStringLiteral("cmdResetRange"));
+  reset->setText(tr("Reset"));
+  reset->setAccessibleName(tr("Reset minimum, maximum and mean"));
+  reset->setToolTip(tr("Minimum, maximum and mean of this channel begin anew"));
+  connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetWanted);
+  column->addWidget(extremes_);
+  auto* row = new QHBoxLayout;
+  row->addWidget(mean_, 1);
+  row->addWidget(reset);
+  column->addLayout(row);
+  return range;
+}
+
+void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, const ChannelReport& report) {
+  const bool alarm = !report.AlarmWords.empty();
   SetTextIfChanged(*caption_, QString::fromStdString(state.Captions[channel]).toUpper());
-  SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]), QString::fromStdString(state.Readout));
   const bool known = !std::isnan(state.Gauge.Value());
-  SetMuted(*readout_, old || !known);
-  QString summary = state.Alarms[channel] == AlarmState::Ok    ? tr("within limits")
-                    : state.Alarms[channel] == AlarmState::Bad ? tr("alarm")
-                                                               : tr("not read yet");
-  if (old && state.Alarms[channel] != AlarmState::Unread) summary = tr("old value");
-  if (!known) summary = tr("not known: the pulses (7Bh) were not read, F5 tries again");
-  if (seen.Any) {
-    const int decimals = channels[channel].Kind == ChannelKind::Temperature ? 2
-                         : channels[channel].Kind == ChannelKind::Fan       ? 0
-                                                                            : 3;
-    summary += tr("\nmin %1 · max %2").arg(seen.Minimum, 0, 'f', decimals).arg(seen.Maximum, 0, 'f', decimals);
-  }
+  SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]),
+               report.Measured ? QString::fromStdString(state.Readout) : QStringLiteral("–"));
+  SetBad(*readout_, alarm && !report.Old, report.Old || !known);
+  QString summary = alarm                                     ? QString::fromStdString(report.AlarmWords)
+                    : state.Alarms[channel] == AlarmState::Ok ? tr("within limits")
+                                                              : tr("not read yet");
+  if (!known)
+    summary = tr("not known: the pulses (7Bh) were not read, F5 tries again");
+  else if (report.NotMonitoring)
+    summary = tr("not monitoring");
+  else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
+    summary = tr("old value");
   SetTextIfChanged(*summary_, summary);
-  gauge_->SetValue(state.Gauge.Value());
-  gauge_->SetStale(old);
+  SetBad(*summary_, alarm && !report.Old, true);
+  ShowRange(report.Range, channel);
+  gauge_->SetValue(report.Measured ? state.Gauge.Value() : std::numeric_limits<double>::quiet_NaN());
+  gauge_->SetStale(report.Old);
+}
+
+void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel) {
+  const ChannelKind kind = channels[channel].Kind;
+  const int decimals = kind == ChannelKind::Temperature ? 2 : kind == ChannelKind::Fan ? 0 : 3;
+  const auto text = [&](double value) {
+    return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : QStringLiteral("–");
+  };
+  SetTextIfChanged(*extremes_, tr("min %1 · max %2").arg(text(range.Minimum), text(range.Maximum)));
+  SetTextIfChanged(*mean_, tr("mean %1").arg(text(range.Mean)));
 }
 
 void ChannelCard::SetRules(const LimitRules& rules) {

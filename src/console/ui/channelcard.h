@@ -3,7 +3,9 @@
 
 #include <QFrame>
 #include <functional>
+#include <string>
 
+#include "console/seenranges.h"
 #include "console/visualmodel.h"
 #include "controls/gaugemarkers.h"
 
@@ -20,15 +22,17 @@ struct LimitRules {
   std::function<bool()> Busy;                                 ///< true inside a transfer
 };
 
-/// Smallest and largest value of the run, as far as any were measured.
-struct SeenRange {
-  bool Any = false;
-  double Minimum = 0;
-  double Maximum = 0;
+/// What the card says of its channel beside the value.
+struct ChannelReport {
+  SeenRange Range;
+  bool Measured = false;       ///< by the chip; the value is no reading before
+  std::string AlarmWords;      ///< empty without an alarm
+  bool Old = false;            ///< the value is no longer refreshed
+  bool NotMonitoring = false;  ///< because the chip does not measure
 };
 
-/// The selected channel: large readout, its range so far, the gauge and a typed box for each limit. Its signals tell
-/// only what the user does.
+/// The selected channel: large readout, its range so far with a reset, the gauge and a typed box for each limit. Its
+/// signals tell only what the user does.
 class ChannelCard : public QFrame {
   Q_OBJECT
  public:
@@ -40,7 +44,7 @@ class ChannelCard : public QFrame {
   void SetRules(const LimitRules& rules);
 
   /// What changes with every reading.
-  void ShowReading(const VisualState& state, std::size_t channel, const SeenRange& seen, bool old);
+  void ShowReading(const VisualState& state, std::size_t channel, const ChannelReport& report);
   /// Puts scale, markers and boxes to where the state has them.
   void ShowLimits(const GaugeMarkers& markers, std::size_t channel, bool powerMode);
   /// The text in a marker's box stays, and what it may be stands below it.
@@ -55,13 +59,19 @@ class ChannelCard : public QFrame {
   /// A marker's box: an entry was finished, or an arrow pressed.
   void LimitTyped(krx::Marker marker, const QString& text);
   void LimitStepped(krx::Marker marker, int steps);
+  /// Minimum, maximum and mean of the channel are to begin anew.
+  void RangeResetWanted();
 
  private:
+  QWidget* MakeRange();
+  void ShowRange(const SeenRange& range, std::size_t channel);
   LimitBox& Box(Marker marker);
 
   QLabel* caption_;
   QLabel* readout_;
   QLabel* summary_;
+  QLabel* extremes_;
+  QLabel* mean_;
   LimitGauge* gauge_;
   LimitBox* highBox_;
   LimitBox* lowBox_;

@@ -50,7 +50,18 @@ void ChannelTile::SetReading(const QString& value, const QString& unit) {
   if (value_ == value && unit_ == unit) return;
   value_ = value;
   unit_ = unit;
-  setAccessibleDescription(value + QLatin1Char(' ') + unit);
+  Describe();
+}
+
+void ChannelTile::SetAlarm(const QString& words) {
+  if (alarm_ == words) return;
+  alarm_ = words;
+  Describe();
+}
+
+void ChannelTile::Describe() {
+  const QString reading = value_ + QLatin1Char(' ') + unit_;
+  setAccessibleDescription(alarm_.isEmpty() ? reading : reading + QStringLiteral(", ") + alarm_);
   update();
 }
 
@@ -109,17 +120,28 @@ void ChannelTile::leaveEvent(QEvent* event) {
   update();
 }
 
+void ChannelTile::PaintGround(QPainter& painter, const QPainterPath& shape) const {
+  const Palette& colours = Palette::For(*this);
+  painter.fillPath(shape, isDown() ? colours.grid : colours.card);
+  if (alarm_.isEmpty()) return;
+  // No stronger: the value in the same colour is to stay readable on it.
+  QColor tint = colours.bad;
+  tint.setAlphaF(0.13F);
+  painter.fillPath(shape, tint);
+}
+
 void ChannelTile::paintEvent(QPaintEvent*) {
   const Palette& colours = Palette::For(*this);
   const bool selected = mark_ == CaptionMark::Selected || mark_ == CaptionMark::FirstShown;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
 
-  const double outline = selected || hasFocus() ? 1.6 : 1;
+  const bool alarm = !alarm_.isEmpty();
+  const double outline = selected || alarm || hasFocus() ? 1.6 : 1;
   const QRectF frame = QRectF(rect()).adjusted(outline / 2, outline / 2, -outline / 2, -outline / 2);
   QPainterPath shape;
   shape.addRoundedRect(frame, radius, radius);
-  painter.fillPath(shape, isDown() ? colours.grid : colours.card);
+  PaintGround(painter, shape);
   if (trace_) {
     painter.save();
     painter.setClipPath(shape);
@@ -127,7 +149,8 @@ void ChannelTile::paintEvent(QPaintEvent*) {
                      colours.traces[static_cast<std::size_t>(*trace_) % colours.traces.size()]);
     painter.restore();
   }
-  painter.strokePath(shape, QPen(selected       ? colours.accent
+  painter.strokePath(shape, QPen(alarm          ? colours.bad
+                                 : selected     ? colours.accent
                                  : hasFocus()   ? colours.text
                                  : underMouse() ? colours.mutedText
                                                 : colours.line,
@@ -148,7 +171,7 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   painter.drawText(QPointF(right, baseline), unit_);
   right -= gap / 2.0 + valueMetrics.horizontalAdvance(value_);
   painter.setFont(ValueFont());
-  if (!old_ && value_ != QStringLiteral("–")) painter.setPen(colours.text);
+  if (!old_ && value_ != QStringLiteral("–")) painter.setPen(alarm ? colours.bad : colours.text);
   painter.drawText(QPointF(right, baseline), value_);
   if (old_ && !value_.isEmpty()) {
     painter.setFont(UnitFont());

@@ -6,6 +6,8 @@
 
 #include "console/visualmodel.h"
 
+class QPainterPath;
+
 namespace krx {
 
 class Indicator;
@@ -20,6 +22,8 @@ class ChannelTile : public QAbstractButton {
   /// Trace of the chart that draws this channel (its colour in the palette); none: no trace colour.
   void SetTrace(std::optional<int> trace);
   void SetReading(const QString& value, const QString& unit);
+  /// Why the channel's alarm is set; empty while it is not. A tile in alarm is red.
+  void SetAlarm(const QString& words);
   /// Bright and dark green are fixed colours that no theme's background leaves readable as text, so they fill the
   /// ground behind the caption, whose letters are then black or white.
   void SetMark(CaptionMark mark);
@@ -30,6 +34,7 @@ class ChannelTile : public QAbstractButton {
   QString Unit() const { return unit_; }
   CaptionMark Mark() const { return mark_; }
   bool IsOld() const { return old_; }
+  const QString& Alarm() const { return alarm_; }
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -44,12 +49,15 @@ class ChannelTile : public QAbstractButton {
   QFont ValueFont() const;
   QFont UnitFont() const;
   int LampLeft() const;
+  void Describe();
+  void PaintGround(QPainter& painter, const QPainterPath& shape) const;
 
   Indicator* lamp_;
   std::optional<int> trace_;
   QString value_;
   QString unit_;
   CaptionMark mark_ = CaptionMark::Plain;
+  QString alarm_;
   bool old_ = false;
 };
 

@@ -4,7 +4,6 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "console/ui/channelcard.h"
 #include "console/workbench.h"
 #include "controls/ui/palette.h"
 #include "controls/ui/stripchart.h"
@@ -12,8 +11,6 @@
 
 namespace krx {
 namespace {
-
-constexpr int ticksToMeasureAll = 5;  ///< the voltages, one a tick, take longest
 
 constexpr std::size_t firstStrip3Trace = thermTrace + 1;
 constexpr std::size_t firstFanTrace = 3;
@@ -122,27 +119,12 @@ void ChartCard::ShowReading(const VisualState& state) {
   strip2_->SetCaption(QString::fromStdString(state.Strip2Caption));
 }
 
-SeenRange ChartCard::RangeOf(std::size_t channel) const {
-  const bool volts = channel == currentChannel && bench_.Power.PowerMode;  // its trace is not what the readout shows
-  if (volts || ticks_ < ticksToMeasureAll) return {};
-  const TraceHistory& history = bench_.History;
-  const TraceColumn range = history.Range(channels[channel].Trace, measuredFrom_, history.LastTime() + 1);
-  if (range.Empty()) return {};
-  return {true, range.Min, range.Max};
-}
-
 int ChartCard::TraceNumber(std::size_t channel) {
   const Channel& row = channels[channel];
   return static_cast<int>(row.Trace - FirstTrace(row.Chart));
 }
 
 void ChartCard::Posted() {
-  // The first rows hold zeros for the channels whose turn has not come yet: neither a minimum nor a picture of them.
-  if (++ticks_ == ticksToMeasureAll) {
-    measuredFrom_ = bench_.History.LastTime();
-    strip2_->Clear();
-    strip3_->Clear();
-  }
   strip2_->Posted();
   strip3_->Posted();
 }

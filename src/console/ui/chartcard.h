@@ -11,7 +11,6 @@ class StripChart;
 class UserDialogs;
 class WaitBudget;
 enum class ChartFormat;
-struct SeenRange;
 struct Workbench;
 
 /// The two strip charts, of which one is in sight, over the workbench's history.
@@ -30,10 +29,6 @@ class ChartCard : public QFrame {
   /// A tick has appended to the history.
   void Posted();
 
-  /// No tick yet: what a channel shows is a zero that nobody measured.
-  bool NothingPosted() const { return ticks_ == 0; }
-  /// What the channel's trace measured in this run; none before every channel had its turn, nor for a current.
-  SeenRange RangeOf(std::size_t channel) const;
   /// Number of the channel's trace in its chart, and of its colour.
   static int TraceNumber(std::size_t channel);
 
@@ -47,8 +42,6 @@ class ChartCard : public QFrame {
   StripChart* strip3_;
   std::array<bool, traceCount> traceShown_;
   GaugeScale strip2Range_;
-  int ticks_ = 0;
-  std::int64_t measuredFrom_ = 0;  ///< time of the first row in which every channel was measured
 };
 
 }  // namespace krx

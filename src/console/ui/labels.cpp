@@ -29,8 +29,14 @@ void SetNamedText(QLabel& label, const QString& name, const QString& text) {
 }
 
 void SetMuted(QLabel& label, bool muted) {
+  SetBad(label, false, muted);
+}
+
+void SetBad(QLabel& label, bool bad, bool muted) {
   // By role, not by colour: the label then follows a change of the theme.
-  const QPalette::ColorRole role = muted ? QPalette::PlaceholderText : QPalette::WindowText;
+  const QPalette::ColorRole role = bad     ? QPalette::BrightText
+                                   : muted ? QPalette::PlaceholderText
+                                           : QPalette::WindowText;
   if (label.foregroundRole() != role) label.setForegroundRole(role);
 }
 

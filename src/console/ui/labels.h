@@ -19,4 +19,7 @@ void SetNamedText(QLabel& label, const QString& name, const QString& text);
 /// Muted text, for what is no longer refreshed, or the ordinary one.
 void SetMuted(QLabel& label, bool muted);
 
+/// The colour of an alarm; it wins over the muted text.
+void SetBad(QLabel& label, bool bad, bool muted = false);
+
 }  // namespace krx

@@ -133,6 +133,7 @@ void MainForm::MakeTabs() {
   connect(visual_, &VisualDisplayPage::LimitRejected, this, &MainForm::ShowNotice);
   connect(visual_, &VisualDisplayPage::FanTestRequested, this, &MainForm::FanTest);
   connect(visual_, &VisualDisplayPage::GlitchTestRequested, this, [this] { glitch_->Start(); });
+  connect(visual_, &VisualDisplayPage::ReReadRequested, this, &MainForm::ReReadChip);
   connect(control_, &ControlPage::SwitchAccessWanted, this, &MainForm::OpenSwitchAccess);
   connect(control_, &ControlPage::FanConfigWanted, this, &MainForm::OpenFanConfig);
 }
@@ -151,6 +152,10 @@ void MainForm::MakeMenus() {
                   })
       ->setObjectName(QStringLiteral("actEasySetup"));
   findChild<QAction*>(QStringLiteral("actEasySetup"))->setEnabled(!options_.ReadOnly);
+
+  chip->addSeparator();
+  chip->addAction(tr("Reset Minima and &Maxima"), this, &MainForm::ResetRanges)
+      ->setObjectName(QStringLiteral("actResetRanges"));
 
   QMenu* view = menuBar()->addMenu(tr("&View"));
   for (int tab = 0; tab < tabs_->count(); ++tab) {
@@ -292,20 +297,32 @@ void MainForm::VisualTick() {
 }
 
 void MainForm::ShowDue() {
-  if (sinceShown_.elapsed() < showMilliseconds || !visual_->isVisible()) return;
+  if (sinceShown_.elapsed() < showMilliseconds) return;
   sinceShown_.start();
-  visual_->ShowReadings(false);
+  status_->ShowAlarms(model_.ReportAlarms(), false);
+  if (visual_->isVisible()) visual_->ShowReadings(false);
+}
+
+void MainForm::ResetRanges() {
+  bench_.Ranges.ResetAll();
+  visual_->ShowAll();
+  ShowNotice(tr("Minimum, maximum and mean of all channels begin anew"));
 }
 
 void MainForm::ShowCycle() {
   const bool fresh = visualTimer_.IsActive() && sinceGoodTick_.elapsed() < freshMilliseconds;
   if (sinceReport_.elapsed() >= reportMilliseconds / 2) {
     const double seconds = static_cast<double>(sinceReport_.restart()) / 1000;
-    status_->ShowCycle({fresh, ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0, ticks_ / seconds});
+    status_->ShowCycle({fresh, bench_.First.Monitoring() == false,
+                        ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0, ticks_ / seconds});
     ticks_ = 0;
     transfers_ = 0;
   }
-  if (!fresh) visual_->ShowReadings(true);
+  if (!fresh) {
+    model_.ShowReadings();  // what passed on the bus without a tick, such as a configuration written by a dialog
+    visual_->ShowReadings(true);
+    status_->ShowAlarms(model_.ReportAlarms(), true);
+  }
   if (options_.ReadOnly) ShowSkipped();
 }
 

@@ -100,6 +100,7 @@ class MainForm : public QMainWindow, private MainTimers {
   void ShowAbout();
   void VisualTick();
   void ShowDue();
+  void ResetRanges();
   void ShowCycle();
 
   Workbench& bench_;

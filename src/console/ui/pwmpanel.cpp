@@ -13,26 +13,24 @@ PwmPanel::PwmPanel(QWidget* parent) : QWidget(parent) {
   panel_ = new QWidget;
   panel_->setObjectName(QStringLiteral("pnlPWM"));
   panelCaption_ = MakeLabel("lblPanelCaption", 1.0, true);
-  auto* automatic = MakeLabel("lblAutomatic", 1.0, false, true);
-  automatic->setText(tr("automatic"));
+  panelBehaviour_ = MakeLabel("lblPanelBehaviour", 1.0, false, true);
   panelText_ = MakeLabel("lblPWM", 1.5, true);
   auto* panelRow = new QHBoxLayout(panel_);
   panelRow->setContentsMargins(0, 0, 0, 0);
-  for (QLabel* label : {panelCaption_, automatic, panelText_}) panelRow->addWidget(label);
+  for (QLabel* label : {panelCaption_, panelBehaviour_, panelText_}) panelRow->addWidget(label);
   panelRow->addStretch();
 
   sliderPanel_ = new QWidget;
   sliderPanel_->setObjectName(QStringLiteral("pnlSlider"));
   sliderCaption_ = MakeLabel("lblSliderCaption", 1.0, true);
-  auto* manual = MakeLabel("lblManual", 1.0, false, true);
-  manual->setText(tr("manual"));
+  sliderBehaviour_ = MakeLabel("lblSliderBehaviour", 1.0, false, true);
   dutyText_ = MakeLabel("lblDutyCycle1", 1.5, true);
   slider_ = new DutySlider;
   slider_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
   auto* sliderRow = new QHBoxLayout(sliderPanel_);
   sliderRow->setContentsMargins(0, 0, 0, 0);
   sliderRow->addWidget(sliderCaption_);
-  sliderRow->addWidget(manual);
+  sliderRow->addWidget(sliderBehaviour_);
   sliderRow->addWidget(slider_, 1);
   sliderRow->addWidget(dutyText_);
   // Room for the longest text: a duty that changes its length would otherwise move the slider under the mouse.
@@ -55,6 +53,8 @@ void PwmPanel::Show(const VisualState& state, bool old) {
   SetTextIfChanged(*panelText_, state.PwmText);
   SetTextIfChanged(*sliderCaption_, state.PanelCaption);
   SetTextIfChanged(*dutyText_, state.DutyCycleText);
+  SetTextIfChanged(*panelBehaviour_, state.Pwm.Word);
+  SetTextIfChanged(*sliderBehaviour_, state.Pwm.Word);
   SetMuted(*panelText_, old);
   SetMuted(*dutyText_, old);
   const QString slider = QString::fromStdString(state.SliderCaption);

@@ -30,9 +30,11 @@ class PwmPanel : public QWidget {
  private:
   QWidget* panel_;
   QLabel* panelCaption_;
+  QLabel* panelBehaviour_;
   QLabel* panelText_;
   QWidget* sliderPanel_;
   QLabel* sliderCaption_;
+  QLabel* sliderBehaviour_;
   QLabel* dutyText_;
   DutySlider* slider_;
 };

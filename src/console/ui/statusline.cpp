@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "console/ui/labels.h"
+#include "console/visualmodel.h"
 
 namespace krx {
 namespace {
@@ -33,6 +34,8 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
   addWidget(connection_);
   addWidget(cycle_);
   addWidget(notice_, 1);
+  alarms_ = MakeLabel("lblAlarms", 1, false);
+  addPermanentWidget(alarms_);
   addPermanentWidget(faultLabel_);
   noticeEnd_ = new QTimer(this);
   noticeEnd_->setSingleShot(true);
@@ -44,10 +47,26 @@ void StatusLine::ShowConnection(const QString& connection) {
 }
 
 void StatusLine::ShowCycle(const CycleReport& report) {
-  SetTextIfChanged(*cycle_, report.Running ? tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
-                                                 .arg(report.ReadsPerTick, 0, 'f', 0)
-                                                 .arg(report.TicksPerSecond, 0, 'f', 1)
-                                           : tr("|  Standing still, values are old"));
+  SetTextIfChanged(*cycle_, report.NotMonitoring ? tr("|  Not monitoring, values are out of date")
+                            : report.Running     ? tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
+                                                   .arg(report.ReadsPerTick, 0, 'f', 0)
+                                                   .arg(report.TicksPerSecond, 0, 'f', 1)
+                                             : tr("|  Standing still, values are old"));
+}
+
+void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {
+  const int count = report.Count.value_or(0);
+  QString text;
+  if (report.Count) text = tr("No alarms");
+  if (count > 0) text = count == 1 ? tr("◆ 1 alarm") : tr("◆ %1 alarms").arg(count);
+  if (count > 0 && (old || report.Old)) text += tr(" (old)");
+  if (alarms_->text() == text && alarms_->toolTip().toStdString() == report.Details) return;
+  alarms_->setText(text);
+  alarms_->setToolTip(QString::fromStdString(report.Details));
+  SetBad(*alarms_, count > 0);  // an old one too: until it is read again it stands
+  QFont font = alarms_->font();
+  font.setBold(count > 0);
+  alarms_->setFont(font);
 }
 
 void StatusLine::ShowNotice(const QString& text) {

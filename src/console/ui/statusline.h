@@ -11,14 +11,17 @@ class QTimer;
 
 namespace krx {
 
+struct AlarmReport;
+
 /// What the status bar says of the reading cycle.
 struct CycleReport {
-  bool Running = false;  ///< the timer runs and ticks come to their end
+  bool Running = false;        ///< the timer runs and ticks come to their end
+  bool NotMonitoring = false;  ///< the chip was last seen not measuring, whether it is being read or not
   double ReadsPerTick = 0;
   double TicksPerSecond = 0;
 };
 
-/// The status bar: where the chip is, whether the cycle runs, a passing message, the link faults, the log.
+/// The status bar: where the chip is, whether the cycle runs, a passing message, the alarms, the link faults, the log.
 class StatusLine : public QStatusBar {
   Q_OBJECT
  public:
@@ -27,6 +30,8 @@ class StatusLine : public QStatusBar {
   /// "Simulated board · printer port 2Dh"
   void ShowConnection(const QString& connection);
   void ShowCycle(const CycleReport& report);
+  /// How many channels are in alarm, and in the tool tip which. old: nothing is being read.
+  void ShowAlarms(const AlarmReport& report, bool old);
   /// Stays for some seconds, or until the next one.
   void ShowNotice(const QString& text);
   /// A tick that failed: named and counted, nothing modal.
@@ -37,6 +42,7 @@ class StatusLine : public QStatusBar {
   QLabel* connection_;
   QLabel* cycle_;
   QLabel* notice_;
+  QLabel* alarms_;
   QLabel* faultLabel_;
   QTimer* noticeEnd_;
   int faults_ = 0;

@@ -15,6 +15,7 @@
 #include "console/ui/channeltile.h"
 #include "console/ui/chartcard.h"
 #include "console/ui/labels.h"
+#include "console/ui/pwmdifference.h"
 #include "console/ui/pwmpanel.h"
 #include "console/ui/zonerow.h"
 #include "console/workbench.h"
@@ -87,6 +88,10 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
           [this](Marker marker, int steps) { EnterLimit(marker, [&] { model_.StepLimit(marker, steps); }); });
   card_->SetRules({.StepEnd = [this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); },
                    .Busy = [this] { return bench_.ChipLink.TransferInProgress(); }});
+  connect(card_, &ChannelCard::RangeResetWanted, this, [this] {
+    bench_.Ranges.Reset(static_cast<std::size_t>(bench_.Display.SelectedChannel));
+    ShowReadings(old_);
+  });
   connect(pwm_, &PwmPanel::SliderPressed, this, [this] { Do([&] { model_.SliderPressed(); }); });
   connect(pwm_, &PwmPanel::SliderMoving, this, [this](int value) {
     // The box over a failed write takes the mouse's release, and the cycle would stand still for want of it.
@@ -175,6 +180,13 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   auto* column = new QVBoxLayout(frame);
   column->setContentsMargins(14, 8, 14, 8);
   column->addLayout(row);
+  pwmDifference_ = new PwmDifference;
+  connect(pwmDifference_, &PwmDifference::ReReadWanted, this, &VisualDisplayPage::ReReadRequested);
+  column->addWidget(pwmDifference_);
+  notMonitoring_ = MakeLabel("lblNotMonitoring", 1, true);
+  notMonitoring_->setText(readOnly ? tr("Not monitoring, values are out of date")
+                                   : tr("Not monitoring, values are out of date: press Easy Setup to start"));
+  column->addWidget(notMonitoring_);
   zoneRow_ = new ZoneRow;
   column->addWidget(zoneRow_);
   return frame;
@@ -253,21 +265,33 @@ void VisualDisplayPage::ShowFrames() {
   charts_->ShowState(state);
 }
 
+void VisualDisplayPage::ShowTile(std::size_t channel, bool old) {
+  const auto [value, unit] = SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
+  const bool measured = bench_.First.Measured(channel);
+  tiles_[channel]->SetReading(measured ? value : QStringLiteral("–"), unit);
+  tiles_[channel]->SetOld(old && measured);
+  tiles_[channel]->SetAlarm(old ? QString() : QString::fromStdString(model_.AlarmWords(channel)));
+  lamps_[channel]->SetState(LampOf(model_.State(), channel));
+}
+
 void VisualDisplayPage::ShowReadings(bool old) {
   old_ = old;
+  const bool notMonitoring = bench_.First.Monitoring() == false;
+  const bool outOfDate = old || notMonitoring;
   const VisualState& state = model_.State();
-  for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    const auto [value, unit] =
-        SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
-    const bool read = !charts_->NothingPosted();  // a zero that nobody measured is no reading
-    tiles_[channel]->SetReading(read ? value : QStringLiteral("–"), unit);
-    tiles_[channel]->SetOld(old && read && value != QStringLiteral("–"));
-    lamps_[channel]->SetState(LampOf(state, channel));
-  }
+  for (std::size_t channel = 0; channel < channelCount; ++channel) ShowTile(channel, outOfDate);
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  card_->ShowReading(state, selected, charts_->RangeOf(selected), old);
-  pwm_->Show(state, old);
-  zoneRow_->ShowReading(state, old);
+  const bool current = selected == currentChannel && bench_.Power.PowerMode;  // the range is that of the voltage
+  card_->ShowReading(state, selected,
+                     {.Range = current ? SeenRange{} : bench_.Ranges.Of(selected),
+                      .Measured = bench_.First.Measured(selected),
+                      .AlarmWords = model_.AlarmWords(selected),
+                      .Old = outOfDate,
+                      .NotMonitoring = notMonitoring});
+  pwm_->Show(state, outOfDate);
+  pwmDifference_->Show(state.Pwm);
+  notMonitoring_->setVisible(notMonitoring);
+  zoneRow_->ShowReading(state, outOfDate);
   zoneRow_->setVisible(bench_.Display.DynamicTminShown);
   charts_->ShowReading(state);
 }

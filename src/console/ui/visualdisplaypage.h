@@ -7,6 +7,7 @@
 
 #include "console/visualmodel.h"
 
+class QLabel;
 class QPushButton;
 
 namespace krx {
@@ -15,6 +16,7 @@ class ChannelCard;
 class ChannelTile;
 class ChartCard;
 class Indicator;
+class PwmDifference;
 class PwmPanel;
 class UserDialogs;
 class WaitBudget;
@@ -43,6 +45,8 @@ class VisualDisplayPage : public QWidget {
   void SetupLogRequested();
   void FanTestRequested();
   void GlitchTestRequested();
+  /// The flags that decide between slider and panel are out of date.
+  void ReReadRequested();
   /// A limit that cannot be written and why; the marker is back in its place, a typed text stays.
   void LimitRejected(const QString& reason);
 
@@ -51,6 +55,7 @@ class VisualDisplayPage : public QWidget {
   QWidget* MakeBottom(bool readOnly);
   QPushButton* AddButton(const char* name, const QString& text);
   void ShowFrames();
+  void ShowTile(std::size_t channel, bool old);
   bool Do(const std::function<void()>& action);
   void MoveLimit(const std::function<void()>& action, bool dragging);
   void EnterLimit(Marker marker, const std::function<void()>& action);
@@ -63,6 +68,8 @@ class VisualDisplayPage : public QWidget {
   ChartCard* charts_ = nullptr;
   ChannelCard* card_ = nullptr;
   PwmPanel* pwm_ = nullptr;
+  PwmDifference* pwmDifference_ = nullptr;
+  QLabel* notMonitoring_ = nullptr;
   ZoneRow* zoneRow_ = nullptr;
   bool old_ = true;
 };

@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyleOptionSpinBox>
@@ -124,17 +125,39 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
   }
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_0")->State(), IndicatorState::Bad);
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_1")->State(), IndicatorState::Ok);
+  EXPECT_EQ(console.Tile(0).Alarm(), "out of limits");
+  EXPECT_EQ(console.Tile(1).Alarm(), "");
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblAlarms") == "◆ 1 alarm"; }));
+  EXPECT_EQ(console.Text("lblRange"), "min -5.00 · max -5.00");
+  EXPECT_EQ(console.Text("lblMean"), "mean -5.00");
+  console.Chip.Poke(0x50, 0x0A);
+  console.Click("visualdisplaytext_0");
+  EXPECT_EQ(console.Text("lblSummary"), "below low limit 10 °C");
+  EXPECT_EQ(console.Find<QLabel>("lblReadout")->foregroundRole(), QPalette::BrightText);
+  console.Click("cmdResetRange");
+  EXPECT_EQ(console.Text("lblRange"), "min – · max –");
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("12 reads a tick") != std::string::npos; }))
       << console.Text("lblCycle");
 }
 
 TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   Console console(Console::Medium::Board, false);
-  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Not monitoring") != std::string::npos; }));
   EXPECT_EQ(console.Tile(0).Value(), "–");
+  EXPECT_EQ(console.Text("lblReadout"), "–");
+  EXPECT_EQ(console.Text("lblTmin_0"), "–");
+  console.Chip.Poke(0x26, 0x20);
+  console.Click("visualdisplaytext_0");  // the cycle runs now, but nothing is measured
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() == "32.00"; }));
+  EXPECT_TRUE(console.Tile(0).IsOld());
+  EXPECT_EQ(console.Text("lblSummary"), "not monitoring");
+  EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->isVisible());
+  EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->text().endsWith("press Easy Setup to start"));
+  EXPECT_FALSE(
+      console.Wait([&] { return console.Text("lblCycle").find("Not monitoring") == std::string::npos; }, 1200));
   console.Click("Command1");  // Easy Setup
-  EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() != "–"; }));
-  EXPECT_FALSE(console.Tile(0).IsOld());
+  EXPECT_FALSE(console.Find<QLabel>("lblNotMonitoring")->isVisible());
+  EXPECT_TRUE(console.Wait([&] { return !console.Tile(0).IsOld(); }));
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Selected);
   console.Form->SelectTab(MainForm::ReadWrite);  // stops the cycle
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
@@ -146,7 +169,6 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::FirstShown);
   EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
   console.Click("visualdisplaytext_4");
-  EXPECT_EQ(console.Chip.Traffic().substr(0, 11), "R56 R57 R31");
   const GaugeMarkers& markers = console.Find<LimitGauge>("limits_gauge")->Markers();
   EXPECT_EQ(markers.Low(), 2400);
   EXPECT_EQ(markers.High(), 20000);
@@ -171,6 +193,72 @@ void Type(LimitBox& box, const char* text, Qt::Key finish = Qt::Key_Return) {
   QTest::keyClick(&box, Qt::Key_Delete);
   QTest::keyClicks(&box, QString::fromUtf8(text));
   QTest::keyClick(&box, finish);
+}
+
+TEST(MainForm, EachControlOfTheVisualDisplayReachesTheBusAsItsNameSays) {
+  const struct {
+    const char* Name;
+    const char* Traffic;
+  } rows[] = {
+      {"visualdisplaytext_0", "R50 R51"},
+      {"visualdisplaytext_1", "R4E R4F"},
+      {"visualdisplaytext_2", "R52 R53"},
+      {"visualdisplaytext_3", "R54 R55 R30"},
+      {"visualdisplaytext_4", "R56 R57 R31"},
+      {"visualdisplaytext_5", "R58 R59 R32"},
+      {"visualdisplaytext_6", "R5A R5B R32"},
+      {"visualdisplaytext_7", "R4A R4B"},
+      {"visualdisplaytext_8", "R4C R4D"},
+      {"visualdisplaytext_9", "R46 R47"},
+      {"visualdisplaytext_10", "R48 R49"},
+      {"visualdisplaytext_11", "R44 R45"},
+      {"Command1",
+       "R40 W40:01 W50:0A W4E:0A W52:0A W51:50 W4F:50 W53:50 W68:28 W67:28 W69:28 W34:3C W33:3C W35:3C "
+       "R78 R78 R7D R50 R51"},
+      {"cmdFanTest", "R5C W5C:E2 R5D W5D:E2 R78 W78:30"},
+      {"cmdGlitchTest", "R5E W5E:E2 R5D W5D:E2 W32:00 W31:00"},
+      {"cmdViewEasy", ""},
+      {"cmdResetRange", ""},
+      {"cmdUseSlider", "R7B R40 R5C R5D R5E"},
+  };
+  for (const auto& row : rows) {
+    Console console;
+    console.Click(row.Name);
+    EXPECT_EQ(console.Chip.Traffic(), row.Traffic) << row.Name;
+    EXPECT_EQ(console.Form->findChild<QDialog*>("frmSetupLog") != nullptr, row.Name == std::string("cmdViewEasy"));
+    EXPECT_EQ(console.Find<QWidget>("barGlitchTest")->isVisible(), row.Name == std::string("cmdGlitchTest"));
+  }
+}
+
+TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
+  Console console;
+  const auto* difference = console.Find<QLabel>("lblPwmDifference");
+  EXPECT_EQ(console.Text("lblPanelBehaviour"), "Always On");
+  EXPECT_FALSE(difference->isVisible());
+  console.Click("cmdFanTest");
+  EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
+  EXPECT_EQ(console.Text("lblPanelBehaviour"), "manual");
+  EXPECT_TRUE(console.Find<QWidget>("pnlPWM")->isVisible()) << "as it was when the chip was found";
+  console.Click("cmdUseSlider");
+  EXPECT_TRUE(console.Find<QWidget>("pnlSlider")->isVisible());
+  EXPECT_FALSE(difference->isVisible());
+}
+
+TEST(MainForm, TheControlPageFollowsWhatTheCycleFindsAboutTherm) {
+  Console console;
+  console.Form->SelectTab(MainForm::Control);
+  console.Chip.Poke(0x78, 0x02);
+  console.Chip.Advance(1.1);
+  EXPECT_TRUE(console.Wait([&] { return console.Find<QAbstractButton>("chkPROCHOT")->isChecked(); }));
+  EXPECT_TRUE(console.Find<QAbstractButton>("optTach4")->isChecked());
+  console.Chip.Traffic();
+  console.Form->SelectTab(MainForm::ReadWrite);
+  console.Form->SelectTab(MainForm::Control);
+  console.Chip.BusTraffic();
+  console.Click("cmdSwitchAccess");
+  EXPECT_EQ(console.Chip.BusTraffic(), "V96 V94 V90 V92 V90 V92 V94 V96");
+  console.Click("cmdConfigureFans");
+  EXPECT_TRUE(console.Find<QDialog>("frmFanConfig")->isVisible());
 }
 
 TEST(MainForm, ATypedLimitIsWrittenAndTheWheelWritesNothing) {

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/alarmtext.h"
+
+#include <cstdint>
+
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+constexpr std::uint8_t interruptStatus2 = 0x42;
+constexpr std::size_t remote1Channel = 1, remote2Channel = 2;
+constexpr int diode1Bit = 6, diode2Bit = 7;
+
+bool DiodeFault(std::size_t channel, const RegisterImage& seen) {
+  if (channel != remote1Channel && channel != remote2Channel) return false;
+  const int bit = channel == remote1Channel ? diode1Bit : diode2Bit;
+  return (seen.Byte(interruptStatus2).value_or(0) >> bit & 1) != 0;
+}
+
+std::string LimitText(std::size_t channel, double limit, bool powerMode) {
+  switch (channels.at(channel).Kind) {
+    case ChannelKind::Temperature:
+      return FormatFixed(limit, 0) + " °C";
+    case ChannelKind::Fan:
+      return FormatFixed(limit, 0) + " RPM";
+    case ChannelKind::Voltage:
+      break;
+  }
+  return channel == currentChannel && powerMode ? FormatFixed(limit, 2) + " A" : FormatFixed(limit, 3) + " V";
+}
+
+}  // namespace
+
+std::string AlarmReason(std::size_t channel, std::optional<double> value, const RegisterImage& seen,
+                        const LimitContext& context) {
+  // First: the value that an open diode gives would be blamed on a limit.
+  if (DiodeFault(channel, seen)) return "diode fault";
+  if (value) {
+    const auto text = [&](double limit) { return LimitText(channel, limit, context.Power.PowerMode); };
+    const auto high = SeenLimit(seen, channel, Marker::High, context);
+    if (high && *value > *high) return "above high limit " + text(*high);
+    const auto low = SeenLimit(seen, channel, Marker::Low, context);
+    if (low && *value < *low) return "below low limit " + text(*low);
+  }
+  return "out of limits";
+}
+
+}  // namespace krx

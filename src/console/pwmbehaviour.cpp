@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/pwmbehaviour.h"
+
+#include "fans/fantables.h"
+
+namespace krx {
+namespace {
+
+constexpr std::size_t pwmConfiguration = 0x5C;  // PWM1; PWM2 and PWM3 follow
+
+}  // namespace
+
+PwmBehaviour PwmBehaviourOf(const RegisterImage& seen, std::size_t output, bool manual) {
+  const auto byte = seen.Byte(static_cast<std::uint8_t>(pwmConfiguration + output));
+  if (!byte) return {"not read", "", ""};
+  const std::size_t code = *byte >> 5;
+  const std::string item(behaviourItems[code]);
+  PwmBehaviour behaviour{code == manualBehaviour ? "manual" : item, "", ""};
+  if ((code == manualBehaviour) == manual) return behaviour;
+  behaviour.Difference = "PWM" + std::to_string(output + 1) + " is set to " + item + " now";
+  if (manual) behaviour.Difference += ": the slider has no effect";
+  behaviour.Remedy = manual ? "Hide slider" : "Use slider";
+  return behaviour;
+}
+
+}  // namespace krx

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/alarmtext.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "console/pwmbehaviour.h"
+
+namespace krx {
+namespace {
+
+using Bytes = std::vector<std::pair<int, int>>;
+
+RegisterImage Seen(const Bytes& bytes) {
+  RegisterImage seen;
+  for (const auto& [reg, byte] : bytes) seen.Saw(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(byte));
+  return seen;
+}
+
+TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
+  const struct {
+    std::size_t Channel;
+    std::optional<double> Value;
+    Bytes Registers;
+    const char* Words;
+    bool PowerMode = false;
+  } rows[] = {
+      {1, 62.25, {{0x4E, 0x0A}, {0x4F, 62}}, "above high limit 62 °C"},
+      {0, -11, {{0x50, 0xF6}, {0x51, 0x50}}, "below low limit -10 °C"},
+      {0, 62, {{0x50, 0xF6}, {0x51, 62}}, "out of limits"},
+      {0, 99, {}, "out of limits"},
+      {0, 99, {{0x50, 0x0A}}, "out of limits"},
+      {0, std::nullopt, {{0x50, 0x0A}, {0x51, 62}}, "out of limits"},
+      {4, 1999, {{0x56, 0x94}, {0x57, 0x11}}, "below low limit 2400 RPM"},  // 4500 counts, two pulses for one
+      {4, 0, {{0x57, 0x11}}, "out of limits"},                              // half a count is no limit
+      {4, 30000, {{0x56, 0x94}, {0x57, 0x11}}, "out of limits"},
+      {7, 5.3, {{0x4A, 0xB8}, {0x4B, 0xC8}}, "above high limit 5.200 V"},
+      {11, 20, {{0x44, 0x64}, {0x45, 0x82}}, "below low limit 22.40 A", true},
+      {2, -128, {{0x42, 0x80}, {0x52, 0x0A}}, "diode fault"},
+      {2, -128, {{0x42, 0x40}, {0x52, 0x0A}}, "below low limit 10 °C"},  // the other diode's
+      {1, -128, {{0x42, 0x40}}, "diode fault"},
+  };
+  FanCommon fans;
+  fans.ProgrammedPulses[1] = 2;
+  Measurements measured;
+  for (const auto& row : rows) {
+    PowerSettings power;
+    power.PowerMode = row.PowerMode;
+    power.PowerEquation = false;
+    EXPECT_EQ(AlarmReason(row.Channel, row.Value, Seen(row.Registers), {fans, power, measured}), row.Words)
+        << row.Channel;
+  }
+}
+
+TEST(PwmBehaviour, FollowsTheByteAndSaysWhereThePanelDoesNot) {
+  const struct {
+    std::size_t Output;
+    Bytes Registers;
+    bool Manual;
+    const char *Word, *Difference, *Remedy;
+  } rows[] = {
+      {0, {{0x5C, 0x62}}, false, "Always On", "", ""},
+      {0, {{0x5C, 0x02}}, false, "Remote1 Control", "", ""},
+      {2, {{0x5C, 0xE2}, {0x5E, 0xA2}}, false, "Fastest of Remote 1,2", "", ""},
+      {1, {{0x5D, 0xE2}}, true, "manual", "", ""},
+      {1, {{0x5D, 0xE2}}, false, "manual", "PWM2 is set to Manual Control now", "Use slider"},
+      {2,
+       {{0x5E, 0x42}},
+       true,
+       "Remote2 Control",
+       "PWM3 is set to Remote2 Control now: the slider has no effect",
+       "Hide slider"},
+      {0, {}, true, "not read", "", ""},
+  };
+  for (const auto& row : rows) {
+    const PwmBehaviour behaviour = PwmBehaviourOf(Seen(row.Registers), row.Output, row.Manual);
+    EXPECT_EQ(behaviour.Word, row.Word);
+    EXPECT_EQ(behaviour.Difference, row.Difference);
+    EXPECT_EQ(behaviour.Remedy, row.Remedy);
+  }
+}
+
+}  // namespace
+}  // namespace krx
