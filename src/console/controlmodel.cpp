@@ -30,7 +30,7 @@ void ControlModel::Enter() {
   state_.HasBoard = HasBoard(bench_.ChipLink);
   state_.ThermPeriod = ShortestText(bench_.Cycle.ThermPeriod);
   state_.Alert25vOffered = bench_.BoardFlags.VidProbeSteady;
-  state_.VidShown = !bench_.BoardFlags.VidProbeSteady;
+  state_.VidShown = bench_.BoardFlags.VidProbed && !bench_.BoardFlags.VidProbeSteady;
   state_.VidProbed = bench_.BoardFlags.VidProbed;
   RefreshTherm();
   RefreshAlert();

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "console/alarmtext.h"
 #include "console/easysetup.h"
 #include "console/workbench.h"
 #include "link/registeraccess.h"
@@ -251,11 +250,15 @@ void VisualModel::ShowPwmPanel() {
   state_.Pwm = PwmBehaviourOf(bench_.ChipLink.Seen, index, state_.SliderShown);
 }
 
+void VisualModel::ShowSeen() {
+  ShowPwmPanel();
+  ShowZones();
+}
+
 void VisualModel::ShowReadings() {
   ShowReadout();
-  ShowPwmPanel();
+  ShowSeen();
   ShowDuty();
-  ShowZones();
   state_.Alarms = bench_.Cycle.Alarms;
 }
 
@@ -287,26 +290,6 @@ void VisualModel::ShowZones() {
     state_.TminTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, tminRegisters[zone]) : "Disabled";
     state_.OpPointTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, opPointRegisters[zone]) : "Disabled";
   }
-}
-
-std::string VisualModel::AlarmWords(std::size_t channel) const {
-  if (!state_.ChannelShown.at(channel) || state_.Alarms.at(channel) != AlarmState::Bad) return {};
-  std::optional<double> value;
-  if (bench_.First.Measured(channel)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
-  return AlarmReason(channel, value, bench_.ChipLink.Seen, Limits());
-}
-
-AlarmReport VisualModel::ReportAlarms() const {
-  AlarmReport report;
-  report.Old = bench_.First.Monitoring() == false;
-  for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    if (state_.Alarms[channel] != AlarmState::Unread) report.Count = report.Count.value_or(0);
-    const std::string words = AlarmWords(channel);
-    if (words.empty()) continue;
-    ++*report.Count;
-    report.Details += (report.Details.empty() ? "" : "\n") + state_.Captions[channel] + ": " + words;
-  }
-  return report;
 }
 
 LimitContext VisualModel::Limits() const {

@@ -93,6 +93,8 @@ class VisualModel {
   void EasySetup();
   /// Captions, visibility and traces by the present labels and modes, without any transfer.
   void Relabel();
+  /// What follows the bytes last seen on the bus, whoever asked for them: the PWM panel and the zones.
+  void ShowSeen();
   /// The readings by the present measurement state, without any transfer: for a change of labels or constants.
   void ShowReadings();
 

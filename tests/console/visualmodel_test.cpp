@@ -170,14 +170,37 @@ TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
   EXPECT_EQ(bench.Model.State().SliderValue, 128) << "127.5, the half to even";
 }
 
-TEST(VisualModel, ADisabledZoneSaysSo) {
+TEST(VisualModel, ZonesShowWhatWasSeenOfThem) {
   VisualBench bench;
+  using Texts = std::array<std::string, 3>;
+  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"–", "–", "–"}));
+  std::uint8_t byte = 0xFE;
+  for (const int reg : {0x67, 0x68, 0x69, 0x33, 0x34, 0x35}) bench.Poke(static_cast<std::uint8_t>(reg), byte++);
+  for (int tick = 0; tick < 3; ++tick) bench.Model.Tick();
+  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"-1", "-2", "0"}));
+  EXPECT_EQ(bench.Model.State().OpPointTexts, (Texts{"2", "1", "3"}));
   bench.Work.Zones.ZoneOpEnable[1] = false;
-  bench.Poke(0x67, 0xFE);
-  bench.Poke(0x34, 0x3C);
+  bench.Model.ShowReadings();
+  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"-1", "Disabled", "0"}));
+  EXPECT_EQ(bench.Model.State().OpPointTexts, (Texts{"2", "Disabled", "3"}));
+}
+
+TEST(VisualModel, TheReportCountsTheAlarmsOfShownChannels) {
+  VisualBench bench;
+  EXPECT_EQ(bench.Model.ReportAlarms().Count, std::nullopt);
+  bench.Poke(0x78, 0x02);  // THERM on the Tach4 pin: no fan 4
+  bench.Model.EnterVisualDisplay();
+  bench.Poke(0x41, 0x20);
+  bench.Poke(0x42, 0x28);
   bench.Model.Tick();
-  EXPECT_EQ(bench.Model.State().OpPointTexts[0], "60");
-  EXPECT_EQ(bench.Model.State().TminTexts[1], "Disabled");
+  const AlarmReport report = bench.Model.ReportAlarms();
+  EXPECT_EQ(report.Count, 2);
+  EXPECT_EQ(report.Details, "Local: out of limits\nFan 2: out of limits");
+  EXPECT_TRUE(report.Old) << "0x40 was read and says so";
+  bench.Poke(0x41, 0);
+  bench.Poke(0x42, 0);
+  bench.Model.Tick();
+  EXPECT_EQ(bench.Model.ReportAlarms().Count, 0);
 }
 
 TEST(VisualModel, AnyFailedTransferOfAnyHandlerLeavesTheNextTickWorking) {

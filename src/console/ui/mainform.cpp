@@ -319,7 +319,7 @@ void MainForm::ShowCycle() {
     transfers_ = 0;
   }
   if (!fresh) {
-    model_.ShowReadings();  // what passed on the bus without a tick, such as a configuration written by a dialog
+    model_.ShowSeen();  // without a tick: what a dialog wrote, say
     visual_->ShowReadings(true);
     status_->ShowAlarms(model_.ReportAlarms(), true);
   }

@@ -54,7 +54,8 @@ void PwmPanel::Show(const VisualState& state, bool old) {
   SetTextIfChanged(*sliderCaption_, state.PanelCaption);
   SetTextIfChanged(*dutyText_, state.DutyCycleText);
   SetTextIfChanged(*panelBehaviour_, state.Pwm.Word);
-  SetTextIfChanged(*sliderBehaviour_, state.Pwm.Word);
+  // Where it differs, a line of its own says it: beside the slider a long word would widen the window.
+  SetTextIfChanged(*sliderBehaviour_, state.Pwm.Difference.empty() ? state.Pwm.Word : std::string());
   SetMuted(*panelText_, old);
   SetMuted(*dutyText_, old);
   const QString slider = QString::fromStdString(state.SliderCaption);

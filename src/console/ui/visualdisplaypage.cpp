@@ -269,7 +269,7 @@ void VisualDisplayPage::ShowTile(std::size_t channel, bool old) {
   const auto [value, unit] = SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
   const bool measured = bench_.First.Measured(channel);
   tiles_[channel]->SetReading(measured ? value : QStringLiteral("–"), unit);
-  tiles_[channel]->SetOld(old && measured);
+  tiles_[channel]->SetOld(old && measured && value != QStringLiteral("–"));
   tiles_[channel]->SetAlarm(old ? QString() : QString::fromStdString(model_.AlarmWords(channel)));
   lamps_[channel]->SetState(LampOf(model_.State(), channel));
 }

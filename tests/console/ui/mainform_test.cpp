@@ -43,13 +43,13 @@ class RecordingDialogs : public UserDialogs {
 /// with is what the cycle reads.
 struct Console {
   using Medium = TestBench::Medium;
-  explicit Console(Medium medium = Medium::Board, bool monitoring = true, bool manual = false,
+  explicit Console(Medium medium = Medium::Board, bool monitoring = true, bool manual = false, bool readOnly = false,
                    const char* fault = nullptr)
       : Chip(medium), Turns(Chip.Bus), Bench(Chip.Bus) {
     if (fault != nullptr) Chip.Sim.AddFault(*ParseFault(fault));
     Chip.Poke(0x40, monitoring ? 0x01 : 0x00);
     if (manual) Chip.Poke(0x5C, 0xE2);
-    Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, Journal, MainFormOptions{"Simulated board"});
+    Form = std::make_unique<MainForm>(Bench, Turns, Dialogs, Journal, MainFormOptions{"Simulated board", readOnly});
     Form->Start();
     Form->SelectTab(MainForm::VisualDisplay);
     Chip.Traffic();
@@ -117,18 +117,26 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
     int Channel;
     const char* Value;
     const char* Unit;
-  } rows[] = {{0, "-5.00", "C"}, {3, "4800", "RPM"}, {7, "4.992", "V"}};
+    const char* Range;
+  } rows[] = {{7, "4.992", "V", "min 4.992 · max 4.992"},
+              {3, "4800", "RPM", "min 4800 · max 4800"},
+              {0, "-5.00", "C", "min -5.00 · max -5.00"}};
   for (const auto& row : rows) {
+    console.Find<QAbstractButton>(("visualdisplaytext_" + std::to_string(row.Channel)).c_str())->click();
     const ChannelTile& tile = console.Tile(row.Channel);
     EXPECT_TRUE(console.Wait([&] { return tile.Value() == row.Value; })) << tile.Value().toStdString();
     EXPECT_EQ(tile.Unit(), row.Unit);
+    EXPECT_EQ(console.Text("lblRange"), row.Range);
   }
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_0")->State(), IndicatorState::Bad);
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_1")->State(), IndicatorState::Ok);
   EXPECT_EQ(console.Tile(0).Alarm(), "out of limits");
+  EXPECT_EQ(console.Tile(0).accessibleDescription(), "-5.00 C, out of limits");
+  EXPECT_EQ(console.Text("lblTmin_0"), "90 °C");
+  EXPECT_EQ(console.Text("lblOpPoint_2"), "100 °C");
   EXPECT_EQ(console.Tile(1).Alarm(), "");
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblAlarms") == "◆ 1 alarm"; }));
-  EXPECT_EQ(console.Text("lblRange"), "min -5.00 · max -5.00");
+  EXPECT_EQ(console.Find<QLabel>("lblAlarms")->foregroundRole(), QPalette::BrightText);
   EXPECT_EQ(console.Text("lblMean"), "mean -5.00");
   console.Chip.Poke(0x50, 0x0A);
   console.Click("visualdisplaytext_0");
@@ -138,6 +146,32 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
   EXPECT_EQ(console.Text("lblRange"), "min – · max –");
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("12 reads a tick") != std::string::npos; }))
       << console.Text("lblCycle");
+}
+
+TEST(MainForm, AChannelWhosePinServesAnotherFunctionIsNotShownNorCounted) {
+  Console console;
+  console.Chip.Poke(0x78, 0x02);  // THERM on the Tach4 pin
+  console.Chip.Poke(0x42, 0x20);
+  console.Form->SelectTab(MainForm::VisualDisplay);
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblAlarms") == "No alarms"; }));
+  EXPECT_FALSE(console.Tile(6).isVisible());
+  EXPECT_EQ(console.Find<Indicator>("SSPanel11_6")->State(), IndicatorState::Hidden);
+  EXPECT_TRUE(console.Tile(7).isVisible());
+  EXPECT_NE(console.Find<Indicator>("SSPanel11_7")->State(), IndicatorState::Hidden);
+}
+
+TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
+  Console console(Console::Medium::Board, true, true, true);
+  console.Click("visualdisplaytext_0");
+  console.Chip.Poke(0x78, 0x02);
+  console.Form->SelectTab(MainForm::Control);
+  for (const char* name : {"Command1", "cmdFanTest", "cmdGlitchTest", "analog_output_slider", "limits_gauge",
+                           "txtHighLimit", "txtLowLimit", "chkPROCHOT", "opt5V", "optTach4", "chkAlert", "chkPWM2Alert",
+                           "chk25vAlert", "opt25V", "optPWM2", "chkSensor1", "chkHeater2", "chkVID_3"})
+    EXPECT_FALSE(console.Find<QWidget>(name)->isEnabled()) << name;
+  for (const char* name : {"visualdisplaytext_1", "cmdViewEasy", "cmdResetRange", "cmdSwitchAccess", "txtProcTime"})
+    EXPECT_TRUE(console.Find<QWidget>(name)->isEnabled()) << name;
+  EXPECT_FALSE(console.Find<QAction>("actEasySetup")->isEnabled());
 }
 
 TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
@@ -161,6 +195,9 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Selected);
   console.Form->SelectTab(MainForm::ReadWrite);  // stops the cycle
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
+  EXPECT_TRUE(console.Find<Indicator>("SSPanel11_0")->IsStale());
+  EXPECT_EQ(console.Text("lblSummary"), "old value");
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
 }
 
 TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
@@ -231,17 +268,22 @@ TEST(MainForm, EachControlOfTheVisualDisplayReachesTheBusAsItsNameSays) {
 }
 
 TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
-  Console console;
-  const auto* difference = console.Find<QLabel>("lblPwmDifference");
-  EXPECT_EQ(console.Text("lblPanelBehaviour"), "Always On");
-  EXPECT_FALSE(difference->isVisible());
-  console.Click("cmdFanTest");
-  EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
-  EXPECT_EQ(console.Text("lblPanelBehaviour"), "manual");
-  EXPECT_TRUE(console.Find<QWidget>("pnlPWM")->isVisible()) << "as it was when the chip was found";
-  console.Click("cmdUseSlider");
-  EXPECT_TRUE(console.Find<QWidget>("pnlSlider")->isVisible());
-  EXPECT_FALSE(difference->isVisible());
+  for (const bool monitoring : {true, false}) {  // with and without a cycle
+    Console console(Console::Medium::Board, monitoring);
+    const auto* difference = console.Find<QLabel>("lblPwmDifference");
+    EXPECT_EQ(console.Text("lblPanelBehaviour"), "Always On");
+    EXPECT_FALSE(difference->isVisible());
+    console.Click("cmdFanTest");
+    EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
+    EXPECT_EQ(console.Text("lblPanelBehaviour"), "manual");
+    EXPECT_TRUE(console.Find<QWidget>("pnlPWM")->isVisible()) << "as it was when the chip was found";
+    console.Click("cmdUseSlider");
+    EXPECT_TRUE(console.Find<QWidget>("pnlSlider")->isVisible());
+    EXPECT_FALSE(console.Find<QWidget>("pnlPWM")->isVisible());
+    EXPECT_EQ(console.Text("lblSliderBehaviour"), "manual");
+    EXPECT_EQ(console.Text("lblSliderCaption"), "Fan1 PWM");
+    EXPECT_FALSE(difference->isVisible());
+  }
 }
 
 TEST(MainForm, TheControlPageFollowsWhatTheCycleFindsAboutTherm) {
@@ -347,7 +389,7 @@ TEST(MainForm, AFailedWriteEndsTheDragOfTheSlider) {
 }
 
 TEST(MainForm, AFansSpeedAndLimitAreNotKnownUntilThePulsesWereRead) {
-  Console console(Console::Medium::Board, true, false, "fail=1+,reg=7B");
+  Console console(Console::Medium::Board, true, false, false, "fail=1+,reg=7B");
   console.Click("visualdisplaytext_3");
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() != "–"; }));
   EXPECT_EQ(console.Tile(3).Value(), "–");

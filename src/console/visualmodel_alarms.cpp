@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the display says of the alarms; its handlers are in visualmodel.cpp.
+#include "console/alarmtext.h"
+#include "console/visualmodel.h"
+#include "console/workbench.h"
+
+namespace krx {
+
+std::string VisualModel::AlarmWords(std::size_t channel) const {
+  if (!state_.ChannelShown.at(channel) || state_.Alarms.at(channel) != AlarmState::Bad) return {};
+  std::optional<double> value;
+  if (bench_.First.Measured(channel)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
+  return AlarmReason(channel, value, bench_.ChipLink.Seen, Limits());
+}
+
+AlarmReport VisualModel::ReportAlarms() const {
+  AlarmReport report;
+  report.Old = bench_.First.Monitoring() == false;
+  for (std::size_t channel = 0; channel < channelCount; ++channel) {
+    if (state_.Alarms[channel] != AlarmState::Unread) report.Count = report.Count.value_or(0);
+    const std::string words = AlarmWords(channel);
+    if (words.empty()) continue;
+    ++*report.Count;
+    report.Details += (report.Details.empty() ? "" : "\n") + state_.Captions[channel] + ": " + words;
+  }
+  return report;
+}
+
+}  // namespace krx
