@@ -57,10 +57,10 @@ TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitori
   EXPECT_TRUE(Charted(bench, powerTrace));
 
   start(1);
-  FirstValues late(bench.Bus);  // made when the chip was seen already
   EXPECT_FALSE(standing(0.9));
   start(0);
-  start(1);  // the second begins anew
+  start(1);                     // the second begins anew
+  FirstValues late(bench.Bus);  // made when the chip was seen already
   EXPECT_FALSE(standing(0.2));
   EXPECT_TRUE(standing(0.9)) << "it stands still";
   EXPECT_TRUE(late.Took(fan3));

@@ -62,6 +62,7 @@ TEST(VisualModel, PinFunctionsDecideWhatIsSeen) {
     EXPECT_EQ(state.ChannelShown[7], row.FiveVolts);
     EXPECT_EQ(state.TraceShown[6], row.Fan4Trace);
     EXPECT_EQ(state.TraceShown[8], row.Therm);
+    EXPECT_TRUE(state.TraceShown[0]);
     EXPECT_EQ(state.ChannelShown[11], row.Volts25);
     EXPECT_EQ(state.TraceShown[13], row.Volts25);
     EXPECT_EQ(state.Strip2Caption, row.Strip2Caption);

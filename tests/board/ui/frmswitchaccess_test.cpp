@@ -24,6 +24,7 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   const auto lamp = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
 
   form.Open();
+  EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(bench.BusTraffic(), "V96 V94 V90 V92 V90 V92 V94 V96");
   EXPECT_EQ(lamp("lmpSwitchU4E"), "● closed");
   EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");

@@ -108,6 +108,8 @@ TEST(ControlPage, OnTheSmbusBoardControlsAreDisabled) {
     EXPECT_FALSE(bench.Button(name).toolTip().isEmpty()) << name;
   }
   EXPECT_TRUE(bench.Button("chkPROCHOT").isEnabled());
+  EXPECT_FALSE(bench.Page.findChild<QWidget*>("lblNoBoard")->isHidden());
+  EXPECT_TRUE(ControlBench().Page.findChild<QWidget*>("lblNoBoard")->isHidden());
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
+#include "controls/ui/stripchart.h"
 #include "controls/ui/userdialogs.h"
 #include "link/busjournal.h"
 #include "simulator/simfaults.h"
@@ -127,6 +128,7 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
     EXPECT_TRUE(console.Wait([&] { return tile.Value() == row.Value; })) << tile.Value().toStdString();
     EXPECT_EQ(tile.Unit(), row.Unit);
     EXPECT_EQ(console.Text("lblRange"), row.Range);
+    EXPECT_EQ(console.Find<QLabel>("lblSummary")->foregroundRole() == QPalette::BrightText, row.Channel == 0);
   }
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_0")->State(), IndicatorState::Bad);
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_1")->State(), IndicatorState::Ok);
@@ -157,7 +159,26 @@ TEST(MainForm, AChannelWhosePinServesAnotherFunctionIsNotShownNorCounted) {
   EXPECT_FALSE(console.Tile(6).isVisible());
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_6")->State(), IndicatorState::Hidden);
   EXPECT_TRUE(console.Tile(7).isVisible());
+  console.Chip.Advance(1.1);
+  console.Chip.Poke(0x79, 10);
+  EXPECT_TRUE(console.Wait([&] { return console.Find<StripChart>("Strip2")->Caption() == "THERM=22.8%"; }));
   EXPECT_NE(console.Find<Indicator>("SSPanel11_7")->State(), IndicatorState::Hidden);
+}
+
+TEST(MainForm, ACurrentHasNoRangeInVolts) {
+  Console console;
+  console.Chip.Poke(0x20, 0x60);
+  console.Click("visualdisplaytext_11");
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblRange") == "min 1.229 · max 1.229"; }));
+  console.Chip.Poke(0x40, 0x11);
+  console.Find<QAction>("actReReadChip")->trigger();
+  EXPECT_EQ(console.Text("lblRange"), "min – · max –");
+  EXPECT_EQ(console.Tile(11).Unit(), "A");
+  console.Click("visualdisplaytext_7");
+  console.Chip.Poke(0x23, 0xC0);
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblMean") == "mean 4.992"; }));
+  console.Find<QAction>("actResetRanges")->trigger();
+  EXPECT_EQ(console.Text("lblMean"), "mean –");
 }
 
 TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
@@ -197,6 +218,8 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
   EXPECT_TRUE(console.Find<Indicator>("SSPanel11_0")->IsStale());
   EXPECT_EQ(console.Text("lblSummary"), "old value");
+  for (const char* name : {"lblReadout", "lblPWM", "lblTmin_0", "lblOpPoint_2"})
+    EXPECT_EQ(console.Find<QLabel>(name)->foregroundRole(), QPalette::PlaceholderText) << name;
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
 }
 
@@ -275,6 +298,8 @@ TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
     EXPECT_FALSE(difference->isVisible());
     console.Click("cmdFanTest");
     EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
+    EXPECT_EQ(difference->text(), "PWM1 is set to Manual Control now");
+    EXPECT_EQ(console.Find<QPushButton>("cmdUseSlider")->text(), "Use slider");
     EXPECT_EQ(console.Text("lblPanelBehaviour"), "manual");
     EXPECT_TRUE(console.Find<QWidget>("pnlPWM")->isVisible()) << "as it was when the chip was found";
     console.Click("cmdUseSlider");
