@@ -18,7 +18,8 @@ struct CaptionColours {
   QColor text;
 };
 
-CaptionColours ColoursOf(CaptionMark mark, const Palette& palette) {
+/// quiet: the letters of an unmarked caption.
+CaptionColours ColoursOf(CaptionMark mark, const QColor& quiet) {
   switch (mark) {
     case CaptionMark::Selected:
       return {fixedcolours::brightGreen, fixedcolours::onBrightGreen};
@@ -27,7 +28,7 @@ CaptionColours ColoursOf(CaptionMark mark, const Palette& palette) {
     case CaptionMark::Plain:
       break;
   }
-  return {{}, palette.mutedText};
+  return {{}, quiet};
 }
 
 }  // namespace
@@ -120,16 +121,6 @@ void ChannelTile::leaveEvent(QEvent* event) {
   update();
 }
 
-void ChannelTile::PaintGround(QPainter& painter, const QPainterPath& shape) const {
-  const Palette& colours = Palette::For(*this);
-  painter.fillPath(shape, isDown() ? colours.grid : colours.card);
-  if (alarm_.isEmpty()) return;
-  // No stronger: the value in the same colour is to stay readable on it.
-  QColor tint = colours.bad;
-  tint.setAlphaF(0.13F);
-  painter.fillPath(shape, tint);
-}
-
 void ChannelTile::paintEvent(QPaintEvent*) {
   const Palette& colours = Palette::For(*this);
   const bool selected = mark_ == CaptionMark::Selected || mark_ == CaptionMark::FirstShown;
@@ -137,11 +128,12 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
 
   const bool alarm = !alarm_.isEmpty();
+  const QColor quiet = alarm ? colours.text : colours.mutedText;  // muted letters would be too pale on red
   const double outline = selected || alarm || hasFocus() ? 1.6 : 1;
   const QRectF frame = QRectF(rect()).adjusted(outline / 2, outline / 2, -outline / 2, -outline / 2);
   QPainterPath shape;
   shape.addRoundedRect(frame, radius, radius);
-  PaintGround(painter, shape);
+  painter.fillPath(shape, isDown() ? colours.grid : alarm ? colours.AlarmGround() : colours.card);
   if (trace_) {
     painter.save();
     painter.setClipPath(shape);
@@ -166,7 +158,7 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   double right = width() - gap * 1.5;
   const int baseline = (height() + valueMetrics.capHeight()) / 2;
   painter.setFont(UnitFont());
-  painter.setPen(colours.mutedText);
+  painter.setPen(quiet);
   right -= unitMetrics.horizontalAdvance(unit_);
   painter.drawText(QPointF(right, baseline), unit_);
   right -= gap / 2.0 + valueMetrics.horizontalAdvance(value_);
@@ -183,7 +175,7 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   const QFontMetrics captionMetrics(font());
   const QString caption =
       captionMetrics.elidedText(text(), Qt::ElideRight, static_cast<int>(right - captionLeft - gap));
-  const CaptionColours captionColours = ColoursOf(mark_, colours);
+  const CaptionColours captionColours = ColoursOf(mark_, quiet);
   const QRectF ground(captionLeft, (height() - captionMetrics.height() * 1.15) / 2,
                       captionMetrics.horizontalAdvance(caption) + gap * 1.5, captionMetrics.height() * 1.15);
   if (captionColours.ground.isValid()) {

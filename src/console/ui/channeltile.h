@@ -6,8 +6,6 @@
 
 #include "console/visualmodel.h"
 
-class QPainterPath;
-
 namespace krx {
 
 class Indicator;
@@ -50,7 +48,6 @@ class ChannelTile : public QAbstractButton {
   QFont UnitFont() const;
   int LampLeft() const;
   void Describe();
-  void PaintGround(QPainter& painter, const QPainterPath& shape) const;
 
   Indicator* lamp_;
   std::optional<int> trace_;

@@ -73,6 +73,13 @@ const Palette& Palette::Dark() {
   return palette;
 }
 
+QColor Palette::AlarmGround() const {
+  constexpr float share = 0.13F;
+  const auto mix = [](float ground, float tint) { return ground + (tint - ground) * share; };
+  return QColor::fromRgbF(mix(card.redF(), bad.redF()), mix(card.greenF(), bad.greenF()),
+                          mix(card.blueF(), bad.blueF()));
+}
+
 const Palette& Palette::For(const QPalette& palette) {
   const bool dark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
   return dark ? Dark() : Light();

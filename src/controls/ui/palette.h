@@ -31,6 +31,9 @@ struct Palette {
   QColor bad;
   std::array<QColor, 9> traces;
 
+  /// A card in alarm: text and bad stand on it with the same contrast, muted text does not.
+  QColor AlarmGround() const;
+
   static const Palette& Light();
   static const Palette& Dark();
 

@@ -235,15 +235,18 @@ double Luminance(const QColor& colour) {
 }
 
 TEST(Palette, EveryTextIsReadableOnEveryGround) {
+  const auto readable = [](const QColor& text, const QColor& ground) {
+    const double a = Luminance(text);
+    const double b = Luminance(ground);
+    EXPECT_GE((std::max(a, b) + 0.05) / (std::min(a, b) + 0.05), 4.5)
+        << text.name().toStdString() << " on " << ground.name().toStdString();
+  };
   for (const Palette* palette : {&Palette::Light(), &Palette::Dark()}) {
     for (const QColor& ground : {palette->window, palette->card, palette->raised}) {
-      for (const QColor& text : {palette->text, palette->mutedText, palette->accent, palette->ok, palette->bad}) {
-        const double a = Luminance(text);
-        const double b = Luminance(ground);
-        EXPECT_GE((std::max(a, b) + 0.05) / (std::min(a, b) + 0.05), 4.5)
-            << text.name().toStdString() << " on " << ground.name().toStdString();
-      }
+      for (const QColor& text : {palette->text, palette->mutedText, palette->accent, palette->ok, palette->bad})
+        readable(text, ground);
     }
+    for (const QColor& text : {palette->text, palette->bad}) readable(text, palette->AlarmGround());
     EXPECT_EQ(&Palette::For(MakeQPalette(*palette)), palette);
   }
 }
