@@ -19,7 +19,6 @@ namespace {
 
 constexpr std::uint8_t configuration1 = 0x40;
 constexpr std::uint8_t startBit = 0x01;
-constexpr std::uint8_t readyBit = 0x04;
 
 constexpr int pageLines = 19;
 
@@ -112,18 +111,15 @@ class MonitoringStart {
   bool Settled() const { return settled_; }
 
   /// Nothing happens once the start is settled. Returns how the try failed.
-  std::optional<std::string> Try(MeasuredChannels& measured) {
+  std::optional<std::string> Try() {
     if (settled_) return std::nullopt;
     try {
       const std::uint8_t configuration = ReadByte(link_, configuration1);
-      if ((configuration & startBit) != 0) {
-        if ((configuration & readyBit) != 0) measured.SeenReady();
-        measured.SeenMonitoring(link_.ElapsedSeconds());
-      } else if (mayWrite_) {
+      const bool on = (configuration & startBit) != 0;
+      if (!on && mayWrite_) {
         UpdateBits(link_, configuration1, startBit, startBit);
-        measured.SeenMonitoring(link_.ElapsedSeconds());
         host_.Err() << "krx5580: monitoring was off and has been started\n";
-      } else {
+      } else if (!on) {
         host_.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";
       }
       settled_ = true;
@@ -149,7 +145,6 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   Link& link = connection.ChipLink();
   Workbench bench(link);
   Faults faults;
-  MeasuredChannels measured;
   // Hardware is written only when that was asked for.
   const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
   // Without its board the start-up leaves the switches alone; the chip is reached by the other field.
@@ -160,8 +155,8 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   bench.Start.Faulted = [&faults](const std::string&, const CommsError& error) { faults.Add(error); };
   for (const std::string& problem : StartUp(bench)) host.Err() << "krx5580: " << problem << '\n';
   MonitoringStart monitoring(mayWrite, link, host, faults);
-  if (monitoring.Try(measured)) {
-    if (const auto problem = monitoring.Try(measured)) host.Err() << "krx5580: Monitoring: " << *problem << '\n';
+  if (monitoring.Try()) {
+    if (const auto problem = monitoring.Try()) host.Err() << "krx5580: Monitoring: " << *problem << '\n';
   }
 
   Display display(options, connection.Place(), host);
@@ -169,11 +164,11 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   bool anything = false;
   double due = 0;
   while (!host.StopRequested() && host.Out()) {
-    WatchRow row = MeasureRow(bench, measured);
+    WatchRow row = MeasureRow(bench);
     row.Time = host.Now();
     faults.MoveTo(row);
     // A chip that has been started this moment is well, one that could not be started is not.
-    anything = anything || row.AnythingMeasured || (row.AnythingRead && monitoring.Settled());
+    anything = anything || (row.AnythingRead && monitoring.Settled());
     display.Show(row);
     if (options.Count && display.Rows() >= *options.Count) break;
 
@@ -187,7 +182,7 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
     host.Wait(due - elapsed);
     if (host.StopRequested()) break;
     RetryOwed(bench);
-    monitoring.Try(measured);
+    monitoring.Try();
   }
   return anything;
 }

@@ -18,9 +18,6 @@ namespace {
 // Five voltages take the longest round.
 constexpr int ticksForAll = 5;
 
-// From the start of monitoring until the chip has measured everything once, tachometers last.
-constexpr double firstMeasurement = 1.1;
-
 // A value that no tick has stored since.
 constexpr float unread = std::numeric_limits<float>::quiet_NaN();
 
@@ -104,27 +101,7 @@ std::string LocalTime(std::chrono::system_clock::time_point time) {
 
 }  // namespace
 
-void MeasuredChannels::Update(const Measurements& measured, double now) {
-  ready_ = ready_ || (monitoringSince_ && now - *monitoringSince_ >= firstMeasurement);
-  constexpr float unmeasuredCelsius = -128;
-  for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    const std::size_t slot = channels[channel].Slot;
-    const bool stored = StoredSince(channel, measured);
-    switch (channels[channel].Kind) {
-      case ChannelKind::Temperature:
-        measured_[channel] |= stored && measured.Temperatures.at(slot) > unmeasuredCelsius;
-        break;
-      case ChannelKind::Fan:
-        measured_[channel] |= stored && measured.FanSpeeds.at(slot) > 0;
-        break;
-      case ChannelKind::Voltage:
-        measured_[channel] |= stored && measured.Voltages.at(slot) > 0;
-        break;
-    }
-  }
-}
-
-WatchRow MeasureRow(Workbench& bench, MeasuredChannels& measured) {
+WatchRow MeasureRow(Workbench& bench) {
   WatchRow row;
   ForgetReadings(bench);
   for (int tick = 0; tick < ticksForAll; ++tick) {
@@ -135,15 +112,13 @@ WatchRow MeasureRow(Workbench& bench, MeasuredChannels& measured) {
       row.LastFault = error.BoxText();
     }
   }
-  measured.Update(bench.Measured, bench.ChipLink.ElapsedSeconds());
   row.PowerMode = bench.Power.PowerMode;
   row.Alarms = bench.Cycle.Alarms;
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
     row.Captions[channel] = ChannelCaption(channel, bench.Fans, row.PowerMode);
     if (!InUse(channel, bench.Pins) || !StoredSince(channel, bench.Measured)) continue;
     row.AnythingRead = true;
-    if (!measured.Has(channel)) continue;
-    row.AnythingMeasured = true;
+    if (!bench.First.Measured(channel)) continue;
     row.Values[channel] = ChannelValue(channel, bench.Measured, bench.Power);
   }
   for (std::size_t output = 0; output < row.Duties.size(); ++output) {

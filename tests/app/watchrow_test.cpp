@@ -38,33 +38,6 @@ TEST(WatchRow, TheTableKeepsItsColumnsAndMarksAlarms) {
             "   2.400!     0   100     -");
 }
 
-TEST(WatchRow, AValueThatAChipComesUpWithIsOneOnlyWhenThereWasTimeToMeasure) {
-  Measurements reset;
-  reset.Temperatures.fill(-128);
-  const auto known = [](const MeasuredChannels& channels) {
-    std::string text;
-    for (std::size_t channel = 0; channel < channelCount; ++channel) text += channels.Has(channel) ? 'x' : '-';
-    return text;
-  };
-  MeasuredChannels started;
-  started.Update(reset, 100);
-  EXPECT_EQ(known(started), "------------") << "monitoring was never seen on";
-  started.SeenMonitoring(100);
-  started.Update(reset, 100.9);
-  EXPECT_EQ(known(started), "------------");
-  Measurements some = reset;
-  some.Temperatures[1] = -127.75F;
-  some.FanSpeeds[3] = 83;
-  some.Voltages[4] = 0.0032F;
-  started.Update(some, 101);
-  EXPECT_EQ(known(started), "-x----x----x");
-  started.Update(reset, 101.2);
-  EXPECT_EQ(known(started), "xxxxxxxxxxxx");
-  MeasuredChannels running;
-  running.SeenReady();
-  EXPECT_EQ(known(running), "xxxxxxxxxxxx") << "a fan that stands is told in the first row";
-}
-
 TEST(WatchRow, JsonHasBareNumbersAndNullWhereNothingWasMeasured) {
   EXPECT_EQ(JsonLine(ExampleRow(false), "here"),
             R"({"time":"2023-11-14T22:13:20.042Z","source":"here","local":-0.25,"remote1":41.50,"remote2":127.75,)"

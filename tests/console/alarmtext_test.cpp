@@ -42,6 +42,7 @@ TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
       {1, -128, {{0x42, 0x40}}, "diode fault"},
   };
   FanCommon fans;
+  fans.PulsesKnown = true;
   fans.ProgrammedPulses[1] = 2;
   Measurements measured;
   for (const auto& row : rows) {
