@@ -58,10 +58,10 @@ Range RegisterRange(std::size_t channel, const LimitContext& context) {
 
 Range AllowedRange(std::size_t channel, Marker marker, const LimitContext& context, const GaugeMarkers& markers) {
   Range range = RegisterRange(channel, context);
-  if (marker == Marker::Low && markers.IsDraggable(Marker::High)) {
+  if (marker == Marker::Low && markers.IsDraggable(Marker::High) && markers.IsKnown(Marker::High)) {
     range.Maximum = std::min(range.Maximum, markers.High());
   }
-  if (marker == Marker::High && markers.IsDraggable(Marker::Low)) {
+  if (marker == Marker::High && markers.IsDraggable(Marker::Low) && markers.IsKnown(Marker::Low)) {
     range.Minimum = std::max(range.Minimum, markers.Low());
   }
   return range;
@@ -124,7 +124,7 @@ bool Allowed(double value, std::size_t channel, Marker marker, const LimitContex
 }  // namespace
 
 std::string LimitText(std::size_t channel, Marker marker, bool powerMode, const GaugeMarkers& markers) {
-  if (!markers.IsPlaced(marker)) return {};
+  if (!markers.IsPlaced(marker) || !markers.IsKnown(marker)) return {};
   const Unit unit = UnitOf(channel, powerMode);
   return FormatFixed(markers.ValueOf(marker), unit.Decimals) + " " + std::string(unit.Name);
 }
@@ -148,7 +148,7 @@ std::optional<double> TypedLimit(const std::string& text, std::size_t channel, M
   if (!markers.IsDraggable(marker)) return std::nullopt;
   const auto value = NumberOf(text, unit);
   const double standing = markers.ValueOf(marker);
-  if (value && (*value == standing || *value == Shown(standing, unit))) return std::nullopt;
+  if (value && markers.IsKnown(marker) && (*value == standing || *value == Shown(standing, unit))) return std::nullopt;
   if (value && Allowed(*value, channel, marker, context, markers)) return value;
   throw OutOfRange(LimitRangeText(channel, marker, context, markers));
 }
@@ -163,7 +163,7 @@ double LimitStepEnd(std::size_t channel, const FanCommon& fans, double from, dou
 std::optional<double> SteppedLimit(int steps, std::size_t channel, Marker marker, const LimitContext& context,
                                    const GaugeMarkers& markers) {
   const Unit unit = UnitOf(channel, context.Power.PowerMode);
-  if (!markers.IsDraggable(marker)) return std::nullopt;
+  if (!markers.IsDraggable(marker) || !markers.IsKnown(marker)) return std::nullopt;
   const double from = markers.ValueOf(marker);
   Range range = AllowedRange(channel, marker, context, markers);
   // No arrow is needed beyond the gauge where the register has no end.

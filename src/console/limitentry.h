@@ -12,7 +12,8 @@ namespace krx {
 // What may stand in the box of a limit. A number outside its range, or no number, is refused and never bent: the
 // gauge's scale ends where its bar ends, but a chip's limit does not, and 150 °C cut to 15 would be written.
 
-/// The limit as its box shows it, with its unit: "80 °C", "2400 RPM", "1.173 V". Empty while the marker is not placed.
+/// The limit as its box shows it, with its unit: "80 °C", "2400 RPM", "1.173 V". Empty while the marker is not placed
+/// or its limit is not known.
 std::string LimitText(std::size_t channel, Marker marker, bool powerMode, const GaugeMarkers& markers);
 
 /// The values that may be typed: "-128 to 80 °C, whole degrees", "0 or at least 165 RPM". They are the register's, as

@@ -36,8 +36,13 @@ std::uint8_t LimitToByte(std::size_t channel, double value, const LimitContext& 
   return VoltageToByte(voltageChannels.at(row.Slot).Name, volts);
 }
 
-/// The bytes a marker stands for: remembered, or converted when it was moved.
+float FanLimitFromBytes(const Channel& row, std::uint8_t low, std::uint8_t high, const LimitContext& context) {
+  return context.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), row.Slot);
+}
+
+/// The bytes a marker stands for: remembered, or converted when it was moved; empty when nobody knows them.
 Bytes MarkerBytes(std::size_t channel, Marker marker, const LimitContext& context, const GaugeMarkers& markers) {
+  if (!markers.IsKnown(marker)) return {};
   if (auto remembered = markers.Bytes(marker)) return *remembered;
   const double value = markers.ValueOf(marker);
   const Channel& row = channels.at(channel);
@@ -47,6 +52,7 @@ Bytes MarkerBytes(std::size_t channel, Marker marker, const LimitContext& contex
 }
 
 void WriteFanLimit(Link& link, const Channel& row, const Bytes& low, GaugeMarkers& markers) {
+  if (low.empty()) return;
   WriteByte(link, row.LowLimitRegister, low.at(0));
   WriteByte(link, row.HighLimitRegister, low.at(1));
   markers.Place(Marker::Low, markers.Low(), low);
@@ -58,8 +64,13 @@ void PlaceFanLimit(const Channel& row, std::uint8_t low, std::uint8_t high, cons
   markers.Park(Marker::High, fanScale.Maximum);
   // Without the pulses the count is no speed: nothing that could be shown, and nothing to be moved.
   if (!context.Fans.PulsesKnown) return;
-  const float rpm = TachToRPM(static_cast<float>(high * 256 + low));
-  markers.Place(Marker::Low, context.Fans.Corrected(rpm, row.Slot), Bytes{low, high});
+  markers.Place(Marker::Low, FanLimitFromBytes(row, low, high, context), Bytes{low, high});
+}
+
+void WriteLimit(Link& link, std::uint8_t reg, Marker marker, const Bytes& bytes, GaugeMarkers& markers) {
+  if (bytes.empty()) return;
+  WriteByte(link, reg, bytes.at(0));
+  markers.Place(marker, markers.ValueOf(marker), bytes);
 }
 
 }  // namespace
@@ -89,7 +100,7 @@ std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, 
   const auto high = seen.Byte(row.HighLimitRegister);
   if (row.Kind == ChannelKind::Fan) {
     if (marker == Marker::High || !low || !high || !context.Fans.PulsesKnown) return std::nullopt;
-    return context.Fans.Corrected(TachToRPM(static_cast<float>(*high * 256 + *low)), row.Slot);
+    return FanLimitFromBytes(row, *low, *high, context);
   }
   const auto byte = marker == Marker::Low ? low : high;
   if (!byte) return std::nullopt;
@@ -98,18 +109,48 @@ std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, 
 
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
   const Channel& row = channels.at(channel);
+  const auto putBackOnError = [&markers](const auto& action) {
+    try {
+      action();
+    } catch (...) {
+      markers.PutBack(Marker::Low);
+      markers.PutBack(Marker::High);
+      throw;
+    }
+  };
+  Bytes low, high;
+  putBackOnError([&] {
+    low = MarkerBytes(channel, Marker::Low, context, markers);
+    if (row.Kind != ChannelKind::Fan) high = MarkerBytes(channel, Marker::High, context, markers);
+  });
   try {
-    const Bytes low = MarkerBytes(channel, Marker::Low, context, markers);
-    if (row.Kind == ChannelKind::Fan) return WriteFanLimit(link, row, low, markers);
-    const Bytes high = MarkerBytes(channel, Marker::High, context, markers);
-    WriteByte(link, row.LowLimitRegister, low.at(0));
-    markers.Place(Marker::Low, markers.Low(), low);
-    WriteByte(link, row.HighLimitRegister, high.at(0));
-    markers.Place(Marker::High, markers.High(), high);
+    putBackOnError([&] {
+      if (row.Kind == ChannelKind::Fan) return WriteFanLimit(link, row, low, markers);
+      WriteLimit(link, row.LowLimitRegister, Marker::Low, low, markers);
+      WriteLimit(link, row.HighLimitRegister, Marker::High, high, markers);
+    });
   } catch (...) {
-    markers.PutBack(Marker::Low);
-    markers.PutBack(Marker::High);
+    RenewLimits(link.Seen, channel, context, markers);
     throw;
+  }
+}
+
+void RenewLimits(const RegisterImage& seen, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
+  if (!markers.IsPlaced(Marker::Low)) return;
+  const Channel& row = channels.at(channel);
+  const auto low = seen.Byte(row.LowLimitRegister);
+  const auto high = seen.Byte(row.HighLimitRegister);
+  const auto renew = [&](Marker marker, std::optional<std::uint8_t> byte) {
+    if (!byte) return markers.Forget(marker);
+    markers.Renew(marker, LimitFromByte(channel, *byte, context), Bytes{*byte});
+  };
+  if (row.Kind != ChannelKind::Fan) {
+    renew(Marker::Low, low);
+    renew(Marker::High, high);
+  } else if (low && high && context.Fans.PulsesKnown) {
+    markers.Renew(Marker::Low, FanLimitFromBytes(row, *low, *high, context), Bytes{*low, *high});
+  } else {
+    markers.Forget(Marker::Low);
   }
 }
 

@@ -33,12 +33,16 @@ void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext
 /// converted; another one writes the bytes it was placed from, since the encodings round down and an untouched limit
 /// would walk down by a count at every drag. All bytes are formed before the first is written: a value without an
 /// encoding throws Overflow and writes nothing. A marker whose limit was written remembers the new bytes; on an error
-/// the others go back to where they were placed.
+/// the others go back to where they were placed. A limit that nobody knows and nobody moved is not written.
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
 
 /// A limit by the bytes last seen on the bus, in the channel's unit; nothing where they are not known, nor for the high
 /// limit that a fan has not.
 std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, Marker marker,
                                 const LimitContext& context);
+
+/// Takes the limits as they were last seen on the bus, whoever sent them, without any transfer; for markers that
+/// PlaceLimits has placed. After a failed write a limit is not known, whatever it was before.
+void RenewLimits(const RegisterImage& seen, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
 
 }  // namespace krx

@@ -49,7 +49,10 @@ constexpr std::array<std::int16_t, 4> fanOutputs{1, 2, 3, 3};
 
 }  // namespace
 
-VisualModel::VisualModel(Workbench& bench, MainTimers& timers) : bench_(bench), timers_(timers) {
+VisualModel::VisualModel(Workbench& bench, MainTimers& timers)
+    : bench_(bench),
+      timers_(timers),
+      seen_(bench.ChipLink.Seen.Subscribe([this](std::uint8_t reg, const auto&) { SawByte(reg); })) {
   state_.ChannelShown.fill(true);
   state_.TraceShown.fill(true);
   std::ranges::copy(traceNames, state_.TraceNames.begin());
@@ -172,13 +175,15 @@ void VisualModel::MarkerMoving(Marker marker, double value) {
 }
 
 void VisualModel::MarkerReleased(Marker marker, double value) {
+  // On the board the last move has written it, or put the marker back.
+  if (bench_.ChipLink.EvalBoardMedium != smbusMedium) return;
   MoveMarker(marker, value);
-  if (bench_.ChipLink.EvalBoardMedium == smbusMedium) WriteMarkers(marker);
+  WriteMarkers(marker);
 }
 
 void VisualModel::MoveMarker(Marker marker, double value) {
   // A value that it has already leaves the marker unmoved, with the bytes it was placed from.
-  if (value != state_.Gauge.ValueOf(marker)) state_.Gauge.Move(marker, value);
+  if (value != state_.Gauge.ValueOf(marker) || !state_.Gauge.IsKnown(marker)) state_.Gauge.Move(marker, value);
 }
 
 void VisualModel::WriteMarkers(Marker dragged) {
@@ -213,6 +218,14 @@ void VisualModel::Relabel() {
   LabelByPowerMode();
   LabelByThermPin();
   LabelByAlertPin();
+  RenewLimits(bench_.ChipLink.Seen, static_cast<std::size_t>(bench_.Display.SelectedChannel), Limits(), state_.Gauge);
+}
+
+void VisualModel::SawByte(std::uint8_t reg) {
+  const auto channel = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  const Channel& row = channels.at(channel);
+  if (reg != row.LowLimitRegister && reg != row.HighLimitRegister) return;
+  RenewLimits(bench_.ChipLink.Seen, channel, Limits(), state_.Gauge);
 }
 
 void VisualModel::LabelByPowerMode() {

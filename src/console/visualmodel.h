@@ -91,7 +91,7 @@ class VisualModel {
   /// A caption was clicked.
   void SelectChannel(std::size_t channel);
   void EasySetup();
-  /// Captions, visibility and traces by the present labels and modes, without any transfer.
+  /// Captions, visibility, traces and markers by the present labels, modes and pulses, without any transfer.
   void Relabel();
   /// What follows the bytes last seen on the bus, whoever asked for them: the PWM panel and the zones.
   void ShowSeen();
@@ -140,12 +140,14 @@ class VisualModel {
   void EnterLimit(Marker marker, std::optional<double> value);
   void WriteMarkers(Marker dragged);
   LimitContext Limits() const;
+  void SawByte(std::uint8_t reg);
 
   Workbench& bench_;
   MainTimers& timers_;
   VisualState state_;
   bool visited_ = false;
   bool sliderPressed_ = false;
+  RegisterImage::Subscription seen_;  ///< of limits that others read or write
 };
 
 }  // namespace krx

@@ -69,6 +69,13 @@ void GaugeMarkers::Park(Marker marker, double value) {
   Get(marker).Parked = true;
 }
 
+void GaugeMarkers::Renew(Marker marker, double value, RegisterBytes bytes) {
+  State& state = Get(marker);
+  if (!state.Moved) state.Value = value;
+  state.PlacedValue = value;
+  state.Bytes = std::move(bytes);
+}
+
 std::optional<GaugeMarkers::RegisterBytes> GaugeMarkers::Bytes(Marker marker) const {
   if (IsMoved(marker)) return std::nullopt;
   return Get(marker).Bytes;

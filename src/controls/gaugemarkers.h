@@ -56,6 +56,13 @@ class GaugeMarkers {
   /// Shows a marker that stands for no register and cannot be dragged: the high marker of a fan.
   void Park(Marker marker, double value);
 
+  /// The chip's limit is another one now. A marker that the user is moving stays where it is.
+  void Renew(Marker marker, double value, RegisterBytes bytes);
+  /// Nobody knows what the chip's limit is: the marker keeps its place, but stands for no bytes until it is moved.
+  void Forget(Marker marker) { Get(marker).Bytes.reset(); }
+  /// False after Forget: its value is not the chip's.
+  bool IsKnown(Marker marker) const { return Get(marker).Parked || Get(marker).Moved || Get(marker).Bytes.has_value(); }
+
   bool IsPlaced(Marker marker) const { return Get(marker).Placed; }
   bool IsDraggable(Marker marker) const { return Get(marker).Placed && !Get(marker).Parked; }
   /// True from a move until the marker is placed again or put back.

@@ -5,6 +5,8 @@
 
 #include "console/visualbench.h"
 #include "link/commserror.h"
+#include "link/registeraccess.h"
+#include "registers/conversions.h"
 
 namespace krx {
 namespace {
@@ -109,6 +111,62 @@ TEST(Limits, AFailedWritePutsTheMarkerBack) {
   EXPECT_THROW(bench.Model.MarkerMoving(Marker::High, 60), CommsError);
   EXPECT_EQ(bench.Model.State().Gauge.High(), 80);
   EXPECT_EQ(bench.Peek(0x51), 0x50);
+}
+
+TEST(Limits, AByteThatPassedFromElsewhereIsWhatTheNextMoveWrites) {
+  const auto write = [](VisualBench& bench, std::uint8_t reg, int value) { WriteByte(bench.Bus, reg, value); };
+  const auto fail = [&](VisualBench& bench, std::uint8_t reg, int value) {
+    bench.FailTransfer(1);
+    EXPECT_THROW(write(bench, reg, value), CommsError);
+  };
+  for (const Medium medium : {Medium::Board, Medium::Smbus}) {
+    VisualBench bench(medium);
+    const GaugeMarkers& gauge = bench.Model.State().Gauge;
+    const auto move = [&](Marker marker, double value) {
+      bench.Traffic();
+      bench.Model.MarkerMoving(marker, value);
+      bench.Model.MarkerReleased(marker, value);
+      return bench.Traffic();
+    };
+    write(bench, 0x50, 5);
+    EXPECT_FALSE(gauge.IsPlaced(Marker::Low)) << "no channel was selected";
+    bench.Poke(0x51, 0x50);
+    bench.Model.SelectChannel(0);
+    write(bench, 0x50, 20);
+    EXPECT_EQ(gauge.Low(), 20);
+    EXPECT_EQ(move(Marker::High, 60), "W50:14 W51:3C");
+    // Nobody knows whether it arrived: neither of the two bytes may be written as if it were the chip's.
+    fail(bench, 0x50, 30);
+    EXPECT_EQ(move(Marker::High, 62), "W51:3E");
+    EXPECT_EQ(move(Marker::Low, 20), "W50:14 W51:3E") << "the marker's old place, wanted by the user";
+    fail(bench, 0x51, 30);
+    ReadByte(bench.Bus, 0x51);
+    EXPECT_EQ(move(Marker::Low, 21), "W50:15 W51:3E");
+    bench.FailTransfer(2);
+    EXPECT_THROW(move(Marker::High, 70), CommsError);
+    EXPECT_EQ(gauge.High(), 62);
+    EXPECT_FALSE(gauge.IsKnown(Marker::High));
+    EXPECT_EQ(move(Marker::Low, 22), "W50:16");
+
+    // A pair that fails half-way is a count that nobody knows.
+    bench.Model.SelectChannel(3);
+    bench.FailTransfer(2);
+    EXPECT_THROW(move(Marker::Low, 2400), CommsError);
+    EXPECT_FALSE(gauge.IsKnown(Marker::Low));
+    write(bench, 0x55, 0x10);
+    EXPECT_EQ(gauge.Low(), TachToRPM(0x10CA)) << "the low byte had arrived";
+    bench.Work.Fans.ProgrammedPulses.fill(2);
+    bench.Model.Relabel();
+    EXPECT_EQ(gauge.Low(), 2 * TachToRPM(0x10CA));
+  }
+  VisualBench smbus(Medium::Smbus);
+  smbus.Poke(0x51, 0x50);
+  smbus.Model.SelectChannel(0);
+  smbus.Model.MarkerMoving(Marker::High, 60);
+  write(smbus, 0x51, 70);
+  EXPECT_EQ(smbus.Model.State().Gauge.High(), 60) << "it is in the user's hand";
+  smbus.Model.MarkerReleased(Marker::High, 60);
+  EXPECT_EQ(smbus.Peek(0x51), 60);
 }
 
 }  // namespace
