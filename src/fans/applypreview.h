@@ -13,11 +13,11 @@ namespace krx {
 /// One write that applying the fan settings would make.
 struct PlannedWrite {
   std::string Place;                     ///< "5Ch PWM1 Configuration Register", "90h switches U5"
-  std::optional<std::uint8_t> Old = {};  ///< nothing when the register is written without being read
+  std::optional<std::uint8_t> Old = {};  ///< nothing when it was never seen on the bus
   std::uint8_t New = 0;
 };
 
-/// "5Ch PWM1 Configuration Register: 62h -> E2h"; an old byte that was not read is "?".
+/// "5Ch PWM1 Configuration Register: 62h -> E2h"; an old byte that was never seen is "?".
 std::string PlannedWriteText(const PlannedWrite& write);
 
 struct ApplyPreview {

@@ -55,8 +55,11 @@ class RecordingLink::Module : public CommsModule {
   RecordingLink& owner_;
 };
 
-RecordingLink::RecordingLink(Link& real)
-    : real_(real), root_([this] { return std::make_unique<Module>(*this); }), link_(root_, clock_, pump_) {
+RecordingLink::RecordingLink(Link& real, Reads reads)
+    : real_(real),
+      reads_(reads),
+      root_([this] { return std::make_unique<Module>(*this); }),
+      link_(root_, clock_, pump_) {
   // Always the medium without a wait, so that none is waited twice; whether there is a board stays true.
   link_.CommsMedium = 1;
   link_.EvalBoardMedium = real.EvalBoardMedium;
@@ -68,7 +71,8 @@ RecordingLink::~RecordingLink() = default;
 std::uint8_t RecordingLink::ReadRegister(std::uint8_t reg) {
   const auto known = known_.find({false, reg});
   if (known != known_.end()) return known->second;
-  return known_[{false, reg}] = ReadByte(real_, reg);
+  const auto seen = real_.Seen.Byte(reg);
+  return known_[{false, reg}] = reads_ == Reads::FromSeen && seen ? *seen : ReadByte(real_, reg);
 }
 
 std::uint8_t RecordingLink::ReceiveByte(std::uint8_t address) {
@@ -80,7 +84,11 @@ std::uint8_t RecordingLink::ReceiveByte(std::uint8_t address) {
 
 void RecordingLink::Record(bool ofDevice, std::uint8_t address, std::uint8_t value) {
   RecordedWrite write{ofDevice, address, {}, value};
-  if (const auto known = known_.find({ofDevice, address}); known != known_.end()) write.Old = known->second;
+  if (const auto known = known_.find({ofDevice, address}); known != known_.end()) {
+    write.Old = known->second;
+  } else if (!ofDevice) {
+    write.Old = real_.Seen.Byte(address);
+  }
   writes_.push_back(write);
   known_[{ofDevice, address}] = value;
 }

@@ -16,7 +16,7 @@ namespace krx {
 struct RecordedWrite {
   bool OfDevice = false;                 ///< a byte for a device without registers, as the board's switches
   std::uint8_t Address = 0;              ///< register, or bus address of the device
-  std::optional<std::uint8_t> Old = {};  ///< nothing when the place was written without having been read
+  std::optional<std::uint8_t> Old = {};  ///< of a register as it was last seen; nothing when it never was
   std::uint8_t New = 0;
 };
 
@@ -24,8 +24,11 @@ struct RecordedWrite {
 /// writes are recorded instead of sent; later reads see them. What runs on it shows what it would do.
 class RecordingLink {
  public:
+  /// FromSeen: a register that passed on the bus before is not read, what was seen of it is taken.
+  enum class Reads { Through, FromSeen };
+
   /// `real` outlives this object and keeps its own waits.
-  explicit RecordingLink(Link& real);
+  explicit RecordingLink(Link& real, Reads reads = Reads::Through);
   ~RecordingLink();
   RecordingLink(const RecordingLink&) = delete;
   RecordingLink& operator=(const RecordingLink&) = delete;
@@ -44,6 +47,7 @@ class RecordingLink {
   void Record(bool ofDevice, std::uint8_t address, std::uint8_t value);
 
   Link& real_;
+  Reads reads_;
   SystemClock clock_;
   SleepingPump pump_;
   std::map<std::pair<bool, std::uint8_t>, std::uint8_t> known_;

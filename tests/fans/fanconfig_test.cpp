@@ -221,8 +221,10 @@ TEST(FanConfig, OnTheSmbusTheTachSourceIsWrittenWithoutTheBoard) {
 
 TEST(ApplyPreview, ListsEveryWriteOfAnApplyAndMakesOnlyItsReads) {
   FanBench bench;
+  bench.Model.Open();
   EditMuch(bench);
   const FanCommon before = bench.Fans;
+  bench.BusTraffic();
   const ApplyPreview preview = PreviewApply(bench.Bus, bench.Fans, bench.Fields);
   EXPECT_EQ(bench.BusTraffic(), "R5C R5D R5F R60 R7B R62 R73 V90 V92 R63");
   EXPECT_EQ(bench.Fans.ActualPulses, before.ActualPulses);
@@ -234,7 +236,7 @@ TEST(ApplyPreview, ListsEveryWriteOfAnApplyAndMakesOnlyItsReads) {
   }
   EXPECT_EQ(planned, made);
   EXPECT_EQ(PlannedWriteText(preview.Writes[0]), "5Ch PWM1 Configuration Register: 62h -> E2h");
-  EXPECT_EQ(PlannedWriteText(preview.Writes[6]), "64h PWM1 Min. Duty Cycle: ? -> 4Ch");
+  EXPECT_EQ(PlannedWriteText(preview.Writes[6]), "64h PWM1 Min. Duty Cycle: 80h -> 4Ch");
   EXPECT_EQ(PlannedWriteText(preview.Writes[15]), "90h switches U5: 00h -> 05h");
   bench.Edit(FanSetting::MinimumDuty, 0, &FanFields::MinimumDuty, "200");
   EXPECT_EQ(PreviewApply(bench.Bus, bench.Fans, bench.Fields).Refusal->Message, "Invalid Min PWM Value");
