@@ -43,10 +43,8 @@ class Console {
         systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light) {
     ApplyThemeChoice(theme_);
     link_.WritesHeldBack = options.ReadOnly;
-    turns_.Around([this](const std::string& name, const std::function<void()>& tick) {
-      const BusJournal::OriginScope origin(journal_, name);
-      tick();
-    });
+    turns_.Around(
+        [this](const std::string& name, const std::function<void()>& tick) { RunTick(journal_, name, tick); });
     closing_.setInterval(closingMilliseconds);
     QObject::connect(&closing_, &QTimer::timeout, &application_, [this] { CloseWindows(); });
     QObject::connect(&endSignals_, &EndSignals::EndRequested, &closing_, qOverload<>(&QTimer::start));
@@ -132,6 +130,7 @@ class Console {
   }
 
   void ShowMainForm() {
+    const BusJournal::OriginScope origin(journal_, "Start-up");
     MakeMainForm();
     if (!IsSimulated()) mainForm_->SetMedium(QString::fromStdString(search_.ChosenBus()));
     mainForm_->Start();

@@ -15,11 +15,6 @@ std::string Hex(std::uint8_t byte) {
   return fmt::format("{:02X}h", byte);
 }
 
-bool IsWrite(const JournalEntry& entry) {
-  return entry.Operation == BusOperation::WriteRegister || entry.Operation == BusOperation::SendByte ||
-         entry.Operation == BusOperation::ControlByte;
-}
-
 bool OfRegister(const JournalEntry& entry) {
   return entry.Operation == BusOperation::ReadRegister || entry.Operation == BusOperation::WriteRegister;
 }

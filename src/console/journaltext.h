@@ -22,6 +22,7 @@ std::string JournalLine(const JournalEntry& entry);
 struct JournalFilter {
   std::string Text;  ///< found in any column, whatever the case; empty: everything
   bool WritesOnly = false;
+  bool UserOnly = false;  ///< only the writes of the user's actions, which are kept apart
 };
 bool JournalMatches(const JournalEntry& entry, const JournalFilter& filter);
 

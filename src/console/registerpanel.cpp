@@ -124,6 +124,12 @@ void RegisterPanel::UpdateRegisterInfo() {
   view_.DecimalValue = std::to_string(lastRead_);
 }
 
+void RegisterPanel::ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte) {
+  if (view_.Address != Hex(address)) return;
+  lastRead_ = byte;
+  UpdateRegisterInfo();
+}
+
 void RegisterPanel::ReadSelected() {
   Read(SelectedRegister().Address);
 }

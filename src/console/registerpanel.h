@@ -69,6 +69,9 @@ class RegisterPanel {
   void WriteHexEntry();
   void WriteDecimalEntry();
 
+  /// Somebody else has written a register: shows its byte where it is the one that is shown.
+  void ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte);
+
   /// Shows the last read byte again.
   void UpdateRegisterInfo();
 

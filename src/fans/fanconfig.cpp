@@ -7,6 +7,7 @@
 #include "board/boardsync.h"
 #include "fans/fantables.h"
 #include "link/commserror.h"
+#include "link/recordingmodule.h"
 #include "link/registeraccess.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
@@ -86,6 +87,11 @@ FanConfig::FanConfig(Link& link, Board& board, FanCommon& fans, std::array<std::
 void FanConfig::LoadFanSettings(std::size_t index, FanFields& fields) {
   if (index < pwmCount) LoadOutput(index, fields);
   if (index < fanCount) LoadTach(index, fields);
+}
+
+void FanConfig::LoadSeen(std::size_t index, FanFields& fields) {
+  RecordingLink seen(link_, RecordingLink::Reads::FromSeen);
+  FanConfig(seen.Recording(), board_, fans_, behaviourCodes_).LoadFanSettings(index, fields);
 }
 
 void FanConfig::LoadOutput(std::size_t k, FanFields& fields) {

@@ -53,6 +53,8 @@ class FanConfig {
 
   /// Reads fan index+1 into the fields; an index above 3 loads nothing. Throws what the link throws.
   void LoadFanSettings(std::size_t index, FanFields& fields);
+  /// The same from what was last seen on the bus; reads only registers of which that is not known.
+  void LoadSeen(std::size_t index, FanFields& fields);
 
   /// The first pending field, by setting and then fan, that could not be written; touches nothing.
   std::optional<FanRefusal> Check(const AllFanFields& fields) const;

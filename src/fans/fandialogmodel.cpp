@@ -45,6 +45,18 @@ void FanDialogModel::Load(std::size_t fan) {
   loaded_.at(fan) = true;
 }
 
+void FanDialogModel::Renew() {
+  if (applyEnabled_) return;
+  for (std::size_t fan = 0; fan < fanCount; ++fan) {
+    FanFields fields;
+    if (!loaded_.at(fan)) continue;
+    config_.LoadSeen(fan, fields);
+    Fields.at(fan) = std::move(fields);
+  }
+  // As after any load: what an earlier Apply wrote is no edit any more.
+  ClearEdits();
+}
+
 void FanDialogModel::ClearEdits() {
   applyEnabled_ = false;
   fans_.PendingChange.Clear();

@@ -32,6 +32,10 @@ class FanDialogModel {
   /// Writes what is pending. A refusal writes nothing and leaves Apply enabled; so does a failing transfer.
   std::optional<FanRefusal> Apply();
 
+  /// The chip was changed from elsewhere: takes the loaded fans as they were last seen on the bus. Pending edits stay,
+  /// and all fields with them.
+  void Renew();
+
   bool ApplyEnabled() const { return applyEnabled_; }
   bool Loaded(std::size_t fan) const { return loaded_.at(fan); }
 

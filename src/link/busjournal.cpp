@@ -6,6 +6,20 @@
 #include <utility>
 
 namespace krx {
+namespace {
+
+template <typename Item>
+void PushBounded(std::deque<Item>& ring, const Item& item) {
+  if (ring.size() == BusJournal::capacity) ring.pop_front();
+  ring.push_back(item);
+}
+
+}  // namespace
+
+bool IsWrite(const JournalEntry& entry) {
+  return entry.Operation == BusOperation::WriteRegister || entry.Operation == BusOperation::SendByte ||
+         entry.Operation == BusOperation::ControlByte;
+}
 
 BusJournal::BusJournal(Clock& clock) : clock_(clock), start_(Now()) {}
 
@@ -18,16 +32,15 @@ double BusJournal::Now() {
 void BusJournal::Add(JournalEntry entry) {
   entry.Number = ++count_;
   entry.Seconds = Now() - start_;
-  entry.Origin = origin_;
+  entry.Origin = running_ ? running_->Origin : control_;
+  entry.Action = running_ ? running_->Action : 0;
   LearnValues(entry);
   if (entry.Skipped) ++skipped_;
-  if (entry.Operation == BusOperation::WriteRegister && entry.Failure.empty() && !entry.Skipped &&
-      entry.Origin != undoOrigin) {
-    Remember(entry);
+  if (entry.Action != 0 && IsWrite(entry)) {
+    PushBounded(userWrites_, entry);
+    if (entry.Operation == BusOperation::WriteRegister && !entry.Skipped && entry.Origin != undoOrigin) Remember(entry);
   }
-  if (entries_.size() == capacity) entries_.pop_front();
-  entries_.push_back(std::move(entry));
-  if (Added) Added();
+  PushBounded(entries_, entry);
 }
 
 void BusJournal::LearnValues(JournalEntry& entry) {
@@ -50,11 +63,24 @@ void BusJournal::LearnValues(JournalEntry& entry) {
 }
 
 void BusJournal::Remember(const JournalEntry& write) {
-  if (writes_.size() == capacity) {
-    if (writes_.front().Number > mark_) ++forgottenSinceMark_;
+  const auto after = write.Failure.empty() ? std::optional(write.Value) : std::nullopt;
+  for (auto known = writes_.rbegin(); known != writes_.rend() && known->Action == write.Action; ++known) {
+    // What the register held at the mark must stay known, too.
+    if (mark_ && known->Number <= *mark_) break;
+    if (known->Address != write.Address || known->Register != write.Register) continue;
+    known->After = after;
+    return;
+  }
+  if (writes_.size() == capacity) DropOldestAction();
+  writes_.push_back({write.Number, write.Action, write.Origin, write.Address, write.Register, write.OldValue, after});
+}
+
+void BusJournal::DropOldestAction() {
+  const std::uint64_t oldest = writes_.front().Action;
+  while (!writes_.empty() && writes_.front().Action == oldest) {
+    if (mark_ && writes_.front().Number > *mark_) ++forgottenSinceMark_;
     writes_.pop_front();
   }
-  writes_.push_back({write.Number, write.Address, write.Register, write.OldValue});
 }
 
 void BusJournal::SetMark() {
@@ -70,14 +96,51 @@ std::vector<UndoRecord> BusJournal::UndoableWrites(std::uint8_t chipAddress) con
 }
 
 void BusJournal::SetUndone(std::uint64_t number) {
-  std::erase_if(writes_, [&](const UndoRecord& write) { return write.Number == number; });
+  const auto found = std::ranges::lower_bound(writes_, number, {}, &UndoRecord::Number);
+  if (found != writes_.end() && found->Number == number) writes_.erase(found);
+}
+
+std::uint64_t BusJournal::BeginGesture(std::string control) {
+  control_ = std::move(control);
+  gestureOpen_ = true;
+  ofGesture_ = {};
+  return ++gestures_;
+}
+
+void BusJournal::EndGesture(std::uint64_t number) {
+  if (number == gestures_) gestureOpen_ = false;
+}
+
+std::uint64_t BusJournal::ActionNumber(const std::string& origin, ActionScope::Run run) {
+  if (run == ActionScope::Run::Continued) {
+    if (const auto newest = newestActions_.find(origin); newest != newestActions_.end()) return newest->second;
+  }
+  // One press may do two things: leaving a box takes over what was typed there, then the button's own handler runs.
+  if (gestureOpen_ && ofGesture_.Action != 0 && ofGesture_.Origin == origin) return ofGesture_.Action;
+  newestActions_[origin] = ++actions_;
+  if (gestureOpen_) ofGesture_ = {origin, actions_};
+  return actions_;
+}
+
+BusJournal::ActionScope::ActionScope(BusJournal& journal, const std::string& origin, Run run)
+    : journal_(journal), former_(journal.running_) {
+  if (!former_) {
+    const std::string& name = origin.empty() ? journal.control_ : origin;
+    journal.running_ = Actor{name, journal.ActionNumber(name, run)};
+  } else if (former_->Action != 0 && !origin.empty()) {
+    journal.running_->Origin = origin;
+  }
+}
+
+BusJournal::ActionScope::~ActionScope() {
+  journal_.running_ = std::move(former_);
 }
 
 BusJournal::OriginScope::OriginScope(BusJournal& journal, std::string name)
-    : journal_(journal), former_(std::exchange(journal.origin_, std::move(name))) {}
+    : journal_(journal), former_(std::exchange(journal.running_, Actor{std::move(name), 0})) {}
 
 BusJournal::OriginScope::~OriginScope() {
-  journal_.origin_ = std::move(former_);
+  journal_.running_ = std::move(former_);
 }
 
 }  // namespace krx

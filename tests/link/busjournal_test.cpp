@@ -4,6 +4,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "link/commserror.h"
 #include "link/journalmodule.h"
 #include "link/recordingmodule.h"
@@ -27,6 +29,21 @@ struct JournalBench : TestBench {
     return fmt::format("{}{:02X}/{:02X} {}>{:02X}{}{} {}", static_cast<int>(entry.Operation), entry.Address,
                        entry.Register, entry.OldValue ? fmt::format("{:02X}", *entry.OldValue) : "?", entry.Value,
                        entry.Skipped ? "-" : "", entry.Failure.empty() ? "" : "!", entry.Origin);
+  }
+
+  /// One run of a user's handler.
+  void Act(const std::string& name, const std::function<void()>& writes) {
+    const BusJournal::ActionScope scope(Journal, name);
+    writes();
+  }
+  /// Presses undo: the traffic, and behind it the action's name and the registers with a problem.
+  std::string Undo(UndoResult (*undo)(Link&, BusJournal&) = UndoLastAction) {
+    Traffic();
+    const UndoResult result = undo(Journaled, Journal);
+    std::string text = Traffic() + " " + result.Origin;
+    for (const UndoProblem& problem : result.Problems)
+      text += fmt::format(" {:02X} {}", problem.Register, problem.Reason);
+    return text;
   }
 
   bool ReadOnly;
@@ -90,70 +107,122 @@ TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {
     EXPECT_EQ(bench.BusTraffic(), medium == TestBench::Medium::Board ? "R5C V96 V94 V90 V92 ST" : "R5C");
     EXPECT_EQ(bench.Journal.SkippedCount(), medium == TestBench::Medium::Board ? 4U : 2U);
     EXPECT_TRUE(bench.Entry(0).ends_with("/30 ?>10- "));
-    EXPECT_TRUE(UndoLastWrite(bench.Journaled, bench.Journal).Written.empty());
+    bench.Act("A", [&] { WriteByte(bench.Journaled, 0x64, 1); });
+    EXPECT_EQ(bench.Undo(), " ") << "nothing was written";
+    EXPECT_EQ(bench.Journal.UserWrites().size(), 1U);
   }
 }
 
-TEST(BusJournal, KeepsTheLastTenThousandTransfersAndTheWritesBeyondThem) {
+TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
   JournalBench bench;
-  UpdateBits(bench.Journaled, 0x64, 0xFF, 0x10);
-  for (std::size_t read = 0; read < BusJournal::capacity; ++read) ReadByte(bench.Journaled, 0x3E);
+  bench.Act("A", [&] { UpdateBits(bench.Journaled, 0x64, 0xFF, 0x10); });
+  {
+    const BusJournal::OriginScope cycle(bench.Journal, "Reading cycle");
+    for (std::size_t read = 0; read < BusJournal::capacity; ++read) ReadByte(bench.Journaled, 0x3E);
+    bench.Eval.SetDiode(0, true);
+  }
   EXPECT_EQ(bench.Journal.Entries().size(), BusJournal::capacity);
-  EXPECT_EQ(bench.Journal.Entries().front().Number, 3U);
-  EXPECT_EQ(UndoLastWrite(bench.Journaled, bench.Journal).Written.size(), 1U);
-  EXPECT_EQ(bench.Peek(0x64), 0x80);
+  EXPECT_EQ(bench.Journal.Entries().front().Number, 4U);
+  ASSERT_EQ(bench.Journal.UserWrites().size(), 1U) << "not the cycle's byte for a switch";
+  EXPECT_EQ(bench.Journal.UserWrites().front().Value, 0x10);
+  EXPECT_EQ(bench.Undo(), "W64:80 A");
   bench.Journal.SetMark();
-  for (std::size_t write = 0; write < BusJournal::capacity + 2; ++write) WriteByte(bench.Journaled, 0x30, 0);
+  for (std::size_t write = 0; write < BusJournal::capacity + 2; ++write) {
+    bench.Act("B", [&] { WriteByte(bench.Journaled, 0x30, 0); });
+  }
+  EXPECT_EQ(bench.Journal.UserWrites().size(), BusJournal::capacity);
   EXPECT_EQ(UndoToMark(bench.Journaled, bench.Journal).Forgotten, 2U);
 }
 
-TEST(Undo, TakesTheLastWriteBackAndGoesFurtherBackEachTime) {
+constexpr const char* neverRead = "what it held before was never read";
+
+TEST(Undo, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
   JournalBench bench;
-  for (const std::uint8_t reg : {std::uint8_t{0x64}, std::uint8_t{0x65}}) ReadByte(bench.Journaled, reg);
-  WriteByte(bench.Journaled, 0x64, 0x11);
-  WriteByte(bench.Journaled, 0x64, 0x12);
-  WriteByte(bench.Journaled, 0x66, 0x13);
-  WriteByte(bench.Journaled, 0x65, 0x14);
-  bench.Traffic();
+  Link& link = bench.Journaled;
+  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(link, reg);
+  WriteByte(link, 0x65, 0x81);  // the console's own
+  bench.Act("A", [&] { WriteByte(link, 0x64, 0x11); });
+  bench.Act("B", [&] {
+    WriteByte(link, 0x64, 0x12);
+    WriteByte(link, 0x5C, 0xE2);
+    WriteByte(link, 0x65, 0x14);
+    WriteByte(link, 0x64, 0x13);
+    WriteByte(link, 0x5C, 0x62);  // its own restore
+  });
+  bench.Act("C", [&] { WriteByte(link, 0x66, 0x13); });
+  bench.Act("D", [&] { WriteByte(link, 0x65, 0x14); });
+  EXPECT_EQ(bench.Undo(), std::string(" C 66 ") + neverRead) << "D changed nothing";
   bench.FailTransfer(1);
-  UndoResult result = UndoLastWrite(bench.Journaled, bench.Journal);
-  ASSERT_EQ(result.Problems.size(), 1U);
-  EXPECT_EQ(result.Problems[0].Reason, "Error: 57, Device I/O error");
-  UndoLastWrite(bench.Journaled, bench.Journal);
-  result = UndoLastWrite(bench.Journaled, bench.Journal);
-  ASSERT_EQ(result.Problems.size(), 1U) << "0x66 was never read";
-  EXPECT_EQ(result.Problems[0].Register, 0x66);
-  UndoLastWrite(bench.Journaled, bench.Journal);
-  UndoLastWrite(bench.Journaled, bench.Journal);
-  EXPECT_EQ(bench.Traffic(), "W65:80! W65:80 W64:11 W64:80");
+  EXPECT_EQ(bench.Undo(), "W65:81! W64:11 B 65 Error: 57, Device I/O error");
+  EXPECT_EQ(bench.Undo(), "W65:81 B");
+  EXPECT_EQ(bench.Undo(), "W64:80 A");
   EXPECT_EQ(bench.Entry(bench.Journal.Entries().size() - 1), "15A/64 11>80 Undo");
-  EXPECT_TRUE(UndoLastWrite(bench.Journaled, bench.Journal).Written.empty()) << "an undo is not undone";
+  EXPECT_EQ(bench.Undo(), " ") << "neither an undo nor what the console did itself";
+  bench.FailTransfer(2);
+  EXPECT_THROW(bench.Act("E", [&] { UpdateBits(link, 0x64, 0xFF, 0x30); }), CommsError);
+  EXPECT_EQ(bench.Undo(), "W64:80 E") << "the failed write may have arrived";
 }
 
 TEST(Undo, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
   JournalBench bench;
-  UpdateBits(bench.Journaled, 0x5C, 0xFF, 0x01);
+  Link& link = bench.Journaled;
+  bench.Act("A", [&] { UpdateBits(link, 0x5C, 0xFF, 0x01); });
+  EXPECT_EQ(bench.Undo(UndoToMark), " ") << "there is no mark";
+  bench.Act("Glitch", [&] { UpdateBits(link, 0x64, 0xFF, 0x20); });
   bench.Journal.SetMark();
-  UpdateBits(bench.Journaled, 0x64, 0xFF, 0x21);
-  UpdateBits(bench.Journaled, 0x5C, 0xFF, 0x02);
-  WriteByte(bench.Journaled, 0x64, 0x22);
-  WriteByte(bench.Journaled, 0x65, 0x23);
-  UpdateBits(bench.Journaled, 0x5D, 0xFF, 0x03);
-  bench.Traffic();
+  {
+    const BusJournal::ActionScope step(bench.Journal, "Glitch", BusJournal::ActionScope::Run::Continued);
+    UpdateBits(link, 0x64, 0xFF, 0x21);
+  }
+  bench.Act("B", [&] {
+    UpdateBits(link, 0x5C, 0xFF, 0x02);
+    WriteByte(link, 0x65, 0x23);
+    UpdateBits(link, 0x5E, 0xFF, 0x09);
+    UpdateBits(link, 0x5E, 0xFF, 0x62);
+  });
+  bench.Act("C", [&] { UpdateBits(link, 0x5D, 0xFF, 0x03); });
+  bench.Act("D", [&] { WriteByte(link, 0x64, 0x22); });
   bench.FailTransfer(1);
-  UndoResult result = UndoToMark(bench.Journaled, bench.Journal);
-  EXPECT_EQ(bench.Traffic(), "W5D:62! W5C:01 W64:80");
-  ASSERT_EQ(result.Problems.size(), 2U);
-  EXPECT_EQ(result.Problems[0].Register, 0x5D);
-  EXPECT_EQ(result.Problems[1].Register, 0x65);
-  result = UndoToMark(bench.Journaled, bench.Journal);
-  EXPECT_EQ(bench.Traffic(), "W5D:62");
-  EXPECT_EQ(result.Written.size(), 1U);
+  EXPECT_EQ(bench.Undo(UndoToMark),
+            std::string("W5D:62! W5C:01 W64:20  5D Error: 57, Device I/O error 65 ") + neverRead);
+  EXPECT_EQ(bench.Undo(UndoToMark), "W5D:62 ");
+  EXPECT_EQ(bench.Undo(), "W64:80 Glitch") << "from before the mark";
+}
+
+TEST(Undo, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
+  JournalBench bench;
+  Link& link = bench.Journaled;
+  ReadByte(link, 0x30);
+  const auto drag = [&](int value, const char* name = "") {
+    bench.Act(name, [&] { WriteByte(link, 0x30, value); });
+    const BusJournal::OriginScope tick(bench.Journal, "Reading cycle");
+    ReadByte(link, 0x31);
+  };
+  const std::uint64_t first = bench.Journal.BeginGesture("Slider");
+  drag(1);
+  drag(2);
+  bench.Journal.EndGesture(first);
+  drag(3);
+  bench.Journal.BeginGesture("Slider");
+  bench.Journal.EndGesture(first);  // late
+  drag(4);
+  drag(5, "Box that the press left");
+  bench.Act("Detection", [&] {
+    WriteByte(link, 0x30, 6);
+    bench.Journal.BeginGesture("Cancel");
+    WriteByte(link, 0x30, 7);
+  });
+  for (const char* expected :
+       {"W30:05 Detection", "W30:04 Box that the press left", "W30:03 Slider", "W30:02 Slider", "W30:FF Slider", " "}) {
+    EXPECT_EQ(bench.Undo(), expected);
+  }
 }
 
 TEST(RecordingLink, ReadsEachPlaceOnceAndSendsNothing) {
   for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
     TestBench bench(medium);
+    ReadByte(bench.Bus, 0x30);
+    bench.Traffic();
     RecordingLink recording(bench.Bus);
     BoardState flags;
     Board board(recording.Recording(), flags);
@@ -168,8 +237,9 @@ TEST(RecordingLink, ReadsEachPlaceOnceAndSendsNothing) {
       writes += fmt::format("{}{:02X} {}>{:02X};", write.OfDevice ? "S" : "W", write.Address,
                             write.Old ? fmt::format("{:02X}", *write.Old) : "?", write.New);
     }
-    EXPECT_EQ(writes, medium == TestBench::Medium::Board ? "W30 ?>10;W5C 62>E2;S94 3F>38;W30 10>10;W5C E2>E2;S94 38>38;"
-                                                         : "W30 ?>10;W5C 62>E2;W30 10>10;W5C E2>E2;");
+    EXPECT_EQ(writes, medium == TestBench::Medium::Board
+                          ? "W30 FF>10;W5C 62>E2;S94 3F>38;W30 10>10;W5C E2>E2;S94 38>38;"
+                          : "W30 FF>10;W5C 62>E2;W30 10>10;W5C E2>E2;");
   }
 }
 

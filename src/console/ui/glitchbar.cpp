@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <cmath>
 
+#include "console/ui/originfilter.h"
 #include "controls/ui/userdialogs.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
@@ -33,7 +34,8 @@ GlitchBar::GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs)
 }
 
 void GlitchBar::Start() {
-  RunUserAction(dialogs_, [this] { test_.Start(); });
+  RunUserAction(
+      dialogs_, [this] { test_.Start(); }, glitchTestOrigin);
   if (test_.Running() && !tmrGlitch_.IsActive()) tmrGlitch_.Start();
   ShowTest();
 }

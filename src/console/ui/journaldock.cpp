@@ -13,9 +13,9 @@
 #include <QScrollBar>
 #include <QTableView>
 #include <algorithm>
+#include <map>
 
 #include "controls/ui/userdialogs.h"
-#include "link/undo.h"
 
 namespace krx {
 namespace {
@@ -27,15 +27,17 @@ QString Hex(std::uint8_t byte) {
 }
 
 QString UndoNotice(const UndoResult& result) {
-  if (result.Written.empty() && result.Problems.empty()) return "There is no write to take back";
+  if (result.Written.empty() && result.Problems.empty()) return "Nothing to undo";
   QStringList parts;
   for (const UndoStep& step : result.Written) {
     parts << QString("%1 = %2").arg(Hex(step.Register), Hex(step.Value));
   }
   QString notice = parts.isEmpty() ? "Nothing was written back" : "Written back: " + parts.join(", ");
-  for (const UndoProblem& problem : result.Problems) {
-    notice +=
-        QString("; %1h: %2").arg(problem.Register, 2, 16, QLatin1Char('0')).arg(QString::fromStdString(problem.Reason));
+  if (!result.Origin.empty()) notice.prepend(QString("Undo of \"%1\". ").arg(QString::fromStdString(result.Origin)));
+  std::map<std::string, QStringList> problems;
+  for (const UndoProblem& problem : result.Problems) problems[problem.Reason] << Hex(problem.Register);
+  for (const auto& [reason, registers] : problems) {
+    notice += "; " + registers.join(", ") + ": " + QString::fromStdString(reason);
   }
   if (result.Forgotten > 0) notice += QString("; %1 older writes are no longer known").arg(result.Forgotten);
   return notice;
@@ -85,12 +87,17 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   filter_->setClearButtonEnabled(true);
   writesOnly_ = new QCheckBox("Writes only");
   writesOnly_->setObjectName("chkJournalWrites");
+  userOnly_ = new QCheckBox("My writes");
+  userOnly_->setObjectName("chkJournalUser");
+  userOnly_->setToolTip("What you wrote, without the transfers of the reading cycle: the last 10,000 of the run");
   count_ = new QLabel;
   row->addWidget(filter_, 1);
   row->addWidget(writesOnly_);
+  row->addWidget(userOnly_);
   row->addWidget(count_);
   connect(filter_, &QLineEdit::textChanged, this, &JournalDock::ApplyFilter);
   connect(writesOnly_, &QCheckBox::toggled, this, &JournalDock::ApplyFilter);
+  connect(userOnly_, &QCheckBox::toggled, this, &JournalDock::ApplyFilter);
   const auto add = [&](const char* name, const QString& caption, auto pressed) {
     auto* const button = new QPushButton(caption);
     button->setObjectName(name);
@@ -100,12 +107,14 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   };
   add("cmdJournalCopy", "Copy", &JournalDock::Copy);
   add("cmdJournalSave", "Save...", &JournalDock::Save);
-  add("cmdJournalMark", "Set mark", [this] {
+  add("cmdJournalMark", "Set mark", [this, readOnly] {
     journal_.SetMark();
+    undoToMark_->setEnabled(!readOnly);
     emit Notice("Mark set: \"Undo to mark\" takes back what is written from here on");
   });
-  add("cmdUndoLast", "Undo last write", &JournalDock::UndoLast)->setEnabled(!readOnly);
-  add("cmdUndoMark", "Undo to mark", &JournalDock::UndoToMark)->setEnabled(!readOnly);
+  add("cmdUndoLast", "Undo last action", [this] { Undo(&UndoLastAction); })->setEnabled(!readOnly);
+  undoToMark_ = add("cmdUndoMark", "Undo to mark", [this] { Undo(&UndoToMark); });
+  undoToMark_->setEnabled(false);
   return controls;
 }
 
@@ -130,7 +139,7 @@ void JournalDock::Refresh() {
 }
 
 void JournalDock::ApplyFilter() {
-  model_.SetFilter({filter_->text().toStdString(), writesOnly_->isChecked()});
+  model_.SetFilter({filter_->text().toStdString(), writesOnly_->isChecked(), userOnly_->isChecked()});
   table_->scrollToBottom();
 }
 
@@ -166,14 +175,13 @@ void JournalDock::Save() {
   }
 }
 
-void JournalDock::UndoLast() {
-  RunUserAction(dialogs_, [this] { emit Notice(UndoNotice(UndoLastWrite(link_, journal_))); });
-  emit Undone();
-}
-
-void JournalDock::UndoToMark() {
-  RunUserAction(dialogs_, [this] { emit Notice(UndoNotice(krx::UndoToMark(link_, journal_))); });
-  emit Undone();
+void JournalDock::Undo(UndoResult (*undo)(Link&, BusJournal&)) {
+  UndoResult result;
+  RunUserAction(
+      dialogs_, [&] { result = undo(link_, journal_); }, undoOrigin);
+  emit Undone(result);
+  // Behind what follows an undo, which has notices of its own.
+  emit Notice(UndoNotice(result));
 }
 
 }  // namespace krx

@@ -6,17 +6,19 @@
 
 #include "console/ui/journalmodel.h"
 #include "link/linknewcomport06.h"
+#include "link/undo.h"
 
 class QCheckBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QTableView;
 
 namespace krx {
 
 class UserDialogs;
 
-/// "Bus Journal": the last transfers, with filter, copy, save and undo.
+/// "Bus Journal": the last transfers or only the user's writes, with filter, copy, save and undo.
 class JournalDock : public QDockWidget {
   Q_OBJECT
  public:
@@ -27,7 +29,7 @@ class JournalDock : public QDockWidget {
   /// A line for the status bar.
   void Notice(const QString& text);
   /// Registers were written back; what shows them may be out of date.
-  void Undone();
+  void Undone(const krx::UndoResult& undone);
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -39,8 +41,7 @@ class JournalDock : public QDockWidget {
   void ApplyFilter();
   void Copy();
   void Save();
-  void UndoLast();
-  void UndoToMark();
+  void Undo(UndoResult (*undo)(Link&, BusJournal&));
 
   Link& link_;
   BusJournal& journal_;
@@ -50,6 +51,8 @@ class JournalDock : public QDockWidget {
   QTableView* table_;
   QLineEdit* filter_ = nullptr;
   QCheckBox* writesOnly_ = nullptr;
+  QCheckBox* userOnly_ = nullptr;
+  QPushButton* undoToMark_ = nullptr;
   QLabel* count_ = nullptr;
 };
 

@@ -8,8 +8,12 @@ namespace krx {
 
 JournalModel::JournalModel(const BusJournal& journal) : journal_(journal) {}
 
+const std::deque<JournalEntry>& JournalModel::Source() const {
+  return filter_.UserOnly ? journal_.UserWrites() : journal_.Entries();
+}
+
 void JournalModel::DropLost() {
-  const auto& entries = journal_.Entries();
+  const auto& entries = Source();
   const std::uint64_t oldest = entries.empty() ? journal_.Count() + 1 : entries.front().Number;
   const auto kept = std::lower_bound(numbers_.begin(), numbers_.end(), oldest);
   if (kept == numbers_.begin()) return;
@@ -21,7 +25,7 @@ void JournalModel::DropLost() {
 void JournalModel::Follow() {
   DropLost();
   std::vector<std::uint64_t> fresh;
-  const auto& entries = journal_.Entries();
+  const auto& entries = Source();
   for (auto entry = entries.rbegin(); entry != entries.rend() && entry->Number > lastSeen_; ++entry) {
     if (JournalMatches(*entry, filter_)) fresh.push_back(entry->Number);
   }
@@ -42,9 +46,11 @@ void JournalModel::SetFilter(const JournalFilter& filter) {
   Follow();
 }
 
-const JournalEntry& JournalModel::Entry(int row) const {
+const JournalEntry* JournalModel::Find(int row) const {
   const std::uint64_t number = numbers_.at(static_cast<std::size_t>(row));
-  return journal_.Entries().at(static_cast<std::size_t>(number - journal_.Entries().front().Number));
+  const auto found = std::ranges::lower_bound(Source(), number, {}, &JournalEntry::Number);
+  // Between two looks the ring may have dropped what a row still stands for.
+  return found != Source().end() && found->Number == number ? &*found : nullptr;
 }
 
 int JournalModel::rowCount(const QModelIndex& parent) const {
@@ -57,10 +63,9 @@ int JournalModel::columnCount(const QModelIndex& parent) const {
 
 QVariant JournalModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) return {};
-  const auto& entries = journal_.Entries();
-  // Between two looks the ring may have dropped what a row still stands for.
-  if (entries.empty() || numbers_.at(static_cast<std::size_t>(index.row())) < entries.front().Number) return {};
-  return QString::fromStdString(JournalColumns(Entry(index.row())).at(static_cast<std::size_t>(index.column())));
+  const JournalEntry* const entry = Find(index.row());
+  if (entry == nullptr) return {};
+  return QString::fromStdString(JournalColumns(*entry).at(static_cast<std::size_t>(index.column())));
 }
 
 QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -19,7 +19,8 @@ class JournalModel : public QAbstractTableModel {
   /// Takes over what the journal has got and dropped since the last call.
   void Follow();
   void SetFilter(const JournalFilter& filter);
-  const JournalEntry& Entry(int row) const;
+  /// After Follow every row has its entry.
+  const JournalEntry& Entry(int row) const { return *Find(row); }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -27,6 +28,8 @@ class JournalModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  const std::deque<JournalEntry>& Source() const;
+  const JournalEntry* Find(int row) const;
   void DropLost();
 
   const BusJournal& journal_;

@@ -22,6 +22,7 @@
 #include "console/ui/statusline.h"
 #include "console/ui/textdialog.h"
 #include "console/ui/visualdisplaypage.h"
+#include "console/undorenewal.h"
 #include "console/workbench.h"
 #include "controls/ui/nowheel.h"
 #include "controls/ui/userdialogs.h"
@@ -62,7 +63,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   addDockWidget(Qt::BottomDockWidgetArea, journalDock_);
   journalDock_->hide();
   connect(journalDock_, &JournalDock::Notice, this, &MainForm::ShowNotice);
-  connect(journalDock_, &JournalDock::Undone, this, [this] { TabChanged(tabs_->currentIndex()); });
+  connect(journalDock_, &JournalDock::Undone, this, &MainForm::AfterUndo);
   glitch_ = new GlitchBar(bench.Glitch, turns, dialogs);
   addToolBar(Qt::BottomToolBarArea, glitch_);
   MakeMenus();
@@ -71,6 +72,10 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
   bench.Pins.Changed = [this] { control_->PinsChanged(); };
   dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
+  dialogs.Around = [this](const std::string& name, const std::function<void()>& action) {
+    const BusJournal::ActionScope scope(journal_, name);
+    action();
+  };
   turns.OnFailure([this](const std::string& name, const CommsError& error) { status_->CountFault(name, error); });
   bench.Start.Faulted = [this](const std::string& step, const CommsError& error) {
     status_->CountFault("start-up, " + step, error);
@@ -85,6 +90,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
 MainForm::~MainForm() {
   dialogs_.LinkFault = nullptr;
   bench_.Start.Faulted = nullptr;
+  dialogs_.Around = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
   bench_.Pins.Changed = nullptr;
 }
@@ -200,13 +206,14 @@ void MainForm::ShowNotice(const QString& text) {
   status_->ShowNotice(text);
 }
 
-void MainForm::Do(const std::function<void()>& action) {
-  RunUserAction(dialogs_, action);
+void MainForm::Do(const std::function<void()>& action, const std::string& name) {
+  RunUserAction(dialogs_, action, name);
   visual_->ShowAll();
   ShowCycle();
 }
 
 void MainForm::TabChanged(int index) {
+  const BusJournal::ActionScope scope(journal_, "Tab \"" + tabs_->tabText(index).trimmed().toStdString() + "\"");
   if (index == VisualDisplay) Do([this] { model_.EnterVisualDisplay(); });
   if (index == ReadWrite) {
     model_.EnterReadWrite();
@@ -226,7 +233,8 @@ void MainForm::SwitchesChanged() {
 }
 
 void MainForm::FanTest() {
-  RunUserAction(dialogs_, [this] { FanTestSetup(bench_.ChipLink); });
+  RunUserAction(
+      dialogs_, [this] { FanTestSetup(bench_.ChipLink); }, "Fan Test Setup");
 }
 
 void MainForm::OpenSwitchAccess() {
@@ -266,6 +274,7 @@ void MainForm::OpenFanConfig() {
 }
 
 void MainForm::ReReadChip() {
+  const BusJournal::ActionScope scope(journal_, "Re-read Chip");
   const StepProblems problems = model_.ReReadChip();
   ShowProblems(problems);
   visual_->ShowAll();
@@ -273,7 +282,17 @@ void MainForm::ReReadChip() {
 }
 
 void MainForm::EasySetup() {
-  Do([this] { model_.EasySetup(); });
+  Do([this] { model_.EasySetup(); }, "Easy Setup");
+}
+
+void MainForm::AfterUndo(const UndoResult& undone) {
+  RunUserAction(
+      dialogs_, [&] { RenewAfterUndo(bench_, undone.Written); }, undoOrigin);
+  model_.Relabel();
+  visual_->ShowAll();
+  control_->PinsChanged();
+  for (const UndoStep& step : undone.Written) readWrite_->ShowWrittenElsewhere(step.Register, step.Value);
+  if (fanConfig_) fanConfig_->Renew();
 }
 
 void MainForm::StartVisualTimer() {

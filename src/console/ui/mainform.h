@@ -31,6 +31,7 @@ class StatusLine;
 class UserDialogs;
 class VisualDisplayPage;
 class WaitBudget;
+struct UndoResult;
 struct Workbench;
 
 /// "Simulated board · printer port 2Dh", "SMBus I801 adapter at 0700, i2c-1 · 2Dh": the medium, its bus where the
@@ -93,8 +94,9 @@ class MainForm : public QMainWindow, private MainTimers {
   void SwitchesChanged();
   void ShowSkipped();
   void TabChanged(int index);
-  void Do(const std::function<void()>& action);
+  void Do(const std::function<void()>& action, const std::string& name = {});
   void ReReadChip();
+  void AfterUndo(const UndoResult& undone);
   void EasySetup();
   void ShowSetupLog();
   void ShowAbout();

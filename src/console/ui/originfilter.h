@@ -2,12 +2,21 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
+#include <string>
 
 #include "link/busjournal.h"
 
 namespace krx {
 
-/// Names in the journal the control that the user pressed last: what it sends to the bus is its doing.
+/// The glitch test's run: its start and all its steps are one action of the user.
+inline constexpr const char* glitchTestOrigin = "Glitch test";
+
+/// What a person would call the control: page or window, and what stands on it: "Read/Write: hex box",
+/// "Control: EnableTHERM". Nothing for what is no control.
+std::string ControlName(const QObject& control);
+
+/// Tells the journal what the user presses: what it sends to the bus until the next press is its doing.
 class OriginFilter : public QObject {
  public:
   /// Installs itself on the application for as long as it lives.
@@ -16,7 +25,13 @@ class OriginFilter : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void EndSoon();
+
   BusJournal& journal_;
+  std::uint64_t gesture_ = 0;
 };
+
+/// Runs a chip timer's tick under its name in the journal.
+void RunTick(BusJournal& journal, const std::string& timer, const std::function<void()>& tick);
 
 }  // namespace krx

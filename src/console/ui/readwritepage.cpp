@@ -200,6 +200,11 @@ void ReadWritePage::StopContinuousReading() {
   SetContinuousReading(false);
 }
 
+void ReadWritePage::ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte) {
+  panel_.ShowWrittenElsewhere(address, byte);
+  ShowPanel();
+}
+
 void ReadWritePage::Enter() {
   StopContinuousReading();
   Act([this] { panel_.Reselect(); });

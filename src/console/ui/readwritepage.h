@@ -28,6 +28,8 @@ class ReadWritePage : public QWidget {
   /// The tab is shown: continuous reading off, the last selected row again.
   void Enter();
   void StopContinuousReading();
+  /// Somebody else has written a register.
+  void ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte);
 
  private:
   QWidget* MakeList();

@@ -55,6 +55,11 @@ IndicatorState LampOf(const VisualState& state, std::size_t channel) {
   return IndicatorState::Unknown;
 }
 
+/// As the journal names it.
+const char* LimitOrigin(Marker marker) {
+  return marker == Marker::Low ? "Visual Display: low limit" : "Visual Display: high limit";
+}
+
 }  // namespace
 
 VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserDialogs& dialogs, bool readOnly,
@@ -77,10 +82,14 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   row->insertWidget(0, MakeTiles());
   row->addLayout(right, 1);
 
-  connect(card_, &ChannelCard::MarkerMoving, this,
-          [this](Marker marker, double value) { MoveLimit([&] { model_.MarkerMoving(marker, value); }, true); });
-  connect(card_, &ChannelCard::MarkerReleased, this,
-          [this](Marker marker, double value) { MoveLimit([&] { model_.MarkerReleased(marker, value); }, false); });
+  connect(card_, &ChannelCard::MarkerMoving, this, [this](Marker marker, double value) {
+    MoveLimit(
+        marker, [&] { model_.MarkerMoving(marker, value); }, true);
+  });
+  connect(card_, &ChannelCard::MarkerReleased, this, [this](Marker marker, double value) {
+    MoveLimit(
+        marker, [&] { model_.MarkerReleased(marker, value); }, false);
+  });
   connect(card_, &ChannelCard::LimitTyped, this, [this](Marker marker, const QString& text) {
     EnterLimit(marker, [&] { model_.TypeLimit(marker, text.toStdString()); });
   });
@@ -198,16 +207,17 @@ bool VisualDisplayPage::Do(const std::function<void()>& action) {
   return done;
 }
 
-void VisualDisplayPage::MoveLimit(const std::function<void()>& action, bool dragging) {
+void VisualDisplayPage::MoveLimit(Marker marker, const std::function<void()>& action, bool dragging) {
   bool refused = false;
-  const bool done = RunUserAction(dialogs_, [&] {
+  const auto refusable = [&] {
     try {
       action();
     } catch (const OutOfRange& reason) {  // no failure of the link: the value has no byte
       refused = true;
       emit LimitRejected(QString::fromStdString(reason.what()));
     }
-  });
+  };
+  const bool done = RunUserAction(dialogs_, refusable, LimitOrigin(marker));
   // While the mouse holds a marker the gauge has it.
   if (dragging && done && !refused) return;
   ShowAll();
@@ -215,13 +225,14 @@ void VisualDisplayPage::MoveLimit(const std::function<void()>& action, bool drag
 
 void VisualDisplayPage::EnterLimit(Marker marker, const std::function<void()>& action) {
   QString range;
-  RunUserAction(dialogs_, [&] {
+  const auto refusable = [&] {
     try {
       action();
     } catch (const OutOfRange& reason) {
       range = QString::fromStdString(reason.what());
     }
-  });
+  };
+  RunUserAction(dialogs_, refusable, LimitOrigin(marker));
   if (range.isEmpty()) {
     card_->Release(marker);
     ShowAll();

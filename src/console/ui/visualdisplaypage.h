@@ -57,7 +57,7 @@ class VisualDisplayPage : public QWidget {
   void ShowFrames();
   void ShowTile(std::size_t channel, bool old);
   bool Do(const std::function<void()>& action);
-  void MoveLimit(const std::function<void()>& action, bool dragging);
+  void MoveLimit(Marker marker, const std::function<void()>& action, bool dragging);
   void EnterLimit(Marker marker, const std::function<void()>& action);
 
   VisualModel& model_;

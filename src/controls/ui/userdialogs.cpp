@@ -63,10 +63,14 @@ QString ToolkitFilter(const QString& filter) {
   return result.join(QStringLiteral(";;"));
 }
 
-bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action) {
+bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action, const std::string& name) {
   QString text;
   try {
-    action();
+    if (dialogs.Around) {
+      dialogs.Around(name, action);
+    } else {
+      action();
+    }
     return true;
   } catch (const Overflow& error) {
     // A value that was refused before any transfer is no fault of the link.

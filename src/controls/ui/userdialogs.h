@@ -4,6 +4,7 @@
 #include <QString>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "link/commserror.h"
 
@@ -17,6 +18,9 @@ class UserDialogs {
 
   /// Told of every transfer that failed in a user's action, beside the box that it shows.
   std::function<void(const CommsError& error)> LinkFault;
+
+  /// Runs every user's action, by its name (empty: that of the control pressed), and must call it.
+  std::function<void(const std::string& name, const std::function<void()>& action)> Around;
 
   virtual void Critical(const QString& text, const QString& title = {}) = 0;
   virtual void Exclamation(const QString& text, const QString& title = {}) = 0;
@@ -46,7 +50,7 @@ class QtUserDialogs : public UserDialogs {
 QString ToolkitFilter(const QString& filter);
 
 /// Runs what a user's click asks for and shows a failure in one box, so that no exception leaves the slot. True when
-/// the action came to its end.
-bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action);
+/// the action came to its end. name: where the handler knows better than the control pressed what it does.
+bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action, const std::string& name = {});
 
 }  // namespace krx

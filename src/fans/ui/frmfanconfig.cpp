@@ -84,6 +84,14 @@ void FrmFanConfig::SetReadOnly(bool readOnly) {
   for (FanTab* const page : pages_) page->setEnabled(!readOnly);
 }
 
+void FrmFanConfig::Renew() {
+  RunUserAction(dialogs_, [this] { model_.Renew(); });
+  for (std::size_t fan = 0; fan < fanCount; ++fan) {
+    if (model_.Loaded(fan)) pages_.at(fan)->Show();
+  }
+  ShowButtons();
+}
+
 void FrmFanConfig::ShowTab(int index) {
   const auto fan = static_cast<std::size_t>(index);
   const bool loaded = model_.Loaded(fan);
@@ -102,7 +110,8 @@ void FrmFanConfig::ShowButtons() {
 bool FrmFanConfig::Apply() {
   const BusyPointer busy(*this);
   std::optional<FanRefusal> refusal;
-  const bool done = RunUserAction(dialogs_, [&] { refusal = model_.Apply(); });
+  const bool done = RunUserAction(
+      dialogs_, [&] { refusal = model_.Apply(); }, "Fan Configuration: Apply");
   if (refusal) {
     tabs_->setCurrentIndex(static_cast<int>(refusal->Fan));
     pages_.at(refusal->Fan)->FocusOn(refusal->Setting);
@@ -146,7 +155,10 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
   DetectionResult result;
   {
     const BusyPointer busy(*this);
-    if (!RunUserAction(dialogs_, [&] { result = services_.Detect(fan); })) return;
+    const std::string name = "Fan Configuration: Auto Detect of fan " + std::to_string(fan + 1);
+    if (!RunUserAction(
+            dialogs_, [&] { result = services_.Detect(fan); }, name))
+      return;
   }
   if (result.Value != noResult) {
     pages_.at(fan)->SetMinimumDuty(result.Value, result.Value == 0 ? "no tested duty kept the fan running" : QString());

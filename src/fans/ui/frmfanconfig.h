@@ -38,6 +38,9 @@ class FrmFanConfig : public QDialog {
   /// The fields are shown but cannot be edited.
   void SetReadOnly(bool readOnly);
 
+  /// The chip was changed from elsewhere: shows that, unless edits are pending.
+  void Renew();
+
  signals:
   /// Labels or pulses may have changed.
   void Applied();

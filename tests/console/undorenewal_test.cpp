@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/undorenewal.h"
+
+#include <gtest/gtest.h>
+
+#include "console/controlmodel.h"
+#include "console/visualbench.h"
+#include "fans/minimumpwm.h"
+#include "link/journalmodule.h"
+#include "link/registeraccess.h"
+
+namespace krx {
+namespace {
+
+using Medium = TestBench::Medium;
+
+/// The console without windows, its transfers journaled, and a detection that gives up at its second wait.
+struct UndoBench : VisualBench, DetectionMonitor {
+  explicit UndoBench(Medium medium = Medium::Board) : VisualBench(medium) {
+    Root.Change([this] { return MakeJournalModule(Sim.MakeCommsModule(), Journal, false); });
+    StartUp(Work);
+    for (int reg = 0x20; reg < 0x80; ++reg) ReadByte(Bus, static_cast<std::uint8_t>(reg));
+    BusTraffic();
+  }
+  void Act(const std::function<void()>& handler) {
+    const BusJournal::ActionScope scope(Journal, "A");
+    handler();
+  }
+  /// What "Undo last action" does to bus and state.
+  std::string Undo() {
+    BusTraffic();
+    RenewAfterUndo(Work, UndoLastAction(Bus, Journal).Written);
+    Model.Relabel();
+    return BusTraffic();
+  }
+  void Show(const DetectionProgress&) override {}
+  double Seconds() override { return Time.Seconds(); }
+  bool Wait(double) override { return ++waits_ < 2; }
+
+  BusJournal Journal{Time};
+
+ private:
+  int waits_ = 0;
+};
+
+TEST(UndoRenewal, OfAnApplyPulsesBehavioursAndTachRoutingFollowTheChip) {
+  for (const Medium medium : {Medium::Board, Medium::Smbus}) {
+    UndoBench bench(medium);
+    const std::array<float, 4> pulses = bench.Work.Fans.ProgrammedPulses;
+    FanFields changed;
+    changed.ProgrammedPulses = "4";
+    changed.TwoWire = true;
+    changed.Behaviour = "Manual Control";
+    AllFanFields fields;
+    fields.fill(changed);
+    for (const auto& [setting, fan] : std::initializer_list<std::pair<FanSetting, std::size_t>>{
+             {FanSetting::ProgrammedPulses, 3}, {FanSetting::TachSource, 1}, {FanSetting::Behaviour, 0}}) {
+      bench.Work.Fans.PendingChange.Set(setting, fan);
+    }
+    bench.Act([&] { bench.Work.FanSettings.ApplyFanSettings(fields); });
+    EXPECT_EQ(bench.Work.Fans.ProgrammedPulses[3], 4);
+    EXPECT_EQ(bench.Undo(), medium == Medium::Board ? "W73:00 W7B:55 W5C:62 V90 S90:52" : "W73:00 W7B:55 W5C:62");
+    EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, pulses);
+    EXPECT_EQ(bench.Work.Display.BehaviourCode[0], 3);
+    EXPECT_EQ(bench.Undo(), "");
+    // Another's write leaves the pulses until F5, and its undo does not make them wrong.
+    bench.Act([&] { WriteByte(bench.Bus, 0x7B, 0); });
+    EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, pulses);
+    EXPECT_EQ(bench.Undo(), "W7B:55");
+    EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, pulses);
+  }
+}
+
+TEST(UndoRenewal, OfAPinFunctionModesAndSwitchesFollowTheChip) {
+  UndoBench bench;
+  ControlModel control(bench.Work);
+  bench.Work.BoardFlags.VidProbeSteady = true;
+  control.Enter();
+  bench.Act([&] { control.SetTherm(true); });
+  EXPECT_EQ(bench.Work.Pins.ThermPinMode, 2);
+  EXPECT_EQ(bench.Undo(), "W78:00 R78 S96:8E R78 S90:52 R7D S96:8E");
+  EXPECT_EQ(bench.Work.Pins.ThermPinMode, 0);
+  EXPECT_TRUE(control.State().Therm);
+  control.ShowPins();
+  EXPECT_FALSE(control.State().Therm);
+}
+
+TEST(UndoRenewal, OfEasySetupAndOfADragNothingIsWrittenAgain) {
+  for (const Medium medium : {Medium::Board, Medium::Smbus}) {
+    UndoBench bench(medium);
+    bench.Act([&] { bench.Model.EasySetup(); });
+    EXPECT_EQ(bench.Undo(),
+              "W35:64 W33:64 W34:64 W69:5A W67:5A W68:5A W53:7F W4F:7F W51:7F W52:81 W4E:81 W50:81 W40:00");
+    EXPECT_EQ(bench.Model.State().Gauge.Low(), -127);
+    const std::uint64_t drag = bench.Journal.BeginGesture("limits");
+    for (const int value : {20, 30, 40}) {
+      bench.Act([&] { bench.Model.MarkerMoving(Marker::Low, value); });
+      const BusJournal::OriginScope tick(bench.Journal, "Reading cycle");
+      bench.Model.Tick();
+    }
+    bench.Act([&] { bench.Model.MarkerReleased(Marker::Low, 40); });
+    bench.Journal.EndGesture(drag);
+    EXPECT_EQ(bench.Peek(0x50), 40);
+    EXPECT_EQ(bench.Undo(), "W50:81") << "the high limit had kept its byte";
+    bench.Act([&] { bench.Model.MarkerMoving(Marker::High, 60); });
+    bench.Act([&] { bench.Model.MarkerReleased(Marker::High, 60); });
+    EXPECT_EQ(bench.Traffic(), "W50:81 W51:3C") << "not the undone 40";
+  }
+}
+
+TEST(UndoRenewal, OfADetectionItsRestoreStays) {
+  UndoBench bench;
+  bench.Poke(0x28, 0), bench.Poke(0x29, 8);
+  bench.Poke(0x5C, 0xE2);
+  bench.Act([&] {
+    ReadByte(bench.Bus, 0x5C);
+    WriteByte(bench.Bus, 0x30, 0x40);
+  });
+  bench.Act([&] { EXPECT_EQ(MinimumPwm(bench.Bus, bench.Work.Fans, bench).Min_PWM(0).End, DetectionEnd::Cancelled); });
+  EXPECT_NE(bench.Traffic().find("W30:00"), std::string::npos);
+  EXPECT_EQ(bench.Undo(), "W30:FF") << "the action before: the detection left nothing changed";
+}
+
+}  // namespace
+}  // namespace krx
