@@ -87,6 +87,10 @@ void VisualModel::EnterVisualDisplay() {
   }
 }
 
+void VisualModel::ConfigurationWritten(std::uint8_t byte) {
+  if ((byte & startBit) != 0 && !bench_.Log.TimerStateAtLogStart) timers_.StartVisualTimer();
+}
+
 void VisualModel::EnterReadWrite() {
   timers_.StopVisualTimer();
   timers_.StopContinuousReading();

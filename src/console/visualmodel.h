@@ -82,6 +82,8 @@ class VisualModel {
 
   /// The tab was selected.
   void EnterVisualDisplay();
+  /// While the tab is shown somebody has written Configuration 1: a chip that monitors is read.
+  void ConfigurationWritten(std::uint8_t byte);
   /// The "Read/Write" tab was selected: both timers stop. (The register panel then selects its row.)
   void EnterReadWrite();
 

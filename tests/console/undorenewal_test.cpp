@@ -92,6 +92,8 @@ TEST(UndoRenewal, OfEasySetupAndOfADragNothingIsWrittenAgain) {
     EXPECT_EQ(bench.Undo(),
               "W35:64 W33:64 W34:64 W69:5A W67:5A W68:5A W53:7F W4F:7F W51:7F W52:81 W4E:81 W50:81 W40:00");
     EXPECT_EQ(bench.Model.State().Gauge.Low(), -127);
+    EXPECT_EQ(bench.Work.Zones.ZoneTmin, (std::array<std::int16_t, 3>{90, 90, 90}));
+    EXPECT_EQ(bench.Work.Zones.ZoneOpPoint, (std::array<std::int16_t, 3>{100, 100, 100}));
     const std::uint64_t drag = bench.Journal.BeginGesture("limits");
     for (const int value : {20, 30, 40}) {
       bench.Act([&] { bench.Model.MarkerMoving(Marker::Low, value); });
@@ -105,6 +107,26 @@ TEST(UndoRenewal, OfEasySetupAndOfADragNothingIsWrittenAgain) {
     bench.Act([&] { bench.Model.MarkerMoving(Marker::High, 60); });
     bench.Act([&] { bench.Model.MarkerReleased(Marker::High, 60); });
     EXPECT_EQ(bench.Traffic(), "W50:81 W51:3C") << "not the undone 40";
+  }
+}
+
+TEST(UndoRenewal, EachByteRenewsWhatItStandsForThoughTheCycleStandsStill) {
+  UndoBench bench;
+  const Workbench& work = bench.Work;
+  const struct {
+    std::uint8_t Register;
+    std::function<std::string()> Shown;
+    const char* Expected;
+  } rows[] = {{0x30, [&] { return work.Measured.DutyTexts[0]; }, "99%"},
+              {0x67, [&] { return std::to_string(work.Zones.ZoneTmin[1]); }, "-4"},
+              {0x34, [&] { return std::to_string(work.Zones.ZoneOpPoint[0]); }, "-4"},
+              {0x6D, [&] { return std::to_string(work.Measured.ZoneHysteresis[1]); }, "15"},
+              {0x6E, [&] { return std::to_string(work.Measured.ZoneHysteresis[2]); }, "15"}};
+  for (const auto& row : rows) {
+    WriteByte(bench.Bus, row.Register, 0xFC);
+    bench.Act([&] { WriteByte(bench.Bus, row.Register, 1); });
+    bench.Undo();
+    EXPECT_EQ(row.Shown(), row.Expected);
   }
 }
 

@@ -28,19 +28,28 @@ QString Hex(std::uint8_t byte) {
 
 QString UndoNotice(const UndoResult& result) {
   if (result.Written.empty() && result.Problems.empty()) return "Nothing to undo";
-  QStringList parts;
-  for (const UndoStep& step : result.Written) {
-    parts << QString("%1 = %2").arg(Hex(step.Register), Hex(step.Value));
-  }
-  QString notice = parts.isEmpty() ? "Nothing was written back" : "Written back: " + parts.join(", ");
-  if (!result.Origin.empty()) notice.prepend(QString("Undo of \"%1\". ").arg(QString::fromStdString(result.Origin)));
-  std::map<std::string, QStringList> problems;
-  for (const UndoProblem& problem : result.Problems) problems[problem.Reason] << Hex(problem.Register);
-  for (const auto& [reason, registers] : problems) {
-    notice += "; " + registers.join(", ") + ": " + QString::fromStdString(reason);
-  }
+  // More would not fit into the status bar; the journal has each of them.
+  constexpr std::size_t most = 4;
+  QStringList steps;
+  for (const UndoStep& step : result.Written) steps << QString("%1 = %2").arg(Hex(step.Register), Hex(step.Value));
+  const QString what = steps.isEmpty()                ? QString("nothing was written back")
+                       : result.Written.size() > most ? QString("%1 registers written back").arg(result.Written.size())
+                                                      : steps.join(", ");
+  QString notice = (result.Origin.empty() ? QString("Undo to mark: ")
+                                          : QString("Undo of \"%1\": ").arg(QString::fromStdString(result.Origin))) +
+                   what;
   if (result.Forgotten > 0) notice += QString("; %1 older writes are no longer known").arg(result.Forgotten);
   return notice;
+}
+
+/// "Not undone:", then a line for each reason; empty when all went well.
+QString UndoProblems(const UndoResult& result) {
+  if (result.Problems.empty()) return {};
+  std::map<std::string, QStringList> registers;
+  for (const UndoProblem& problem : result.Problems) registers[problem.Reason] << Hex(problem.Register);
+  QString text = "Not undone:";
+  for (const auto& [reason, names] : registers) text += '\n' + names.join(", ") + ": " + QString::fromStdString(reason);
+  return text;
 }
 
 }  // namespace
@@ -66,7 +75,7 @@ JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, 
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
   table_->horizontalHeader()->setStretchLastSection(true);
   const int em = fontMetrics().horizontalAdvance('m');
-  constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 16, 10};
+  constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 20, 10};
   for (std::size_t column = 0; column < widths.size(); ++column) {
     table_->setColumnWidth(static_cast<int>(column), widths.at(column) * em);
   }
@@ -182,6 +191,7 @@ void JournalDock::Undo(UndoResult (*undo)(Link&, BusJournal&)) {
   emit Undone(result);
   // Behind what follows an undo, which has notices of its own.
   emit Notice(UndoNotice(result));
+  if (const QString problems = UndoProblems(result); !problems.isEmpty()) dialogs_.Exclamation(problems);
 }
 
 }  // namespace krx

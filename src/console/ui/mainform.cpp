@@ -288,10 +288,17 @@ void MainForm::EasySetup() {
 void MainForm::AfterUndo(const UndoResult& undone) {
   RunUserAction(
       dialogs_, [&] { RenewAfterUndo(bench_, undone.Written); }, undoOrigin);
+  constexpr std::uint8_t configuration1 = 0x40;
+  for (const UndoStep& step : undone.Written) {
+    readWrite_->ShowWrittenElsewhere(step.Register, step.Value);
+    if (step.Register == configuration1 && tabs_->currentIndex() == VisualDisplay) {
+      model_.ConfigurationWritten(step.Value);
+    }
+  }
   model_.Relabel();
+  model_.ShowReadings();
   visual_->ShowAll();
   control_->PinsChanged();
-  for (const UndoStep& step : undone.Written) readWrite_->ShowWrittenElsewhere(step.Register, step.Value);
   if (fanConfig_) fanConfig_->Renew();
 }
 

@@ -155,7 +155,7 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
   DetectionResult result;
   {
     const BusyPointer busy(*this);
-    const std::string name = "Fan Configuration: Auto Detect of fan " + std::to_string(fan + 1);
+    const std::string name = "Auto Detect of fan " + std::to_string(fan + 1);
     if (!RunUserAction(
             dialogs_, [&] { result = services_.Detect(fan); }, name))
       return;

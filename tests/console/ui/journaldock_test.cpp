@@ -139,8 +139,15 @@ TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
     known = rows.size();
   }
   window.Form->SelectTab(MainForm::VisualDisplay);
+  EXPECT_FALSE(window.Form->VisualTimerRunning());
   window.Press("Command1");
+  EXPECT_TRUE(window.Form->VisualTimerRunning());
   EXPECT_EQ(window.Rows().filter(QRegularExpression("^write .* Easy Setup$")).size(), 13);
+  window.Press("cmdUndoLast");
+  EXPECT_EQ(window.Notice(), "Undo of \"Easy Setup\": 51h = 7Eh, 50h = 81h, 40h = 00h");
+  EXPECT_EQ(window.Dialogs.Shown.back(),
+            "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: what it held before was never "
+            "read|");
 }
 
 TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
@@ -160,7 +167,7 @@ TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   EXPECT_EQ(window.Find<QLabel>("lblRegValHex")->text(), "81");
   EXPECT_EQ(window.Find<QPushButton>("bit1")->text(), "0");
   window.Press("cmdUndoLast");
-  EXPECT_EQ(window.Notice(), "Undo of \"Read/Write: bit 0\". Written back: 64h = 80h");
+  EXPECT_EQ(window.Notice(), "Undo of \"Read/Write: bit 0\": 64h = 80h");
 
   window.Form->SelectTab(MainForm::Control);
   window.Press("chkPROCHOT");
