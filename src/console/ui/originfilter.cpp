@@ -46,6 +46,10 @@ constexpr std::array<std::pair<const char*, const char*>, 3> timers{{
     {"Continuous reading", "Continuous reading"},
 }};
 
+// The system repeats a held key as a release and a press of the same moment.
+constexpr quint64 repeatMilliseconds = 5;
+constexpr int keyEndMilliseconds = 500;
+
 QString TableName(const QString& objectName) {
   for (const NamedControl& row : namedControls) {
     const QString name = QString::fromLatin1(row.ObjectName);
@@ -100,38 +104,58 @@ std::string ControlName(const QObject& control) {
 OriginFilter::OriginFilter(BusJournal& journal) : journal_(journal) {
   // Before the first press there is only the search for the chip.
   journal_.EndGesture(journal_.BeginGesture("Search"));
+  // A timer, so that the handlers of the event itself still belong to the gesture.
+  end_.setSingleShot(true);
+  connect(&end_, &QTimer::timeout, this, [this] { journal_.EndGesture(gesture_); });
   QCoreApplication::instance()->installEventFilter(this);
 }
 
 bool OriginFilter::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-      // A key that is held is one action, as a drag is.
-      if (static_cast<QKeyEvent*>(event)->isAutoRepeat()) return false;
+      if (Repeats(*static_cast<QKeyEvent*>(event))) {
+        end_.stop();
+      } else {
+        Begin(*watched);
+      }
       break;
+    case QEvent::KeyRelease: {
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if (key.isAutoRepeat()) break;
+      releasedKey_ = key.key();
+      releasedAt_ = key.timestamp();
+      end_.start(keyEndMilliseconds);
+      break;
+    }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-    case QEvent::MouseButtonRelease:
+      Begin(*watched);
+      break;
     case QEvent::Shortcut:
+      Begin(*watched);
+      end_.start(0);
+      break;
+    case QEvent::MouseButtonRelease:
+      end_.start(0);
       break;
     default:
-      return false;
+      break;
   }
-  const bool release = event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonRelease;
-  if (!release) {
-    const std::string name = ControlName(*watched);
-    if (name.empty()) return false;
-    gesture_ = journal_.BeginGesture(name);
-  }
-  if (release || event->type() == QEvent::Shortcut) EndSoon();
   return false;
 }
 
-void OriginFilter::EndSoon() {
-  // Behind the handlers of this very event.
-  QMetaObject::invokeMethod(
-      this, [this, gesture = gesture_] { journal_.EndGesture(gesture); }, Qt::QueuedConnection);
+void OriginFilter::Begin(const QObject& control) {
+  const std::string name = ControlName(control);
+  if (name.empty()) return;
+  end_.stop();
+  gesture_ = journal_.BeginGesture(name);
+}
+
+bool OriginFilter::Repeats(const QKeyEvent& press) const {
+  // Where input was held back during a transfer the toolkit does not know a repetition for one.
+  const bool followsRelease =
+      press.timestamp() != 0 && press.key() == releasedKey_ && press.timestamp() - releasedAt_ <= repeatMilliseconds;
+  return press.isAutoRepeat() || followsRelease;
 }
 
 void RunTick(BusJournal& journal, const std::string& timer, const std::function<void()>& tick) {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <functional>
 #include <string>
 
 #include "link/busjournal.h"
+
+class QKeyEvent;
 
 namespace krx {
 
@@ -25,10 +28,14 @@ class OriginFilter : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void EndSoon();
+  void Begin(const QObject& control);
+  bool Repeats(const QKeyEvent& press) const;
 
   BusJournal& journal_;
   std::uint64_t gesture_ = 0;
+  QTimer end_;  ///< of the gesture
+  int releasedKey_ = 0;
+  quint64 releasedAt_ = 0;
 };
 
 /// Runs a chip timer's tick under its name in the journal.

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -148,6 +151,32 @@ TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
   EXPECT_EQ(window.Dialogs.Shown.back(),
             "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: what it held before was never "
             "read|");
+}
+
+TEST(OriginFilter, AHeldKeyIsOneActionAndNoControlIsNamedByItsObjectName) {
+  JournalWindow window;
+  window.Press("visualdisplaytext_0");
+  QWidget* const gauge = window.Find<QWidget>("limits_gauge");
+  const auto key = [&](QEvent::Type type, quint64 timestamp) {
+    QKeyEvent event(type, Qt::Key_Down, Qt::NoModifier);
+    event.setTimestamp(timestamp);
+    QApplication::sendEvent(gauge, &event);
+  };
+  // The system repeats a held key so: a release and a press of the same moment.
+  for (const quint64 time : {1000, 1040, 1080}) key(QEvent::KeyPress, time), key(QEvent::KeyRelease, time + 40);
+  key(QEvent::KeyPress, 1500);
+  window.Press("cmdUndoLast");
+  EXPECT_EQ(window.Notice(), "Undo of \"Visual Display: high limit\": 51h = 7Ch");
+  window.Press("cmdUndoLast");
+  EXPECT_EQ(window.Notice(), "Undo of \"Visual Display: high limit\": 51h = 7Fh");
+
+  window.Form->SelectTab(MainForm::Control);
+  for (const char* dialog : {"cmdSwitchAccess", "cmdConfigureFans"}) window.Press(dialog);
+  for (const auto* button : window.Form->findChildren<QAbstractButton*>(QRegularExpression("^[^q]"))) {
+    const std::string name = ControlName(*button);
+    EXPECT_FALSE(name.empty()) << button->objectName().toStdString();
+    EXPECT_EQ(name.find(button->objectName().toStdString()), std::string::npos) << name;
+  }
 }
 
 TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
