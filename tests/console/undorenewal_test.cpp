@@ -120,8 +120,8 @@ TEST(UndoRenewal, EachByteRenewsWhatItStandsForThoughTheCycleStandsStill) {
   } rows[] = {{0x30, [&] { return work.Measured.DutyTexts[0]; }, "99%"},
               {0x67, [&] { return std::to_string(work.Zones.ZoneTmin[1]); }, "-4"},
               {0x34, [&] { return std::to_string(work.Zones.ZoneOpPoint[0]); }, "-4"},
-              {0x6D, [&] { return std::to_string(work.Measured.ZoneHysteresis[1]); }, "15"},
-              {0x6E, [&] { return std::to_string(work.Measured.ZoneHysteresis[2]); }, "15"}};
+              {0x6E, [&] { return std::to_string(work.Measured.ZoneHysteresis[2]); }, "15"},
+              {0x6D, [&] { return std::to_string(work.Measured.ZoneHysteresis[1]); }, "15"}};
   for (const auto& row : rows) {
     WriteByte(bench.Bus, row.Register, 0xFC);
     bench.Act([&] { WriteByte(bench.Bus, row.Register, 1); });

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
 #include <QGuiApplication>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -225,6 +227,12 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   const QString copied = QGuiApplication::clipboard()->text();
   EXPECT_EQ(copied.count('\n'), 1);
   EXPECT_EQ(window.Notice(), "2 lines copied");
+  for (const int row : {1, 0}) {
+    QItemSelectionModel& selection = *window.Find<QTableView>("tblBusJournal")->selectionModel();
+    selection.select(selection.model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  }
+  window.Press("cmdJournalCopy");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), copied) << "in the order of time";
   QTemporaryDir folder;
   window.Dialogs.Files = {folder.filePath("journal.txt").toStdString()};
   window.Press("cmdJournalSave");
@@ -241,6 +249,23 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   window.Press("chkJournalWrites");
   EXPECT_TRUE(window.Rows().filter("read ").isEmpty());
   EXPECT_GT(window.Rows().filter("Start-up").size(), 5);
+}
+
+TEST(JournalModel, FollowsTheRingAsItTurns) {
+  TestBench bench;
+  BusJournal journal(bench.Time);
+  JournalModel model(journal);
+  const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  const auto add = [&](std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) journal.Add({});
+  };
+  add(10);
+  model.Follow();
+  add(BusJournal::capacity - 7);
+  EXPECT_TRUE(model.data(model.index(2, 0), Qt::DisplayRole).isNull()) << "dropped, and not yet followed";
+  model.Follow();
+  EXPECT_EQ(model.rowCount(), static_cast<int>(BusJournal::capacity));
+  EXPECT_EQ(model.Entry(0).Number, 4U);
 }
 
 TEST(JournalDock, AReadOnlyRunHasNothingToUndo) {
