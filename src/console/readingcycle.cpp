@@ -26,6 +26,12 @@ constexpr std::size_t senseSlot = 4;  // the 2.5V input
 constexpr std::size_t fanTraces = 3;
 constexpr std::size_t voltageTraces = 9;
 
+constexpr auto nothing = [] {
+  std::array<float, traceCount> row{};
+  row.fill(std::numeric_limits<float>::quiet_NaN());
+  return row;
+}();
+
 constexpr std::int16_t wrapOfThree = 99;
 constexpr std::int16_t wrapOfFourAndFive = 100;
 
@@ -54,14 +60,16 @@ ReadingCycle::ReadingCycle(Link& link, ReadingCycleState state)
     : link_(link), state_(state), start_(link.ElapsedSeconds()) {}
 
 void ReadingCycle::Tick() {
-  Row row;
-  row.fill(std::numeric_limits<float>::quiet_NaN());
-  const auto append = [&] {
-    LeaveOutUnmeasured(row);
-    constexpr double microseconds = 1e6;
-    state_.History.Append(std::llround((link_.ElapsedSeconds() - start_) * microseconds), row);
-  };
+  constexpr std::int64_t late = 1'000'000;
+  if (lastTick_ && Now() - *lastTick_ >= late) StandStill();
+  Row row = nothing;
   ThermCaption.clear();
+  const auto append = [&] {
+    // A chip that is seen not monitoring repeats its last values.
+    if (state_.First.Monitoring() == false) row = nothing;
+    lastTick_ = Now();
+    state_.History.Append(*lastTick_, row);
+  };
   try {
     Steps(row);
   } catch (...) {
@@ -69,6 +77,23 @@ void ReadingCycle::Tick() {
     throw;
   }
   append();
+}
+
+void ReadingCycle::StandStill() {
+  if (!lastTick_) return;
+  state_.History.Append(*lastTick_ + 1, nothing);
+  lastTick_.reset();
+  measured_.fill(false);
+}
+
+std::int64_t ReadingCycle::Now() const {
+  constexpr double microseconds = 1e6;
+  return std::llround((link_.ElapsedSeconds() - start_) * microseconds);
+}
+
+void ReadingCycle::Post(Row& row, std::size_t firstTrace, std::span<const float> values) const {
+  for (std::size_t i = 0; i < values.size(); ++i)
+    if (measured_[firstTrace + i]) row[firstTrace + i] = values[i];
 }
 
 void ReadingCycle::Steps(Row& row) {
@@ -83,36 +108,30 @@ void ReadingCycle::Steps(Row& row) {
 }
 
 void ReadingCycle::Took(ChannelKind kind, std::size_t slot, float value) {
-  const auto channel =
-      std::ranges::find_if(channels, [&](const Channel& row) { return row.Kind == kind && row.Slot == slot; }) -
-      channels.begin();
-  if (state_.First.Took(static_cast<std::size_t>(channel))) state_.Ranges.Add(static_cast<std::size_t>(channel), value);
-}
-
-void ReadingCycle::LeaveOutUnmeasured(Row& row) const {
-  constexpr float nothing = std::numeric_limits<float>::quiet_NaN();
-  const auto measured = [this](std::size_t channel) {
-    return state_.First.Measured(channel) && state_.First.Monitoring() != false;
-  };
-  for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    if (!measured(channel)) row[channels[channel].Trace] = nothing;
-  }
-  if (!measured(vccpChannel) || !measured(currentChannel)) row[powerTrace] = nothing;
+  const auto found =
+      std::ranges::find_if(channels, [&](const Channel& row) { return row.Kind == kind && row.Slot == slot; });
+  const auto channel = static_cast<std::size_t>(found - channels.begin());
+  const bool measured = state_.First.Took(channel);
+  measured_[found->Trace] = measured;
+  if (measured) state_.Ranges.Add(channel, value);
 }
 
 void ReadingCycle::TemperatureStep(Row& row) {
   const std::size_t channel = Next(Counters.Temperature, wrapOfThree, 3);
+  measured_[channel] = false;
   const float fraction = TempFraction(link_, static_cast<int>(channel)).Value;
   const std::uint8_t byte = ReadByte(link_, tempChannels[channel].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Temperatures[channel] = TempFromByte(byte, fraction);
   Took(ChannelKind::Temperature, channel, measured.Temperatures[channel]);
-  std::ranges::copy(measured.Temperatures, row.begin());
-  row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
+  Post(row, 0, measured.Temperatures);
+  if (measured_[voltageTraces + senseSlot] && measured_[voltageTraces + vccpSlot])
+    row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
 }
 
 void ReadingCycle::TachStep(Row& row) {
   const std::size_t fan = Next(Counters.Tach, wrapOfFourAndFive, 4);
+  measured_[fanTraces + fan] = false;
   const auto lowRegister = static_cast<std::uint8_t>(0x28 + 2 * fan);
   const int low = ReadByte(link_, lowRegister);
   const int high = ReadByte(link_, static_cast<std::uint8_t>(lowRegister + 1));
@@ -123,17 +142,18 @@ void ReadingCycle::TachStep(Row& row) {
   } else {
     measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
   }
-  std::ranges::copy(measured.FanSpeeds, row.begin() + fanTraces);
+  Post(row, fanTraces, measured.FanSpeeds);
 }
 
 void ReadingCycle::VoltageStep(Row& row) {
   const std::size_t slot = Next(Counters.Voltage, wrapOfFourAndFive, 5);
+  measured_[voltageTraces + slot] = false;
   const int extension = VoltageExtension(link_, static_cast<int>(slot));
   const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
   Took(ChannelKind::Voltage, slot, measured.Voltages[slot]);
-  std::ranges::copy(measured.Voltages, row.begin() + voltageTraces);
+  Post(row, voltageTraces, measured.Voltages);
 }
 
 void ReadingCycle::AlarmStep() {

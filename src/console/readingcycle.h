@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "autocontrol/zonestate.h"
@@ -50,11 +52,16 @@ class ReadingCycle {
  public:
   ReadingCycle(Link& link, ReadingCycleState state);
 
-  /// One tick: its nine steps in order, then one row appended to the history (NaN where nothing was posted, or the
-  /// chip has not measured yet). A
-  /// failing transfer gives the rest of the tick up and is thrown on; what was posted until then is appended, and no
-  /// value made of several bytes is left half-read.
+  /// One tick: its nine steps in order, then one row appended to the history: every value that the chip had measured
+  /// when it was read last, else NaN. A failing transfer gives the rest of the tick up and is thrown on; what was posted
+  /// until then is appended, and no value made of several bytes is left half-read.
   void Tick();
+
+  /// No tick will come for a while: one row of nothing ends the traces, and each begins anew with its next reading. A
+  /// tick that comes a second late without it does the same first.
+  void StandStill();
+
+  std::int64_t Now() const;  ///< microseconds, on the clock of the history's rows
 
   /// The duty step alone: reads the next output's duty into DutyTexts.
   void DutyStep();
@@ -69,6 +76,7 @@ class ReadingCycle {
   using Row = std::array<float, traceCount>;
 
   void Steps(Row& row);
+  void Post(Row& row, std::size_t firstTrace, std::span<const float> values) const;
   void TemperatureStep(Row& row);
   void TachStep(Row& row);
   void VoltageStep(Row& row);
@@ -77,11 +85,12 @@ class ReadingCycle {
   void TminOpPointStep();
   void ThermStep(Row& row);
   void Took(ChannelKind kind, std::size_t slot, float value);
-  void LeaveOutUnmeasured(Row& row) const;
 
   Link& link_;
   ReadingCycleState state_;
-  double start_;  ///< clock reading that the history's times count from
+  double start_;                             ///< clock reading that the history's times count from
+  std::array<bool, traceCount> measured_{};  ///< read in the last attempt, and measured by the chip
+  std::optional<std::int64_t> lastTick_;     ///< end of the last tick; none while the cycle stands still
 };
 
 }  // namespace krx

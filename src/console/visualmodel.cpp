@@ -93,6 +93,7 @@ void VisualModel::ConfigurationWritten(std::uint8_t byte) {
 
 void VisualModel::EnterReadWrite() {
   timers_.StopVisualTimer();
+  bench_.Cycle.StandStill();
   timers_.StopContinuousReading();
 }
 
@@ -149,6 +150,7 @@ void VisualModel::EasySetup() {
 void VisualModel::SliderPressed() {
   sliderPressed_ = true;
   timers_.StopVisualTimer();
+  bench_.Cycle.StandStill();
 }
 
 void VisualModel::SliderMoving(int value) {
@@ -196,6 +198,7 @@ void VisualModel::WriteMarkers(Marker dragged) {
 }
 
 StepProblems VisualModel::ReReadChip() {
+  bench_.Cycle.StandStill();  // no tick comes between its reads
   const bool powerMode = bench_.Power.PowerMode;
   StepProblems problems = krx::ReReadChip(bench_);
   ShowReRead(powerMode);

@@ -3,9 +3,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <ostream>
+#include <utility>
 
 namespace krx {
 
@@ -20,26 +21,57 @@ std::string Quoted(const std::string& text) {
 
 }  // namespace
 
-void WriteChartCsv(std::ostream& out, const TraceHistory& history, ChartSpan span, std::span<const CsvColumn> columns) {
-  out << "Time (s)";
-  for (const CsvColumn& column : columns) out << ',' << Quoted(column.Heading);
-  out << '\n';
-  std::string line;
-  history.ForEachRow(span.Begin, span.End, [&](std::int64_t time, std::span<const float> values) {
-    line.clear();
-    // Whole numbers, not a double: after weeks the microseconds would be rounded away.
-    fmt::format_to(std::back_inserter(line), "{}{}.{:06}", time < 0 ? "-" : "", std::abs(time / 1'000'000),
-                   std::abs(time % 1'000'000));
-    bool any = false;
-    for (const CsvColumn& column : columns) {
-      line += ',';
-      const float value = values[column.Trace];
-      if (!std::isfinite(value)) continue;
-      fmt::format_to(std::back_inserter(line), "{}", value);
-      any = true;
+ChartCsv::ChartCsv(const TraceHistory& history, ChartSpan span, std::vector<CsvColumn> columns,
+                   const std::vector<std::string>& notes)
+    : history_(history),
+      span_{span.Begin, std::min(span.End, history.LastTime() + 1)},
+      next_(span.Begin),
+      columns_(std::move(columns)) {
+  for (const std::string& note : notes) text_ += "# " + note + '\n';
+  text_ += "Time (s)";
+  for (const CsvColumn& column : columns_) text_ += ',' + Quoted(column.Heading);
+  text_ += '\n';
+}
+
+std::string ChartCsv::Next(std::size_t rows) {
+  const std::int64_t begin = next_;
+  std::int64_t last = begin;
+  std::size_t count = 0;
+  next_ = span_.End;
+  done_ = true;
+  history_.ForEachRow(begin, span_.End, [&](std::int64_t time, std::span<const float> values) {
+    // A block that began earlier comes once more with its first time.
+    if (time < begin && begin != span_.Begin) return true;
+    if (count >= rows && time > last) {  // rows of one time stay together, for a piece begins at a time
+      next_ = time;
+      done_ = false;
+      return false;
     }
-    if (any) out << line << '\n';
+    ++count;
+    last = time;
+    AddRow(std::clamp(time, span_.Begin, span_.End - 1), values);  // a block may reach beyond the span
+    return true;
   });
+  return std::exchange(text_, {});
+}
+
+double ChartCsv::Share() const {
+  const auto length = static_cast<double>(span_.Length());
+  return length > 0 ? static_cast<double>(next_ - span_.Begin) / length : 1;
+}
+
+void ChartCsv::AddRow(std::int64_t time, std::span<const float> values) {
+  const auto measured = [&](const CsvColumn& column) { return std::isfinite(values[column.Trace]); };
+  const bool nothing = std::ranges::none_of(columns_, measured);
+  if (std::exchange(inGap_, nothing) && nothing) return;
+  // Whole numbers, not a double: after weeks the microseconds would be rounded away.
+  fmt::format_to(std::back_inserter(text_), "{}{}.{:06}", time < 0 ? "-" : "", std::abs(time / 1'000'000),
+                 std::abs(time % 1'000'000));
+  for (const CsvColumn& column : columns_) {
+    text_ += ',';
+    if (measured(column)) fmt::format_to(std::back_inserter(text_), "{}", values[column.Trace]);
+  }
+  text_ += '\n';
 }
 
 }  // namespace krx

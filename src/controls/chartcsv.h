@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <iosfwd>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "controls/chartview.h"
 #include "controls/tracehistory.h"
@@ -16,9 +16,31 @@ struct CsvColumn {
   std::string Heading;
 };
 
-/// Writes the rows of `span` as comma-separated text with a heading line: "Time (s)" in seconds with six decimals, then
-/// each column in its shortest decimal text, empty where nothing was posted. Rows without any value are left out. A
-/// heading that holds a comma, a quote or a line end is quoted.
-void WriteChartCsv(std::ostream& out, const TraceHistory& history, ChartSpan span, std::span<const CsvColumn> columns);
+/// The rows of a span as comma-separated text, piece by piece, so that a long run can be written beside other work:
+/// the notes, each behind "# ", a heading line, then "Time (s)" in seconds with six decimals and each column in its
+/// shortest decimal text. A cell is empty where nothing was measured, and where none of the columns was, one row of
+/// empty cells marks the gap. A heading that holds a comma, a quote or a line end is quoted.
+class ChartCsv {
+ public:
+  /// What comes into the history afterwards is not part of it.
+  ChartCsv(const TraceHistory& history, ChartSpan span, std::vector<CsvColumn> columns,
+           const std::vector<std::string>& notes);
+
+  /// The next piece, made of about so many rows of the history.
+  std::string Next(std::size_t rows);
+  bool Done() const { return done_; }  ///< the last piece was given
+  double Share() const;                ///< of the span's time that was given, 0..1
+
+ private:
+  void AddRow(std::int64_t time, std::span<const float> values);
+
+  const TraceHistory& history_;
+  ChartSpan span_;
+  std::int64_t next_;
+  std::vector<CsvColumn> columns_;
+  std::string text_;
+  bool inGap_ = true;
+  bool done_ = false;
+};
 
 }  // namespace krx

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace krx {
 
@@ -13,6 +14,8 @@ constexpr std::uint64_t kFactor = 16;
 constexpr std::uint64_t kRowsPerChunk = 1024;
 constexpr std::uint64_t kBlocksPerChunk = 64;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
+// Ticks are closer together: only a cycle that stood still leaves more.
+constexpr std::int64_t kLongGap = 1'000'000;
 constexpr float kNotPosted = std::numeric_limits<float>::quiet_NaN();
 
 constexpr std::uint64_t ChunkSize(std::size_t level) {
@@ -71,13 +74,32 @@ void TraceHistory::Append(std::int64_t time, std::span<const float> values) {
   if (!Empty()) time = std::max(time, lastTime_);
   const Run row = NewEntry(0);
   *row.First = time;
+  bool measured = false;
   for (std::size_t trace = 0; trace < traceCount_; ++trace) {
     const bool posted = trace < values.size() && std::isfinite(values[trace]);
     row.Min[trace * row.Stride] = posted ? values[trace] : kNotPosted;
+    measured = measured || posted;
   }
+  NoteGap(time, measured);
   lastTime_ = time;
   for (std::size_t level = 0; levels_[level].Count % kFactor == 0; ++level) FoldUp(level);
   if (RowCount() % kRowsPerChunk == 0) DropOld();
+}
+
+void TraceHistory::NoteGap(std::int64_t time, bool measured) {
+  if (!measured) {
+    if (!nothingSince_) nothingSince_ = time;
+    return;
+  }
+  if (nothingSince_ && time - *nothingSince_ >= kLongGap) gaps_.push_back({*nothingSince_, time});
+  nothingSince_.reset();
+}
+
+// Those that overlap the time.
+std::span<const TraceHistory::Gap> TraceHistory::GapsIn(std::int64_t begin, std::int64_t end) const {
+  const auto first = std::ranges::upper_bound(gaps_, begin, {}, &Gap::End);
+  const auto last = std::ranges::lower_bound(gaps_, end, {}, &Gap::Begin);
+  return first < last ? std::span(first, last) : std::span<const Gap>();
 }
 
 // Makes one block of the newest 16 entries of `level`. NaN loses every comparison, so what was not posted drops out,
@@ -123,6 +145,8 @@ void TraceHistory::Clear() {
   levels_.clear();
   levels_.emplace_back();
   lastTime_ = 0;
+  gaps_.clear();
+  nothingSince_.reset();
 }
 
 std::int64_t TraceHistory::FirstTime() const {
@@ -130,7 +154,7 @@ std::int64_t TraceHistory::FirstTime() const {
 }
 
 std::size_t TraceHistory::MemoryBytes() const {
-  std::size_t bytes = 0;
+  std::size_t bytes = gaps_.size() * sizeof(Gap);
   for (std::size_t level = 0; level < levels_.size(); ++level) {
     const std::size_t columns = level == 0 ? 1 : 2;
     bytes += levels_[level].Chunks.size() * ChunkSize(level) * columns *
@@ -140,27 +164,26 @@ std::size_t TraceHistory::MemoryBytes() const {
 }
 
 template <class Visit>
-void TraceHistory::WalkEntry(std::size_t level, std::uint64_t entry, std::int64_t begin, std::int64_t end,
+bool TraceHistory::WalkEntry(std::size_t level, std::uint64_t entry, std::int64_t begin, std::int64_t end,
                              std::int64_t longest, Visit& visit) const {
   const Run run = RunAt(level, entry);
-  if (*run.Last < begin || *run.First >= end) return;
+  if (*run.Last < begin || *run.First >= end) return true;
   const bool inside = *run.First >= begin && *run.Last < end;
   const bool fine = inside && *run.Last - *run.First <= longest;
-  if (level == 0 || fine || !Kept(level - 1, entry * kFactor)) {
-    visit(run);
-    return;
-  }
+  if (level == 0 || fine || !Kept(level - 1, entry * kFactor)) return visit(run);
   for (std::uint64_t child = entry * kFactor; child < (entry + 1) * kFactor; ++child)
-    WalkEntry(level - 1, child, begin, end, longest, visit);
+    if (!WalkEntry(level - 1, child, begin, end, longest, visit)) return false;
+  return true;
 }
 
-// Visits what covers the time from begin to end, in order, taking blocks as long as they last at most `longest`. Only
-// whole blocks are stored, so each level continues where the one above it ends.
+// Visits what covers the time from begin to end, in order, taking blocks as long as they last at most `longest`, until
+// a visit returns false. Only whole blocks are stored, so each level continues where the one above it ends.
 template <class Visit>
 void TraceHistory::Walk(std::int64_t begin, std::int64_t end, std::int64_t longest, Visit&& visit) const {
   std::uint64_t entry = 0;
   for (std::size_t level = levels_.size(); level-- > 0; entry *= kFactor)
-    for (; entry < levels_[level].Count; ++entry) WalkEntry(level, entry, begin, end, longest, visit);
+    for (; entry < levels_[level].Count; ++entry)
+      if (!WalkEntry(level, entry, begin, end, longest, visit)) return;
 }
 
 void TraceHistory::Columns(std::size_t trace, std::int64_t begin, std::int64_t end,
@@ -173,17 +196,34 @@ void TraceHistory::Columns(std::size_t trace, std::int64_t begin, std::int64_t e
     const auto offset = static_cast<double>(std::max<std::int64_t>(time - begin, 0));
     return std::min(static_cast<std::size_t>(offset * perMicrosecond), columns.size() - 1);
   };
+  TraceColumn* newest = nullptr;
   Walk(begin, end, longest, [&](const Run& run) {
     const float min = run.Min[trace * run.Stride];
     const float max = run.Max[trace * run.Stride];
+    if (!(min <= max)) {
+      if (newest) newest->GapAfter = true;
+      return true;
+    }
     const std::size_t first = columnOf(*run.First);
     // Longer than a column means that the rows below are gone: then the block stands for its whole time.
     const std::size_t last = *run.Last - *run.First > longest ? columnOf(*run.Last) : first;
-    for (std::size_t i = first; i <= last; ++i) {
-      columns[i].Min = min < columns[i].Min ? min : columns[i].Min;
-      columns[i].Max = max > columns[i].Max ? max : columns[i].Max;
-    }
+    for (std::size_t i = first; i <= last; ++i)
+      columns[i] = {std::min(min, columns[i].Min), std::max(max, columns[i].Max)};
+    newest = &columns[last];
+    return true;
   });
+  // Blocks do not know where in them nothing was measured.
+  std::size_t before = 0;
+  for (const Gap& gap : GapsIn(begin, end)) {
+    const std::size_t past = gap.End < end ? columnOf(gap.End) : columns.size();
+    std::size_t column = columnOf(gap.Begin);
+    if (column == past) continue;
+    std::fill(columns.begin() + static_cast<std::ptrdiff_t>(gap.Begin < begin ? 0 : column + 1),
+              columns.begin() + static_cast<std::ptrdiff_t>(past), TraceColumn{});
+    const std::size_t oldest = std::exchange(before, column);
+    while (column > oldest && columns[column].Empty()) --column;
+    columns[column].GapAfter = true;
+  }
 }
 
 TraceColumn TraceHistory::Range(std::size_t trace, std::int64_t begin, std::int64_t end) const {
@@ -194,8 +234,19 @@ TraceColumn TraceHistory::Range(std::size_t trace, std::int64_t begin, std::int6
     const float max = run.Max[trace * run.Stride];
     range.Min = min < range.Min ? min : range.Min;
     range.Max = max > range.Max ? max : range.Max;
+    return true;
   });
   return range;
+}
+
+bool TraceHistory::GapBetween(std::size_t trace, std::int64_t from, std::int64_t to) const {
+  if (!GapsIn(from, to).empty()) return true;
+  bool found = false;
+  Walk(from, to, std::numeric_limits<std::int64_t>::max(), [&](const Run& run) {
+    found = !(run.Min[trace * run.Stride] <= run.Max[trace * run.Stride]);
+    return !found;
+  });
+  return found;
 }
 
 std::optional<TraceSample> TraceHistory::FindIn(std::size_t level, std::uint64_t entry, std::size_t trace,
@@ -240,18 +291,25 @@ std::optional<TraceSample> TraceHistory::FirstFrom(std::size_t trace, std::int64
 }
 
 void TraceHistory::ForEachRow(std::int64_t begin, std::int64_t end,
-                              const std::function<void(std::int64_t time, std::span<const float> values)>& row) const {
+                              const std::function<bool(std::int64_t time, std::span<const float> values)>& row) const {
   std::vector<float> values(traceCount_);
   const auto give = [&](std::int64_t time, const float* from, std::uint64_t stride) {
     for (std::size_t trace = 0; trace < traceCount_; ++trace) {
-      const float value = from[trace * stride];
+      const float value = from ? from[trace * stride] : kNotPosted;
       values[trace] = std::isfinite(value) ? value : kNotPosted;
     }
-    row(time, values);
+    return row(time, values);
   };
   Walk(begin, end, -1, [&](const Run& run) {
-    give(*run.First, run.Min, run.Stride);
-    if (run.Last != run.First) give(*run.Last, run.Max, run.Stride);
+    if (run.Last == run.First) return give(*run.First, run.Min, run.Stride);
+    // Minima and maxima stand for every stretch of the block in which something was measured.
+    std::int64_t from = *run.First;
+    for (const Gap& gap : GapsIn(*run.First, *run.Last + 1)) {
+      if (gap.Begin > from && !(give(from, run.Min, run.Stride) && give(gap.Begin, run.Max, run.Stride))) return false;
+      if (gap.Begin >= *run.First && !give(gap.Begin, nullptr, 0)) return false;
+      from = gap.End;
+    }
+    return from > *run.Last || (give(from, run.Min, run.Stride) && give(*run.Last, run.Max, run.Stride));
   });
 }
 

@@ -16,6 +16,7 @@ namespace krx {
 struct TraceColumn {
   float Min = std::numeric_limits<float>::infinity();
   float Max = -std::numeric_limits<float>::infinity();
+  bool GapAfter = false;  ///< nothing was measured between this column's last value and the trace's next one
   bool Empty() const { return !(Min <= Max); }
 };
 
@@ -42,7 +43,8 @@ class TraceHistory {
   explicit TraceHistory(std::size_t traceCount, TraceRetention retention = {});
 
   /// Adds one row. `time` in microseconds since the start of the program; a time before the newest row counts as that
-  /// row's. A value that is not finite, or missing because `values` is shorter than the trace count, was not posted.
+  /// row's. A value that is not finite, or missing because `values` is shorter than the trace count, was not measured:
+  /// from here to its next value the trace has a gap.
   void Append(std::int64_t time, std::span<const float> values);
 
   /// Forgets everything.
@@ -56,7 +58,8 @@ class TraceHistory {
   std::size_t MemoryBytes() const;  ///< allocated for rows and blocks
 
   /// Fills `columns` with what `trace` shows when `columns` share the time from `begin` (inside) to `end` (outside)
-  /// evenly. A block that is shorter than a column belongs whole to the column it starts in; no value is lost.
+  /// evenly. A block that is shorter than a column belongs whole to the column it starts in; no value is lost. A gap
+  /// that is shorter than a column may be.
   void Columns(std::size_t trace, std::int64_t begin, std::int64_t end, std::span<TraceColumn> columns) const;
 
   /// Smallest and largest value from `begin` (inside) to `end` (outside).
@@ -67,10 +70,14 @@ class TraceHistory {
   std::optional<TraceSample> LastUpTo(std::size_t trace, std::int64_t time) const;
   std::optional<TraceSample> FirstFrom(std::size_t trace, std::int64_t time) const;
 
-  /// Calls `row` in order of time for every row from `begin` (inside) to `end` (outside), NaN where nothing was posted.
-  /// Where only a block is left it gives two rows: its minima at its first time, its maxima at its last.
+  /// Nothing was measured for the trace somewhere between two times, at which it was.
+  bool GapBetween(std::size_t trace, std::int64_t from, std::int64_t to) const;
+
+  /// Calls `row` in order of time for every row from `begin` (inside) to `end` (outside) until it returns false. NaN
+  /// where nothing was measured. Where only a block is left it gives two rows: its minima at its first time, its maxima
+  /// at its last; a gap of a second or longer parts it in two such pairs with a row of NaN between them.
   void ForEachRow(std::int64_t begin, std::int64_t end,
-                  const std::function<void(std::int64_t time, std::span<const float> values)>& row) const;
+                  const std::function<bool(std::int64_t time, std::span<const float> values)>& row) const;
 
  private:
   struct Chunk {
@@ -83,6 +90,11 @@ class TraceHistory {
     std::uint64_t Count = 0;  // entries, dropped ones included
   };
   struct Run;
+  /// From the first row without any value to the next one with a value.
+  struct Gap {
+    std::int64_t Begin;
+    std::int64_t End;
+  };
   enum class Direction { Backward, Forward };
 
   Run RunAt(std::size_t level, std::uint64_t entry) const;
@@ -90,8 +102,10 @@ class TraceHistory {
   Run NewEntry(std::size_t level);
   void FoldUp(std::size_t level);
   void DropOld();
+  void NoteGap(std::int64_t time, bool measured);
+  std::span<const Gap> GapsIn(std::int64_t begin, std::int64_t end) const;
   template <class Visit>
-  void WalkEntry(std::size_t level, std::uint64_t entry, std::int64_t begin, std::int64_t end, std::int64_t longest,
+  bool WalkEntry(std::size_t level, std::uint64_t entry, std::int64_t begin, std::int64_t end, std::int64_t longest,
                  Visit& visit) const;
   template <class Visit>
   void Walk(std::int64_t begin, std::int64_t end, std::int64_t longest, Visit&& visit) const;
@@ -103,6 +117,8 @@ class TraceHistory {
   TraceRetention retention_;
   std::vector<Level> levels_;
   std::int64_t lastTime_ = 0;
+  std::vector<Gap> gaps_;  ///< in order; the long ones, which a block would otherwise paint over
+  std::optional<std::int64_t> nothingSince_;
 };
 
 }  // namespace krx

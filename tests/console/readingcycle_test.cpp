@@ -135,11 +135,67 @@ TEST(ReadingCycle, AppendsOneRowATickWithWhatWasPosted) {
   EXPECT_FALSE(work.History.LastUpTo(4, anyTime));
 
   bench.Advance(0.5);
-  work.Cycle.Tick();
-  EXPECT_EQ(work.History.RowCount(), 2U);
-  for (const std::size_t trace : {1UL, 5UL, 10UL}) EXPECT_TRUE(work.History.LastUpTo(trace, anyTime)) << trace;
+  for (int tick = 0; tick < 6; ++tick) work.Cycle.Tick();
+  EXPECT_EQ(work.History.RowCount(), 7U);
+  for (std::size_t trace = 0; trace < traceCount; ++trace) EXPECT_TRUE(work.History.LastUpTo(trace, anyTime)) << trace;
   EXPECT_NEAR(static_cast<double>(work.History.LastTime()), 0.5e6, 1e3);
   EXPECT_FLOAT_EQ(work.History.LastUpTo(10, anyTime)->Value, work.Measured.Voltages[1]);
+}
+
+/// The traces of the newest rows that have a value, the oldest first: one letter a trace, "-" for none.
+std::string NewestRows(const Workbench& work, int count) {
+  std::vector<std::string> rows;
+  work.History.ForEachRow(0, anyTime, [&](std::int64_t, std::span<const float> values) {
+    std::string row;
+    for (std::size_t i = 0; i < traceCount; ++i) row += std::isnan(values[i]) ? '-' : "TTTFFFFPHVVVVV"[i];
+    rows.push_back(row);
+    return true;
+  });
+  std::string text;
+  for (std::size_t i = rows.size() - std::min<std::size_t>(rows.size(), count); i < rows.size(); ++i)
+    text += (text.empty() ? "" : " ") + rows[i];
+  return text;
+}
+
+TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
+  VisualBench bench;
+  Workbench& work = bench.Work;
+  const auto tick = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      bench.Advance(0.01);
+      try {
+        work.Cycle.Tick();
+      } catch (const CommsError&) {
+      }
+    }
+  };
+  tick(5);
+  EXPECT_EQ(NewestRows(work, 5), "-T--F---H-V--- -TT-FF--H-VV-- TTT-FFF-H-VVV- TTTFFFF-H-VVVV TTTFFFFPHVVVVV")
+      << "no zeros for what has not had its turn";
+  Fault fault;
+  fault.Register = 0x25;  // Remote 1, every third tick
+  fault.Nth = 1;
+  fault.Onward = true;
+  bench.Sim.AddFault(fault);
+  tick(6);
+  EXPECT_EQ(NewestRows(work, 3), "T-TFFFFPHVVVVV -------------- T-TFFFFPHVVVVV") << "a value that cannot be read ends";
+  bench.Sim.ClearFaults();
+  tick(3);
+  EXPECT_EQ(NewestRows(work, 1), "TTTFFFFPHVVVVV");
+
+  bench.Model.EnterReadWrite();
+  bench.Model.EnterReadWrite();
+  EXPECT_EQ(NewestRows(work, 2), "TTTFFFFPHVVVVV --------------") << "one row of nothing when it stands still";
+  tick(6);
+  bench.Model.SliderPressed();
+  EXPECT_EQ(NewestRows(work, 2), "TTTFFFFPHVVVVV --------------");
+  tick(6);
+  bench.Model.ReReadChip();
+  EXPECT_EQ(NewestRows(work, 2), "TTTFFFFPHVVVVV --------------");
+  tick(6);
+  bench.Advance(1.1);  // whatever held the turns
+  tick(1);
+  EXPECT_EQ(NewestRows(work, 3).substr(0, 29), "TTTFFFFPHVVVVV --------------") << "a late tick says so first";
 }
 
 }  // namespace

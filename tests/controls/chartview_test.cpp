@@ -50,20 +50,44 @@ TEST(ChartView, ClearHidesTheOldRowsFromThisViewOnly) {
   EXPECT_GT(view.FirstTime(), history.LastTime());
 }
 
-TEST(ChartCsv, WritesVisibleRowsExactly) {
+TEST(ChartCsv, WritesTheVisibleRowsAndTheirGapsWhateverThePieces) {
   TraceHistory history(3);
   history.Append(0, std::vector<float>{9.f, 9.f, 9.f});  // before the span
   history.Append(1'500'000, std::vector<float>{29.75f, kNone, 1.f});
   history.Append(1'510'000, std::vector<float>{kNone, kNone, 2.f});  // nothing in the chosen columns
+  history.Append(1'520'000, std::vector<float>{kNone, kNone, kNone});
   history.Append(3'600'000'001, std::vector<float>{-0.1f, 2412.f, 3.f});
   history.Append(3'700'000'000, std::vector<float>{9.f, 9.f, 9.f});  // the end is outside
-  const CsvColumn columns[] = {{0, "Internal"}, {1, "Fan \"1\", rear"}};
-  std::ostringstream out;
-  WriteChartCsv(out, history, {1'000'000, 3'700'000'000}, columns);
-  EXPECT_EQ(out.str(),
-            "Time (s),Internal,\"Fan \"\"1\"\", rear\"\n"
-            "1.500000,29.75,\n"
-            "3600.000001,-0.1,2412\n");
+  for (const std::size_t rows : {1U, 2U, 1000U}) {
+    ChartCsv csv(history, {1'000'000, 3'700'000'000}, {{0, "Internal"}, {1, "Fan \"1\", rear"}}, {"A board", "Saved"});
+    std::string text;
+    while (!csv.Done()) text += csv.Next(rows);
+    EXPECT_EQ(text,
+              "# A board\n# Saved\n"
+              "Time (s),Internal,\"Fan \"\"1\"\", rear\"\n"
+              "1.500000,29.75,\n"
+              "1.510000,,\n"
+              "3600.000001,-0.1,2412\n");
+    EXPECT_EQ(csv.Share(), 1);
+  }
+}
+
+TEST(ChartCsv, EndsWhereItBeganAndKeepsRowsThatBecameBlocksMeanwhile) {
+  TraceHistory history(1, {0, 0});
+  const auto post = [&](int from, int to) {
+    for (int i = from; i < to; ++i) history.Append(i * 1000, std::vector<float>{static_cast<float>(i)});
+  };
+  post(0, 1020);
+  ChartCsv csv(history, {0, 1'000'000'000}, {{0, "A"}}, {});
+  std::string text = csv.Next(100);
+  post(1020, 9000);  // the first rows are dropped now
+  while (!csv.Done()) text += csv.Next(100);
+  std::istringstream lines(text);
+  std::string line;
+  std::getline(lines, line);
+  double last = -1;
+  for (; std::getline(lines, line); last = std::stod(line)) EXPECT_GE(std::stod(line), last);
+  EXPECT_EQ(last, 1.019);
 }
 
 }  // namespace

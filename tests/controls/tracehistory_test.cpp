@@ -125,10 +125,10 @@ TEST(TraceHistory, OldRowsGoLevelByLevelAndTheirExtremesStay) {
   EXPECT_EQ(columns[750].Max, 9e5f);
   EXPECT_EQ(std::count_if(columns.begin(), columns.end(), [](auto& c) { return c.Empty(); }), 0);
   int newest = 0;
-  history.ForEachRow((count - 100) * kTick, count * kTick, [&](std::int64_t, auto) { ++newest; });
+  history.ForEachRow((count - 100) * kTick, count * kTick, [&](std::int64_t, auto) { return ++newest > 0; });
   EXPECT_EQ(newest, 100);  // every row of the last second
   int oldest = 0;
-  history.ForEachRow(0, 512 * kTick, [&](std::int64_t, auto) { ++oldest; });
+  history.ForEachRow(0, 512 * kTick, [&](std::int64_t, auto) { return ++oldest > 0; });
   EXPECT_EQ(oldest, 4);  // two blocks of 256 rows, minima and maxima
 }
 
@@ -146,6 +146,51 @@ TEST(TraceHistory, WhatIsNotFiniteOrMissingWasNotPosted) {
   EXPECT_FALSE(history.LastUpTo(0, 10));
   history.Append(1, std::vector<float>{7.f});
   EXPECT_EQ(history.Range(0, 0, 10).Min, 7.f);
+}
+
+TEST(TraceHistory, AStandstillStaysAGapWhenItsRowsHaveBecomeBlocks) {
+  constexpr std::int64_t kTick = 10'000;
+  constexpr std::int64_t kStop = 1000 * kTick;  // in the middle of a block
+  constexpr std::int64_t kGoOn = kStop + 600'000'000;
+  for (const TraceRetention& retention : {TraceRetention::Everything(), TraceRetention{0, 0}}) {
+    TraceHistory history(2, retention);
+    for (std::int64_t time = 0; time < kStop; time += kTick) history.Append(time, std::vector<float>{1.f, 2.f});
+    history.Append(kStop, std::vector<float>{kNone, kNone});
+    for (std::int64_t i = 0; i < 3000; ++i) history.Append(kGoOn + i * kTick, std::vector<float>{i ? 1.f : kNone, 2.f});
+    std::vector<TraceColumn> columns(32);
+    history.Columns(1, 0, history.LastTime() + 1, columns);
+    std::string picture;
+    for (const TraceColumn& column : columns) picture += column.Empty() ? '.' : column.GapAfter ? '|' : '-';
+    EXPECT_EQ(picture, "|" + std::string(29, '.') + "--");
+    EXPECT_TRUE(history.GapBetween(0, kStop - kTick, kGoOn + kTick));
+    EXPECT_FALSE(history.GapBetween(0, 0, kStop - kTick));
+    EXPECT_FALSE(history.GapBetween(1, kGoOn, kGoOn + 50 * kTick));
+    const auto inside = history.LastUpTo(1, kStop + kTick);
+    EXPECT_TRUE(history.GapBetween(1, inside->Time, kStop + kTick)) << "the last value does not last";
+    int gaps = 0;
+    history.ForEachRow(0, history.LastTime() + 1, [&](std::int64_t time, std::span<const float> values) {
+      const bool nothing = std::isnan(values[1]);
+      gaps += nothing;
+      EXPECT_TRUE(nothing ? time == kStop : time <= kStop || time >= kGoOn) << time;
+      return true;
+    });
+    EXPECT_EQ(gaps, 1);
+  }
+}
+
+TEST(TraceHistory, ATraceWithoutValuesHasAGapWhileTheOthersGoOn) {
+  TraceHistory history(2);
+  for (int i = 0; i < 4000; ++i) history.Append(i * 10, std::vector<float>{1.f, i < 1000 || i >= 3000 ? 2.f : kNone});
+  for (const std::size_t count : {std::size_t{40}, std::size_t{40'000}}) {  // many rows a column, many columns a row
+    std::vector<TraceColumn> columns(count);
+    history.Columns(1, 0, 40'000, columns);
+    std::vector<std::size_t> gaps;
+    for (std::size_t i = 0; i < count; ++i)
+      if (columns[i].GapAfter) gaps.push_back(i);
+    EXPECT_EQ(gaps, std::vector<std::size_t>{count == 40 ? 9U : 9990U});
+    history.Columns(0, 0, 40'000, columns);
+    EXPECT_TRUE(std::ranges::none_of(columns, &TraceColumn::GapAfter));
+  }
 }
 
 }  // namespace

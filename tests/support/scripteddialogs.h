@@ -23,8 +23,9 @@ class ScriptedDialogs : public UserDialogs {
   void Critical(const QString& text, const QString& title = {}) override { Record("critical", text, title); }
   void Exclamation(const QString& text, const QString& title = {}) override { Record("exclamation", text, title); }
   void Information(const QString& text, const QString& title = {}) override { Record("information", text, title); }
-  bool Question(const QString& text, const QString& title = {}) override {
-    Record("question", text, title);
+  /// Answers with `Yes`.
+  bool Ask(const QString& text, const QString& yes, const QString&) override {
+    Record("ask", text, yes);
     return Yes;
   }
   std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) override {

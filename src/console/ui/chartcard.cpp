@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/chartcard.h"
 
+#include <QDateTime>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "console/workbench.h"
+#include "controls/ui/filesaving.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "controls/ui/userdialogs.h"
 
@@ -48,13 +51,26 @@ ChartCard::ChartCard(const Workbench& bench, UserDialogs& dialogs, const VisualS
       strip3_(MakeChart("Strip3", Strip::Strip3, state)) {
   traceShown_.fill(true);
   strip2_->SetAxisTitles(tr("Temperature"), tr("Fans"));
+  strip2_->SetAxisUnits(tr("°C"), tr("RPM"));
   strip3_->SetAxisTitles(tr("Voltage"), {});
+  strip3_->SetAxisUnits(tr("V"), {});
   strip3_->SetValueRange(0, 14);
   MakeCard(*this);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(8, 8, 8, 8);
   column->addWidget(strip2_);
   column->addWidget(strip3_);
+  MakeSavingBar();
+  column->addWidget(saving_);
+}
+
+void ChartCard::MakeSavingBar() {
+  saving_ = new SavingBar;
+  connect(saving_, &SavingBar::Saved, this, [this](const QString& name) { emit Notice(SavedText(name)); });
+  connect(saving_, &SavingBar::Cancelled, this,
+          [this](const QString& name) { emit Notice(tr("Cancelled, %1 was not written").arg(name)); });
+  connect(saving_, &SavingBar::Failed, this,
+          [this](const QString& reason) { dialogs_.Critical(NotSavedText(tr("The chart"), reason)); });
 }
 
 StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualState& state) {
@@ -80,6 +96,7 @@ StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualStat
 void ChartCard::SetWaitBudget(WaitBudget* budget) {
   strip2_->SetWaitBudget(budget);
   strip3_->SetWaitBudget(budget);
+  saving_->SetWaitBudget(budget);
 }
 
 void ChartCard::ExportChart(StripChart& chart, ChartFormat format) {
@@ -90,8 +107,25 @@ void ChartCard::ExportChart(StripChart& chart, ChartFormat format) {
   const File file = format == ChartFormat::Png   ? File{"Pictures (*.png)|*.png", "chart.png"}
                     : format == ChartFormat::Pdf ? File{"Documents (*.pdf)|*.pdf", "chart.pdf"}
                                                  : File{"Comma-separated values (*.csv)|*.csv", "chart.csv"};
-  const auto name = dialogs_.SaveFile(tr(file.Filter), QString::fromLatin1(file.Name));
-  if (name && !chart.Export(format, *name)) dialogs_.Exclamation(tr("The file %1 could not be written.").arg(*name));
+  if (format == ChartFormat::Csv && saving_->Busy()) {
+    emit Notice(tr("The values before are still being saved"));
+    return;
+  }
+  const auto name = AskSaveName(dialogs_, tr(file.Filter), QString::fromLatin1(file.Name));
+  if (!name) return;
+  if (format == ChartFormat::Csv)
+    saving_->Save(chart.Values(ExportNotes()), *name);
+  else
+    emit Notice(SaveAndTell(dialogs_, tr("The chart"), *name, chart.Picture(format, ExportNotes())));
+}
+
+QStringList ChartCard::ExportNotes() const {
+  const QDateTime now = QDateTime::currentDateTime();
+  const auto text = [&](const QDateTime& time) {
+    return time.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODate).replace(QLatin1Char('T'), QLatin1Char(' '));
+  };
+  const QDateTime zero = now.addMSecs(-bench_.Cycle.Now() / 1000);
+  return {source_, tr("Saved %1, time 0 is %2").arg(text(now), text(zero))};
 }
 
 void ChartCard::ShowState(const VisualState& state) {
@@ -125,6 +159,10 @@ int ChartCard::TraceNumber(std::size_t channel) {
 }
 
 void ChartCard::Posted() {
+  GapPosted();
+}
+
+void ChartCard::GapPosted() {
   strip2_->Posted();
   strip3_->Posted();
 }

@@ -7,6 +7,7 @@
 
 namespace krx {
 
+class SavingBar;
 class StripChart;
 class UserDialogs;
 class WaitBudget;
@@ -28,18 +29,30 @@ class ChartCard : public QFrame {
   void SetWaitBudget(WaitBudget* budget);
   /// A tick has appended to the history.
   void Posted();
+  /// A tick that failed has: the traces have a gap.
+  void GapPosted();
+  /// Medium and chip, which exports name.
+  void SetSource(const QString& source) { source_ = source; }
 
   /// Number of the channel's trace in its chart, and of its colour.
   static int TraceNumber(std::size_t channel);
 
+ signals:
+  /// A line for the status bar.
+  void Notice(const QString& text);
+
  private:
   StripChart* MakeChart(const char* name, Strip strip, const VisualState& state);
+  void MakeSavingBar();
   void ExportChart(StripChart& chart, ChartFormat format);
+  QStringList ExportNotes() const;
 
   const Workbench& bench_;
   UserDialogs& dialogs_;
   StripChart* strip2_;
   StripChart* strip3_;
+  SavingBar* saving_ = nullptr;
+  QString source_;
   std::array<bool, traceCount> traceShown_;
   GaugeScale strip2Range_;
 };

@@ -3,7 +3,6 @@
 
 #include <QCheckBox>
 #include <QClipboard>
-#include <QFile>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -15,6 +14,7 @@
 #include <algorithm>
 #include <map>
 
+#include "controls/ui/filesaving.h"
 #include "controls/ui/userdialogs.h"
 
 namespace krx {
@@ -166,7 +166,7 @@ void JournalDock::Copy() {
 }
 
 void JournalDock::Save() {
-  const auto name = dialogs_.SaveFile("Text Files (*.txt)|*.txt", "bus-journal.txt");
+  const auto name = AskSaveName(dialogs_, "Text Files (*.txt)|*.txt", "bus-journal.txt");
   if (!name) return;
   model_.Follow();
   QByteArray text;
@@ -178,10 +178,7 @@ void JournalDock::Save() {
   for (int row = 0; row < model_.rowCount(); ++row) {
     text += QByteArray::fromStdString(JournalLine(model_.Entry(row))) + '\n';
   }
-  QFile file(*name);
-  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush()) {
-    dialogs_.Critical(QString("The journal could not be saved: %1").arg(file.errorString()));
-  }
+  emit Notice(SaveAndTell(dialogs_, "The journal", *name, text));
 }
 
 void JournalDock::Undo(UndoResult (*undo)(Link&, BusJournal&)) {

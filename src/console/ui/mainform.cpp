@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 
@@ -84,7 +85,10 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   cycleReport_.start(reportMilliseconds);
   sinceReport_.start();
   sinceShown_.start();
-  resize(QSize(1280, 800).boundedTo(screen()->availableSize()));
+  // The room for what the window manager puts around it, which nobody tells before the window is shown.
+  const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+  const QSize frame(2 * border, 2 * border + style()->pixelMetric(QStyle::PM_TitleBarHeight));
+  resize(QSize(1280, 800).boundedTo(screen()->availableSize() - frame));
 }
 
 MainForm::~MainForm() {
@@ -99,6 +103,7 @@ void MainForm::Start() {
   const QString connection = ConnectionText(options_.Medium, bench_.ChipLink);
   setWindowTitle(tr("KRX5580 console - %1").arg(connection));
   main_->ShowConnection(connection);
+  visual_->SetSource(tr("KRX5580 · %1").arg(connection));
   status_->ShowConnection(options_.ReadOnly ? connection + tr(" · read-only") : connection);
   StepProblems problems;
   {
@@ -137,6 +142,7 @@ void MainForm::MakeTabs() {
   connect(visual_, &VisualDisplayPage::EasySetupRequested, this, &MainForm::EasySetup);
   connect(visual_, &VisualDisplayPage::SetupLogRequested, this, &MainForm::ShowSetupLog);
   connect(visual_, &VisualDisplayPage::LimitRejected, this, &MainForm::ShowNotice);
+  connect(visual_, &VisualDisplayPage::Notice, this, &MainForm::ShowNotice);
   connect(visual_, &VisualDisplayPage::FanTestRequested, this, &MainForm::FanTest);
   connect(visual_, &VisualDisplayPage::GlitchTestRequested, this, [this] { glitch_->Start(); });
   connect(visual_, &VisualDisplayPage::ReReadRequested, this, &MainForm::ReReadChip);
@@ -269,6 +275,7 @@ void MainForm::OpenFanConfig() {
     model_.Relabel();
     visual_->ShowAll();
   });
+  connect(fanConfig_, &FrmFanConfig::Notice, this, &MainForm::ShowNotice);
   connect(fanConfig_, &FrmFanConfig::Closed, fanConfig_, &QObject::deleteLater);
   if (!fanConfig_->Open()) delete fanConfig_;
 }
@@ -314,7 +321,12 @@ void MainForm::StopVisualTimer() {
 
 void MainForm::VisualTick() {
   const std::uint64_t before = bench_.ChipLink.TransferCount();
-  model_.Tick();
+  try {
+    model_.Tick();
+  } catch (...) {
+    visual_->GapPosted();
+    throw;
+  }
   transfers_ += bench_.ChipLink.TransferCount() - before;
   ++ticks_;
   sinceGoodTick_.start();

@@ -69,6 +69,7 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   middle->setSpacing(10);
   card_ = new ChannelCard;
   charts_ = new ChartCard(bench_, dialogs_, model_.State());
+  connect(charts_, &ChartCard::Notice, this, &VisualDisplayPage::Notice);
   middle->addWidget(charts_, 1);
   middle->addWidget(card_);
   auto* right = new QVBoxLayout;
@@ -258,6 +259,14 @@ void VisualDisplayPage::SetWaitBudget(WaitBudget* budget) {
 
 void VisualDisplayPage::Posted() {
   charts_->Posted();
+}
+
+void VisualDisplayPage::GapPosted() {
+  charts_->GapPosted();
+}
+
+void VisualDisplayPage::SetSource(const QString& source) {
+  charts_->SetSource(source);
 }
 
 void VisualDisplayPage::ShowFrames() {

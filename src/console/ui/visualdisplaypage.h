@@ -37,14 +37,19 @@ class VisualDisplayPage : public QWidget {
   void ShowReadings(bool old);
   /// Keeps the charts' redraws out of the waits before transfers. The budget is to outlive the page.
   void SetWaitBudget(WaitBudget* budget);
-  /// A tick has appended to the history.
+  /// A tick has appended to the history, one that failed a gap.
   void Posted();
+  void GapPosted();
+  /// Medium and chip, which exports name.
+  void SetSource(const QString& source);
 
  signals:
   void EasySetupRequested();
   void SetupLogRequested();
   void FanTestRequested();
   void GlitchTestRequested();
+  /// A line for the status bar.
+  void Notice(const QString& text);
   /// The flags that decide between slider and panel are out of date.
   void ReReadRequested();
   /// A limit that cannot be written and why; the marker is back in its place, a typed text stays.

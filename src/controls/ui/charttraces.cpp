@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QMenu>
 #include <algorithm>
+#include <utility>
 
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/traceplottable.h"
@@ -39,16 +40,18 @@ void ChartTraces::Set(const std::vector<ChartTrace>& traces) {
     toggle->setCheckable(true);
     toggle->setChecked(true);
     connect(toggle, &QAction::triggered, this, [this, channel](bool on) {
-      SetVisible(channel, on);
+      Switch(channel, on);
       emit Toggled(channel, on);
     });
-    traces_.push_back({settings, plottable, toggle, true});
+    traces_.push_back({settings, plottable, toggle});
   }
 }
 
 void ChartTraces::SetColours(const Palette& palette) {
+  palette_ = &palette;
   for (const ShownTrace& trace : traces_)
     trace.Plottable->setPen(palette.traces[trace.Settings.PaletteIndex % palette.traces.size()]);
+  RebuildLegend();
 }
 
 void ChartTraces::RebuildLegend() {
@@ -56,9 +59,10 @@ void ChartTraces::RebuildLegend() {
   plot_.legend->clearItems();
   bool second = false;
   for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible) continue;
+    if (!trace.Offered) continue;
     trace.Plottable->addToLegend();
-    second = second || trace.Settings.SecondAxis;
+    if (!trace.On) plot_.legend->itemWithPlottable(trace.Plottable)->setTextColor(palette_->mutedText);
+    second = second || (trace.On && trace.Settings.SecondAxis);
   }
   plot_.yAxis2->setTickLabels(second);
   WrapLegend(plot_);
@@ -70,14 +74,31 @@ std::vector<ChartTrace> ChartTraces::Settings() const {
   return settings;
 }
 
-void ChartTraces::SetVisible(int channel, bool visible) {
+void ChartTraces::SetOffered(int channel, bool offered) {
   ShownTrace& trace = traces_.at(static_cast<std::size_t>(channel));
-  if (trace.Visible == visible) return;
-  trace.Visible = visible;
-  trace.Plottable->setVisible(visible);
-  trace.Toggle->setChecked(visible);
+  if (std::exchange(trace.Offered, offered) != offered) ShowState(trace);
+}
+
+void ChartTraces::Switch(int channel, bool on) {
+  ShownTrace& trace = traces_.at(static_cast<std::size_t>(channel));
+  if (std::exchange(trace.On, on) != on) ShowState(trace);
+}
+
+void ChartTraces::ShowState(ShownTrace& trace) {
+  trace.Plottable->setVisible(trace.Visible());
+  trace.Toggle->setVisible(trace.Offered);
+  trace.Toggle->setChecked(trace.On);
   RebuildLegend();
   emit Changed();
+}
+
+void ChartTraces::CopyStates(const ChartTraces& other) {
+  for (int channel = 0; channel < std::min(Count(), other.Count()); ++channel) {
+    const ShownTrace& trace = other.traces_[static_cast<std::size_t>(channel)];
+    SetOffered(channel, trace.Offered);
+    Switch(channel, trace.On);
+  }
+  Select(other.selected_);
 }
 
 void ChartTraces::SetName(int channel, const QString& name) {
@@ -105,7 +126,7 @@ TraceColumn ChartTraces::Range(bool secondAxis) const {
   const ChartSpan span = view_.Shown();
   TraceColumn all;
   for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible || trace.Settings.SecondAxis != secondAxis) continue;
+    if (!trace.Visible() || trace.Settings.SecondAxis != secondAxis) continue;
     const TraceColumn range =
         history_.Range(trace.Settings.HistoryIndex, std::max(span.Begin, view_.FirstTime()), span.End);
     all = {std::min(all.Min, range.Min), std::max(all.Max, range.Max)};
@@ -117,11 +138,12 @@ std::vector<CursorRow> ChartTraces::RowsAt(std::int64_t time) const {
   std::vector<CursorRow> rows;
   const std::int64_t start = std::max(view_.Shown().Begin, view_.FirstTime());
   for (const ShownTrace& trace : traces_) {
-    if (!trace.Visible) continue;
+    if (!trace.Visible()) continue;
     CursorRow row{trace.Settings.Name, QStringLiteral("–"), {}, trace.Plottable->pen().color()};
     const std::size_t index = trace.Settings.HistoryIndex;
     const auto here = history_.LastUpTo(index, time);
-    if (here && here->Time >= view_.FirstTime() && time <= history_.LastTime()) {
+    if (here && here->Time >= view_.FirstTime() && time <= history_.LastTime() &&
+        !history_.GapBetween(index, here->Time, time)) {
       const double value = static_cast<double>(here->Value);
       row.Value = WithUnit(value, trace.Settings, false);
       if (const auto first = history_.FirstFrom(index, start); first && first->Time <= here->Time)
@@ -134,10 +156,11 @@ std::vector<CursorRow> ChartTraces::RowsAt(std::int64_t time) const {
 
 std::vector<CsvColumn> ChartTraces::Columns() const {
   std::vector<CsvColumn> columns;
-  for (const auto& [settings, plottable, toggle, visible] : traces_) {
-    if (!visible) continue;
-    const QString unit = settings.Unit.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(settings.Unit);
-    columns.push_back({settings.HistoryIndex, (settings.Name + unit).toStdString()});
+  for (const ShownTrace& trace : traces_) {
+    if (!trace.Visible()) continue;
+    const QString& unit = trace.Settings.Unit;
+    const QString heading = unit.isEmpty() ? trace.Settings.Name : QString("%1 (%2)").arg(trace.Settings.Name, unit);
+    columns.push_back({trace.Settings.HistoryIndex, heading.toStdString()});
   }
   return columns;
 }
@@ -145,7 +168,7 @@ std::vector<CsvColumn> ChartTraces::Columns() const {
 void ChartTraces::Trigger(const QCPAbstractPlottable* plottable) {
   for (const ShownTrace& trace : traces_) {
     if (trace.Plottable != plottable) continue;
-    // The entry is still in use by the library when it tells of the click, and hiding the trace deletes it.
+    // The entry is still in use by the library when it tells of the click, and switching the trace makes it anew.
     QMetaObject::invokeMethod(trace.Toggle, &QAction::trigger, Qt::QueuedConnection);
   }
 }

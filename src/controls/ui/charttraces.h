@@ -37,18 +37,22 @@ class ChartTraces : public QObject {
   /// The menu gets an entry for each trace, which switches it on and off.
   ChartTraces(QCustomPlot& plot, QMenu& menu, const TraceHistory& history, const ChartView& view);
 
-  /// Lines and menu entries; colours and legend are to follow.
+  /// Lines and menu entries; colours are to follow.
   void Set(const std::vector<ChartTrace>& traces);
-  void SetColours(const Palette& palette);
-  void RebuildLegend();
+  void SetColours(const Palette& palette);  ///< of lines and legend
 
   std::vector<ChartTrace> Settings() const;
   int Count() const { return static_cast<int>(traces_.size()); }
   const ChartTrace& At(int channel) const { return traces_.at(static_cast<std::size_t>(channel)).Settings; }
-  bool Visible(int channel) const { return traces_.at(static_cast<std::size_t>(channel)).Visible; }
+  bool Visible(int channel) const { return traces_.at(static_cast<std::size_t>(channel)).Visible(); }
   int Selected() const { return selected_; }  ///< -1 none
 
-  void SetVisible(int channel, bool visible);
+  /// A trace that is not offered is nowhere to be seen: it has no line, no legend and no menu entry.
+  void SetOffered(int channel, bool offered);
+  /// A trace that is switched off keeps its entries, its line is gone.
+  void Switch(int channel, bool on);
+  /// What is offered, switched on and selected there.
+  void CopyStates(const ChartTraces& other);
   void SetName(int channel, const QString& name);
   void Select(int channel);
   /// Draws nothing older than the view's first time.
@@ -75,14 +79,19 @@ class ChartTraces : public QObject {
     ChartTrace Settings;
     TracePlottable* Plottable = nullptr;
     QAction* Toggle = nullptr;
-    bool Visible = true;
+    bool Offered = true;
+    bool On = true;
+    bool Visible() const { return Offered && On; }
   };
+  void ShowState(ShownTrace& trace);
+  void RebuildLegend();
 
   QCustomPlot& plot_;
   QMenu& menu_;
   const TraceHistory& history_;
   const ChartView& view_;
   std::vector<ShownTrace> traces_;
+  const Palette* palette_ = &Palette::Light();
   int selected_ = -1;
 };
 

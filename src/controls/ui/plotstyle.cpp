@@ -4,6 +4,7 @@
 #include <qcustomplot.h>
 
 #include <QFontMetrics>
+#include <QLocale>
 #include <algorithm>
 
 #include "controls/ui/palette.h"
@@ -12,6 +13,9 @@ namespace krx {
 
 void StylePlot(QCustomPlot& plot, const Palette& palette, const QFont& font) {
   plot.setFont(font);
+  QLocale numbers = QLocale::c();  // as everywhere else in the program
+  numbers.setNumberOptions(QLocale::OmitGroupSeparator);
+  plot.setLocale(numbers);
   plot.setBackground(palette.card);
   for (QCPAxis* axis : {plot.xAxis, plot.yAxis, plot.xAxis2, plot.yAxis2}) {
     axis->setVisible(true);

@@ -3,15 +3,11 @@
 
 #include <QBoxLayout>
 #include <QEvent>
-#include <QFile>
 #include <QLabel>
-#include <QScopeGuard>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
-#include "controls/chartcsv.h"
 #include "controls/ui/chartnavigation.h"
 #include "controls/ui/chartredraw.h"
 #include "controls/ui/plotstyle.h"
@@ -29,6 +25,11 @@ double RoundUp(double value) {
   return 10 * power;
 }
 
+// On the frame itself the trace of a fan that stands still could not be seen.
+double RoomBelowZero(double min, double max) {
+  return min == 0 ? -max / 50 : min;
+}
+
 }  // namespace
 
 StripChart::StripChart(const TraceHistory& history, QWidget* parent)
@@ -39,7 +40,6 @@ StripChart::StripChart(const TraceHistory& history, QWidget* parent)
   BuildPlot();
   column->addLayout(tools_);
   column->addWidget(plot_, 1);
-  setFocusProxy(plot_);
   // The plot also redraws by itself, when it is resized: the axes are to be right then too.
   connect(plot_, &QCustomPlot::beforeReplot, this, &StripChart::PlaceAxes);
   redraw_ = new ChartRedraw(*this, *plot_);
@@ -87,7 +87,6 @@ void StripChart::ConnectNavigation() {
 void StripChart::SetTraces(const std::vector<ChartTrace>& traces) {
   traces_->Set(traces);
   Restyle(Palette::For(*this));
-  traces_->RebuildLegend();
   redraw_->Request();
 }
 
@@ -106,6 +105,11 @@ void StripChart::SetAxisTitles(const QString& left, const QString& right) {
   redraw_->Request();
 }
 
+void StripChart::SetAxisUnits(const QString& left, const QString& right) {
+  leftUnit_ = left;
+  rightUnit_ = right;
+}
+
 void StripChart::SetValueRange(double min, double max) {
   left_ = {min, max};
   redraw_->Request();
@@ -118,10 +122,10 @@ void StripChart::SetSecondValueRange(double min, double max) {
 
 void StripChart::CopySettings(const StripChart& other) {
   SetTraces(other.traces_->Settings());
-  for (int i = 0; i < TraceCount(); ++i) SetTraceVisible(i, other.TraceVisible(i));
-  SetSelectedTrace(other.traces_->Selected());
+  traces_->CopyStates(*other.traces_);
   SetCaption(other.Caption());
   SetAxisTitles(other.plot_->yAxis->label(), other.plot_->yAxis2->label());
+  SetAxisUnits(other.leftUnit_, other.rightUnit_);
   left_ = other.left_;
   right_ = other.right_;
   SetWaitBudget(other.redraw_->Budget());
@@ -213,9 +217,10 @@ void StripChart::PlaceAxes() {
   const auto ticker = plot_->xAxis->ticker().dynamicCast<QCPAxisTickerTime>();
   if (ticker) ticker->setTimeFormat(shown.Length() < 10'000'000 ? "%h:%m:%s.%z" : "%h:%m:%s");
   if (values_ == ValueMode::Set) {
-    plot_->yAxis->setRange(left_.Min, left_.Max);
     const double highest = ValuesOn(true).Max;
-    plot_->yAxis2->setRange(right_.Min, highest > right_.Max ? RoundUp(highest) : right_.Max);
+    plot_->yAxis->setRange(RoomBelowZero(left_.Min, left_.Max), left_.Max);
+    const double top = highest > right_.Max ? RoundUp(highest) : right_.Max;
+    plot_->yAxis2->setRange(RoomBelowZero(right_.Min, top), top);
   } else if (values_ == ValueMode::Fitted) {
     for (const bool second : {false, true}) {
       const ValueRange found = ValuesOn(second);
@@ -229,32 +234,6 @@ void StripChart::UserChanged() {
   ShowMode();
   redraw_->Request();
   emit RangeChanged();
-}
-
-bool StripChart::Export(ChartFormat format, const QString& fileName) {
-  return format == ChartFormat::Csv ? SaveValues(fileName) : SavePicture(format, fileName);
-}
-
-bool StripChart::SavePicture(ChartFormat format, const QString& fileName) {
-  const auto restore = qScopeGuard([this] {
-    arrows_->setVisible(true);
-    Restyle(Palette::For(*this));
-    redraw_->Request();
-  });
-  arrows_->setVisible(false);
-  PlaceAxes();
-  if (format == ChartFormat::Png) return plot_->savePng(fileName, 0, 0, 2);
-  Restyle(Palette::Light());  // a drawing is for paper
-  return plot_->savePdf(fileName, 0, 0, QCP::epAllowCosmetic, QString(), Caption());
-}
-
-bool StripChart::SaveValues(const QString& fileName) const {
-  ChartSpan span = view_.Shown();
-  span.Begin = std::max(span.Begin, view_.FirstTime());
-  std::ofstream file(QFile::encodeName(fileName).toStdString(), std::ios::binary);
-  WriteChartCsv(file, history_, span, traces_->Columns());
-  file.close();
-  return !file.fail();
 }
 
 void StripChart::changeEvent(QEvent* event) {

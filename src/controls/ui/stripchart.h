@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <optional>
 #include <vector>
 
+#include "controls/chartcsv.h"
 #include "controls/chartview.h"
 #include "controls/tracehistory.h"
 #include "controls/ui/charttraces.h"
@@ -38,7 +41,9 @@ class StripChart : public QWidget {
   int TraceCount() const { return traces_->Count(); }
   const ChartTrace& Trace(int channel) const { return traces_->At(channel); }
 
-  void SetTraceVisible(int channel, bool visible) { traces_->SetVisible(channel, visible); }
+  /// A hidden trace has no legend entry either. What the user switches off keeps its entry and stays off when it is
+  /// shown again.
+  void SetTraceVisible(int channel, bool visible) { traces_->SetOffered(channel, visible); }
   bool TraceVisible(int channel) const { return traces_->Visible(channel); }
   void SetTraceName(int channel, const QString& name) { traces_->SetName(channel, name); }
   /// Draws this channel's trace stronger than the others; -1 none.
@@ -48,6 +53,8 @@ class StripChart : public QWidget {
   QString Caption() const;
   /// Titles of the left and the right axis; the right axis appears with the first trace on it.
   void SetAxisTitles(const QString& left, const QString& right);
+  /// Units that an exported picture says behind the titles.
+  void SetAxisUnits(const QString& left, const QString& right);
   /// Range of the left axis. A view the user zoomed keeps its range until it is live again.
   void SetValueRange(double min, double max);
   /// Range of the right axis; grows by itself when a value lies above it.
@@ -74,9 +81,10 @@ class StripChart : public QWidget {
   ChartMode Mode() const { return view_.Mode(); }
   ChartSpan Shown() const { return view_.Shown(); }
 
-  /// Writes the visible part: the picture (PNG twice as fine as the screen, PDF as vectors) or the visible traces'
-  /// rows. False when the file cannot be written.
-  bool Export(ChartFormat format, const QString& fileName);
+  /// The visible part for a file: a picture (PNG twice as fine as the screen, PDF as vectors for paper) with the notes
+  /// above it, or the visible traces' rows with the notes before them. The first note is also the drawing's title.
+  QByteArray Picture(ChartFormat format, const QStringList& notes);
+  ChartCsv Values(const QStringList& notes) const;
 
   /// Adds a widget at the right end of the tool row, such as the page's own button.
   void AddTool(QWidget* tool);
@@ -84,7 +92,7 @@ class StripChart : public QWidget {
   QCustomPlot* Plot() const { return plot_; }
 
  signals:
-  /// The user wants the visible part in a file: ask for a name and call Export.
+  /// The user wants the visible part in a file: ask for a name, and save what Picture or Values gives.
   void ExportWanted(krx::ChartFormat format);
   /// The user zoomed, panned or chose another mode.
   void RangeChanged();
@@ -115,14 +123,14 @@ class StripChart : public QWidget {
   void DragEdge(ChartEdge edge, double factor);
   void MoveCursor(std::optional<QPointF> pixel);
   void UserChanged();
-  bool SavePicture(ChartFormat format, const QString& fileName);
-  bool SaveValues(const QString& fileName) const;
 
   const TraceHistory& history_;
   ChartView view_;
   ValueRange left_{0, 100};
   ValueRange right_{0, 5000};
   ValueMode values_ = ValueMode::Set;
+  QString leftUnit_;
+  QString rightUnit_;
   struct {
     ChartSpan Time;
     ValueRange Left, Right;

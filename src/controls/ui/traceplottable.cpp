@@ -36,6 +36,7 @@ TraceLines MakeTraceLines(std::span<const TraceColumn> columns, const TraceScale
                           std::optional<QPointF> after) {
   TraceLines lines;
   std::optional<Run> last;
+  bool gap = false;             // after the last run
   std::optional<QLineF> level;  // grows as long as neighbours stand at one height
   const auto flush = [&] {
     if (level) lines.Straight.append(*level);
@@ -55,7 +56,7 @@ TraceLines MakeTraceLines(std::span<const TraceColumn> columns, const TraceScale
       lines.Slanted.append({*before, {run.X, yOf(columns[i].Max)}});
     } else if (last && run.X - last->X > step) {
       flush();
-      lines.Slanted.append(Bridge(*last, run));
+      if (!gap) lines.Slanted.append(Bridge(*last, run));
     }
     Run drawn = run;
     if (last && run.X - last->X <= step) {
@@ -72,6 +73,7 @@ TraceLines MakeTraceLines(std::span<const TraceColumn> columns, const TraceScale
       lines.Straight.append({drawn.X, drawn.Top, drawn.X, drawn.Bottom});
     }
     last = run;
+    gap = columns[i].GapAfter;
   }
   flush();
   if (last && after) lines.Slanted.append({{last->X, last->Top}, *after});
@@ -128,11 +130,17 @@ void TracePlottable::draw(QCPPainter* painter) {
   const auto pixel = [&](const TraceSample& sample) {
     return QPointF(time->coordToPixel(ToSeconds(sample.Time)), value->coordToPixel(static_cast<double>(sample.Value)));
   };
+  // Up to the nearest values outside the picture, unless a gap lies between.
   std::optional<QPointF> before;
   std::optional<QPointF> after;
-  if (const auto sample = history_.LastUpTo(trace_, first - 1); sample && sample->Time >= firstTime_)
-    before = pixel(*sample);
-  if (const auto sample = history_.FirstFrom(trace_, past)) after = pixel(*sample);
+  if (const auto sample = history_.LastUpTo(trace_, first - 1); sample && sample->Time >= firstTime_) {
+    const auto inside = history_.FirstFrom(trace_, first);
+    if (inside && !history_.GapBetween(trace_, sample->Time, inside->Time)) before = pixel(*sample);
+  }
+  if (const auto sample = history_.FirstFrom(trace_, past)) {
+    const auto inside = history_.LastUpTo(trace_, past - 1);
+    if (inside && !history_.GapBetween(trace_, inside->Time, sample->Time)) after = pixel(*sample);
+  }
 
   TraceScale scale;
   scale.DevicePixel = devicePixel;
@@ -161,7 +169,17 @@ void TracePlottable::draw(QCPPainter* painter) {
 }
 
 void TracePlottable::drawLegendIcon(QCPPainter* painter, const QRectF& rect) const {
-  painter->fillRect(QRectF(rect.left(), rect.center().y() - 1.5, rect.width(), 3), mPen.color());
+  const QRectF bar(rect.left(), rect.center().y() - 1.5, rect.width(), 3);
+  if (visible()) {
+    painter->fillRect(bar, mPen.color());
+    return;
+  }
+  // Switched off: hollow, so that it can be told without seeing colours.
+  painter->setPen(QPen(mParentPlot->legend->textColor(), 0));
+  painter->setOpacity(0.5);
+  painter->setBrush(Qt::NoBrush);
+  painter->drawRect(bar);
+  painter->setOpacity(1);
 }
 
 }  // namespace krx

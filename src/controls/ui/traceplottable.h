@@ -28,8 +28,9 @@ struct TraceLines {
   QVector<QLineF> Slanted;
 };
 
-/// At most one upright run a column, each reaching to its neighbour's, so that the trace has no holes. `before` and
-/// `after` are the picture positions of the nearest values on either side, joined when they exist.
+/// At most one upright run a column, each reaching to its neighbour's, so that the trace has no holes but where columns
+/// are empty because nothing was measured. `before` and `after` are the picture positions of the nearest values on
+/// either side, joined when they exist.
 TraceLines MakeTraceLines(std::span<const TraceColumn> columns, const TraceScale& scale, std::optional<QPointF> before,
                           std::optional<QPointF> after);
 

@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStringList>
 #include <exception>
 
@@ -12,12 +14,21 @@
 namespace krx {
 namespace {
 
-int ShowBox(QMessageBox::Icon icon, const QString& text, const QString& title,
-            QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
-  QMessageBox box(icon, title.isEmpty() ? QGuiApplication::applicationDisplayName() : title, text, buttons,
-                  QApplication::activeWindow());
-  box.setTextFormat(Qt::PlainText);  // an error's text may hold anything
-  return box.exec();
+class Box : public QMessageBox {
+ public:
+  Box(Icon icon, const QString& text, const QString& title, StandardButtons buttons)
+      : QMessageBox(icon, title.isEmpty() ? QGuiApplication::applicationDisplayName() : title, text, buttons,
+                    QApplication::activeWindow()) {
+    setTextFormat(Qt::PlainText);  // an error's text may hold anything
+    // A box is as wide as its text, and a longer title would be cut. It takes a width from its layout only.
+    const int width = fontMetrics().horizontalAdvance(windowTitle()) * 5 / 4 + fontMetrics().height() * 6;
+    auto* const grid = qobject_cast<QGridLayout*>(layout());
+    if (grid) grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+  }
+};
+
+void ShowBox(QMessageBox::Icon icon, const QString& text, const QString& title) {
+  Box(icon, text, title, QMessageBox::Ok).exec();
 }
 
 std::optional<QString> Chosen(const QString& path) {
@@ -39,8 +50,12 @@ void QtUserDialogs::Information(const QString& text, const QString& title) {
   ShowBox(QMessageBox::Information, text, title);
 }
 
-bool QtUserDialogs::Question(const QString& text, const QString& title) {
-  return ShowBox(QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+bool QtUserDialogs::Ask(const QString& text, const QString& yes, const QString& title) {
+  Box box(QMessageBox::Question, text, title, QMessageBox::Cancel);
+  const QPushButton* const button = box.addButton(yes, QMessageBox::AcceptRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  box.exec();
+  return box.clickedButton() == button;
 }
 
 std::optional<QString> QtUserDialogs::SaveFile(const QString& filter, const QString& proposedName) {

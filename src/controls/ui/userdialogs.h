@@ -26,8 +26,8 @@ class UserDialogs {
   virtual void Exclamation(const QString& text, const QString& title = {}) = 0;
   virtual void Information(const QString& text, const QString& title = {}) = 0;
 
-  /// True: yes. Escape and the close box mean no.
-  virtual bool Question(const QString& text, const QString& title = {}) = 0;
+  /// A question with a button for yes and "Cancel", which is what Escape and Return mean. True when yes was pressed.
+  virtual bool Ask(const QString& text, const QString& yes, const QString& title = {}) = 0;
 
   /// The chosen file's path, nothing when the dialog was cancelled. Filters are pairs of name and pattern with a bar
   /// between: "Text Files (*.sav)|*.sav". The name is returned as typed, no ending is added.
@@ -41,7 +41,7 @@ class QtUserDialogs : public UserDialogs {
   void Critical(const QString& text, const QString& title = {}) override;
   void Exclamation(const QString& text, const QString& title = {}) override;
   void Information(const QString& text, const QString& title = {}) override;
-  bool Question(const QString& text, const QString& title = {}) override;
+  bool Ask(const QString& text, const QString& yes, const QString& title = {}) override;
   std::optional<QString> SaveFile(const QString& filter, const QString& proposedName = {}) override;
   std::optional<QString> OpenFile(const QString& filter, const QString& proposedName = {}) override;
 };

@@ -2,7 +2,6 @@
 #include "fans/ui/frmfanconfig.h"
 
 #include <QCloseEvent>
-#include <QFile>
 #include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -10,6 +9,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "controls/ui/filesaving.h"
 #include "controls/ui/userdialogs.h"
 #include "fans/ui/fantab.h"
 
@@ -171,13 +171,10 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
 
 void FrmFanConfig::SaveEvidence(std::size_t fan) {
   if (!evidence_.at(fan)) return;
-  const auto name = dialogs_.SaveFile("Text Files (*.txt)|*.txt", QString("fan%1-minimum-pwm.txt").arg(fan + 1));
+  const auto name = AskSaveName(dialogs_, "Text Files (*.txt)|*.txt", QString("fan%1-minimum-pwm.txt").arg(fan + 1));
   if (!name) return;
-  QFile file(*name);
   const QByteArray text = QByteArray::fromStdString(EvidenceText(*evidence_.at(fan), static_cast<int>(fan) + 1));
-  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush()) {
-    dialogs_.Critical(QString("The evidence could not be saved: %1").arg(file.errorString()));
-  }
+  emit Notice(SaveAndTell(dialogs_, "The evidence", *name, text));
 }
 
 void FrmFanConfig::reject() {

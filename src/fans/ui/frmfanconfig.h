@@ -44,6 +44,8 @@ class FrmFanConfig : public QDialog {
  signals:
   /// Labels or pulses may have changed.
   void Applied();
+  /// A line for the status bar.
+  void Notice(const QString& text);
   /// Closed, by whatever way.
   void Closed();
 

@@ -301,7 +301,7 @@ void InitForm::EndSearch(const std::vector<SearchReport>& reports) {
 void InitForm::Finish() {
   if (!wizard_.FinishEnabled() || !wizard_.Finish()) return;
   if (const auto holder = wizard_.TakeChip()) {
-    if (!dialogs_.Question(QString::fromStdString(wizardtext::Held(*holder)), wizardtext::title)) return;
+    if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), "Go on read-only", wizardtext::title)) return;
     emit ReadOnlyWanted();
     wizard_.Finish();
   }

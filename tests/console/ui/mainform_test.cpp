@@ -34,7 +34,10 @@ class RecordingDialogs : public UserDialogs {
   void Critical(const QString& text, const QString&) override { Texts << text; }
   void Exclamation(const QString& text, const QString&) override { Texts << text; }
   void Information(const QString& text, const QString&) override { Texts << text; }
-  bool Question(const QString& text, const QString&) override { return Texts << text, false; }
+  bool Ask(const QString& text, const QString&, const QString&) override {
+    Texts << text;
+    return false;
+  }
   std::optional<QString> SaveFile(const QString&, const QString&) override { return {}; }
   std::optional<QString> OpenFile(const QString&, const QString&) override { return {}; }
   QStringList Texts;

@@ -6,12 +6,11 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
+#include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QTemporaryDir>
+#include <QTest>
 #include <QToolButton>
 
 #include "controls/ui/traceplottable.h"
@@ -78,21 +77,92 @@ TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExport) {
   chart.SetTraceVisible(0, false);
   EXPECT_EQ(chart.Plot()->legend->itemCount(), 1);
   EXPECT_EQ(chart.Plot()->legend->elementCount(), 1);  // no hole
-  EXPECT_FALSE(toggle->isChecked());
+  EXPECT_FALSE(toggle->isVisible());
   EXPECT_EQ(toggled, -1);  // the program's own change is no wish of the user
   Post(1);
-  QTemporaryDir folder;
-  const QString name = folder.filePath("run.csv");
-  ASSERT_TRUE(chart.Export(ChartFormat::Csv, name));
-  QFile file(name);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), "Time (s),Fan1 (RPM)\n0.010000,2412\n");
-  toggle->trigger();
-  EXPECT_EQ(toggled, 0);
-  EXPECT_TRUE(chart.TraceVisible(0));
+  EXPECT_EQ(chart.Values({"A board"}).Next(10), "# A board\nTime (s),Fan1 (RPM)\n0.010000,2412\n");
+  chart.SetTraceVisible(0, true);
   auto* first = qobject_cast<QCPPlottableLegendItem*>(chart.Plot()->legend->item(0));
   EXPECT_EQ(first->plottable()->name(), "Internal");  // back in its old place
-  EXPECT_FALSE(chart.Export(ChartFormat::Csv, folder.filePath("none/run.csv")));
+}
+
+TEST_F(StripChartTest, ATraceThatIsSwitchedOffKeepsItsGreyLegendEntry) {
+  const auto entry = [&] { return qobject_cast<QCPPlottableLegendItem*>(chart.Plot()->legend->item(0)); };
+  const auto clickEntry = [&] {
+    emit chart.Plot()->legendClick(chart.Plot()->legend, entry(), nullptr);
+    QCoreApplication::processEvents();
+  };
+  clickEntry();
+  EXPECT_FALSE(chart.TraceVisible(0));
+  EXPECT_FALSE(chart.findChild<QToolButton*>("traces")->menu()->actions().at(0)->isChecked());
+  ASSERT_EQ(chart.Plot()->legend->itemCount(), 2);
+  EXPECT_EQ(entry()->plottable()->name(), "Internal");
+  const QColor grey = entry()->textColor();
+  chart.setPalette(MakeQPalette(Palette::Dark()));  // a change of the theme keeps the difference
+  EXPECT_NE(entry()->textColor(), grey);
+  EXPECT_EQ(entry()->textColor(), Palette::Dark().mutedText);
+  StripChart large(history);
+  large.CopySettings(chart);
+  EXPECT_FALSE(large.TraceVisible(0));
+  clickEntry();
+  EXPECT_TRUE(chart.TraceVisible(0));
+  EXPECT_EQ(entry()->textColor(), Palette::Dark().text);
+}
+
+TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
+  Show();
+  chart.activateWindow();
+  chart.findChild<QToolButton*>("live")->setFocus(Qt::TabFocusReason);
+  std::string order;
+  for (int i = 0; i < 6; ++i) {
+    QWidget* const here = chart.focusWidget();
+    order += here->objectName().toStdString() + " ";
+    if (here->objectName() == "pause" || here->objectName() == "fit") {
+      QTest::keyClick(here, Qt::Key_Space);
+      EXPECT_EQ(chart.Mode(), here->objectName() == "fit" ? ChartMode::Whole : ChartMode::Paused);
+    }
+    QTest::keyClick(here, Qt::Key_Tab);
+  }
+  EXPECT_EQ(order, "live pause fit traces export plot ");
+}
+
+TEST_F(StripChartTest, AFanThatStandsStillIsSeenAboveTheFrame) {
+  fan = 0;
+  Post(1);
+  Show();
+  EXPECT_LT(chart.Plot()->yAxis2->coordToPixel(0), chart.Plot()->axisRect()->bottom() - 2);
+}
+
+TEST_F(StripChartTest, NumbersAreWrittenAlikeInEveryCountry) {
+  QLocale::setDefault(QLocale(QLocale::German));
+  StripChart german(history);
+  QLocale::setDefault(QLocale::c());
+  QVector<double> ticks;
+  QVector<QString> labels;
+  german.Plot()->yAxis->ticker()->generate({0, 1}, german.Plot()->locale(), 'f', 1, ticks, nullptr, &labels);
+  EXPECT_TRUE(labels.contains("0.6")) << labels.join(' ').toStdString();
+}
+
+TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
+  chart.SetAxisTitles("Temperature", "Fans");
+  chart.SetAxisUnits("°C", "RPM");
+  Post(10);
+  Show();
+  const QRect area = chart.Plot()->axisRect()->rect();
+  QStringList said;
+  QObject::connect(chart.Plot(), &QCustomPlot::afterLayout, [&] {
+    said << chart.Plot()->yAxis->label() << chart.Plot()->yAxis2->label() << chart.Plot()->xAxis->label();
+    if (const auto* head = qobject_cast<QCPTextElement*>(chart.Plot()->plotLayout()->element(0, 0)))
+      said << head->text();
+  });
+  const QByteArray png = chart.Picture(ChartFormat::Png, {"A board", "Saved"});
+  EXPECT_EQ(said, QStringList({"Temperature (°C)", "Fans (RPM)", "Time (h:m:s)", "A board\nSaved"}));
+  EXPECT_EQ(QImage::fromData(png).size(), chart.Plot()->size() * 2);
+  EXPECT_TRUE(chart.Picture(ChartFormat::Pdf, {"A board"}).startsWith("%PDF"));
+  said.clear();
+  chart.Plot()->replot();
+  EXPECT_EQ(said, QStringList({"Temperature", "Fans", ""}));
+  EXPECT_EQ(chart.Plot()->axisRect()->rect(), area);
 }
 
 TEST_F(StripChartTest, PausedPictureStandsWhileReadingsComeIn) {
@@ -180,13 +250,19 @@ TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   EXPECT_EQ(chart.Plot()->itemCount(), 0);
 }
 
-TEST(TraceLines, AreUprightRunsThatTouchAndBridgesWhereNothingWasPosted) {
+TEST(TraceLines, AreUprightRunsThatTouchAndBridgesUnlessNothingWasMeasured) {
   const std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
   const TraceLines lines = MakeTraceLines(columns, {.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1},
                                           std::nullopt, std::nullopt);
   const QVector<QLineF> straight{{0.5, 7.5, 0.5, 9.5}, {1.5, 4.5, 1.5, 7.5}, {4.5, 8.5, 6.5, 8.5}};
   EXPECT_EQ(lines.Straight, straight);
   EXPECT_EQ(lines.Slanted, QVector<QLineF>({{1.5, 5.5, 4.5, 8.5}}));
+  std::vector<TraceColumn> gap = columns;
+  gap[1].GapAfter = true;
+  const TraceLines parted =
+      MakeTraceLines(gap, {.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1}, std::nullopt, std::nullopt);
+  EXPECT_EQ(parted.Straight, straight);
+  EXPECT_TRUE(parted.Slanted.isEmpty());
 }
 
 TEST(ZoomArrows, DraggedOutwardStretchAndInwardCompress) {

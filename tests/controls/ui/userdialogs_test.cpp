@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
+#include <QTest>
 #include <QTimer>
 #include <stdexcept>
 
@@ -35,7 +37,7 @@ TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
   EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|"}));
 }
 
-TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsTitleOrTheProgramsName) {
+TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsWholeTitleOrTheProgramsName) {
   QGuiApplication::setApplicationDisplayName("The Program");
   QtUserDialogs dialogs;
   std::vector<std::string> seen;
@@ -44,16 +46,39 @@ TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsTitleOrTheProgramsName) {
     ASSERT_NE(box, nullptr);
     seen.push_back(std::to_string(box->icon()) + box->windowTitle().toStdString() + "|" + box->text().toStdString() +
                    (box->textFormat() == Qt::PlainText ? "" : "?"));
+    EXPECT_GT(box->width(), box->fontMetrics().horizontalAdvance(box->windowTitle()));
     box->accept();
   };
   QTimer::singleShot(0, look);
   dialogs.Critical("<b>1</b>");
   QTimer::singleShot(0, look);
-  dialogs.Exclamation("2", "There was a Problem!");
+  dialogs.Exclamation("2", "There was a Problem with a long name, much longer than what there is to say of it!");
   QTimer::singleShot(0, look);
   dialogs.Information("3");
-  EXPECT_EQ(seen, (std::vector<std::string>{"3The Program|<b>1</b>", "2There was a Problem!|2", "1The Program|3"}));
+  EXPECT_EQ(seen, (std::vector<std::string>{
+                      "3The Program|<b>1</b>",
+                      "2There was a Problem with a long name, much longer than what there is to say of it!|2",
+                      "1The Program|3"}));
   QGuiApplication::setApplicationDisplayName({});
+}
+
+TEST(UserDialogs, AQuestionIsAnsweredYesByItsButtonOnly) {
+  QtUserDialogs dialogs;
+  const struct {
+    Qt::Key Key;
+    bool Yes;
+  } rows[] = {{Qt::Key_Escape, false}, {Qt::Key_Return, false}, {Qt::Key_Space, true}};
+  for (const auto& row : rows) {
+    QTimer::singleShot(0, [&] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      for (QAbstractButton* button : box->buttons()) {
+        if (row.Yes && button->text() == "Replace") button->setFocus();
+      }
+      QTest::keyClick(box->focusWidget(), row.Key);
+    });
+    EXPECT_EQ(dialogs.Ask("run.csv exists. Replace it?", "Replace"), row.Yes) << row.Key;
+  }
 }
 
 }  // namespace

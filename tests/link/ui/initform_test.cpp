@@ -144,7 +144,7 @@ TEST(InitForm, AChipOfAnotherProgramIsTakenReadOnlyOrNotAtAll) {
             "Selected: 2Eh on SMBus I801 adapter at 0700, i2c-1, used by krx5580 (process 4711)");
   bench.Press("FinishCMD");
   EXPECT_EQ(bench.Dialogs.Shown,
-            std::vector<std::string>{"question|" + wizardtext::Held(*holder) + "|" + wizardtext::title});
+            std::vector<std::string>{"ask|" + wizardtext::Held(*holder) + "|Go on read-only"});
   EXPECT_EQ(bench.Ends, "kept ") << "No leaves the wizard open";
   bench.Dialogs.Yes = true;
   bench.Press("FinishCMD");

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <future>
+#include <memory>
+#include <optional>
+
+#include "controls/chartcsv.h"
+#include "controls/ui/filesaving.h"
+#include "controls/waitbudget.h"
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace krx {
+
+/// Saves a chart's values beside other work, in slices of a few milliseconds from the event loop, and shows how far it
+/// is, with "Cancel". The file is replaced when all is written: whatever ends the saving earlier leaves it as it was.
+class SavingBar : public QWidget {
+  Q_OBJECT
+ public:
+  explicit SavingBar(QWidget* parent = nullptr);
+  ~SavingBar() override;
+
+  /// Keeps the slices out of the waits before transfers. None by default; it is to outlive the bar.
+  void SetWaitBudget(WaitBudget* budget);
+
+  /// The history behind the values is to outlive the bar. Not while it is busy.
+  void Save(ChartCsv values, const QString& fileName);
+  bool Busy() const { return values_.has_value(); }
+
+ signals:
+  void Saved(const QString& fileName);
+  void Cancelled(const QString& fileName);
+  /// Never sent during a transfer, so that a box may tell of it.
+  void Failed(const QString& reason);
+
+ private:
+  void Slice();
+  void Commit();
+  bool PutOff(double seconds, void (SavingBar::*work)());
+  void Cancel();
+  void Fail();
+  void End();
+
+  std::optional<ChartCsv> values_;
+  std::unique_ptr<WholeFile> file_;
+  std::future<bool> committed_;  ///< after the file, which it works on
+  QTimer next_;
+  QTimer shown_;  ///< a short saving shows no bar
+  WaitBudget* budget_ = nullptr;
+  std::size_t rows_ = 0;
+  double sliceSeconds_ = 0;  ///< what the last one took
+  QLabel* label_;
+  QProgressBar* bar_;
+  QPushButton* cancel_;
+};
+
+}  // namespace krx

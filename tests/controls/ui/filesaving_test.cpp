@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ui/filesaving.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "controls/ui/savingbar.h"
+#include "support/fulldisk.h"
+#include "support/scripteddialogs.h"
+
+namespace krx {
+namespace {
+
+TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName) {
+  QTemporaryDir folder;
+  ASSERT_EQ(SaveWhole(folder.filePath("there.csv"), "old"), "");
+  const struct {
+    const char* Typed;
+    bool Yes;
+    const char* Name;  // null: given up
+    bool Asked;
+  } rows[] = {{"new", false, "new.csv", false},
+              {"new.", false, "new.csv", false},
+              {"new.txt", false, "new.txt", false},
+              {"there.csv", false, "there.csv", false},
+              {"there", true, "there.csv", true},
+              {"there", false, nullptr, true},
+              {"no.folder/a", false, "no.folder/a.csv", false}};
+  for (const auto& row : rows) {
+    ScriptedDialogs dialogs;
+    dialogs.Files = {folder.filePath(row.Typed).toStdString()};
+    dialogs.Yes = row.Yes;
+    const auto name = AskSaveName(dialogs, "CSV|*.csv", "chart.csv");
+    EXPECT_EQ(name, row.Name ? std::optional(folder.filePath(row.Name)) : std::nullopt) << row.Typed;
+    const std::string question = "ask|" + folder.filePath("there.csv").toStdString() + " exists. Replace it?|Replace";
+    EXPECT_EQ(dialogs.Shown.size(), row.Asked ? 2U : 1U) << row.Typed;
+    EXPECT_TRUE(!row.Asked || dialogs.Shown.back() == question) << dialogs.Shown.back();
+  }
+}
+
+TEST(FileSaving, AFullDiskLeavesTheOldFileAndNoOther) {
+  QTemporaryDir folder;
+  const QString name = folder.filePath("run.txt");
+  ScriptedDialogs dialogs;
+  EXPECT_EQ(SaveAndTell(dialogs, "The run", name, "old"), "Saved to " + name);
+  {
+    const FullDisk full;
+    EXPECT_EQ(SaveAndTell(dialogs, "The run", name, QByteArray(10'000, 'x')), "");
+  }
+  ASSERT_EQ(dialogs.Shown.size(), 1U);
+  EXPECT_EQ(dialogs.Shown[0].find("critical|The run could not be saved: "), 0U) << dialogs.Shown[0];
+  EXPECT_EQ(Content(name), "old");
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("run.txt"));
+}
+
+struct Saving {
+  Saving() {
+    for (int i = 0; i < 20'000; ++i) History.Append(i * 10'000, std::vector<float>{1.5f});
+    QObject::connect(&Bar, &SavingBar::Saved, [this] { End = "saved"; });
+    QObject::connect(&Bar, &SavingBar::Cancelled, [this] { End = "cancelled"; });
+    QObject::connect(&Bar, &SavingBar::Failed, [this] { End = "failed"; });
+    SaveWhole(Name, "old");
+  }
+  void Start() { Bar.Save({History, {0, History.LastTime() + 1}, {{0, "A"}}, {}}, Name); }
+  bool Ended() {
+    return QTest::qWaitFor([this] { return !End.isEmpty(); }, 60'000);
+  }
+  TraceHistory History{1};
+  QTemporaryDir Folder;
+  QString Name = Folder.filePath("run.csv");
+  SavingBar Bar;
+  QString End;
+};
+
+TEST(SavingBar, SavesInSlicesBetweenOtherWorkWhatWasThereWhenItBegan) {
+  Saving saving;
+  int turns = 0;
+  QTimer other;
+  QObject::connect(&other, &QTimer::timeout, [&] {
+    ++turns;
+    saving.History.Append(saving.History.LastTime() + 10'000, std::vector<float>{2.f});
+  });
+  other.start(0);
+  saving.Start();
+  ASSERT_TRUE(saving.Ended());
+  EXPECT_EQ(saving.End, "saved");
+  EXPECT_GE(turns, 3);
+  const QByteArray text = Content(saving.Name);
+  EXPECT_EQ(text.count('\n'), 20'001);
+  EXPECT_TRUE(text.endsWith("199.990000,1.5\n"));
+}
+
+TEST(SavingBar, WhateverEndsItEarlierLeavesTheOldFile) {
+  {
+    Saving saving;
+    saving.Start();
+    saving.Bar.findChild<QPushButton*>("cmdCancelSaving")->click();
+    EXPECT_EQ(saving.End, "cancelled");
+    EXPECT_EQ(Content(saving.Name), "old");
+    EXPECT_FALSE(saving.Bar.Busy());
+  }
+  Saving saving;
+  const FullDisk full;
+  saving.Start();
+  ASSERT_TRUE(saving.Ended());
+  EXPECT_EQ(saving.End, "failed");
+  EXPECT_EQ(Content(saving.Name), "old");
+}
+
+}  // namespace
+}  // namespace krx

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <sys/resource.h>
+
+#include <QFile>
+#include <csignal>
+
+namespace krx {
+
+/// As long as one lives, no file of this process grows beyond 4 KiB: what writing to a full disk is like.
+class FullDisk {
+ public:
+  FullDisk() : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_);
+    rlimit low = old_;
+    low.rlim_cur = 4096;
+    setrlimit(RLIMIT_FSIZE, &low);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &old_);
+    std::signal(SIGXFSZ, oldHandler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit old_{};
+  void (*oldHandler_)(int);
+};
+
+inline QByteArray Content(const QString& name) {
+  QFile file(name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not there");
+}
+
+}  // namespace krx
