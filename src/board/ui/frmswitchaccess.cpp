@@ -117,6 +117,11 @@ void FrmSwitchAccess::ShowLamps() {
   }
 }
 
+void FrmSwitchAccess::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowLamps();
+}
+
 void FrmSwitchAccess::reject() {
   close();
 }

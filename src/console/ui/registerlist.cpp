@@ -40,7 +40,7 @@ void RegisterRow::ShowState(RowState state) {
 void RegisterRow::ApplyColours() {
   // The text colours are fixed. Each needs the ground on which it can be read, whatever the theme: the two bright ones
   // a dark ground, dark green a light one.
-  QColor text = Palette::For(QGuiApplication::palette()).mutedText;
+  QColor text;
   QColor ground;
   switch (state_) {
     case RowState::Plain:
@@ -59,8 +59,12 @@ void RegisterRow::ApplyColours() {
       break;
   }
   QPalette palette;
-  palette.setColor(QPalette::WindowText, text);
-  if (ground.isValid()) palette.setColor(QPalette::Window, ground);
+  if (ground.isValid()) {
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Window, ground);
+  }
+  // By role, so that it follows a change of the theme.
+  setForegroundRole(ground.isValid() ? QPalette::WindowText : QPalette::PlaceholderText);
   setAutoFillBackground(ground.isValid());
   QFont font = this->font();
   font.setBold(state_ == RowState::Selected || state_ == RowState::SelectedHovered);
@@ -74,11 +78,6 @@ void RegisterRow::mouseMoveEvent(QMouseEvent*) {
 
 void RegisterRow::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) emit Clicked(row_);
-}
-
-void RegisterRow::changeEvent(QEvent* event) {
-  QLabel::changeEvent(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) ApplyColours();
 }
 
 RegisterList::RegisterList(RegisterPanel& panel) : panel_(panel) {

@@ -23,7 +23,6 @@ class RegisterRow : public QLabel {
  protected:
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
-  void changeEvent(QEvent* event) override;
 
  private:
   void ApplyColours();

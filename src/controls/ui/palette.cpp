@@ -114,9 +114,10 @@ QPalette MakeQPalette(const Palette& palette) {
 QString MakeStyleSheet(const Palette& palette) {
   return QStringLiteral(
              "QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
+             "QToolButton:checked { color: %5; }"
              "QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"
              "QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }")
-      .arg(palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name());
+      .arg(palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name(), palette.accent.name());
 }
 
 void ApplyTheme(QApplication& application, Theme theme) {

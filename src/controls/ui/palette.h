@@ -58,7 +58,8 @@ inline constexpr QColor wizardGreen{0, 128, 0};
 /// The toolkit's palette that carries the roles to every standard widget.
 QPalette MakeQPalette(const Palette& palette);
 
-/// The program's one style sheet: cards (any QFrame with the property "card" set to true, see MakeCard) and tool tips.
+/// The program's one style sheet: cards (any QFrame with the property "card" set to true, see MakeCard), tool tips, and
+/// tool buttons that are checked.
 QString MakeStyleSheet(const Palette& palette);
 
 /// Gives the application the Fusion style, the palette of the theme and the style sheet. Theme::System takes the dark

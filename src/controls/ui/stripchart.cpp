@@ -244,7 +244,6 @@ void StripChart::changeEvent(QEvent* event) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
       Restyle(Palette::For(*this));
-      ShowMode();
       redraw_->Request();
       break;
     case QEvent::ActivationChange:  // also tells that a minimised window is back

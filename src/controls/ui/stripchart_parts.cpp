@@ -103,9 +103,6 @@ void StripChart::ShowMode() {
        {std::pair{live_, ChartMode::Live}, std::pair{pause_, ChartMode::Paused}, std::pair{fit_, ChartMode::Whole}}) {
     const QSignalBlocker quiet(button);
     button->setChecked(mode == own);
-    QPalette colours = palette();
-    if (mode == own) colours.setColor(QPalette::ButtonText, Palette::For(*this).accent);
-    button->setPalette(colours);
   }
 }
 

@@ -19,6 +19,7 @@
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
+#include "controls/ui/palette.h"
 #include "controls/ui/stripchart.h"
 #include "controls/ui/userdialogs.h"
 #include "link/busjournal.h"
@@ -474,6 +475,22 @@ TEST(MainForm, AFailingClickShowsOneBox) {
   EXPECT_EQ(console.Text("lblFaults"), "Link faults: 1, last: Error: 57, Device I/O error");
   console.Click("visualdisplaytext_2");
   EXPECT_EQ(console.Dialogs.Texts.size(), 1);
+}
+
+TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
+  ApplyTheme(*qApp, Theme::Light);
+  {
+    Console console;
+    console.Click("cmdSwitchAccess");
+    ApplyTheme(*qApp, Theme::Dark);
+    const Palette& light = Palette::Light();
+    for (const QWidget* widget : QApplication::allWidgets()) {
+      const QColor text = widget->palette().color(widget->foregroundRole());
+      for (const QColor& old : {light.text, light.mutedText, light.accent, light.ok, light.bad})
+        EXPECT_NE(text, old) << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+    }
+  }
+  ApplyTheme(*qApp, Theme::Light);
 }
 
 TEST(MainForm, ClosingEndsTheTraffic) {
