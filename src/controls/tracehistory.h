@@ -89,13 +89,22 @@ class TraceHistory {
     std::uint64_t DroppedChunks = 0;
     std::uint64_t Count = 0;  // entries, dropped ones included
   };
-  struct Run;
+  /// Where one entry lies: pointers to its times and to its values of trace 0; a trace further is one chunk size
+  /// further. On level 0 first and last time, minimum and maximum are the same cell.
+  struct Run {
+    std::int64_t* First;
+    std::int64_t* Last;
+    float* Min;
+    float* Max;
+    std::uint64_t Stride;
+  };
   /// From the first row without any value to the next one with a value.
   struct Gap {
     std::int64_t Begin;
     std::int64_t End;
   };
   enum class Direction { Backward, Forward };
+  static constexpr std::uint64_t kFactor = 16;
 
   Run RunAt(std::size_t level, std::uint64_t entry) const;
   bool Kept(std::size_t level, std::uint64_t entry) const;

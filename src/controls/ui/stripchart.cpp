@@ -215,7 +215,13 @@ void StripChart::PlaceAxes() {
   const ChartSpan shown = view_.Shown();
   plot_->xAxis->setRange(ToSeconds(shown.Begin), ToSeconds(shown.End));
   const auto ticker = plot_->xAxis->ticker().dynamicCast<QCPAxisTickerTime>();
-  if (ticker) ticker->setTimeFormat(shown.Length() < 10'000'000 ? "%h:%m:%s.%z" : "%h:%m:%s");
+  if (ticker) {
+    const bool fine = shown.Length() < 10'000'000;
+    ticker->setTimeFormat(fine ? "%h:%m:%s.%z" : "%h:%m:%s");
+    // No more than leave some room between them.
+    const int label = plot_->fontMetrics().horizontalAdvance(fine ? "00:00:00.000" : "00:00:00");
+    ticker->setTickCount(std::clamp(plot_->axisRect()->width() * 2 / (label * 3), 2, 5));
+  }
   if (values_ == ValueMode::Set) {
     const double highest = ValuesOn(true).Max;
     plot_->yAxis->setRange(RoomBelowZero(left_.Min, left_.Max), left_.Max);

@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyleOptionSpinBox>
 #include <QTabWidget>
 #include <QTest>
@@ -97,6 +98,11 @@ TEST(MainForm, NamesTheMediumInTitleAndStatusBar) {
   EXPECT_EQ(Console(Console::Medium::Smbus).Text("lblMedium"), "Simulated board · SMBus 2Eh");
   EXPECT_EQ(ConnectionText("SMBus I801 adapter at 0700, i2c-1", Console(Console::Medium::Smbus).Chip.Bus),
             "SMBus I801 adapter at 0700, i2c-1 · 2Eh");
+}
+
+TEST(MainForm, LeavesRoomForItsFrameOnTheScreen) {
+  const Console console;  // the offscreen display is 800 high
+  EXPECT_LE(console.Form->height(), console.Form->screen()->availableSize().height() - 20);
 }
 
 TEST(MainForm, HasItsFixedCaptions) {
