@@ -53,8 +53,8 @@ class ReadingCycle {
   ReadingCycle(Link& link, ReadingCycleState state);
 
   /// One tick: its nine steps in order, then one row appended to the history: every value that the chip had measured
-  /// when it was read last, else NaN. A failing transfer gives the rest of the tick up and is thrown on; what was posted
-  /// until then is appended, and no value made of several bytes is left half-read.
+  /// when it was read last, else NaN. A failing transfer gives the rest of the tick up and is thrown on; what was
+  /// posted until then is appended, and no value made of several bytes is left half-read.
   void Tick();
 
   /// No tick will come for a while: one row of nothing ends the traces, and each begins anew with its next reading. A

@@ -101,7 +101,6 @@ void FrmSwitchAccess::Act(const std::function<void()>& action) {
 }
 
 void FrmSwitchAccess::ShowLamps() {
-  const Palette& colours = Palette::For(*this);
   for (std::size_t index = 0; index < lamps_.size(); ++index) {
     const bool closed = board_.SwitchClosed(index);
     QLabel& lamp = *lamps_.at(index);
@@ -110,16 +109,9 @@ void FrmSwitchAccess::ShowLamps() {
     lamp.setAccessibleName(Text(switchMap.at(index).Designator) + (!known   ? " not read"
                                                                    : closed ? " closed"
                                                                             : " open"));
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, !known ? colours.mutedText : closed ? colours.ok : colours.bad);
-    lamp.setPalette(palette);
+    lamp.setForegroundRole(!known ? QPalette::PlaceholderText : closed ? okRole : badRole);
     symbols_.at(index)->SetClosed(closed);
   }
-}
-
-void FrmSwitchAccess::changeEvent(QEvent* event) {
-  QDialog::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) ShowLamps();
 }
 
 void FrmSwitchAccess::reject() {

@@ -32,7 +32,6 @@ class FrmSwitchAccess : public QDialog {
   void Closed();
 
  protected:
-  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void reject() override;
 

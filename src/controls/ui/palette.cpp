@@ -99,11 +99,11 @@ QPalette MakeQPalette(const Palette& palette) {
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
     result.setColor(role, palette.text);
   result.setColor(QPalette::PlaceholderText, palette.mutedText);
-  result.setColor(QPalette::BrightText, palette.bad);
+  result.setColor(okRole, palette.ok);
+  result.setColor(badRole, palette.bad);
   result.setColor(QPalette::Highlight, palette.accent);
   result.setColor(QPalette::HighlightedText, palette.window);
   result.setColor(QPalette::Link, palette.accent);
-  result.setColor(QPalette::LinkVisited, palette.accent);
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
     result.setColor(QPalette::Disabled, role, palette.mutedText);
   result.setColor(QPalette::Disabled, QPalette::Base, palette.window);

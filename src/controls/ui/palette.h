@@ -55,6 +55,11 @@ inline constexpr QColor wizardRed{192, 0, 0};
 inline constexpr QColor wizardGreen{0, 128, 0};
 }  // namespace fixedcolours
 
+/// Roles that carry `ok` and `bad` in the toolkit's palette. A widget's foreground role follows a change of the theme;
+/// a palette of its own does not, for the style sheet puts the old one back.
+inline constexpr QPalette::ColorRole okRole = QPalette::LinkVisited;
+inline constexpr QPalette::ColorRole badRole = QPalette::BrightText;
+
 /// The toolkit's palette that carries the roles to every standard widget.
 QPalette MakeQPalette(const Palette& palette);
 

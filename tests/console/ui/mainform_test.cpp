@@ -487,7 +487,9 @@ TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
   ApplyTheme(*qApp, Theme::Light);
   {
     Console console;
+    console.Form->SelectTab(MainForm::Control);
     console.Click("cmdSwitchAccess");
+    ASSERT_TRUE(console.Find<QLabel>("lmpSwitchU5A")->isVisible());
     ApplyTheme(*qApp, Theme::Dark);
     const Palette& light = Palette::Light();
     for (const QWidget* widget : QApplication::allWidgets()) {

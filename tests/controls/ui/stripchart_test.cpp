@@ -10,8 +10,10 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QTest>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include "controls/ui/traceplottable.h"
 #include "controls/ui/xychart.h"
@@ -110,12 +112,17 @@ TEST_F(StripChartTest, ATraceThatIsSwitchedOffKeepsItsGreyLegendEntry) {
 }
 
 TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
-  Show();
-  chart.activateWindow();
-  chart.findChild<QToolButton*>("live")->setFocus(Qt::TabFocusReason);
+  QWidget window;
+  auto* before = new QPushButton(&window);
+  auto* column = new QVBoxLayout(&window);
+  column->addWidget(before);
+  column->addWidget(&chart);
+  window.show();
+  before->setFocus();
+  QTest::keyClick(before, Qt::Key_Tab);
   std::string order;
   for (int i = 0; i < 6; ++i) {
-    QWidget* const here = chart.focusWidget();
+    QWidget* const here = window.focusWidget();
     order += here->objectName().toStdString() + " ";
     if (here->objectName() == "pause" || here->objectName() == "fit") {
       QTest::keyClick(here, Qt::Key_Space);
@@ -124,6 +131,7 @@ TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
     QTest::keyClick(here, Qt::Key_Tab);
   }
   EXPECT_EQ(order, "live pause fit traces export plot ");
+  chart.setParent(nullptr);
 }
 
 TEST_F(StripChartTest, AFanThatStandsStillIsSeenAboveTheFrame) {

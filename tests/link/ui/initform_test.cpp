@@ -143,8 +143,7 @@ TEST(InitForm, AChipOfAnotherProgramIsTakenReadOnlyOrNotAtAll) {
   EXPECT_EQ(bench.Find<QLabel>("PlaceLBL").text(),
             "Selected: 2Eh on SMBus I801 adapter at 0700, i2c-1, used by krx5580 (process 4711)");
   bench.Press("FinishCMD");
-  EXPECT_EQ(bench.Dialogs.Shown,
-            std::vector<std::string>{"ask|" + wizardtext::Held(*holder) + "|Go on read-only"});
+  EXPECT_EQ(bench.Dialogs.Shown, std::vector<std::string>{"ask|" + wizardtext::Held(*holder) + "|Go on read-only"});
   EXPECT_EQ(bench.Ends, "kept ") << "No leaves the wizard open";
   bench.Dialogs.Yes = true;
   bench.Press("FinishCMD");
