@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/labels.h"
 
+#include "controls/ui/palette.h"
+
 namespace krx {
 
 QLabel* MakeLabel(const char* name, double scale, bool bold, bool muted) {
