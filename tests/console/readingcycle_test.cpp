@@ -8,6 +8,7 @@
 
 #include "console/visualbench.h"
 #include "link/commserror.h"
+#include "link/registeraccess.h"
 
 namespace krx {
 namespace {
@@ -125,7 +126,7 @@ TEST(ReadingCycle, ASpeedIsNotKnownBeforeThePulsesAre) {
 TEST(ReadingCycle, AppendsOneRowATickWithWhatWasPosted) {
   VisualBench bench;
   Workbench& work = bench.Work;
-  for (const std::uint8_t measured : std::initializer_list<std::uint8_t>{0x25, 0x2C, 0x24}) bench.Poke(measured, 0x40);
+  for (std::uint8_t value = 0x20; value < 0x30; ++value) bench.Poke(value, 0x40);
   bench.FailTransfer(4);  // the high byte of a fan
   const float speed = work.Measured.FanSpeeds[1] = 1234;
   EXPECT_THROW(work.Cycle.Tick(), CommsError);
@@ -169,6 +170,8 @@ TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
       }
     }
   };
+  WriteByte(bench.Bus, 0x40, 0x01);
+  bench.Advance(1.1);
   tick(5);
   EXPECT_EQ(NewestRows(work, 5), "-T--F---H-V--- -TT-FF--H-VV-- TTT-FFF-H-VVV- TTTFFFF-H-VVVV TTTFFFFPHVVVVV")
       << "no zeros for what has not had its turn";
