@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/consolerun.h"
+
+#include <QApplication>
+#include <utility>
+
+#include "link/journalmodule.h"
+#include "link/registeraccess.h"
+#include "link/ui/initform.h"
+
+namespace krx {
+namespace {
+
+constexpr int closingMilliseconds = 5;  ///< often: between two ticks on the SMBus there are only some milliseconds
+
+}  // namespace
+
+ConsoleRun::ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dialogs, ConsoleMedium medium,
+                       ConsoleRunOptions options)
+    : application_(application),
+      clock_(clock),
+      dialogs_(dialogs),
+      medium_(std::move(medium)),
+      options_(std::move(options)),
+      systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light) {
+  ApplyThemeChoice(options_.Colours);
+  link_.WritesHeldBack = options_.ReadOnly;
+  turns_.Around([this](const std::string& name, const std::function<void()>& tick) { RunTick(journal_, name, tick); });
+  closing_.setInterval(closingMilliseconds);
+  QObject::connect(&closing_, &QTimer::timeout, &application_, [this] { CloseWindows(); });
+  QObject::connect(&endSignals_, &EndSignals::EndRequested, &closing_, qOverload<>(&QTimer::start));
+}
+
+ConsoleRun::~ConsoleRun() = default;
+
+int ConsoleRun::Run() {
+  if (options_.Connect) {
+    ConnectFirstChip();
+    ShowMainForm();
+  } else {
+    ShowWizard();
+  }
+  return QApplication::exec();
+}
+
+CommsRoot::Factory ConsoleRun::Journaled() {
+  return [this, factory = medium_.Factory] { return MakeJournalModule(factory(), journal_, options_.ReadOnly); };
+}
+
+QString ConsoleRun::MediumNote() const {
+  QString note = QObject::tr("Buses: %1.").arg(medium_.Name);
+  if (!medium_.Reason.isEmpty()) note += QLatin1Char(' ') + medium_.Reason + QLatin1Char('.');
+  if (medium_.Simulated) {
+    note += QObject::tr(" The chip with heaters and switches is at its printer port, another one on its SMBus.");
+  }
+  return note;
+}
+
+void ConsoleRun::ShowWizard() {
+  initForm_ = std::make_unique<InitForm>(wizard_, dialogs_, MediumNote(), !medium_.Simulated);
+  QObject::connect(initForm_.get(), &InitForm::MainWindowWanted, &application_, [this] { MakeMainForm(); });
+  QObject::connect(initForm_.get(), &InitForm::Finished, &application_, [this] { ShowMainForm(); });
+  QObject::connect(initForm_.get(), &InitForm::ReadOnlyWanted, &application_, [this] { GoReadOnly(); });
+  QObject::connect(initForm_.get(), &InitForm::SimulatedBoardWanted, &application_, [this] { UseSimulatedBoard(); });
+  initForm_->show();
+  initForm_->Load();
+}
+
+void ConsoleRun::UseSimulatedBoard() {
+  mainForm_.reset();
+  RunUserAction(dialogs_, [&] {
+    medium_ = options_.SimulatedBoard();
+    root_.Change(Journaled());
+  });
+  initForm_->Restart(MediumNote(), false);
+}
+
+/// Takes the first chip that answers, the printer port before the SMBus.
+void ConsoleRun::ConnectFirstChip() {
+  search_.Load();
+  const auto holder = search_.ConnectFirst(*options_.Connect);
+  if (!holder) return;
+  GoReadOnly();
+  search_.Finish(search_.Rows().front());
+  dialogs_.Exclamation(
+      QObject::tr("The chip is used by %1. This console starts read-only: no write reaches chip or board.")
+          .arg(QString::fromStdString(*holder)),
+      wizardtext::title);
+}
+
+/// Another program writes to the chip: the same bus anew, for reading only. The chip is then chosen once more.
+void ConsoleRun::GoReadOnly() {
+  options_.ReadOnly = link_.WritesHeldBack = true;
+  root_.Change(Journaled());
+  mainForm_.reset();
+}
+
+void ConsoleRun::MakeMainForm() {
+  if (mainForm_) return;
+  const MainFormOptions options{medium_.Name, options_.ReadOnly, medium_.FanSecondsPerSecond};
+  mainForm_ = std::make_unique<MainForm>(bench_, turns_, dialogs_, journal_, options);
+  mainForm_->SetWaitBudget(&pump_);
+  mainForm_->SetTheme(options_.Colours);
+  QObject::connect(mainForm_.get(), &MainForm::ThemeChosen, &application_,
+                   [this](Theme chosen) { ApplyThemeChoice(chosen); });
+}
+
+void ConsoleRun::ShowMainForm() {
+  const BusJournal::OriginScope origin(journal_, "Start-up");
+  MakeMainForm();
+  if (!medium_.Simulated) mainForm_->SetMedium(QString::fromStdString(search_.ChosenBus()));
+  mainForm_->Start();
+  if (medium_.Simulated && !options_.ReadOnly) RunUserAction(dialogs_, [this] { StartSimulatedMonitoring(); });
+  mainForm_->SelectTab(MainForm::VisualDisplay);
+}
+
+/// A simulated chip comes up without monitoring, as a real one does, and a first look would show nothing move. Only
+/// there is it started unasked: hardware is left as it was found.
+void ConsoleRun::StartSimulatedMonitoring() {
+  constexpr std::uint8_t configuration1 = 0x40;
+  constexpr std::uint8_t start = 0x01;
+  UpdateBits(link_, configuration1, start, start);
+  mainForm_->ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
+}
+
+/// A window that is busy (a detection, say) first puts back what it has to and refuses; it is asked again.
+void ConsoleRun::CloseWindows() {
+  if (link_.TransferInProgress()) return;
+  QApplication::closeAllWindows();
+  for (const QWidget* const window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) return;
+  }
+  QApplication::quit();
+}
+
+void ConsoleRun::ApplyThemeChoice(Theme chosen) {
+  ApplyTheme(application_, chosen == Theme::System ? systemTheme_ : chosen);
+}
+
+}  // namespace krx
