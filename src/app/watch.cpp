@@ -123,6 +123,7 @@ class MonitoringStart {
         host_.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";
       }
       settled_ = true;
+    } catch (const GivenUp&) {  // the user wants the end
     } catch (const CommsError& error) {
       faults_.Add(error);
       return error.BoxText();
@@ -138,12 +139,23 @@ class MonitoringStart {
   Faults& faults_;
 };
 
+/// A row, or nothing when the user wants the end: a bus that hangs takes up to a second a transfer.
+std::optional<WatchRow> RowUnlessStopped(Workbench& bench) {
+  try {
+    return MeasureRow(bench);
+  } catch (const GivenUp&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost& host) {
   host.Err() << "krx5580: " << connection.Place() << '\n';
   Link& link = connection.ChipLink();
   Workbench bench(link);
+  link.EndAsked = [&host] { return host.StopRequested(); };
+  const Link::MayGiveUp readings(link);
   Faults faults;
   // Hardware is written only when that was asked for.
   const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
@@ -164,12 +176,13 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   bool anything = false;
   double due = 0;
   while (!host.StopRequested() && host.Out()) {
-    WatchRow row = MeasureRow(bench);
-    row.Time = host.Now();
-    faults.MoveTo(row);
+    std::optional<WatchRow> row = RowUnlessStopped(bench);
+    if (!row) break;
+    row->Time = host.Now();
+    faults.MoveTo(*row);
     // A chip that has been started this moment is well, one that could not be started is not.
-    anything = anything || (row.AnythingRead && monitoring.Settled());
-    display.Show(row);
+    anything = anything || (row->AnythingRead && monitoring.Settled());
+    display.Show(*row);
     if (options.Count && display.Rows() >= *options.Count) break;
 
     // Rows keep to the grid of the interval; one that took longer leaves its missed places out.
@@ -184,7 +197,7 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
     RetryOwed(bench);
     monitoring.Try();
   }
-  return anything;
+  return anything || (host.StopRequested() && display.Rows() == 0);
 }
 
 }  // namespace krx

@@ -64,6 +64,7 @@ void ReadingCycle::Tick() {
   if (lastTick_ && Now() - *lastTick_ >= late) StandStill();
   Row row = nothing;
   ThermCaption.clear();
+  const Link::MayGiveUp readings(link_);
   const auto append = [&] {
     // A chip that is seen not monitoring repeats its last values.
     if (state_.First.Monitoring() == false) row = nothing;

@@ -54,7 +54,8 @@ class ReadingCycle {
 
   /// One tick: its nine steps in order, then one row appended to the history: every value that the chip had measured
   /// when it was read last, else NaN. A failing transfer gives the rest of the tick up and is thrown on; what was
-  /// posted until then is appended, and no value made of several bytes is left half-read.
+  /// posted until then is appended, and no value made of several bytes is left half-read. So does the
+  /// program's end, which gives a tick up between two reads.
   void Tick();
 
   /// No tick will come for a while: one row of nothing ends the traces, and each begins anew with its next reading. A

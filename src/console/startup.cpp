@@ -87,16 +87,20 @@ std::vector<Step> Steps(Workbench& bench) {
 
 /// One try of every owed step and, if `reads`, of every reading step.
 StepProblems TryAgain(Workbench& bench, bool reads) {
+  const Link::MayGiveUp readings(bench.ChipLink);
   StartUpState& state = bench.Start;
   StepProblems problems;
   const auto owed = state.Owed;
   bool boardTried = false;
-  for (const Step& step : Steps(bench)) {
-    const bool due = owed.contains(step.Name);
-    if (step.What == Step::Kind::Board) boardTried = due;
-    const bool follows = boardTried && step.What == Step::Kind::Pins;
-    if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
-    if (auto problem = Try(step, 1, state)) problems.push_back(*problem);
+  try {
+    for (const Step& step : Steps(bench)) {
+      const bool due = owed.contains(step.Name);
+      if (step.What == Step::Kind::Board) boardTried = due;
+      const bool follows = boardTried && step.What == Step::Kind::Pins;
+      if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
+      if (auto problem = Try(step, 1, state)) problems.push_back(*problem);
+    }
+  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
   }
   return problems;
 }
@@ -104,13 +108,17 @@ StepProblems TryAgain(Workbench& bench, bool reads) {
 }  // namespace
 
 StepProblems StartUp(Workbench& bench) {
+  const Link::MayGiveUp readings(bench.ChipLink);
   // The other start values are those that the state was made with.
   bench.Log.ColumnTitles = StartColumnTitles();
   std::vector<std::pair<std::string, std::string>> failed;  // step and problem
-  for (const Step& step : Steps(bench)) {
-    if (auto problem = Try(step, 2, bench.Start)) {
-      if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
+  try {
+    for (const Step& step : Steps(bench)) {
+      if (auto problem = Try(step, 2, bench.Start)) {
+        if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
+      }
     }
+  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
   }
   // A pin step that failed before the routing may have succeeded behind it.
   StepProblems problems;

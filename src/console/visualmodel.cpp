@@ -63,6 +63,7 @@ VisualModel::VisualModel(Workbench& bench, MainTimers& timers)
 }
 
 void VisualModel::EnterVisualDisplay() {
+  const Link::MayGiveUp readings(bench_.ChipLink);
   timers_.StopContinuousReading();
   LabelByPowerMode();
   bench_.Pins.ThermRefresh();
@@ -119,6 +120,7 @@ void VisualModel::Tick() {
 }
 
 void VisualModel::SelectChannel(std::size_t channel) {
+  const Link::MayGiveUp readings(bench_.ChipLink);
   const Channel& row = channels.at(channel);
   bench_.Display.SelectedChannel = static_cast<std::int16_t>(channel);
   state_.Marks.fill(CaptionMark::Plain);

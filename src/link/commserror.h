@@ -27,6 +27,12 @@ class NoAcknowledge : public CommsError {
   using CommsError::CommsError;
 };
 
+/// No failure: the program is to end, and a sequence that only reads was given up between two transfers.
+class GivenUp : public std::runtime_error {
+ public:
+  GivenUp() : std::runtime_error("given up") {}
+};
+
 /// A value that does not fit the byte it is meant for.
 class Overflow : public CommsError {
  public:

@@ -51,13 +51,16 @@ void LinkNewComPort06::ReadRegister() {
   const std::uint8_t chip = ToByte(ChipAddress);
   const std::uint8_t reg = ToByte(AddressPointer);
   TransferScope scope(*this, transfers_);
-  ++transferCount_;
+  ThrowIfGivenUp();
   if (CommsMedium == printerPortMedium) {
+    ++transferCount_;
     const auto adapter = root_.Get().ObtainPrinterPortAdapter();
     const auto device = adapter->ObtainBusDevice();
     RegisterData = device->ReadByteData(chip, reg);
   } else {
     Delay(smbusWaitSeconds);
+    ThrowIfGivenUp();
+    ++transferCount_;
     const auto controller = root_.Get().ObtainSmbusController();
     RegisterData = controller->ReadByteData(chip, reg);
   }
@@ -85,6 +88,10 @@ void LinkNewComPort06::WriteRegister() {
     throw;
   }
   if (!WritesHeldBack) Seen.Saw(reg, data);
+}
+
+void LinkNewComPort06::ThrowIfGivenUp() const {
+  if (mayGiveUp_ > 0 && EndAsked && EndAsked()) throw GivenUp();
 }
 
 double LinkNewComPort06::ElapsedSeconds() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "link/clock.h"
 #include "link/commsroot.h"
@@ -30,6 +31,21 @@ class LinkNewComPort06 {
   bool WritesHeldBack =
       false;  ///< a read-only run: a write succeeds, but the chip never gets it, and Seen keeps its byte
 
+  std::function<bool()> EndAsked;  ///< true once the program is to end; unset: never
+
+  /// For a sequence that may stop anywhere, since it only reads. As long as one lives and an end was asked for, no read
+  /// begins any more: on a bus that hangs each costs up to a second. ReadRegister then throws GivenUp.
+  class MayGiveUp {
+   public:
+    explicit MayGiveUp(LinkNewComPort06& link) : link_(link) { ++link_.mayGiveUp_; }
+    ~MayGiveUp() { --link_.mayGiveUp_; }
+    MayGiveUp(const MayGiveUp&) = delete;
+    MayGiveUp& operator=(const MayGiveUp&) = delete;
+
+   private:
+    LinkNewComPort06& link_;
+  };
+
   /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws
   /// Overflow before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData
   /// then keeps its value. AddressPointer is on return what it was on entry, whatever ran during the wait.
@@ -54,11 +70,14 @@ class LinkNewComPort06 {
   CommsRoot& Root() { return root_; }
 
  private:
+  void ThrowIfGivenUp() const;
+
   CommsRoot& root_;
   Clock& clock_;
   EventPump& pump_;
   PerfClock perfClock_;
   int transfers_ = 0;
+  int mayGiveUp_ = 0;
   std::uint64_t transferCount_ = 0;
 };
 

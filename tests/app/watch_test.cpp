@@ -202,6 +202,16 @@ TEST(Watch, HardwareIsNotWrittenUntilStartIsAskedFor) {
   }
 }
 
+TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
+  for (const int transfer : {3, 40}) {  // of the preparation, and of a row
+    TestHost host;
+    host.Pumping.OnPump = [&] { host.Stop = host.Stop || host.Pumping.Calls == transfer; };
+    EXPECT_EQ(RunCommand({"watch", "--bus", "smbus", "--json"}, host), 0) << transfer;
+    EXPECT_EQ(host.Pumping.Calls, transfer) << "no transfer waits after it";
+    EXPECT_EQ(host.Data.str(), "") << "no row that is only half read";
+  }
+}
+
 TEST(Watch, OnATerminalOnePageIsKeptCurrentUntilCtrlC) {
   TestHost host;
   host.Lines = 24;

@@ -140,6 +140,24 @@ TEST(Link, TheRootObjectIsMadeOnFirstUseOnlyAndAFailureToMakeItIsTriedAgain) {
   EXPECT_EQ(attempts, 2);
 }
 
+TEST(Link, ReadingsAreGivenUpBetweenTwoTransfersOnceTheEndIsAskedFor) {
+  for (const bool duringTheWait : {false, true}) {
+    FakeBench bench;
+    bench.Link.CommsMedium = 0;
+    bool asked = !duringTheWait;
+    if (duringTheWait) bench.Pump.Handler = [&] { asked = true; };
+    bench.Link.EndAsked = [&] { return asked; };
+    {
+      const Link::MayGiveUp readings(bench.Link);
+      EXPECT_THROW(ReadByte(bench.Link, 0x26), GivenUp);
+      EXPECT_EQ(std::ranges::count(bench.Bus.Diary, "smbus read 5A 26"), 0);
+      EXPECT_FALSE(bench.Link.TransferInProgress());
+      EXPECT_NO_THROW(WriteByte(bench.Link, 0x30, 1)) << "what has to be put back is put back";
+    }
+    EXPECT_NO_THROW(ReadByte(bench.Link, 0x26)) << "nor what reads to write";
+  }
+}
+
 TEST(Delay, ReturnsAfterTheTimeAskedForAndLetsEventsRunMeanwhile) {
   FakeBench bench;
   const double start = bench.Link.ElapsedSeconds();

@@ -14,6 +14,8 @@ constexpr int breathMs = 2;
 std::optional<CommsError> RunCaught(const std::function<void()>& tick) {
   try {
     tick();
+  } catch (const GivenUp&) {
+    return std::nullopt;
   } catch (const CommsError& error) {
     return error;
   } catch (const std::exception& error) {

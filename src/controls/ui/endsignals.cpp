@@ -15,8 +15,10 @@ constexpr int retryMilliseconds = 10;
 
 /// A signal handler gets no argument of ours, and writing to a pipe is about all that it may do.
 std::atomic<int> pipeOfHandler{-1};
+std::atomic<bool> askedByHandler{false};
 
 void OnSignal(int) {
+  askedByHandler = true;
   const char byte = 1;
   // A full pipe holds a request already.
   [[maybe_unused]] const auto written = write(pipeOfHandler, &byte, 1);
@@ -31,6 +33,7 @@ EndSignals::EndSignals(std::function<bool()> busy, QObject* parent) : QObject(pa
   int ends[2];
   // Without a pipe the signals keep their plain effect.
   if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return;
+  askedByHandler = false;
   readEnd_ = ends[0];
   writeEnd_ = ends[1];
   pipeOfHandler = writeEnd_;
@@ -52,6 +55,10 @@ EndSignals::~EndSignals() {
   pipeOfHandler = -1;
   if (readEnd_ >= 0) close(readEnd_);
   if (writeEnd_ >= 0) close(writeEnd_);
+}
+
+bool EndSignals::Asked() const {
+  return askedByHandler;
 }
 
 void EndSignals::Ask() {

@@ -19,6 +19,9 @@ class EndSignals : public QObject {
   explicit EndSignals(std::function<bool()> busy, QObject* parent = nullptr);
   ~EndSignals() override;
 
+  /// True from the signal on, while the request may still wait.
+  bool Asked() const;
+
  signals:
   void EndRequested();
 

@@ -87,6 +87,8 @@ bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action, co
       action();
     }
     return true;
+  } catch (const GivenUp&) {
+    return false;
   } catch (const Overflow& error) {
     // A value that was refused before any transfer is no fault of the link.
     text = QString::fromStdString(error.BoxText());

@@ -14,7 +14,9 @@ TEST(EndSignals, ASignalFromOutsideBecomesARequestOnceNothingIsUnderWay) {
     int requests = 0;
     EndSignals endSignals([&] { return busy; });
     QObject::connect(&endSignals, &EndSignals::EndRequested, [&] { ++requests; });
+    EXPECT_FALSE(endSignals.Asked());
     std::raise(signal);
+    EXPECT_TRUE(endSignals.Asked()) << "at once: a transfer under way handles no event";
     LiveBench::Run(30);
     EXPECT_EQ(requests, 0);
     busy = false;
