@@ -29,7 +29,12 @@ std::optional<CommsError> RunCaught(const std::function<void()>& tick) {
 ChipTurns::ChipTurns(Link& link, Failure failed) : link_(link), failed_(std::move(failed)) {
   breath_.setSingleShot(true);
   breath_.setTimerType(Qt::PreciseTimer);
-  connect(&breath_, &QTimer::timeout, this, &ChipTurns::RunNext);
+  // One more pass of the event loop: the pause may end in the pass in which held input becomes ready, and a turn that
+  // ran at once would keep it waiting to its own end.
+  connect(&breath_, &QTimer::timeout, this, [this] {
+    posted_ = true;
+    QMetaObject::invokeMethod(this, &ChipTurns::RunNext, Qt::QueuedConnection);
+  });
 }
 
 void ChipTurns::Ask(ChipTimer& timer) {
@@ -43,12 +48,13 @@ void ChipTurns::Withdraw(ChipTimer& timer) {
 }
 
 void ChipTurns::ScheduleNext() {
-  if (running_ || holds_ > 0 || waiting_.empty() || breath_.isActive()) return;
+  if (running_ || holds_ > 0 || waiting_.empty() || breath_.isActive() || posted_) return;
   const auto rested = sinceLastTurn_.isValid() ? std::min<qint64>(sinceLastTurn_.elapsed(), breathMs) : breathMs;
   breath_.start(breathMs - static_cast<int>(rested));
 }
 
 void ChipTurns::RunNext() {
+  posted_ = false;
   if (running_ || holds_ > 0 || waiting_.empty()) return;
   if (link_.TransferInProgress()) {
     breath_.start(breathMs);

@@ -71,6 +71,7 @@ class ChipTurns : public QObject {
   std::deque<ChipTimer*> waiting_;  ///< each timer at most once
   QTimer breath_;
   QElapsedTimer sinceLastTurn_;
+  bool posted_ = false;  ///< the next turn comes in the next pass of the event loop
   bool running_ = false;
   int holds_ = 0;
 };

@@ -88,6 +88,28 @@ TEST(ChipTurns, InputDuringATickIsDeliveredBetweenTwoTurns) {
   EXPECT_GE(nudges, 5);
 }
 
+TEST(ChipTurns, WhatBecomesReadyAsThePauseEndsComesBeforeTheNextTurn) {
+  Busy bench;
+  std::string seen;
+  // A timer that is due later than the pause's, in the same pass of an event loop that was kept busy over both.
+  QObject::connect(&bench.Turns, &ChipTurns::TurnEnded, &bench.Turns, [&] {
+    QTimer::singleShot(0, Qt::PreciseTimer, &bench.Turns, [&] {
+      QTimer::singleShot(3, Qt::PreciseTimer, &bench.Turns,
+                         [&] { seen += bench.Turns.TurnRunning() ? "inside " : "between "; });
+      QElapsedTimer busy;
+      for (busy.start(); busy.elapsed() < 6;) {
+      }
+    });
+  });
+  int ticks = 0;
+  std::unique_ptr<ChipTimer> timer = bench.Timer('a', [&] {
+    if (++ticks == 4) timer->Stop();
+  });
+  timer->Start();
+  LiveBench::Run(250);
+  EXPECT_EQ(seen, "between between between between ");
+}
+
 TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
   Busy bench;
   std::vector<std::string> failures;
