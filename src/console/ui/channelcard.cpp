@@ -138,10 +138,12 @@ void ChannelCard::Release(Marker marker) {
 }
 
 void ChannelCard::ShowLimits(const GaugeMarkers& markers, std::size_t channel, bool powerMode) {
-  if (std::exchange(channel_, channel) != channel) {
+  // A drag ends with its channel: its release would write to the next one.
+  const bool changed = std::exchange(channel_, channel) != channel;
+  if (changed) {
     for (LimitBox* box : {highBox_, lowBox_}) box->Release();
   }
-  if (gauge_->Markers().Scale() != markers.Scale() || !markers.IsPlaced(Marker::Low))
+  if (changed || gauge_->Markers().Scale() != markers.Scale() || !markers.IsPlaced(Marker::Low))
     gauge_->SetScale(markers.Scale().Minimum, markers.Scale().Maximum);
   for (const Marker marker : {Marker::Low, Marker::High}) {
     if (!markers.IsPlaced(marker)) continue;

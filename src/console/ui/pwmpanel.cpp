@@ -66,7 +66,7 @@ void PwmPanel::Show(const VisualState& state, bool old) {
 }
 
 void PwmPanel::LetGo() {
-  slider_->setSliderDown(false);
+  slider_->LetGo();
 }
 
 }  // namespace krx

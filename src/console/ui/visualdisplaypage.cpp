@@ -108,8 +108,9 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
     if (!Do([&] { model_.SliderMoving(value); })) pwm_->LetGo();
   });
   connect(pwm_, &PwmPanel::SliderReleased, this, [this] { Do([&] { model_.SliderReleased(); }); });
-  connect(pwm_, &PwmPanel::SliderReleasedAfterMove, this,
-          [this](int value) { Do([&] { model_.SliderReleasedAfterMove(value); }); });
+  connect(pwm_, &PwmPanel::SliderReleasedAfterMove, this, [this](int value) {
+    if (!Do([&] { model_.SliderReleasedAfterMove(value); })) pwm_->LetGo();
+  });
 }
 
 QWidget* VisualDisplayPage::MakeTiles() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/dutyslider.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 #include <utility>
@@ -44,6 +46,24 @@ bool DutySlider::SetValue(int value) {
   const QSignalBlocker blocker(this);
   setValue(value);
   return true;
+}
+
+void DutySlider::LetGo() {
+  setRepeatAction(SliderNoAction);
+  setSliderDown(false);
+}
+
+void DutySlider::timerEvent(QTimerEvent* event) {
+  // The groove repeats by a timer, which goes on when a box has opened over it and taken the release.
+  const QWidget* const modal = QApplication::activeModalWidget();
+  const bool covered = modal != nullptr && !modal->isAncestorOf(this);
+  if (covered || !QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) return LetGo();
+  QSlider::timerEvent(event);
+}
+
+void DutySlider::changeEvent(QEvent* event) {
+  QSlider::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) LetGo();
 }
 
 void DutySlider::wheelEvent(QWheelEvent* event) {

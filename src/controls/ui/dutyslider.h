@@ -16,6 +16,9 @@ class DutySlider : public QSlider {
   QString Caption() const { return caption_; }
   void SetCaption(const QString& caption);
 
+  /// Ends what the user holds, as letting go of the button does, whose release will not come.
+  void LetGo();
+
   /// Shows a duty without a signal. Refused (false) while the user holds the slider.
   bool SetValue(int value);
 
@@ -27,6 +30,8 @@ class DutySlider : public QSlider {
   void ReleasedAfterMove(int value);
 
  protected:
+  void timerEvent(QTimerEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:

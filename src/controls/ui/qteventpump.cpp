@@ -4,8 +4,12 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include <QAbstractButton>
 #include <QAbstractEventDispatcher>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QCoreApplication>
+#include <QTimerEvent>
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -34,6 +38,13 @@ class HoldScope {
   double& holdEnd_;
   double outer_;
 };
+
+/// Controls whose own timers carry on what a held mouse button or key began.
+bool RepeatsInput(const QObject* object) {
+  return qobject_cast<const QAbstractSlider*>(object) != nullptr ||
+         qobject_cast<const QAbstractSpinBox*>(object) != nullptr ||
+         qobject_cast<const QAbstractButton*>(object) != nullptr;
+}
 
 }  // namespace
 
@@ -71,6 +82,7 @@ QtEventPump::QtEventPump()
       notifier_(std::make_unique<QSocketNotifier>(timer_->Number(), QSocketNotifier::Read)),
       holdEnd_(never) {
   connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { timer_->Clear(); });
+  QCoreApplication::instance()->installEventFilter(this);
 }
 
 QtEventPump::~QtEventPump() = default;
@@ -92,7 +104,15 @@ void QtEventPump::Pump(double seconds, PumpMode mode) {
   if (!hold) return;
   // Without it the dispatcher sleeps on the input it was told to leave aside until something else happens.
   if (auto* dispatcher = QAbstractEventDispatcher::instance()) dispatcher->wakeUp();
-  if (!putOff_.empty()) QMetaObject::invokeMethod(this, &QtEventPump::RunPutOff, Qt::QueuedConnection);
+  if (!putOff_.empty() || !repeats_.empty())
+    QMetaObject::invokeMethod(this, &QtEventPump::RunPutOff, Qt::QueuedConnection);
+}
+
+bool QtEventPump::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Timer || holdEnd_ == never || !RepeatsInput(watched)) return false;
+  const auto repeat = std::pair(QPointer(watched), static_cast<QTimerEvent*>(event)->timerId());
+  if (std::find(repeats_.begin(), repeats_.end(), repeat) == repeats_.end()) repeats_.push_back(repeat);
+  return true;
 }
 
 double QtEventPump::SecondsLeft() const {
@@ -110,9 +130,19 @@ void QtEventPump::Forget(const void* owner) {
 
 void QtEventPump::RunPutOff() {
   if (holdEnd_ != never) return;  // already the next transfer waits; its end posts again
+  DeliverRepeats();
   for (auto count = putOff_.size(); count > 0 && !putOff_.empty(); --count) {
     const auto work = putOff_.extract(putOff_.begin());
     work.mapped()();
+  }
+}
+
+void QtEventPump::DeliverRepeats() {
+  // A control that was let go of meanwhile no longer knows the timer.
+  for (const auto& [control, timer] : std::exchange(repeats_, {})) {
+    if (!control) continue;
+    QTimerEvent event(timer);
+    QCoreApplication::sendEvent(control, &event);
   }
 }
 

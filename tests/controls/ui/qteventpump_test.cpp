@@ -61,6 +61,21 @@ TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
   EXPECT_EQ(window.Moves, 2) << "the main loop wakes for what was held, though nothing else happens";
 }
 
+TEST(QtEventPump, WhatAHeldControlRepeatsWaitsLikeOtherInput) {
+  struct Held : QAbstractSlider {
+    Held() { setRepeatAction(SliderSingleStepAdd, 1, 1); }
+  } held;
+  LiveBench bench;
+  int inside = 0;
+  QObject::connect(&held, &QAbstractSlider::valueChanged, [&] { inside += bench.Bus.TransferInProgress() ? 1 : 0; });
+  for (int i = 0; i < 4; ++i) ReadByte(bench.Bus, 0x26);
+  EXPECT_EQ(held.value(), 0);
+  QCoreApplication::processEvents();
+  EXPECT_GE(held.value(), 1) << "held, not lost";
+  EXPECT_LE(held.value(), 3) << "twenty that were missed are not made up for";
+  EXPECT_EQ(inside, 0);
+}
+
 TEST(QtEventPump, AWaitIsNeverShortAndSleepsWhileNothingHappens) {
   LiveBench bench;
   const double cpu = CpuSeconds();
