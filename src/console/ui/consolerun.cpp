@@ -19,11 +19,12 @@ ConsoleRun::ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dia
                        ConsoleRunOptions options)
     : application_(application),
       clock_(clock),
-      dialogs_(dialogs),
       medium_(std::move(medium)),
       options_(std::move(options)),
-      systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light) {
+      systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light),
+      dialogs_(dialogs, pump_, [this] { return link_.TransferInProgress() || turns_.TurnRunning(); }) {
   ApplyThemeChoice(options_.Colours);
+  link_.EndAsked = [this] { return endSignals_.Asked(); };
   link_.WritesHeldBack = options_.ReadOnly;
   turns_.Around([this](const std::string& name, const std::function<void()>& tick) { RunTick(journal_, name, tick); });
   closing_.setInterval(closingMilliseconds);
@@ -34,13 +35,19 @@ ConsoleRun::ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dia
 ConsoleRun::~ConsoleRun() = default;
 
 int ConsoleRun::Run() {
+  OpenFirstWindow();
+  return QApplication::exec();
+}
+
+void ConsoleRun::OpenFirstWindow() {
+  // Before the main loop runs nothing could end a box that is open.
+  const GatedDialogs::Together boxes(dialogs_);
   if (options_.Connect) {
     ConnectFirstChip();
     ShowMainForm();
   } else {
     ShowWizard();
   }
-  return QApplication::exec();
 }
 
 CommsRoot::Factory ConsoleRun::Journaled() {
@@ -106,6 +113,9 @@ void ConsoleRun::MakeMainForm() {
 }
 
 void ConsoleRun::ShowMainForm() {
+  // A bus that fails here fails in every step, which is one box; and it comes when the wizard has closed.
+  const GatedDialogs::Together boxes(dialogs_);
+  if (endSignals_.Asked()) return;  // on a bus that hangs the search alone takes seconds
   const BusJournal::OriginScope origin(journal_, "Start-up");
   MakeMainForm();
   if (!medium_.Simulated) mainForm_->SetMedium(QString::fromStdString(search_.ChosenBus()));
@@ -119,6 +129,7 @@ void ConsoleRun::ShowMainForm() {
 void ConsoleRun::StartSimulatedMonitoring() {
   constexpr std::uint8_t configuration1 = 0x40;
   constexpr std::uint8_t start = 0x01;
+  const Link::MayGiveUp unlessEnding(link_);
   UpdateBits(link_, configuration1, start, start);
   mainForm_->ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
 }

@@ -12,9 +12,9 @@
 #include "console/workbench.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/endsignals.h"
+#include "controls/ui/gateddialogs.h"
 #include "controls/ui/palette.h"
 #include "controls/ui/qteventpump.h"
-#include "controls/ui/userdialogs.h"
 #include "link/busjournal.h"
 #include "link/chipsearch.h"
 #include "link/commsroot.h"
@@ -45,7 +45,8 @@ struct ConsoleRunOptions {
 /// Everything of one run of the console, in order of dependency, and who hears whom.
 class ConsoleRun {
  public:
-  /// All are to outlive the run; the clock is also that of the medium.
+  /// dialogs: what opens the boxes, behind the run's gate. All are to outlive the run; the clock is also that of the
+  /// medium.
   ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dialogs, ConsoleMedium medium,
              ConsoleRunOptions options);
   ~ConsoleRun();
@@ -63,6 +64,7 @@ class ConsoleRun {
   void UseSimulatedBoard();
   void ConnectFirstChip();
   void GoReadOnly();
+  void OpenFirstWindow();
   void MakeMainForm();
   void ShowMainForm();
   void StartSimulatedMonitoring();
@@ -71,7 +73,6 @@ class ConsoleRun {
 
   QApplication& application_;
   Clock& clock_;
-  UserDialogs& dialogs_;
   ConsoleMedium medium_;
   ConsoleRunOptions options_;
   Theme systemTheme_;
@@ -81,6 +82,7 @@ class ConsoleRun {
   CommsRoot root_{Journaled()};
   Link link_{root_, clock_, pump_};
   ChipTurns turns_{link_};
+  GatedDialogs dialogs_;
   EndSignals endSignals_{[this] { return link_.TransferInProgress(); }};  // outlives the bench, which ends the heaters
   Workbench bench_{link_};
   ChipSearch search_{link_};

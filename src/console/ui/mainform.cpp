@@ -111,8 +111,7 @@ void MainForm::Start() {
     problems = StartUp(bench_);
   }
   show();
-  // The box comes when this window is all there is: the caller has yet to close its own.
-  QTimer::singleShot(0, this, [this, problems] { ShowProblems(problems); });
+  ShowProblems(problems);
 }
 
 void MainForm::ShowProblems(const std::vector<std::string>& problems) {
@@ -323,15 +322,31 @@ void MainForm::VisualTick() {
   const std::uint64_t before = bench_.ChipLink.TransferCount();
   try {
     model_.Tick();
+  } catch (const CommsError&) {
+    backoff_.Failed();
+    PaceCycle();
+    visual_->GapPosted();
+    throw;
   } catch (...) {
     visual_->GapPosted();
     throw;
   }
+  backoff_.Succeeded();
+  PaceCycle();
   transfers_ += bench_.ChipLink.TransferCount() - before;
   ++ticks_;
   sinceGoodTick_.start();
   visual_->Posted();
   ShowDue();
+}
+
+void MainForm::PaceCycle() {
+  const int pause = backoff_.PauseMilliseconds();
+  if (!visualTimer_.IsActive() || (pause == 0 && visualTimer_.Interval() == tickMilliseconds)) return;
+  // Stopped first: its timeout may have asked for the next turn during this one. The pause begins now.
+  visualTimer_.Stop();
+  visualTimer_.SetInterval(std::max(pause, tickMilliseconds));
+  visualTimer_.Start();
 }
 
 void MainForm::ShowDue() {
@@ -351,8 +366,11 @@ void MainForm::ShowCycle() {
   const bool fresh = visualTimer_.IsActive() && sinceGoodTick_.elapsed() < freshMilliseconds;
   if (sinceReport_.elapsed() >= reportMilliseconds / 2) {
     const double seconds = static_cast<double>(sinceReport_.restart()) / 1000;
-    status_->ShowCycle({fresh, bench_.First.Monitoring() == false,
-                        ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0, ticks_ / seconds});
+    status_->ShowCycle({.Running = fresh,
+                        .NotMonitoring = bench_.First.Monitoring() == false,
+                        .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,
+                        .TicksPerSecond = ticks_ / seconds,
+                        .PauseSeconds = visualTimer_.IsActive() ? backoff_.PauseMilliseconds() / 1000.0 : 0});
     ticks_ = 0;
     transfers_ = 0;
   }

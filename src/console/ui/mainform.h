@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "console/cyclebackoff.h"
 #include "console/visualmodel.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
@@ -101,6 +102,7 @@ class MainForm : public QMainWindow, private MainTimers {
   void ShowSetupLog();
   void ShowAbout();
   void VisualTick();
+  void PaceCycle();
   void ShowDue();
   void ResetRanges();
   void ShowCycle();
@@ -123,6 +125,7 @@ class MainForm : public QMainWindow, private MainTimers {
   QPointer<FrmFanConfig> fanConfig_;
   QActionGroup* themes_ = nullptr;
   ChipTimer visualTimer_;
+  CycleBackoff backoff_;
   QTimer cycleReport_;
   QElapsedTimer sinceShown_;
   QElapsedTimer sinceReport_;

@@ -47,11 +47,17 @@ void StatusLine::ShowConnection(const QString& connection) {
 }
 
 void StatusLine::ShowCycle(const CycleReport& report) {
-  SetTextIfChanged(*cycle_, report.NotMonitoring ? tr("|  Not monitoring, values are out of date")
-                            : report.Running     ? tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
-                                                   .arg(report.ReadsPerTick, 0, 'f', 0)
-                                                   .arg(report.TicksPerSecond, 0, 'f', 1)
-                                             : tr("|  Standing still, values are old"));
+  QString text = tr("|  Not reading, values are out of date");
+  if (report.PauseSeconds > 0 && !report.Running) {
+    text = tr("|  The bus fails, next try every %1 s, values are out of date").arg(report.PauseSeconds, 0, 'f', 1);
+  } else if (report.NotMonitoring) {
+    text = tr("|  Not monitoring, values are out of date");
+  } else if (report.Running) {
+    text = tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
+               .arg(report.ReadsPerTick, 0, 'f', 0)
+               .arg(report.TicksPerSecond, 0, 'f', 1);
+  }
+  SetTextIfChanged(*cycle_, text);
 }
 
 void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {

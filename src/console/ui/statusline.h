@@ -19,6 +19,7 @@ struct CycleReport {
   bool NotMonitoring = false;  ///< the chip was last seen not measuring, whether it is being read or not
   double ReadsPerTick = 0;
   double TicksPerSecond = 0;
+  double PauseSeconds = 0;  ///< what the cycle rests before the next try, on a bus that does not answer
 };
 
 /// The status bar: where the chip is, whether the cycle runs, a passing message, the alarms, the link faults, the log.

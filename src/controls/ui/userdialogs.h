@@ -11,7 +11,8 @@
 namespace krx {
 
 /// The modal boxes and file dialogs, behind an interface so that a test answers them. An empty title stands for the
-/// program's name. Open one only between complete register sequences: timers go on behind it.
+/// program's name. The program's go through GatedDialogs, so that none opens inside a transfer; a box may then come
+/// only after the call has returned.
 class UserDialogs {
  public:
   virtual ~UserDialogs() = default;

@@ -230,7 +230,7 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_EQ(console.Text("lblSummary"), "old value");
   for (const char* name : {"lblReadout", "lblPWM", "lblTmin_0", "lblOpPoint_2"})
     EXPECT_EQ(console.Find<QLabel>(name)->foregroundRole(), QPalette::PlaceholderText) << name;
-  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Standing still") != std::string::npos; }));
+  EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("Not reading") != std::string::npos; }));
 }
 
 TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {

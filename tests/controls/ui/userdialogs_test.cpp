@@ -10,7 +10,10 @@
 #include <QTimer>
 #include <stdexcept>
 
+#include "controls/ui/gateddialogs.h"
 #include "link/commserror.h"
+#include "link/registeraccess.h"
+#include "support/livebench.h"
 #include "support/scripteddialogs.h"
 
 namespace krx {
@@ -36,6 +39,71 @@ TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
   EXPECT_TRUE(RunUserAction(dialogs, [] {}));
   EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|"}));
 }
+
+struct GateBench : LiveBench {
+  GateBench() {
+    Boxes.WhileOpen = [this] { Inside += Bus.TransferInProgress() || Turns.TurnRunning() ? 1 : 0; };
+  }
+  ScriptedDialogs Boxes;
+  GatedDialogs Gate{Boxes, Pump, [this] { return Bus.TransferInProgress() || Turns.TurnRunning(); }};
+  int Inside = 0;
+};
+using Shown = std::vector<std::string>;
+
+TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
+  GateBench bench;
+  bench.Gate.Critical("at once");
+  EXPECT_EQ(bench.Boxes.Shown, (Shown{"critical|at once|"}));
+  QTimer::singleShot(1, [&] { bench.Gate.Critical("in a transfer"); });
+  for (int i = 0; i < 3; ++i) ReadByte(bench.Bus, 0x26);
+  EXPECT_EQ(bench.Boxes.Shown.size(), 1U);
+  int ticks = 0;
+  ChipTimer timer(bench.Turns, "t", 1, [&] {
+    if (++ticks == 1) bench.Gate.Exclamation("in a turn", "its title");
+    for (int i = 0; i < 3; ++i) ReadByte(bench.Bus, 0x26);
+  });
+  const auto look = bench.Boxes.WhileOpen;
+  int behind = 0;
+  bench.Boxes.WhileOpen = [&] {
+    look();
+    const int before = ticks;
+    LiveBench::Run(100);
+    behind = ticks - before;
+  };
+  timer.Start();
+  LiveBench::Run(150);
+  EXPECT_EQ(bench.Boxes.Shown,
+            (Shown{"critical|at once|", "critical|in a transfer|", "exclamation|in a turn|its title"}));
+  EXPECT_GE(behind, 2) << "the cycle goes on behind a box";
+  EXPECT_EQ(bench.Inside, 0);
+}
+
+TEST(GatedDialogs, BoxesThatWaitTogetherAreOneAndFileDialogsNeverWait) {
+  GateBench bench;
+  {
+    const GatedDialogs::Together together(bench.Gate);
+    bench.Gate.Information("a");
+    bench.Gate.Critical("b");
+    bench.Gate.Exclamation("b");
+    bench.Gate.Exclamation("c", "of its own");
+    LiveBench::Run(5);
+    EXPECT_EQ(bench.Boxes.Shown, Shown{});
+  }
+  EXPECT_EQ(bench.Boxes.Shown, Shown{}) << "the caller has still to close its window";
+  LiveBench::Run(5);
+  EXPECT_EQ(bench.Boxes.Shown, (Shown{"critical|a\nb|", "exclamation|c|of its own"}));
+  bench.Boxes.Files = {"f"};
+  EXPECT_EQ(bench.Gate.SaveFile("*"), "f");
+}
+
+#ifndef QT_NO_DEBUG
+TEST(GatedDialogsDeathTest, ADebugBuildStopsAtAModalWindowInsideATransfer) {
+  GateBench bench;
+  QMessageBox box;
+  QTimer::singleShot(1, &box, [&] { box.open(); });
+  EXPECT_DEATH(ReadByte(bench.Bus, 0x26), "modal window was shown inside a transfer");
+}
+#endif
 
 TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsWholeTitleOrTheProgramsName) {
   QGuiApplication::setApplicationDisplayName("The Program");

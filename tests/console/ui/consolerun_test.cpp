@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program's own start-up order on the live event pump, over the SMBus, where every transfer handles events.
+#include "console/ui/consolerun.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <csignal>
+
+#include "link/ui/initform.h"
+#include "simulator/simcomms.h"
+
+namespace krx {
+namespace {
+
+/// A run of the program with the toolkit's own boxes. `Step` is called every few milliseconds, boxes or not, until the
+/// program has ended.
+struct RunBench {
+  explicit RunBench(const std::string& fault, bool wizard = false) {
+    if (!fault.empty()) Sim.AddFault(*ParseFault(fault));
+    if (!wizard) Options.Connect = SearchMedia{.Smbus = true};
+  }
+
+  int Run() {
+    QElapsedTimer time;
+    time.start();
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+      if (time.elapsed() > 20'000) QApplication::exit(3);  // otherwise it would never end
+      Step();
+    });
+    watch.start(5);
+    const int result = ConsoleRun(*qApp, Time, Boxes,
+                                  {[this] { return Sim.MakeCommsModule(); }, "Simulated board", "", true, 1}, Options)
+                           .Run();
+    QCoreApplication::removePostedEvents(qApp, QEvent::Quit);  // asked for twice; the next test's loop goes on
+    return result;
+  }
+
+  static QMessageBox* Box() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+  template <class Window>
+  static Window* Shown() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+      if (auto* const window = qobject_cast<Window*>(widget); window != nullptr && window->isVisible()) return window;
+    }
+    return nullptr;
+  }
+  std::size_t Transfers() { return Sim.Trace().Transfers().size(); }
+
+  SystemClock Time;
+  Simulation Sim{Time, {}};
+  QtUserDialogs Boxes;
+  ConsoleRunOptions Options;
+  std::function<void()> Step;
+};
+
+/// Presses its way to the chip on the SMBus.
+void PressWizard(InitForm& wizard) {
+  const auto press = [&](const char* name) {
+    auto* const button = wizard.findChild<QPushButton*>(name);
+    if (button->isEnabled() && button->isVisible()) button->click();
+  };
+  press("FinishCMD");
+  if (wizard.isVisible()) press("NextCMD");
+}
+
+TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBoth) {
+  const struct {
+    const char* Fault;
+    bool Wizard;
+    const char* FirstLine;
+    const char* LastLine;
+    bool Cycle;  ///< not without the byte that says whether the chip monitors
+  } rows[] = {
+      {"fail=1+,reg=5D", false, "PWM2 behaviour: ", "PWM2 behaviour: ", true},
+      {"fail=1+,reg=5D", true, "PWM2 behaviour: ", "PWM2 behaviour: ", true},
+      {"fail=1+,reg=40", false, "Power mode: ", "", false},
+      {"fail=5+", false, "Programmed pulses: ", "", false},  // and all that follows: monitoring, the first page
+      {"fail=5+", true, "Programmed pulses: ", "", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.Fault) + (row.Wizard ? " by the wizard" : ""));
+    RunBench bench(row.Fault, row.Wizard);
+    QStringList lines;
+    int boxes = 0;
+    const QMessageBox* box = nullptr;
+    std::size_t atOpening = 0;
+    QElapsedTimer open;
+    bool wizardStays = false;
+    bench.Step = [&] {
+      auto* const wizard = RunBench::Shown<InitForm>();
+      if (RunBench::Box() != std::exchange(box, RunBench::Box()) && box != nullptr) {
+        if (++boxes > 1) return;
+        lines = box->text().split('\n');
+        atOpening = bench.Transfers();
+        open.start();
+      }
+      if (!open.isValid()) {
+        if (wizard != nullptr) PressWizard(*wizard);
+        return;
+      }
+      wizardStays = wizard != nullptr;
+      if (open.elapsed() > 250) std::raise(SIGTERM);
+    };
+    EXPECT_EQ(bench.Run(), 0);
+    EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(lines.value(0).toStdString(), std::string(row.FirstLine) + "Error: 57, Device I/O error");
+    EXPECT_EQ(lines.value(lines.size() - 1).toStdString(), std::string(row.LastLine) + "Error: 57, Device I/O error");
+    EXPECT_FALSE(wizardStays);
+    EXPECT_EQ(bench.Transfers() > atOpening, row.Cycle);
+  }
+}
+
+TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
+  for (const int transfer : {6, 60}) {  // of the start-up, and of a tick
+    RunBench bench("");
+    std::size_t atSignal = 0;
+    bench.Step = [&] {
+      if (atSignal > 0 || bench.Transfers() < static_cast<std::size_t>(transfer)) return;
+      std::raise(SIGTERM);
+      atSignal = bench.Transfers();
+    };
+    EXPECT_EQ(bench.Run(), 0);
+    EXPECT_EQ(bench.Transfers(), atSignal);
+  }
+}
+
+}  // namespace
+}  // namespace krx
