@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window on the simulated buses, run for some seconds: how long a tick takes against the waits that the SMBus
 // demands, how many ticks a second happen, what the whole process uses of a core, and when the first reading is shown.
+// And how long the user's input waits while the cycle runs: the pointer is moved at random moments, which goes the way
+// of a click, until the window is told. (To be run under X, whose events come from another process as a user's do.)
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
 #include <QApplication>
+#include <QCursor>
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
+#include <optional>
+#include <random>
 #include <vector>
 
 #include "console/ui/mainform.h"
@@ -107,6 +112,69 @@ void MainWindowCycle(benchmark::State& state) {
   }
 }
 BENCHMARK(MainWindowCycle)->ArgName("board")->Arg(0)->Arg(1)->Iterations(1)->Unit(benchmark::kSecond);
+
+/// Moves the pointer over a window and notes how long it takes until the program hears of it.
+class Nudger : public QObject {
+ public:
+  explicit Nudger(WatchedConsole& console) : console_(console) {
+    qApp->installEventFilter(this);
+    next_.setSingleShot(true);
+    next_.setTimerType(Qt::PreciseTimer);
+    connect(&next_, &QTimer::timeout, this, &Nudger::Nudge);
+    next_.start(0);
+  }
+
+  std::vector<double> Milliseconds;
+  int Missed = 0;  ///< not heard of before the next one
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseMove && since_) {
+      Milliseconds.push_back((console_.Bus.ElapsedSeconds() - *since_) * 1000);
+      since_.reset();
+    }
+    return false;
+  }
+
+ private:
+  void Nudge() {
+    if (since_) ++Missed;
+    left_ = !left_;
+    since_ = console_.Bus.ElapsedSeconds();
+    QCursor::setPos(console_.Form->mapToGlobal(QPoint(left_ ? 300 : 400, left_ ? 300 : 400)));
+    next_.start(std::uniform_int_distribution(150, 350)(random_));
+  }
+
+  WatchedConsole& console_;
+  QTimer next_;
+  std::optional<double> since_;
+  bool left_ = false;
+  std::mt19937 random_{1};
+};
+
+void ClickLatency(benchmark::State& state) {
+  constexpr std::size_t clicks = 300;
+  for (auto step : state) {
+    WatchedConsole console(false);
+    RunLoop(1);
+    const std::size_t before = console.Ticks.size();
+    const double start = console.Bus.ElapsedSeconds();
+    Nudger nudger(console);
+    while (nudger.Milliseconds.size() < clicks) RunLoop(1);
+    const double passed = console.Bus.ElapsedSeconds() - start;
+    std::vector<double>& waits = nudger.Milliseconds;
+    std::sort(waits.begin(), waits.end());
+    double sum = 0;
+    for (const double wait : waits) sum += wait;
+    state.counters["mean_ms"] = sum / static_cast<double>(waits.size());
+    state.counters["p95_ms"] = waits.at(waits.size() * 95 / 100);
+    state.counters["p99_ms"] = waits.at(waits.size() * 99 / 100);
+    state.counters["worst_ms"] = waits.back();
+    state.counters["missed"] = nudger.Missed;
+    state.counters["ticks_per_second"] = static_cast<double>(console.Ticks.size() - before) / passed;
+  }
+}
+BENCHMARK(ClickLatency)->Iterations(1)->Unit(benchmark::kSecond);
 
 }  // namespace
 }  // namespace krx
