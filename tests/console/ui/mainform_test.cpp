@@ -423,6 +423,26 @@ TEST(MainForm, AFailedWriteEndsTheDragOfTheSlider) {
   EXPECT_TRUE(console.Form->VisualTimerRunning());
 }
 
+TEST(MainForm, ADragEndsWithItsChannel) {
+  Console console;
+  console.Click("visualdisplaytext_1");
+  auto* gauge = console.Find<LimitGauge>("limits_gauge");
+  const QPoint grip(gauge->width() / 2, static_cast<int>(gauge->MarkerY(Marker::High)));
+  const auto drag = [&](QEvent::Type type, int down) {
+    QMouseEvent event(type, grip + QPoint(0, down), gauge->mapToGlobal(grip), Qt::LeftButton, Qt::LeftButton, {});
+    QApplication::sendEvent(gauge, &event);
+  };
+  drag(QEvent::MouseButtonPress, 0);
+  console.Chip.Traffic();
+  drag(QEvent::MouseMove, 20);
+  EXPECT_EQ(console.Chip.Traffic().substr(0, 9), "W4E:81 W4");
+  console.Click("visualdisplaytext_2");
+  console.Chip.Traffic();
+  drag(QEvent::MouseMove, 40);
+  drag(QEvent::MouseButtonRelease, 40);
+  EXPECT_EQ(console.Chip.Traffic(), "") << "nor to the new channel, whose scale is the same";
+}
+
 TEST(MainForm, AFansSpeedAndLimitAreNotKnownUntilThePulsesWereRead) {
   Console console(Console::Medium::Board, true, false, false, "fail=1+,reg=7B");
   console.Chip.Advance(1.1);
