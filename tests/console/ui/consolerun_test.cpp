@@ -123,7 +123,7 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
 }
 
 TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
-  for (const int transfer : {6, 60}) {  // of the start-up, and of a tick
+  for (const int transfer : {6, 200}) {  // of the start-up, and of a tick
     RunBench bench("");
     std::size_t atSignal = 0;
     bench.Step = [&] {

@@ -99,19 +99,20 @@ TEST(MainFormLive, AHeldGrooveWritesBetweenTicksAndNotBehindTheBoxOfAFailedWrite
   EXPECT_EQ(writesBehindBox, 0);
 
   // Between two writes there are whole ticks only; each begins with the fraction of a temperature.
-  std::string traffic = console.Sim.Trace().Text(TraceFilter::Registers);
+  console.Form.close();
+  const std::string traffic = console.Sim.Trace().Text(TraceFilter::Registers) + " ";
   const std::regex tick(
       "R77 (R26 |R25 |R27 )(R2[8-F] ){2}R7[67] R2[0-4] R41 R42 R3[0-2] R6[DE] R6[789] R3[345] "
       "(R79 R78 (R7D )?)?|W30:[0-9A-F]{2}!? ");
-  EXPECT_EQ(std::regex_replace(traffic.substr(0, traffic.rfind("R77")), tick, ""), "") << traffic;
+  EXPECT_EQ(std::regex_replace(traffic, tick, ""), "") << traffic;
 }
 
 TEST(MainFormLive, ABusThatFailsIsReadEverMoreSeldomAndAtOnceAgainWhenItAnswers) {
   LiveConsole console;
   console.Sim.AddFault(*ParseFault("fail=1+"));
-  LiveBench::Run(1500);
+  LiveBench::Run(1000);
   // 0, 10, 110, 310, 710 ms, and some time for each transfer.
-  EXPECT_LE(console.Sim.Trace().Transfers().size(), 24U);
+  EXPECT_LE(console.Sim.Trace().Transfers().size(), 16U);
   EXPECT_TRUE(console.Wait([&] { return console.Text("lblCycle").find("The bus fails") != std::string::npos; }))
       << console.Text("lblCycle");
   console.Sim.ClearFaults();
