@@ -36,9 +36,7 @@ void SetMuted(QLabel& label, bool muted) {
 
 void SetBad(QLabel& label, bool bad, bool muted) {
   // By role, not by colour: the label then follows a change of the theme.
-  const QPalette::ColorRole role = bad     ? badRole
-                                   : muted ? QPalette::PlaceholderText
-                                           : QPalette::WindowText;
+  const QPalette::ColorRole role = bad ? badRole : muted ? QPalette::PlaceholderText : QPalette::WindowText;
   if (label.foregroundRole() != role) label.setForegroundRole(role);
 }
 

@@ -16,6 +16,7 @@
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/gateddialogs.h"
 #include "link/busjournal.h"
+#include "simulator/simwords.h"
 #include "support/livebench.h"
 
 namespace krx {
