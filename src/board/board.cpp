@@ -16,13 +16,13 @@ constexpr int bitsPerDiode = 3;
 
 }  // namespace
 
-Board::Board(Link& link, BoardState& state)
+Board::Board(Link& link, BoardState& state, OwedWrites& owed)
     : link_(link),
       state_(state),
       switches_{
           Switch(link, SwitchDeviceAddress(SwitchDevice::U5)), Switch(link, SwitchDeviceAddress(SwitchDevice::U6)),
           Switch(link, SwitchDeviceAddress(SwitchDevice::U4)), Switch(link, SwitchDeviceAddress(SwitchDevice::U3))},
-      heaters_{Heater(link, 1), Heater(link, 2)} {}
+      heaters_{Heater(link, owed, 1), Heater(link, owed, 2)} {}
 
 void Board::SwitchHeatersOff() {
   std::exception_ptr failure;
@@ -34,17 +34,6 @@ void Board::SwitchHeatersOff() {
     }
   }
   if (failure) std::rethrow_exception(failure);
-}
-
-void Board::ReleaseHeaters() noexcept {
-  for (Heater& heater : heaters_) {
-    if (!heater.SwitchedOnHere()) continue;
-    try {
-      heater.SetHeaterOn(false);
-    } catch (...) {
-      // Nobody is left to be told; the other heater still gets its turn.
-    }
-  }
 }
 
 void Board::SetHeater(std::size_t heater, bool on) {

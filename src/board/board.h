@@ -16,12 +16,10 @@ namespace krx {
 /// there is none and every operation does nothing.
 class Board {
  public:
-  Board(Link& link, BoardState& state);
+  Board(Link& link, BoardState& state, OwedWrites& owed);
 
   /// Both heaters off, heater 1 first. A failing heater does not keep the other one on; the error is thrown last.
   void SwitchHeatersOff();
-  /// Switches off what this run switched on; never throws, since it runs when the program ends.
-  void ReleaseHeaters() noexcept;
 
   /// The heater check boxes: remembers the wish, then writes it. heater: 0 or 1.
   void SetHeater(std::size_t heater, bool on);

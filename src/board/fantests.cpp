@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "link/registeraccess.h"
+#include "registers/chipreadings.h"
 
 namespace krx {
 namespace {
@@ -69,6 +70,12 @@ GlitchTest::TickResult GlitchTest::Tick() {
 void GlitchTest::Stop() {
   running_ = false;
   finished_ = false;
+}
+
+std::string GlitchTest::Leaves() const {
+  const std::string second = SeenDuty(link_, 1), third = SeenDuty(link_, 2);
+  if (second == third) return "PWM2 and PWM3 in manual control at " + second;
+  return "PWM2 in manual control at " + second + ", PWM3 at " + third;
 }
 
 double GlitchTest::RemainingSeconds() {

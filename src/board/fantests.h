@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "link/linknewcomport06.h"
 #include "records/logstate.h"
@@ -40,6 +41,8 @@ class GlitchTest {
   int Step() const { return step_; }
   /// Last byte written to PWM3, which decides on the end.
   std::uint8_t Duty() const { return duty_; }
+  /// How the outputs stand, by what was last seen on the bus: "PWM2 and PWM3 in manual control at 29 %".
+  std::string Leaves() const;
   /// Until the tick that ends the test; 0 when none runs.
   double RemainingSeconds();
 

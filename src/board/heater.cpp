@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "board/heater.h"
 
+#include <fmt/format.h>
+
 #include "board/switches.h"
 
 namespace krx {
@@ -18,12 +20,16 @@ void Heater::SetHeaterOn(bool on) {
   const auto device = adapter->ObtainBusDevice();
   const std::uint8_t status = device->ReadStatusByte();
   if (const std::uint8_t mask = Mask(); mask != 0) {
-    // Set before the write: a heater that may be on after a failed transfer has to be switched off at the end.
-    if (on) switchedOnHere_ = true;
+    // Before the write: a heater that may be on after a failed transfer has to be switched off at the end.
+    if (on && ticket_ == 0) {
+      ticket_ = owed_.Enter(fmt::format("heater {} is still on", heaterNumber_), [this] { SetHeaterOn(false); });
+    }
     device->SetControlByte(static_cast<std::uint8_t>(on ? status | mask : status & ~mask));
   }
   device->Complete();
-  if (!on) switchedOnHere_ = false;
+  if (on) return;
+  owed_.Settle(ticket_);
+  ticket_ = 0;
 }
 
 bool Heater::HeaterOn() {

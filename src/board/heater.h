@@ -4,14 +4,20 @@
 #include <cstdint>
 
 #include "link/linknewcomport06.h"
+#include "link/owedwrites.h"
 
 namespace krx {
 
 /// One of the board's two heaters. Its state is not cached: it is read from and written to the board each time. On
-/// the SMBus there is no board: writing does nothing and a heater reads off.
+/// the SMBus there is no board: writing does nothing and a heater reads off. One that this run switched on is owed to
+/// be off until it is.
 class Heater {
  public:
-  Heater(Link& link, std::uint8_t heaterNumber) : link_(link), heaterNumber_(heaterNumber) {}
+  Heater(Link& link, OwedWrites& owed, std::uint8_t heaterNumber)
+      : link_(link), owed_(owed), heaterNumber_(heaterNumber) {}
+  ~Heater() { owed_.Settle(ticket_); }
+  Heater(const Heater&) = delete;
+  Heater& operator=(const Heater&) = delete;
 
   void SetHeaterOn(bool on);
   bool HeaterOn();
@@ -20,14 +26,15 @@ class Heater {
   std::uint8_t HeaterNumber() const { return heaterNumber_; }
 
   /// True after this object switched the heater on, until it switched it off again.
-  bool SwitchedOnHere() const { return switchedOnHere_; }
+  bool SwitchedOnHere() const { return ticket_ != 0; }
 
  private:
   std::uint8_t Mask() const;
 
   Link& link_;
+  OwedWrites& owed_;
   std::uint8_t heaterNumber_;
-  bool switchedOnHere_ = false;
+  OwedWrites::Ticket ticket_ = 0;  ///< while it is owed to be off
 };
 
 }  // namespace krx

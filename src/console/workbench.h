@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <iostream>
+
 #include "autocontrol/zonestate.h"
 #include "board/board.h"
 #include "board/boardstate.h"
@@ -18,6 +20,7 @@
 #include "fans/fancommon.h"
 #include "fans/fanconfig.h"
 #include "link/linknewcomport06.h"
+#include "link/owedwrites.h"
 #include "power/powersettings.h"
 #include "records/logstate.h"
 
@@ -27,8 +30,8 @@ namespace krx {
 /// models see all of it.
 struct Workbench {
   explicit Workbench(Link& link) : ChipLink(link) {}
-  /// However the program ends, no heater that it switched on stays on.
-  ~Workbench() { EvalBoard.ReleaseHeaters(); }
+  /// However the program ends, what it took is put back.
+  ~Workbench() { Owed.PutBackAtEnd(std::cerr); }
   Workbench(const Workbench&) = delete;
   Workbench& operator=(const Workbench&) = delete;
 
@@ -44,7 +47,8 @@ struct Workbench {
   TraceHistory History{traceCount};
   FirstValues First{ChipLink};
   SeenRanges Ranges;
-  Board EvalBoard{ChipLink, BoardFlags};
+  OwedWrites Owed{ChipLink};
+  Board EvalBoard{ChipLink, BoardFlags, Owed};
   PinSettings Pins{EvalBoard};
   RegisterPanel Registers{ChipLink};
   FanConfig FanSettings{ChipLink, EvalBoard, Fans, Display.BehaviourCode};

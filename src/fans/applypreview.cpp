@@ -28,7 +28,8 @@ std::string PlannedWriteText(const PlannedWrite& write) {
 ApplyPreview PreviewApply(Link& link, const FanCommon& fans, const AllFanFields& fields) {
   RecordingLink recording(link);
   BoardState boardState;
-  Board board(recording.Recording(), boardState);
+  OwedWrites owed(recording.Recording());
+  Board board(recording.Recording(), boardState, owed);
   FanCommon fansCopy = fans;
   std::array<std::uint8_t, 3> behaviourCodes{};
   FanConfig config(recording.Recording(), board, fansCopy, behaviourCodes);

@@ -7,6 +7,8 @@
 #include <cstdlib>
 
 #include "fans/fanconfig.h"
+#include "fans/manualcontrol.h"
+#include "link/commserror.h"
 #include "link/registeraccess.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
@@ -30,17 +32,9 @@ constexpr double standstillPollSeconds = 0.02;
 // Nothing cools while the fan is waited for.
 constexpr double heatCheckSeconds = 1;
 
-constexpr std::uint8_t manualControl = 0xE0;
+constexpr std::uint8_t configuration1 = 0x40;
+constexpr std::uint8_t monitoringBit = 0x01;
 constexpr std::uint8_t fullDuty = 0xFF;
-
-struct OutputRegisters {
-  std::uint8_t Configuration;
-  std::uint8_t Duty;
-  std::uint8_t TachLow;
-  std::uint8_t TachHigh;
-};
-constexpr std::array<OutputRegisters, 3> outputs{
-    {{0x5C, 0x30, 0x28, 0x29}, {0x5D, 0x31, 0x2A, 0x2B}, {0x5E, 0x32, 0x2C, 0x2D}}};
 
 /// A zone's temperature and its THERM limit, both signed whole degrees.
 struct ThermRegisters {
@@ -49,60 +43,6 @@ struct ThermRegisters {
 };
 constexpr std::uint8_t noThermLimit = 0x80;
 constexpr std::array<ThermRegisters, 3> thermZones{{{0x26, 0x6B}, {0x25, 0x6A}, {0x27, 0x6C}}};
-
-/// Takes an output into manual control and puts its configuration back, whatever ends the run. An output that was in
-/// manual control before gets its duty back too, unless the run found a new one.
-class ManualControl {
- public:
-  ManualControl(Link& link, const OutputRegisters& output, bool dutyChanges)
-      : link_(link), output_(output), configuration_(ReadByte(link, output.Configuration)) {
-    const bool manualBefore = (configuration_ & manualControl) == manualControl;
-    if (manualBefore && dutyChanges) duty_ = ReadByte(link, output.Duty);
-    restore_ = true;
-    try {
-      WriteByte(link, output.Configuration, configuration_ | manualControl);
-    } catch (...) {
-      // The destructor of an object that was never made does not run, and the write may have arrived.
-      RestoreQuietly();
-      throw;
-    }
-  }
-  ~ManualControl() { RestoreQuietly(); }
-  ManualControl(const ManualControl&) = delete;
-  ManualControl& operator=(const ManualControl&) = delete;
-
-  void KeepDuty() { duty_ = none; }
-
-  /// Throws when a transfer fails; the destructor then tries once more.
-  void Restore() {
-    if (duty_ != none) WriteByte(link_, output_.Duty, duty_);
-    WriteByte(link_, output_.Configuration, configuration_);
-    restore_ = false;
-  }
-
- private:
-  void RestoreQuietly() noexcept {
-    if (!restore_) return;
-    try {
-      if (duty_ != none) WriteByte(link_, output_.Duty, duty_);
-    } catch (...) {
-      // The configuration matters more; it gets its turn.
-    }
-    try {
-      WriteByte(link_, output_.Configuration, configuration_);
-    } catch (...) {
-      // The failure that ended the run is the one to report.
-    }
-    restore_ = false;
-  }
-
-  Link& link_;
-  const OutputRegisters& output_;
-  std::uint8_t configuration_;
-  static constexpr int none = -1;  // no std::optional: optimised builds warn that its empty value may be read
-  int duty_ = none;
-  bool restore_ = false;
-};
 
 std::string Rpm(float speed) {
   return FormatFixed(speed, 0) + " RPM";
@@ -127,45 +67,57 @@ SteadyVerdict JudgeReadings(std::span<const std::uint16_t, steadyReadingCount> c
   return verdict;
 }
 
-MinimumPwm::MinimumPwm(Link& link, const FanCommon& fans, DetectionMonitor& monitor)
-    : link_(link), fans_(fans), monitor_(monitor) {}
+MinimumPwm::MinimumPwm(Link& link, OwedWrites& owed, const FanCommon& fans, DetectionMonitor& monitor)
+    : link_(link), owed_(owed), fans_(fans), monitor_(monitor) {}
 
 DetectionResult MinimumPwm::Min_PWM(std::size_t index) {
   DetectionResult result;
   progress_ = {};
   progress_.SecondsLeft = secondsPerValue * static_cast<double>(testValues.size());
+  try {
+    Detect(index, result);
+  } catch (const Cancelled&) {
+    result.End = DetectionEnd::Cancelled;
+  } catch (const CommsError& error) {
+    if (NotRestoredText(link_, owed_, index).empty()) throw;
+    result.End = DetectionEnd::LinkFault;
+    result.Message = error.BoxText();
+  }
+  result.NotRestored = NotRestoredText(link_, owed_, index);
+  if (!result.NotRestored.empty()) result.Fault = owed_.LastFailure();
+  return result;
+}
+
+void MinimumPwm::Detect(std::size_t index, DetectionResult& result) {
   if (AtThermLimit()) {
     result.End = DetectionEnd::TooHot;
     result.Message = "Temperature Too High!\n\nA temperature zone is at its THERM limit; the fan is not stopped now.";
-    return result;
+    return;
   }
   if (!IsPresent(index)) {
     result.End = DetectionEnd::Absent;
     result.Message = "Fan Not Present!";
-    return result;
+    return;
   }
-  ManualControl control(link_, outputs.at(index), true);
+  ManualControl control(link_, owed_, index, true);
   try {
-    RunValues(index, result);
+    RunValues(index, control, result);
     if (result.End == DetectionEnd::Found) control.KeepDuty();
-  } catch (const Cancelled&) {
-    result.End = DetectionEnd::Cancelled;
   } catch (const DidNotStop&) {
     result.End = DetectionEnd::DidNotStop;
     result.Message = DidNotStopText();
   } catch (const TooHot&) {
-    WriteByte(link_, outputs.at(index).Duty, fullDuty);
+    control.SetDuty(fullDuty);
     result.End = DetectionEnd::TooHot;
     result.Message = "Temperature Too High!\n\nA temperature zone reached its THERM limit; the detection was ended.";
   }
-  control.Restore();
-  return result;
+  control.PutBack();
 }
 
-void MinimumPwm::RunValues(std::size_t index, DetectionResult& result) {
+void MinimumPwm::RunValues(std::size_t index, ManualControl& control, DetectionResult& result) {
   for (const int duty : testValues) {
     valueStart_ = monitor_.Seconds();
-    WriteByte(link_, outputs.at(index).Duty, 0);
+    control.SetDuty(0);
     progress_.Values = std::min(100.0, progress_.Values + valuesBarStep);
     progress_.Duty = duty;
     ShowProgress();
@@ -173,7 +125,7 @@ void MinimumPwm::RunValues(std::size_t index, DetectionResult& result) {
     DutyEvidence evidence;
     evidence.Duty = duty;
     WaitForStandstill(index, evidence);
-    TestSteadyRun(index, evidence);
+    TestSteadyRun(index, control, evidence);
     result.Evidence.push_back(evidence);
     progress_.SecondsLeft -= secondsPerValue;
     if (evidence.Verdict.Passed) {
@@ -189,10 +141,10 @@ void MinimumPwm::RunValues(std::size_t index, DetectionResult& result) {
 }
 
 bool MinimumPwm::IsPresent(std::size_t index) {
-  ManualControl control(link_, outputs.at(index), false);
+  ManualControl control(link_, owed_, index, false);
   const std::uint16_t count = ReadCount(index);
   speedBefore_ = SpeedOf(index, count);
-  control.Restore();
+  if (!control.PutBack()) throw CommsError(owed_.LastFailure());
   return count != standstillCount;
 }
 
@@ -216,9 +168,9 @@ void MinimumPwm::WaitForStandstill(std::size_t index, DutyEvidence& evidence) {
   progress_.StandstillSecondsLeft.reset();
 }
 
-void MinimumPwm::TestSteadyRun(std::size_t index, DutyEvidence& evidence) {
+void MinimumPwm::TestSteadyRun(std::size_t index, ManualControl& control, DutyEvidence& evidence) {
   // The duty is a percentage throughout: what is tested is the byte that accepting the result writes.
-  WriteByte(link_, outputs.at(index).Duty, MinimumDutyByte(evidence.Duty).value_or(fullDuty));
+  control.SetDuty(MinimumDutyByte(evidence.Duty).value_or(fullDuty));
   Wait(settlingSeconds);
   progress_.Readings = 0;
   for (std::uint16_t& count : evidence.Counts) {
@@ -231,9 +183,15 @@ void MinimumPwm::TestSteadyRun(std::size_t index, DutyEvidence& evidence) {
   evidence.Verdict = JudgeReadings(evidence.Counts);
 }
 
+std::uint8_t MinimumPwm::Read(std::uint8_t reg) {
+  // On a slow bus the next look at the user's Cancel would come too late for a program that is to end.
+  if (link_.EndAsked && link_.EndAsked()) throw Cancelled();
+  return ReadByte(link_, reg);
+}
+
 std::uint16_t MinimumPwm::ReadCount(std::size_t index) {
-  const int low = ReadByte(link_, outputs.at(index).TachLow);
-  const auto count = static_cast<std::uint16_t>(low + 256 * ReadByte(link_, outputs.at(index).TachHigh));
+  const int low = Read(outputRegisters.at(index).TachLow);
+  const auto count = static_cast<std::uint16_t>(low + 256 * Read(outputRegisters.at(index).TachHigh));
   progress_.SpeedRpm = SpeedOf(index, count);
   return count;
 }
@@ -244,8 +202,8 @@ float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
 
 bool MinimumPwm::AtThermLimit() {
   return std::any_of(thermZones.begin(), thermZones.end(), [&](const ThermRegisters& zone) {
-    const std::uint8_t limit = ReadByte(link_, zone.Limit);
-    return limit != noThermLimit && TempFromByte(ReadByte(link_, zone.Value), 0) >= TempFromByte(limit, 0);
+    const std::uint8_t limit = Read(zone.Limit);
+    return limit != noThermLimit && TempFromByte(Read(zone.Value), 0) >= TempFromByte(limit, 0);
   });
 }
 
@@ -272,9 +230,18 @@ std::string MinimumPwm::DidNotStopText() const {
                      Rpm(speedAtZero_), cause);
 }
 
+std::string MonitoringWarning(const Link& link) {
+  const auto seen = link.Seen.Byte(configuration1);
+  if (!seen) return "Temperatures may not be measured: it is not known whether monitoring is on";
+  return (*seen & monitoringBit) != 0 ? "" : "Temperatures are not measured: monitoring is off";
+}
+
 std::string EvidenceText(const DetectionResult& result, int fan) {
+  constexpr std::array<const char*, 7> ends{"",        "none found", "fan not present",           "fan did not stop",
+                                            "too hot", "cancelled",  "ended by a failed transfer"};
   std::string text = fmt::format("Minimum PWM of fan {}: {}\n", fan,
-                                 result.End == DetectionEnd::Found ? fmt::format("{} %", result.Value) : "none found");
+                                 result.End == DetectionEnd::Found ? fmt::format("{} %", result.Value)
+                                                                   : ends.at(static_cast<std::size_t>(result.End)));
   for (const DutyEvidence& evidence : result.Evidence) {
     text += fmt::format("\n{} %: {}\nstopped after {:.1f} s, mean count {}, misses {} of {}\ncounts:", evidence.Duty,
                         evidence.Verdict.Passed ? "passed" : "failed", evidence.SecondsToStop,

@@ -10,9 +10,13 @@
 #include <vector>
 
 #include "fans/fancommon.h"
+#include "link/commserror.h"
 #include "link/linknewcomport06.h"
+#include "link/owedwrites.h"
 
 namespace krx {
+
+class ManualControl;
 
 inline constexpr std::size_t steadyReadingCount = 21;  ///< the first one is discarded
 inline constexpr std::uint16_t standstillCount = 0xFFFF;
@@ -33,17 +37,23 @@ struct DutyEvidence {
   SteadyVerdict Verdict;
 };
 
-enum class DetectionEnd { Found, NoneFound, Absent, DidNotStop, TooHot, Cancelled };
+enum class DetectionEnd { Found, NoneFound, Absent, DidNotStop, TooHot, Cancelled, LinkFault };
 
 struct DetectionResult {
   std::int16_t Value = 100;  ///< the first duty in % that passed, 0 when none did, 100 when there is no result
   DetectionEnd End = DetectionEnd::Cancelled;
   std::string Message;  ///< for a box with the critical-error icon; empty: none is shown
   std::vector<DutyEvidence> Evidence;
+  std::string NotRestored;          ///< how the output stands when it could not be put back; empty: it was
+  std::optional<CommsError> Fault;  ///< why it could not
 };
 
 /// Counts, mean, misses, time to stop and verdict of every tested duty, as text.
 std::string EvidenceText(const DetectionResult& result, int fan);
+
+/// What to ask before a detection: without the chip's monitoring nothing sees that a zone gets hot while its fan
+/// stands. By what was last seen on the bus; empty when it monitors.
+std::string MonitoringWarning(const Link& link);
 
 /// What a run shows while it goes on.
 struct DetectionProgress {
@@ -67,12 +77,13 @@ class DetectionMonitor {
 };
 
 /// Finds the lowest duty at which a fan starts from standstill and runs steadily. The output is in manual control
-/// meanwhile; its configuration register is put back on every way out, an exception included.
+/// meanwhile; its configuration register is put back on every way out, an exception included, and stays owed where that
+/// fails.
 class MinimumPwm {
  public:
-  MinimumPwm(Link& link, const FanCommon& fans, DetectionMonitor& monitor);
+  MinimumPwm(Link& link, OwedWrites& owed, const FanCommon& fans, DetectionMonitor& monitor);
 
-  /// index: 0..2. Throws what the link throws, after the configuration has been put back.
+  /// index: 0..2. Throws what the link throws, unless the output could not be put back: then the result says both.
   DetectionResult Min_PWM(std::size_t index);
 
  private:
@@ -80,10 +91,12 @@ class MinimumPwm {
   struct TooHot {};
   struct DidNotStop {};
 
-  void RunValues(std::size_t index, DetectionResult& result);
+  void Detect(std::size_t index, DetectionResult& result);
+  void RunValues(std::size_t index, ManualControl& control, DetectionResult& result);
   bool IsPresent(std::size_t index);
   void WaitForStandstill(std::size_t index, DutyEvidence& evidence);
-  void TestSteadyRun(std::size_t index, DutyEvidence& evidence);
+  void TestSteadyRun(std::size_t index, ManualControl& control, DutyEvidence& evidence);
+  std::uint8_t Read(std::uint8_t reg);
   std::uint16_t ReadCount(std::size_t index);
   float SpeedOf(std::size_t index, std::uint16_t count) const;
   bool AtThermLimit();
@@ -92,6 +105,7 @@ class MinimumPwm {
   std::string DidNotStopText() const;
 
   Link& link_;
+  OwedWrites& owed_;
   const FanCommon& fans_;
   DetectionMonitor& monitor_;
   DetectionProgress progress_;

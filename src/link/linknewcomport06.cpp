@@ -2,6 +2,7 @@
 #include "link/linknewcomport06.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "link/commserror.h"
 
@@ -19,16 +20,28 @@ std::uint8_t ToByte(std::int16_t value) {
   return static_cast<std::uint8_t>(value);
 }
 
+}  // namespace
+
 /// Marks a transfer as running, and puts the caller's operands back however it ends: handlers that ran during its
 /// wait have set their own.
-class TransferScope {
+class LinkNewComPort06::TransferScope {
  public:
-  TransferScope(LinkNewComPort06& link, int& transfers)
-      : link_(link), transfers_(transfers), addressPointer_(link.AddressPointer), writeData_(link.WriteData) {
-    ++transfers_;
+  explicit TransferScope(LinkNewComPort06& link)
+      : link_(link), addressPointer_(link.AddressPointer), writeData_(link.WriteData) {
+    ++link_.transfers_;
+  }
+  /// The bus is reached; a transfer that was given up before never happened.
+  void Begin() {
+    begun_ = true;
+    ++link_.transferCount_;
   }
   ~TransferScope() {
-    --transfers_;
+    --link_.transfers_;
+    if (begun_) {
+      // Compared, because a transfer may itself be made while another failure is on its way up.
+      link_.lastTransferFailed_ = std::uncaught_exceptions() > exceptions_;
+      if (!link_.lastTransferFailed_) ++link_.successCount_;
+    }
     link_.AddressPointer = addressPointer_;
     link_.WriteData = writeData_;
   }
@@ -37,30 +50,29 @@ class TransferScope {
 
  private:
   LinkNewComPort06& link_;
-  int& transfers_;
   std::int16_t addressPointer_;
   std::int16_t writeData_;
+  int exceptions_ = std::uncaught_exceptions();
+  bool begun_ = false;
 };
 
-}  // namespace
-
 LinkNewComPort06::LinkNewComPort06(CommsRoot& root, Clock& clock, EventPump& pump)
-    : root_(root), clock_(clock), pump_(pump) {}
+    : root_(root), clock_(clock), pump_(&pump) {}
 
 void LinkNewComPort06::ReadRegister() {
   const std::uint8_t chip = ToByte(ChipAddress);
   const std::uint8_t reg = ToByte(AddressPointer);
-  TransferScope scope(*this, transfers_);
+  TransferScope scope(*this);
   ThrowIfGivenUp();
   if (CommsMedium == printerPortMedium) {
-    ++transferCount_;
+    scope.Begin();
     const auto adapter = root_.Get().ObtainPrinterPortAdapter();
     const auto device = adapter->ObtainBusDevice();
     RegisterData = device->ReadByteData(chip, reg);
   } else {
     Delay(smbusWaitSeconds);
     ThrowIfGivenUp();
-    ++transferCount_;
+    scope.Begin();
     const auto controller = root_.Get().ObtainSmbusController();
     RegisterData = controller->ReadByteData(chip, reg);
   }
@@ -71,8 +83,8 @@ void LinkNewComPort06::WriteRegister() {
   const std::uint8_t data = ToByte(WriteData);
   const std::uint8_t chip = ToByte(ChipAddress);
   const std::uint8_t reg = ToByte(AddressPointer);
-  TransferScope scope(*this, transfers_);
-  ++transferCount_;
+  TransferScope scope(*this);
+  scope.Begin();
   try {
     if (CommsMedium == printerPortMedium) {
       const auto adapter = root_.Get().ObtainPrinterPortAdapter();
@@ -110,8 +122,19 @@ void LinkNewComPort06::Delay(double seconds) {
   const PumpMode mode = TransferInProgress() ? PumpMode::HoldUserInput : PumpMode::Everything;
   for (double left = end - now(); left > 0; left = end - now()) {
     // A wait that is no longer than the last stretch would otherwise handle no event at all.
-    if (left > spinSeconds || seconds <= spinSeconds) pump_.Pump(std::max(left - spinSeconds, 0.0), mode);
+    if (left > spinSeconds || seconds <= spinSeconds) pump_->Pump(std::max(left - spinSeconds, 0.0), mode);
   }
+}
+
+void LinkNewComPort06::DelayHoldingInput(double seconds) {
+  ++transfers_;
+  Delay(seconds);
+  --transfers_;
+}
+
+void LinkNewComPort06::LeaveWindowsAlone() {
+  pump_ = &sleeping_;
+  Seen.TellNobody();
 }
 
 }  // namespace krx

@@ -61,11 +61,21 @@ class LinkNewComPort06 {
   /// Returns after at least `seconds`, handling events meanwhile. Zero and negative values handle none.
   void Delay(double seconds);
 
-  /// True inside ReadRegister and WriteRegister, their wait included.
+  /// The same, but as in a transfer's own wait: user input stays queued and nobody else gets the chip.
+  void DelayHoldingInput(double seconds);
+
+  /// From now on waits just sleep and nobody is told of the bytes that pass: for an end of the program at which windows
+  /// and display may be half gone.
+  void LeaveWindowsAlone();
+
+  /// True inside ReadRegister, WriteRegister and DelayHoldingInput, waits included.
   bool TransferInProgress() const { return transfers_ > 0; }
 
   /// Transfers of the whole run, failed ones included.
   std::uint64_t TransferCount() const { return transferCount_; }
+
+  std::uint64_t SuccessCount() const { return successCount_; }
+  bool LastTransferFailed() const { return lastTransferFailed_; }
 
   CommsRoot& Root() { return root_; }
 
@@ -74,11 +84,16 @@ class LinkNewComPort06 {
 
   CommsRoot& root_;
   Clock& clock_;
-  EventPump& pump_;
+  SleepingPump sleeping_;
+  EventPump* pump_;
   PerfClock perfClock_;
   int transfers_ = 0;
   int mayGiveUp_ = 0;
   std::uint64_t transferCount_ = 0;
+  std::uint64_t successCount_ = 0;
+  bool lastTransferFailed_ = false;
+
+  class TransferScope;
 };
 
 using Link = LinkNewComPort06;

@@ -35,6 +35,8 @@ class RegisterImage {
     std::shared_ptr<Listener> listener_;
   };
   [[nodiscard]] Subscription Subscribe(Listener listener);
+  /// Nobody is told any more.
+  void TellNobody() { listeners_.clear(); }
 
  private:
   void Set(std::uint8_t reg, std::optional<std::uint8_t> byte);

@@ -5,6 +5,7 @@
 
 #include "link/registeraccess.h"
 #include "registers/conversions.h"
+#include "registers/numerics.h"
 
 namespace krx {
 namespace {
@@ -34,6 +35,11 @@ TempFractionReading TempFraction(Link& link, int channel) {
 int VoltageExtension(Link& link, int channel) {
   const VoltageChannel& row = voltageChannels.at(static_cast<std::size_t>(channel));
   return (ReadByte(link, row.ExtensionRegister) >> row.ExtensionShift) & 0x03;
+}
+
+std::string SeenDuty(const Link& link, std::size_t output) {
+  const auto byte = link.Seen.Byte(static_cast<std::uint8_t>(0x30 + output));
+  return byte ? FormatFixed(DutyToPercent(*byte), 0) + " %" : "an unknown duty";
 }
 
 int HysteresisOf(Link& link, int zone) {

@@ -138,7 +138,9 @@ TEST(UndoRenewal, OfADetectionItsRestoreStays) {
     ReadByte(bench.Bus, 0x5C);
     WriteByte(bench.Bus, 0x30, 0x40);
   });
-  bench.Act([&] { EXPECT_EQ(MinimumPwm(bench.Bus, bench.Work.Fans, bench).Min_PWM(0).End, DetectionEnd::Cancelled); });
+  bench.Act([&] {
+    EXPECT_EQ(MinimumPwm(bench.Bus, bench.Work.Owed, bench.Work.Fans, bench).Min_PWM(0).End, DetectionEnd::Cancelled);
+  });
   EXPECT_NE(bench.Traffic().find("W30:00"), std::string::npos);
   EXPECT_EQ(bench.Undo(), "W30:FF") << "the action before: the detection left nothing changed";
 }

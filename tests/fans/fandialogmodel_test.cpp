@@ -50,17 +50,6 @@ TEST(FanDialogModel, WithEditsPendingAFreshTabIsWrittenBackAsItWasRead) {
             "S90:40 W57:FF W56:FF R63 W63:00 R63 W63:00");
 }
 
-TEST(FanDialogModel, ATextThatIsNoNumberBecomesZeroAndIsNoLimit) {
-  FanBench bench;
-  bench.Model.Open();
-  EXPECT_EQ(bench.Model.EditTachLimit(0, "abc"), "0");
-  EXPECT_TRUE(bench.Model.ApplyEnabled());
-  bench.Traffic();
-  bench.Model.Apply();
-  EXPECT_EQ(bench.Traffic(), "W55:FF W54:FF");
-  EXPECT_EQ(bench.Model.EditTachLimit(0, "1200"), "1200");
-}
-
 TEST(FanDialogModel, WhatHasNoEncodingIsRefusedBeforeAnythingIsWritten) {
   struct Row {
     FanSetting Setting;

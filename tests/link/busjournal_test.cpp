@@ -51,7 +51,8 @@ struct JournalBench : TestBench {
   CommsRoot JournalRoot{[this] { return MakeJournalModule(Sim.MakeCommsModule(), Journal, ReadOnly); }};
   Link Journaled{JournalRoot, Time, Pump};
   BoardState Flags;
-  Board Eval{Journaled, Flags};
+  OwedWrites Owed{Journaled};
+  Board Eval{Journaled, Flags, Owed};
 };
 
 /// Some of everything that a console does on a bus.
@@ -225,7 +226,8 @@ TEST(RecordingLink, ReadsEachPlaceOnceAndSendsNothing) {
     bench.Traffic();
     RecordingLink recording(bench.Bus);
     BoardState flags;
-    Board board(recording.Recording(), flags);
+    OwedWrites owed(recording.Recording());
+    Board board(recording.Recording(), flags, owed);
     bench.FailTransfer(1);
     EXPECT_THROW(ReadByte(recording.Recording(), 0x5C), CommsError);
     Exercise(recording.Recording(), board);

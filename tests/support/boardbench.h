@@ -18,7 +18,8 @@ struct BoardBench : TestBench {
   std::uint8_t Sent(SwitchDevice device) { return Sim.Board().SwitchByte(SwitchDeviceAddress(device)); }
 
   BoardState Flags;
-  Board Eval{Bus, Flags};
+  OwedWrites Owed{Bus};
+  Board Eval{Bus, Flags, Owed};
 };
 
 /// The transfers that `handler` makes before the nth of them fails, with the failed one: "R78!". It must throw then.

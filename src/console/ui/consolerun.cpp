@@ -2,6 +2,7 @@
 #include "console/ui/consolerun.h"
 
 #include <QApplication>
+#include <iostream>
 #include <utility>
 
 #include "link/journalmodule.h"
@@ -29,7 +30,10 @@ ConsoleRun::ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dia
   turns_.Around([this](const std::string& name, const std::function<void()>& tick) { RunTick(journal_, name, tick); });
   closing_.setInterval(closingMilliseconds);
   QObject::connect(&closing_, &QTimer::timeout, &application_, [this] { CloseWindows(); });
-  QObject::connect(&endSignals_, &EndSignals::EndRequested, &closing_, qOverload<>(&QTimer::start));
+  QObject::connect(&endSignals_, &EndSignals::EndRequested, &closing_, [this] {
+    bench_.Owed.BeginEnding();
+    closing_.start();
+  });
 }
 
 ConsoleRun::~ConsoleRun() = default;
@@ -142,6 +146,13 @@ void ConsoleRun::CloseWindows() {
     if (window->isVisible()) return;
   }
   QApplication::quit();
+}
+
+/// The program ends without the destructors of this object, out of the event loop or a transfer's wait, and its windows
+/// may have no display any more.
+void ConsoleRun::PutBackAtExit() {
+  link_.LeaveWindowsAlone();
+  bench_.Owed.PutBackAtEnd(std::cerr);
 }
 
 void ConsoleRun::ApplyThemeChoice(Theme chosen) {

@@ -18,6 +18,7 @@
 #include "link/busjournal.h"
 #include "link/chipsearch.h"
 #include "link/commsroot.h"
+#include "link/exitwork.h"
 #include "link/searchwizard.h"
 
 class QApplication;
@@ -69,6 +70,7 @@ class ConsoleRun {
   void ShowMainForm();
   void StartSimulatedMonitoring();
   void CloseWindows();
+  void PutBackAtExit();
   void ApplyThemeChoice(Theme chosen);
 
   QApplication& application_;
@@ -85,6 +87,7 @@ class ConsoleRun {
   GatedDialogs dialogs_;
   EndSignals endSignals_{[this] { return link_.TransferInProgress(); }};  // outlives the bench, which ends the heaters
   Workbench bench_{link_};
+  ExitWork exitWork_{[this] { PutBackAtExit(); }};
   ChipSearch search_{link_};
   SearchWizard wizard_{search_};
   QTimer closing_;

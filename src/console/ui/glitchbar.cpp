@@ -16,11 +16,11 @@ constexpr int refreshMilliseconds = 500;
 
 }  // namespace
 
-GlitchBar::GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs)
+GlitchBar::GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs, int interval)
     : QToolBar("Glitch test"),
       test_(test),
       dialogs_(dialogs),
-      tmrGlitch_(turns, "tmrGlitch", static_cast<int>(GlitchTest::intervalSeconds * 1000), [this] { Tick(); }),
+      tmrGlitch_(turns, "tmrGlitch", interval, [this] { Tick(); }),
       state_(new QLabel) {
   setObjectName("barGlitchTest");
   setMovable(false);
@@ -41,13 +41,18 @@ void GlitchBar::Start() {
 }
 
 void GlitchBar::Stop() {
+  const bool ran = test_.Running();
   tmrGlitch_.Stop();
   test_.Stop();
   ShowTest();
+  if (ran) emit Notice("Glitch test stopped: " + QString::fromStdString(test_.Leaves()));
 }
 
 void GlitchBar::Tick() {
-  if (test_.Tick() == GlitchTest::TickResult::Ended) tmrGlitch_.Stop();
+  if (test_.Tick() == GlitchTest::TickResult::Ended) {
+    tmrGlitch_.Stop();
+    emit Notice("Glitch test ended: " + QString::fromStdString(test_.Leaves()));
+  }
   ShowTest();
 }
 

@@ -17,11 +17,17 @@ class UserDialogs;
 class GlitchBar : public QToolBar {
   Q_OBJECT
  public:
-  GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs);
+  static constexpr int intervalMilliseconds = static_cast<int>(GlitchTest::intervalSeconds * 1000);
+
+  GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs, int interval = intervalMilliseconds);
 
   /// The button "glitch test". While the test runs it restarts the ramp, not the timer's interval.
   void Start();
   void Stop();
+
+ signals:
+  /// For the status bar.
+  void Notice(const QString& text);
 
  private:
   void Tick();

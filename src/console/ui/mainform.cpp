@@ -18,6 +18,7 @@
 #include "console/ui/glitchbar.h"
 #include "console/ui/journaldock.h"
 #include "console/ui/mainpage.h"
+#include "console/ui/owedturn.h"
 #include "console/ui/readwritepage.h"
 #include "console/ui/setuplog.h"
 #include "console/ui/statusline.h"
@@ -28,6 +29,7 @@
 #include "controls/ui/nowheel.h"
 #include "controls/ui/userdialogs.h"
 #include "fans/applypreview.h"
+#include "fans/manualcontrol.h"
 #include "fans/ui/frmautodetect.h"
 #include "fans/ui/frmfanconfig.h"
 
@@ -67,6 +69,9 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   connect(journalDock_, &JournalDock::Undone, this, &MainForm::AfterUndo);
   glitch_ = new GlitchBar(bench.Glitch, turns, dialogs);
   addToolBar(Qt::BottomToolBarArea, glitch_);
+  connect(glitch_, &GlitchBar::Notice, this, &MainForm::ShowNotice);
+  owedTurn_ =
+      std::make_unique<OwedTurn>(bench.Owed, turns, [this] { ShowNotice(tr("What was owed has been put back")); });
   MakeMenus();
   status_ = new StatusLine;
   setStatusBar(status_);
@@ -263,9 +268,14 @@ void MainForm::OpenFanConfig() {
     return;
   }
   const FrmFanConfig::Services services{[this](std::size_t index) {
-                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Fans, turns_,
+                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_,
                                                                   options_.FanSecondsPerSecond, fanConfig_);
                                           return detection.Run(index);
+                                        },
+                                        [this] { return MonitoringWarning(bench_.ChipLink); },
+                                        [this](std::size_t index) {
+                                          bench_.Owed.PutBackOverdue();
+                                          return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
                                         },
                                         [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
   fanConfig_ = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, this);
@@ -408,6 +418,7 @@ void MainForm::closeEvent(QCloseEvent* event) {
   StopVisualTimer();
   StopContinuousReading();
   glitch_->Stop();
+  owedTurn_.reset();
   cycleReport_.stop();
   for (QDialog* dialog : findChildren<QDialog*>()) dialog->close();
   QMainWindow::closeEvent(event);

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ class GlitchBar;
 class JournalDock;
 class MainPage;
 class ReadWritePage;
+class OwedTurn;
 class StatusLine;
 class UserDialogs;
 class VisualDisplayPage;
@@ -127,6 +129,7 @@ class MainForm : public QMainWindow, private MainTimers {
   ChipTimer visualTimer_;
   CycleBackoff backoff_;
   QTimer cycleReport_;
+  std::unique_ptr<OwedTurn> owedTurn_;
   QElapsedTimer sinceShown_;
   QElapsedTimer sinceReport_;
   QElapsedTimer sinceGoodTick_;

@@ -47,7 +47,9 @@ EndSignals::EndSignals(std::function<bool()> busy, QObject* parent) : QObject(pa
   struct sigaction action {};
   action.sa_handler = OnSignal;
   action.sa_flags = SA_RESTART;
-  for (const int signal : {SIGTERM, SIGINT}) sigaction(signal, &action, &former_[signal]);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) sigaction(signal, &action, &former_[signal]);
+  action.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &action, &former_[SIGPIPE]);
 }
 
 EndSignals::~EndSignals() {

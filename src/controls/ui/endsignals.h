@@ -9,8 +9,9 @@
 
 namespace krx {
 
-/// Turns SIGTERM and SIGINT into an ordinary request to end, so that a program ended from outside closes its windows
-/// and leaves the board as a closed window does. One at a time; the former handlers are back at its end.
+/// Turns SIGTERM, SIGINT, SIGHUP and SIGQUIT into an ordinary request to end, so that a program ended from outside
+/// closes its windows and leaves the board as a closed window does. A standard output that went away (SIGPIPE) is no
+/// reason to end. One at a time; the former handlers are back at its end.
 class EndSignals : public QObject {
   Q_OBJECT
 

@@ -176,6 +176,7 @@ void FanTab::MakeTachFields(QFormLayout& layout) {
     detect->setObjectName(Named("cmdAutoDetect"));
     detect->setToolTip("Fan 4 has no PWM output of its own: there is nothing to detect");
     layout.addRow(QString(), detect);
+    connect(detect, &QPushButton::clicked, this, &FanTab::AutoDetectWanted);
   }
 }
 

@@ -40,9 +40,9 @@ QString MinutesText(double seconds) {
 
 }  // namespace
 
-FrmAutoDetect::FrmAutoDetect(Link& link, const FanCommon& fans, ChipTurns& turns, double fanSecondsPerSecond,
-                             QWidget* parent)
-    : QDialog(parent), link_(link), fans_(fans), turns_(turns), fanSecondsPerSecond_(fanSecondsPerSecond) {
+FrmAutoDetect::FrmAutoDetect(Link& link, OwedWrites& owed, const FanCommon& fans, ChipTurns& turns,
+                             double fanSecondsPerSecond, QWidget* parent)
+    : QDialog(parent), link_(link), owed_(owed), fans_(fans), turns_(turns), fanSecondsPerSecond_(fanSecondsPerSecond) {
   setObjectName("frmAutoDetect");
   setWindowTitle("Automatic Parameter Detection");
   // Input to the other windows is dropped while this one is shown, so that no click is carried out afterwards.
@@ -77,7 +77,7 @@ DetectionResult FrmAutoDetect::Run(std::size_t index) {
       window.hide();
     }
   } const closing{*this};
-  DetectionResult result = MinimumPwm(link_, fans_, *this).Min_PWM(index);
+  DetectionResult result = MinimumPwm(link_, owed_, fans_, *this).Min_PWM(index);
   // What was clicked on other windows meanwhile still meets this one and is dropped.
   link_.Delay(sliceSeconds);
   return result;

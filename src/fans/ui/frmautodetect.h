@@ -19,10 +19,10 @@ class FrmAutoDetect : public QDialog, private DetectionMonitor {
 
  public:
   /// fanSecondsPerSecond: how much faster than the clock the fans live; 1 on hardware.
-  FrmAutoDetect(Link& link, const FanCommon& fans, ChipTurns& turns, double fanSecondsPerSecond, QWidget* parent);
+  FrmAutoDetect(Link& link, OwedWrites& owed, const FanCommon& fans, ChipTurns& turns, double fanSecondsPerSecond,
+                QWidget* parent);
 
-  /// Shows the window, runs the detection from start to end and closes it. Throws what the link throws, after the
-  /// output's configuration has been put back.
+  /// Shows the window, runs the detection from start to end and closes it. Throws what the detection throws.
   DetectionResult Run(std::size_t index);
 
  protected:
@@ -35,6 +35,7 @@ class FrmAutoDetect : public QDialog, private DetectionMonitor {
   bool Wait(double seconds) override;
 
   Link& link_;
+  OwedWrites& owed_;
   const FanCommon& fans_;
   ChipTurns& turns_;
   double fanSecondsPerSecond_;

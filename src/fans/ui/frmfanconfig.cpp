@@ -150,8 +150,12 @@ void FrmFanConfig::ShowWrites() {
 }
 
 void FrmFanConfig::AutoDetect(std::size_t fan) {
-  // The fourth fan has no output to detect.
-  if (fan >= pwmCount) return;
+  if (fan >= pwmCount) {
+    dialogs_.Information("Fan 4 has no PWM output of its own: there is nothing to detect");
+    return;
+  }
+  const QString warning = QString::fromStdString(services_.Warning());
+  if (!warning.isEmpty() && !dialogs_.Ask(warning, "Continue")) return;
   DetectionResult result;
   {
     const BusyPointer busy(*this);
@@ -164,9 +168,24 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
     pages_.at(fan)->SetMinimumDuty(result.Value, result.Value == 0 ? "no tested duty kept the fan running" : QString());
   }
   pages_.at(fan)->SetEvidenceAvailable(!result.Evidence.empty());
-  const QString message = QString::fromStdString(result.Message);
-  evidence_.at(fan) = std::move(result);
-  if (!message.isEmpty()) dialogs_.Critical(message);
+  evidence_.at(fan) = result;
+  ShowOutcome(fan, result);
+}
+
+void FrmFanConfig::ShowOutcome(std::size_t fan, const DetectionResult& result) {
+  QStringList parts;
+  if (!result.Message.empty()) parts << QString::fromStdString(result.Message);
+  if (result.NotRestored.empty()) {
+    if (!parts.isEmpty()) dialogs_.Critical(parts.front());
+    return;
+  }
+  if (result.Fault && dialogs_.LinkFault) dialogs_.LinkFault(*result.Fault);
+  parts << QString::fromStdString(result.NotRestored);
+  while (dialogs_.Ask(parts.join("\n\n"), "Try again")) {
+    const std::string left = services_.PutBack(fan);
+    if (left.empty()) return;
+    parts = {QString::fromStdString(left)};
+  }
 }
 
 void FrmFanConfig::SaveEvidence(std::size_t fan) {

@@ -26,8 +26,12 @@ class FrmFanConfig : public QDialog {
   struct Services {
     /// Runs a minimum-PWM detection of output 0..2; throws what the link throws.
     std::function<DetectionResult(std::size_t index)> Detect;
+    /// What to ask before a detection; empty: nothing.
+    std::function<std::string()> Warning = {};
+    /// Tries again to put an output back after a detection; how it stands when that failed, else empty.
+    std::function<std::string(std::size_t index)> PutBack = {};
     /// Lists what Apply would write, a line each; throws what the link throws.
-    std::function<QStringList(const AllFanFields& fields)> Preview;
+    std::function<QStringList(const AllFanFields& fields)> Preview = {};
   };
 
   FrmFanConfig(FanConfig& config, FanCommon& fans, UserDialogs& dialogs, Services services, QWidget* parent);
@@ -59,6 +63,7 @@ class FrmFanConfig : public QDialog {
   void Ok();
   void ShowWrites();
   void AutoDetect(std::size_t fan);
+  void ShowOutcome(std::size_t fan, const DetectionResult& result);
   void SaveEvidence(std::size_t fan);
   void ShowButtons();
 

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "board/ui/frmswitchaccess.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <map>
 
 #include "board/switches.h"
+#include "support/boardbench.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
 
@@ -17,7 +20,8 @@ namespace {
 TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   TestBench bench;
   BoardState flags;
-  Board board(bench.Bus, flags);
+  OwedWrites owed(bench.Bus);
+  Board board(bench.Bus, flags, owed);
   ScriptedDialogs dialogs;
   FrmSwitchAccess form(board, dialogs, false, nullptr);
   board.SwitchesChanged = [&] { form.ShowLamps(); };
@@ -29,17 +33,29 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   EXPECT_EQ(lamp("lmpSwitchU4E"), "● closed");
   EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
 
-  form.findChild<QPushButton*>("cmdSwitchU4E")->click();
-  EXPECT_EQ(bench.BusTraffic(), "S96:00 S94:2F S90:00 S92:00");
-  EXPECT_EQ(lamp("lmpSwitchU4E"), "○ open");
+  std::map<std::string, int> bytes{{"U3", 0x00}, {"U4", 0x3F}, {"U5", 0x00}, {"U6", 0x00}};
+  for (const std::string device : {"U3", "U4", "U5", "U6"}) {
+    for (char letter = 'A'; letter <= 'H'; ++letter) {
+      const std::string name = device + letter;
+      bytes[device] ^= 1 << (letter - 'A');
+      form.findChild<QPushButton*>(QString::fromStdString("cmdSwitch" + name))->click();
+      EXPECT_EQ(bench.BusTraffic(), fmt::format("S96:{:02X} S94:{:02X} S90:{:02X} S92:{:02X}", bytes["U3"], bytes["U4"],
+                                                bytes["U5"], bytes["U6"]))
+          << name;
+      const bool closed = (bytes[device] >> (letter - 'A') & 1) != 0;
+      EXPECT_EQ(lamp(("lmpSwitch" + name).c_str()), closed ? "● closed" : "○ open") << name;
+    }
+  }
+  form.findChild<QPushButton*>("cmdReadAll")->click();
+  EXPECT_EQ(bench.BusTraffic(), "V96 V94 V90 V92");
 
-  WriteSwitchDevice(board, 0, 0x05);
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "● closed");
+  WriteSwitchDevice(board, 0, 0x04);
+  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
 
   bench.FailTransfer(1);
   form.findChild<QPushButton*>("cmdReadAll")->click();
   ASSERT_EQ(dialogs.Shown.size(), 1U);
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "● closed") << "what could not be read stays as it was known";
+  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open") << "what could not be read stays as it was known";
 
   form.close();
   EXPECT_FALSE(form.isVisible());
@@ -49,10 +65,9 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
 }
 
 TEST(FrmSwitchAccess, AReadOnlyRunShowsTheSwitchesThatAreNotTheOnesWanted) {
-  TestBench bench;
+  BoardBench bench;
   bench.Bus.WritesHeldBack = true;
-  BoardState flags;
-  Board board(bench.Bus, flags);
+  Board& board = bench.Eval;
   ScriptedDialogs dialogs;
   FrmSwitchAccess form(board, dialogs, true, nullptr);
   const auto lamp = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };

@@ -13,6 +13,7 @@
 
 #include "link/ui/initform.h"
 #include "simulator/simcomms.h"
+#include "simulator/simwords.h"
 
 namespace krx {
 namespace {

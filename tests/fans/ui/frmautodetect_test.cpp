@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
@@ -22,11 +24,18 @@ TEST(FrmAutoDetect, CancelEndsTheRunAndPutsTheConfigurationBackWhileTimersWait) 
   ChipTimer timer(bench.Turns, "other", 10, [&] { ++ticks; });
   timer.Start();
   const std::uint8_t before = bench.Sim.SmbusChip().Peek(0x5C);
-  FrmAutoDetect form(bench.Bus, fans, bench.Turns, 1, nullptr);
-  QTimer::singleShot(300, &form, [&] { form.findChild<QPushButton*>("cmdCancel")->click(); });
+  OwedWrites owed(bench.Bus);
+  FrmAutoDetect form(bench.Bus, owed, fans, bench.Turns, 1, nullptr);
+  QStringList texts;
+  QTimer::singleShot(300, &form, [&] {
+    for (const char* const label : {"lblChecking", "lblRemaining"})
+      texts << form.findChild<QLabel*>(label)->text().section(QRegularExpression("\\d:"), 0, 0);
+    form.findChild<QPushButton*>("cmdCancel")->click();
+  });
   const DetectionResult result = form.Run(0);
   EXPECT_EQ(result.End, DetectionEnd::Cancelled);
   EXPECT_EQ(result.Value, 100);
+  EXPECT_EQ(texts, QStringList({"Checking PWM =15%", "At most "}));
   EXPECT_TRUE(result.Message.empty());
   EXPECT_EQ(ticks, 0) << "no other handler has the chip meanwhile";
   EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), before);

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/glitchbar.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+
+#include "link/registeraccess.h"
+#include "support/livebench.h"
+#include "support/scripteddialogs.h"
+#include "support/testbench.h"
+
+namespace krx {
+namespace {
+
+struct GlitchBarBench : TestBench {
+  explicit GlitchBarBench(int interval) : Bar(Test, Turns, Dialogs, interval) {
+    QObject::connect(&Bar, &GlitchBar::Notice, [this](const QString& text) { Notices.push_back(text.toStdString()); });
+  }
+  std::string State() { return Bar.findChild<QLabel*>("lblGlitchTest")->text().trimmed().toStdString(); }
+  void Stop() { Bar.findChild<QAction*>("actStopGlitchTest")->trigger(); }
+  /// Until n ticks have passed.
+  std::string TrafficOfTicks(int n) {
+    for (int passes = 0; passes < 400 && Test.Step() < n; ++passes) LiveBench::Run(5);
+    return Traffic();
+  }
+
+  LogState Log;
+  GlitchTest Test{Bus, Log};
+  ChipTurns Turns{Bus};
+  ScriptedDialogs Dialogs;
+  std::vector<std::string> Notices;
+  GlitchBar Bar;
+};
+
+TEST(GlitchBar, EachControlMakesItsTransfersAndStopSaysWhatItLeaves) {
+  GlitchBarBench bench(300);
+  EXPECT_TRUE(bench.Bar.isHidden());
+  bench.Bar.Start();
+  EXPECT_EQ(bench.Traffic(), "R5E W5E:E2 R5D W5D:E2 W32:00 W31:00");
+  EXPECT_FALSE(bench.Bar.isHidden());
+  EXPECT_EQ(bench.State(), "Glitch test: step 0, duty 0 (0%), 2:00 left");
+  EXPECT_EQ(bench.TrafficOfTicks(1), "R32 W32:19 R31 W31:19") << "the timer runs";
+  EXPECT_EQ(bench.State().substr(0, 36), "Glitch test: step 1, duty 25 (10%), ");
+  WriteByte(bench.Bus, 0x32, 75);
+  WriteByte(bench.Bus, 0x31, 75);
+  bench.Traffic();
+  bench.Stop();
+  EXPECT_TRUE(bench.Bar.isHidden());
+  EXPECT_EQ(bench.Notices, std::vector<std::string>{"Glitch test stopped: PWM2 and PWM3 in manual control at 29 %"});
+  LiveBench::Run(400);
+  EXPECT_EQ(bench.Traffic(), "") << "the timer stands";
+  bench.Stop();
+  EXPECT_EQ(bench.Notices.size(), 1U);
+
+  bench.FailTransfer(6);
+  bench.Bar.Start();
+  EXPECT_EQ(bench.Dialogs.Shown.size(), 1U);
+  EXPECT_TRUE(bench.Bar.isHidden());
+  EXPECT_EQ(bench.Test.Leaves(), "PWM2 in manual control at an unknown duty, PWM3 at 0 %");
+}
+
+TEST(GlitchBar, ATestThatEndsStopsItsTimerAndSaysSo) {
+  GlitchBarBench bench(10);
+  bench.Bar.Start();
+  WriteByte(bench.Bus, 0x32, 240);
+  WriteByte(bench.Bus, 0x31, 240);
+  for (int passes = 0; passes < 400 && bench.Notices.empty(); ++passes) LiveBench::Run(5);
+  EXPECT_EQ(bench.Notices, std::vector<std::string>{"Glitch test ended: PWM2 and PWM3 in manual control at 100 %"});
+  EXPECT_TRUE(bench.Bar.isHidden());
+  EXPECT_EQ(GlitchBar::intervalMilliseconds, 10'000);
+}
+
+}  // namespace
+}  // namespace krx

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "link/owedwrites.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "link/registeraccess.h"
+#include "support/testbench.h"
+
+namespace krx {
+namespace {
+
+/// An output in manual control at 0 %, whose configuration 62h and duty 90h are owed.
+struct OwedBench : TestBench {
+  explicit OwedBench(Medium medium = Medium::Board) : TestBench(medium) {
+    Poke(0x5C, 0x62);
+    DutyOwed = Owed.EnterRegister(0x30, 0x90, 0xFF);
+    Owed.Change(DutyOwed, 0x00);
+    ConfigurationOwed = Owed.EnterRegister(0x5C, 0x62, 0xE0);
+    Owed.Change(ConfigurationOwed, 0xE2);
+    BusTraffic();
+  }
+  void FailWrites(std::uint8_t reg, int seconds = 0) {
+    Fault fault;
+    fault.Onward = true;
+    fault.Op = Operation::WriteByteData;
+    fault.Register = reg;
+    Sim.AddFault(fault);
+    fault.What = Fault::Kind::ExtraTime;
+    fault.Seconds = seconds;
+    if (seconds > 0) Sim.AddFault(fault);
+  }
+  bool PutBack() { return Owed.PutBack({DutyOwed, ConfigurationOwed}); }
+  /// Nothing could be put back; then the bus works again.
+  void LetBecomeOverdue() {
+    FailWrites(0x5C);
+    FailWrites(0x30);
+    EXPECT_FALSE(PutBack());
+    Sim.ClearFaults();
+    BusTraffic();
+  }
+
+  OwedWrites Owed{Bus};
+  OwedWrites::Ticket DutyOwed = 0, ConfigurationOwed = 0;
+};
+
+TEST(OwedWrites, AByteIsTriedThreeTimesFiftyMillisecondsApartWithoutAnotherHandlerBetween) {
+  OwedBench bench;
+  bench.FailWrites(0x5C);
+  int overdue = 0;
+  bench.Owed.BecameOverdue = [&] { ++overdue; };
+  bench.Pump.OnPump = [&] { EXPECT_TRUE(bench.Bus.TransferInProgress()); };
+  const double start = bench.Time.Seconds();
+  EXPECT_FALSE(bench.PutBack());
+  EXPECT_EQ(bench.BusTraffic(), "W30:90 W5C:62! W5C:62! W5C:62!");
+  EXPECT_NEAR(bench.Time.Seconds() - start, 0.1, 0.01);
+  EXPECT_EQ(bench.Pump.LastMode, PumpMode::HoldUserInput);
+  EXPECT_EQ(overdue, 1);
+  EXPECT_EQ(bench.Owed.OverdueByte(0x5C), 0x62);
+  EXPECT_EQ(bench.Owed.OverdueByte(0x30), std::nullopt);
+  EXPECT_EQ(bench.Owed.LastFailure().BoxText(), "Error: 57, Device I/O error");
+
+  OwedBench ended;
+  ended.FailWrites(0x5C);
+  ended.Bus.EndAsked = [&] { return ended.Sim.FaultsFired() > 0; };
+  EXPECT_FALSE(ended.PutBack());
+  EXPECT_EQ(ended.BusTraffic(), "W30:90 W5C:62!") << "the rest is for the end, which has been asked for";
+
+  OwedBench once;
+  once.FailTransfer(1);
+  EXPECT_TRUE(once.PutBack());
+  EXPECT_EQ(once.BusTraffic(), "W30:90! W5C:62 W30:90");
+  EXPECT_TRUE(once.PutBack());
+  EXPECT_EQ(once.BusTraffic(), "") << "it is off the list";
+}
+
+TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
+  OwedBench bench;
+  bench.LetBecomeOverdue();
+  bench.Owed.TakeTurn();
+  EXPECT_EQ(bench.BusTraffic(), "");
+  ReadByte(bench.Bus, 0x26);
+  bench.FailWrites(0x5C);
+  EXPECT_THROW(bench.Owed.TakeTurn(), CommsError);
+  EXPECT_TRUE(bench.Owed.AnyOverdue());
+  bench.Sim.ClearFaults();
+  bench.Owed.TakeTurn();
+  ReadByte(bench.Bus, 0x26);
+  bench.Owed.TakeTurn();
+  EXPECT_EQ(bench.BusTraffic(), "R26 W30:90 W5C:62! R26 W5C:62");
+  EXPECT_FALSE(bench.Owed.AnyOverdue());
+}
+
+TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
+  struct Row {
+    std::uint8_t Register, Byte;
+    const char* Turn;
+  };
+  const Row rows[] = {
+      {0x5C, 0x02, "W30:90"},         // another behaviour
+      {0x5C, 0x62, "W30:90"},         // what it should hold
+      {0x5C, 0xE5, "W30:90 W5C:65"},  // another spin-up: its behaviour is still the taker's
+      {0x30, 0x80, "W5C:62"},         // the slider
+      {0x30, 0x00, "W30:90 W5C:62"},  // still as the taker left it
+  };
+  for (const Row& row : rows) {
+    OwedBench bench;
+    bench.LetBecomeOverdue();
+    WriteByte(bench.Bus, row.Register, row.Byte);
+    bench.BusTraffic();
+    bench.Owed.TakeTurn();
+    EXPECT_EQ(bench.BusTraffic(), row.Turn);
+  }
+}
+
+TEST(OwedWrites, TheEndTriesOnceWhereTheLastTransferFailedBeginsNoneAfterThreeSecondsAndSaysWhatIsLeft) {
+  struct Row {
+    bool FailedBefore;
+    int SecondsATransfer;
+    const char* Traffic;
+    const char* Said;
+  };
+  constexpr const char* both =
+      "Not put back: 30h should hold 90h (Error: 57, Device I/O error)\n"
+      "Not put back: 5Ch should hold 62h (Error: 57, Device I/O error)\n";
+  const Row rows[] = {
+      {false, 0, "W30:90! W5C:62! W30:90! W5C:62! W30:90! W5C:62!", both},
+      {true, 0, "W30:90! W5C:62!", both},
+      {true, 4, "W30:90!", both},
+      {false, 2, "W30:90! W5C:62!", both},
+  };
+  for (const Row& row : rows) {
+    OwedBench bench;
+    bench.FailWrites(0x5C, row.SecondsATransfer);
+    bench.FailWrites(0x30);
+    if (row.FailedBefore) {
+      EXPECT_THROW(WriteByte(bench.Bus, 0x5C, 0), CommsError);
+    } else {
+      ReadByte(bench.Bus, 0x26);
+    }
+    bench.BusTraffic();
+    std::ostringstream said;
+    bench.Owed.PutBackAtEnd(said);
+    EXPECT_EQ(bench.BusTraffic(), row.Traffic);
+    EXPECT_EQ(said.str(), row.Said);
+  }
+  OwedBench bench;
+  std::ostringstream said;
+  bench.Owed.BeginEnding();
+  bench.Advance(3.5);
+  bench.Owed.PutBackAtEnd(said);
+  EXPECT_EQ(bench.BusTraffic(), "") << "the time counts from when the end was asked for";
+  EXPECT_EQ(said.str(), "Not put back: 30h should hold 90h\nNot put back: 5Ch should hold 62h\n");
+}
+
+TEST(OwedWrites, AtAnEndWithoutWindowsTransfersSleepAndTellNobody) {
+  OwedBench bench(TestBench::Medium::Smbus);
+  SystemClock clock;
+  ScriptedPump pump(bench.Time);
+  Link link(bench.Root, clock, pump);
+  link.ChipAddress = 0x2E;
+  int told = 0;
+  const auto subscription = link.Seen.Subscribe([&](std::uint8_t, std::optional<std::uint8_t>) { ++told; });
+  link.LeaveWindowsAlone();
+  const double start = link.ElapsedSeconds();
+  WriteByte(link, 0x30, 0x90);
+  EXPECT_GE(link.ElapsedSeconds() - start, 0.005);
+  EXPECT_EQ(pump.Calls, 0);
+  EXPECT_EQ(told, 0);
+}
+
+}  // namespace
+}  // namespace krx

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// A library for LD_PRELOAD, for tests only: presses controls of a window program by their object names, as soon as each
+// can be pressed. KRX_PRESS is a list such as "Main_Form_Tab=3 chkHeater1": a tab is chosen by its number, a button is
+// clicked.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QStringList>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace {
+
+constexpr int lookMilliseconds = 50;
+
+class Presser : public QTimer {
+ public:
+  explicit Presser(QObject* parent) : QTimer(parent) {
+    connect(this, &QTimer::timeout, this, &Presser::PressNext);
+    start(lookMilliseconds);
+  }
+
+ private:
+  void PressNext() {
+    if (left_.isEmpty()) return stop();
+    const QString name = left_.front().section('=', 0, 0);
+    for (QWidget* const widget : QApplication::allWidgets()) {
+      if (widget->objectName() != name || !widget->isVisible() || !widget->isEnabled()) continue;
+      const QString value = left_.takeFirst().section('=', 1);
+      if (auto* const tabs = qobject_cast<QTabWidget*>(widget)) return tabs->setCurrentIndex(value.toInt());
+      // The click may not return before the program ends; the timer goes on meanwhile.
+      return static_cast<QAbstractButton*>(widget)->click();
+    }
+  }
+
+  QStringList left_ = qEnvironmentVariable("KRX_PRESS").split(' ', Qt::SkipEmptyParts);
+};
+
+void Start() {
+  new Presser(QCoreApplication::instance());
+}
+
+}  // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(Start)
