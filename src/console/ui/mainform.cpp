@@ -332,31 +332,15 @@ void MainForm::VisualTick() {
   const std::uint64_t before = bench_.ChipLink.TransferCount();
   try {
     model_.Tick();
-  } catch (const CommsError&) {
-    backoff_.Failed();
-    PaceCycle();
-    visual_->GapPosted();
-    throw;
   } catch (...) {
     visual_->GapPosted();
     throw;
   }
-  backoff_.Succeeded();
-  PaceCycle();
   transfers_ += bench_.ChipLink.TransferCount() - before;
   ++ticks_;
   sinceGoodTick_.start();
   visual_->Posted();
   ShowDue();
-}
-
-void MainForm::PaceCycle() {
-  const int pause = backoff_.PauseMilliseconds();
-  if (!visualTimer_.IsActive() || (pause == 0 && visualTimer_.Interval() == tickMilliseconds)) return;
-  // Stopped first: its timeout may have asked for the next turn during this one. The pause begins now.
-  visualTimer_.Stop();
-  visualTimer_.SetInterval(std::max(pause, tickMilliseconds));
-  visualTimer_.Start();
 }
 
 void MainForm::ShowDue() {
@@ -380,7 +364,7 @@ void MainForm::ShowCycle() {
                         .NotMonitoring = bench_.First.Monitoring() == false,
                         .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,
                         .TicksPerSecond = ticks_ / seconds,
-                        .PauseSeconds = visualTimer_.IsActive() ? backoff_.PauseMilliseconds() / 1000.0 : 0});
+                        .PauseSeconds = visualTimer_.IsActive() ? visualTimer_.PauseMilliseconds() / 1000.0 : 0});
     ticks_ = 0;
     transfers_ = 0;
   }

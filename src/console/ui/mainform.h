@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "console/cyclebackoff.h"
 #include "console/visualmodel.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
@@ -104,7 +103,6 @@ class MainForm : public QMainWindow, private MainTimers {
   void ShowSetupLog();
   void ShowAbout();
   void VisualTick();
-  void PaceCycle();
   void ShowDue();
   void ResetRanges();
   void ShowCycle();
@@ -127,7 +125,6 @@ class MainForm : public QMainWindow, private MainTimers {
   QPointer<FrmFanConfig> fanConfig_;
   QActionGroup* themes_ = nullptr;
   ChipTimer visualTimer_;
-  CycleBackoff backoff_;
   QTimer cycleReport_;
   std::unique_ptr<OwedTurn> owedTurn_;
   QElapsedTimer sinceShown_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/chiptimer.h"
 
+#include <QPointer>
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -61,8 +62,10 @@ void ChipTurns::RunNext() {
     return;
   }
   // Copies: the tick may end its own timer.
-  const std::string name = waiting_.front()->name_;
-  const auto tick = waiting_.front()->tick_;
+  ChipTimer* const timer = waiting_.front();
+  const QPointer<QTimer> alive(&timer->timer_);
+  const std::string name = timer->name_;
+  const auto tick = timer->tick_;
   waiting_.pop_front();
   running_ = true;
   const auto error = RunCaught([&] {
@@ -74,13 +77,14 @@ void ChipTurns::RunNext() {
   });
   running_ = false;
   sinceLastTurn_.start();
+  if (alive) timer->TickEnded(error.has_value());
   if (error && failed_) failed_(name, *error);
   emit TurnEnded();
   ScheduleNext();
 }
 
 ChipTimer::ChipTimer(ChipTurns& turns, std::string name, int intervalMs, std::function<void()> tick)
-    : turns_(turns), name_(std::move(name)), tick_(std::move(tick)) {
+    : turns_(turns), name_(std::move(name)), tick_(std::move(tick)), interval_(intervalMs) {
   timer_.setInterval(intervalMs);
   timer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&timer_, &QTimer::timeout, &turns_, [this] { turns_.Ask(*this); });
@@ -90,8 +94,22 @@ ChipTimer::~ChipTimer() {
   turns_.Withdraw(*this);
 }
 
+void ChipTimer::SetInterval(int milliseconds) {
+  interval_ = milliseconds;
+  timer_.setInterval(milliseconds);
+}
+
 void ChipTimer::Start() {
-  timer_.start();
+  timer_.start(interval_);
+}
+
+void ChipTimer::TickEnded(bool failed) {
+  failed ? backoff_.Failed() : backoff_.Succeeded();
+  const int pause = std::max(interval_, backoff_.PauseMilliseconds());
+  if (!timer_.isActive() || (!failed && timer_.interval() == pause)) return;
+  // Its timeout may have asked for the next turn during this one: the rest begins now.
+  if (pause > interval_) turns_.Withdraw(*this);
+  timer_.start(pause);
 }
 
 void ChipTimer::Stop() {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 
+#include "controls/backoff.h"
 #include "link/commserror.h"
 #include "link/linknewcomport06.h"
 
@@ -77,7 +78,8 @@ class ChipTurns : public QObject {
 };
 
 /// A repeating timer whose tick may reach the chip. Its timeout only asks for a turn; timeouts that find the previous
-/// one still waiting are dropped.
+/// one still waiting are dropped. After two ticks in a row that failed it rests for longer than its interval, up to 2
+/// s, until one succeeds or it is started anew.
 class ChipTimer {
  public:
   ChipTimer(ChipTurns& turns, std::string name, int intervalMs, std::function<void()> tick);
@@ -89,16 +91,22 @@ class ChipTimer {
   void Start();
   /// Stops and gives up a turn that is waiting. A tick that is running goes on to its end.
   void Stop();
-  void SetInterval(int milliseconds) { timer_.setInterval(milliseconds); }
-  int Interval() const { return timer_.interval(); }
+  void SetInterval(int milliseconds);
+  int Interval() const { return interval_; }
+  /// What it rests now; 0 while its ticks succeed.
+  int PauseMilliseconds() const { return backoff_.PauseMilliseconds(); }
   bool IsActive() const { return timer_.isActive(); }
   const std::string& Name() const { return name_; }
 
  private:
   friend class ChipTurns;
+  void TickEnded(bool failed);
+
   ChipTurns& turns_;
   std::string name_;
   std::function<void()> tick_;
+  int interval_;
+  Backoff backoff_;
   QTimer timer_;
 };
 

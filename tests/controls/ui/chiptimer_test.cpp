@@ -113,20 +113,26 @@ TEST(ChipTurns, WhatBecomesReadyAsThePauseEndsComesBeforeTheNextTurn) {
 TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
   Busy bench;
   std::vector<std::string> failures;
+  std::vector<int> pauses;
+  const ChipTimer* failing = nullptr;
   bench.Turns.OnFailure([&](const std::string& name, const CommsError& error) {
+    pauses.push_back(failing->PauseMilliseconds());
     failures.push_back(name + (error.Number() == 0 ? ": " : "! ") + error.what());
   });
   bench.FailTransfer(1);
   int ticks = 0;
   ChipTimer timer(bench.Turns, "visual_timer", 1, [&] {
     ReadByte(bench.Bus, 0x26);
-    if (++ticks == 2) throw std::runtime_error("not the link's");
+    if (++ticks == 1) throw std::runtime_error("not the link's");
   });
+  failing = &timer;
   timer.Start();
-  LiveBench::Run(100);
+  LiveBench::Run(250);
   ASSERT_EQ(failures.size(), 2U);
   EXPECT_EQ(failures[0].substr(0, 14), "visual_timer! ");
   EXPECT_EQ(failures[1], "visual_timer: not the link's");
+  EXPECT_EQ(pauses, (std::vector{0, 100}));
+  EXPECT_EQ(timer.PauseMilliseconds(), 0);
   EXPECT_GT(ticks, 2);
 }
 

@@ -5,9 +5,9 @@
 
 namespace krx {
 
-/// How long the reading cycle rests on a bus that does not answer. A transfer on a bus that hangs takes up to a second,
-/// in which no input is delivered: without a rest the window would hardly ever listen.
-class CycleBackoff {
+/// How long a repeated reading rests on a bus that does not answer. A transfer on a bus that hangs takes up to a
+/// second, in which no input is delivered: without a rest the window would hardly ever listen.
+class Backoff {
  public:
   void Succeeded() { failures_ = 0; }
   void Failed() { failures_ = std::min(failures_ + 1, most); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "console/cyclebackoff.h"
+#include "controls/backoff.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 namespace krx {
 namespace {
 
-TEST(CycleBackoff, RestsFromTheSecondFailureInARowUntilASuccess) {
-  CycleBackoff backoff;
+TEST(Backoff, RestsFromTheSecondFailureInARowUntilASuccess) {
+  Backoff backoff;
   const auto fail = [&](int times) {
     std::vector<int> pauses;
     for (int i = 0; i < times; ++i) {
