@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/savingbar.h"
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -9,15 +8,18 @@
 #include <QPushButton>
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace krx {
 namespace {
 
-constexpr std::size_t firstRows = 256;
+constexpr std::size_t leastRows = 32;
 constexpr std::size_t mostRows = 8192;
-constexpr double wantedSeconds = 0.002;  ///< of a slice: short against a tick, and against the wait before a transfer
-constexpr double margin = 1.3;           ///< of what the last slice took
+constexpr double wantedSeconds = 0.0015;  ///< of a slice: short against a tick, and against the wait before a transfer
+constexpr double margin = 2;              ///< a slice may take longer than the one before
+constexpr int pollMilliseconds = 1;
 constexpr int shownMilliseconds = 300;
 
 }  // namespace
@@ -51,41 +53,43 @@ void SavingBar::SetWaitBudget(WaitBudget* budget) {
 void SavingBar::Save(ChartCsv values, const QString& fileName) {
   values_.emplace(std::move(values));
   file_ = std::make_unique<WholeFile>(fileName);
-  rows_ = firstRows;
-  sliceSeconds_ = 0;
+  rows_ = leastRows;
   label_->setText(tr("Saving %1").arg(QFileInfo(fileName).fileName()));
   bar_->setAccessibleName(label_->text());
   bar_->setValue(0);
   cancel_->setEnabled(true);
   shown_.start(shownMilliseconds);
   if (!file_->Open()) return Fail();
-  next_.start(0);
+  next_.start(pollMilliseconds);
 }
 
-// Leaves the work for later when a transfer would be late for it.
-bool SavingBar::PutOff(double seconds, void (SavingBar::*work)()) {
-  if (!budget_ || seconds * margin <= budget_->SecondsLeft()) return false;
-  budget_->CallAfterwards(this, [this, work] { (this->*work)(); });
-  return true;
+// In the wait before a transfer when a slice fits in; else when no transfer comes for a while, for the short pause
+// between two ticks belongs to the user's input.
+bool SavingBar::MayWork() {
+  constexpr int pauseMilliseconds = 5;
+  const double left = budget_ ? budget_->SecondsLeft() : std::numeric_limits<double>::infinity();
+  if (std::isinf(left)) return !sinceWait_.isValid() || sinceWait_.elapsed() > pauseMilliseconds;
+  sinceWait_.start();
+  return wantedSeconds * margin <= left;
 }
 
 void SavingBar::Slice() {
-  if (!Busy() || PutOff(sliceSeconds_, &SavingBar::Slice)) return;
+  if (!Busy()) return;
+  if (!MayWork()) return next_.start(pollMilliseconds);
   QElapsedTimer clock;
   clock.start();
   const std::string piece = values_->Next(rows_);
   if (!file_->WriteAll({piece.data(), static_cast<qsizetype>(piece.size())})) return Fail();
   if (values_->Done()) return Commit();
   bar_->setValue(static_cast<int>(values_->Share() * 100));
-  sliceSeconds_ = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
-  if (sliceSeconds_ > wantedSeconds) rows_ = std::max(rows_ / 2, firstRows);
-  if (sliceSeconds_ < wantedSeconds / 2) rows_ = std::min(rows_ * 2, mostRows);
-  next_.start(0);
+  const double seconds = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
+  if (seconds > wantedSeconds) rows_ = std::max(rows_ / 2, leastRows);
+  if (seconds < wantedSeconds / 2) rows_ = std::min(rows_ * 2, mostRows);
+  next_.start(pollMilliseconds);
 }
 
 // The system may need seconds to bring a large file to its disk, so another thread waits for it.
 void SavingBar::Commit() {
-  constexpr int pollMilliseconds = 10;
   if (!committed_.valid()) {
     bar_->setValue(100);
     cancel_->setEnabled(false);
@@ -109,8 +113,8 @@ void SavingBar::Cancel() {
 }
 
 void SavingBar::Fail() {
-  // Longer than any wait: a box stays open as long as the user likes.
-  if (!Busy() || PutOff(1e6, &SavingBar::Fail)) return;
+  if (!Busy()) return;
+  if (budget_ && !std::isinf(budget_->SecondsLeft())) return budget_->CallAfterwards(this, [this] { Fail(); });
   const QString reason = file_->errorString();
   End();
   emit Failed(reason);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 #include <future>
@@ -17,7 +18,7 @@ class QPushButton;
 
 namespace krx {
 
-/// Saves a chart's values beside other work, in slices of a few milliseconds from the event loop, and shows how far it
+/// Saves a chart's values beside other work, in short slices from the event loop, and shows how far it
 /// is, with "Cancel". The file is replaced when all is written: whatever ends the saving earlier leaves it as it was.
 class SavingBar : public QWidget {
   Q_OBJECT
@@ -25,7 +26,7 @@ class SavingBar : public QWidget {
   explicit SavingBar(QWidget* parent = nullptr);
   ~SavingBar() override;
 
-  /// Keeps the slices out of the waits before transfers. None by default; it is to outlive the bar.
+  /// With a budget no slice makes a transfer late. None by default; it is to outlive the bar.
   void SetWaitBudget(WaitBudget* budget);
 
   /// The history behind the values is to outlive the bar. Not while it is busy.
@@ -41,7 +42,7 @@ class SavingBar : public QWidget {
  private:
   void Slice();
   void Commit();
-  bool PutOff(double seconds, void (SavingBar::*work)());
+  bool MayWork();
   void Cancel();
   void Fail();
   void End();
@@ -53,7 +54,7 @@ class SavingBar : public QWidget {
   QTimer shown_;  ///< a short saving shows no bar
   WaitBudget* budget_ = nullptr;
   std::size_t rows_ = 0;
-  double sliceSeconds_ = 0;  ///< what the last one took
+  QElapsedTimer sinceWait_;  ///< since a transfer was seen waiting; invalid when none was
   QLabel* label_;
   QProgressBar* bar_;
   QPushButton* cancel_;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -109,6 +110,31 @@ TEST(SavingBar, WhateverEndsItEarlierLeavesTheOldFile) {
   ASSERT_TRUE(saving.Ended());
   EXPECT_EQ(saving.End, "failed");
   EXPECT_EQ(Content(saving.Name), "old");
+}
+
+struct ScriptedBudget : WaitBudget {
+  double SecondsLeft() const override { return Left; }
+  void CallAfterwards(const void*, std::function<void()> work) override { Afterwards = std::move(work); }
+  void Forget(const void*) override { Afterwards = nullptr; }
+  double Left = 0.001;  // a transfer comes soon
+  std::function<void()> Afterwards;
+};
+
+TEST(SavingBar, MakesNoTransferLateAndTellsOfAFailureOnlyBetweenTransfers) {
+  ScriptedBudget budget;
+  Saving saving;
+  saving.Bar.SetWaitBudget(&budget);
+  saving.Start();
+  QTest::qWait(50);
+  EXPECT_EQ(saving.Bar.findChild<QProgressBar*>("barSaving")->value(), 0);
+  EXPECT_TRUE(saving.Bar.Busy());
+  const FullDisk full;
+  budget.Left = 0.005;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return budget.Afterwards != nullptr; }, 60'000));
+  EXPECT_EQ(saving.End, "");
+  budget.Left = std::numeric_limits<double>::infinity();
+  budget.Afterwards();
+  EXPECT_EQ(saving.End, "failed");
 }
 
 }  // namespace
