@@ -120,9 +120,8 @@ void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel) {
   SetTextIfChanged(*mean_, tr("mean %1").arg(text(range.Mean)));
 }
 
-void ChannelCard::SetRules(const LimitRules& rules) {
-  gauge_->SetStepEnd(rules.StepEnd);
-  for (LimitBox* box : {highBox_, lowBox_}) box->SetBusy(rules.Busy);
+void ChannelCard::SetStepEnd(std::function<double(double, double)> stepEnd) {
+  gauge_->SetStepEnd(std::move(stepEnd));
 }
 
 LimitBox& ChannelCard::Box(Marker marker) {

@@ -16,12 +16,6 @@ namespace krx {
 class LimitBox;
 class LimitGauge;
 
-/// What boxes and gauge ask while a limit is moved.
-struct LimitRules {
-  std::function<double(double from, double wanted)> StepEnd;  ///< where a step of the gauge's keys ends
-  std::function<bool()> Busy;                                 ///< true inside a transfer
-};
-
 /// What the card says of its channel beside the value.
 struct ChannelReport {
   SeenRange Range;
@@ -41,7 +35,8 @@ class ChannelCard : public QFrame {
   /// The limits are shown but cannot be moved.
   void SetReadOnly();
 
-  void SetRules(const LimitRules& rules);
+  /// Where a step of the gauge's keys from one value to another ends.
+  void SetStepEnd(std::function<double(double from, double wanted)> stepEnd);
 
   /// What changes with every reading.
   void ShowReading(const VisualState& state, std::size_t channel, const ChannelReport& report);

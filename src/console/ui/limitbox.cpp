@@ -3,18 +3,11 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QTimerEvent>
 #include <QWheelEvent>
-#include <utility>
 
 #include "console/ui/labels.h"
 
 namespace krx {
-namespace {
-
-constexpr int retryMilliseconds = 1;  ///< between two ticks there are only some milliseconds
-
-}  // namespace
 
 LimitBox::LimitBox(const char* name, const QString& accessibleName) {
   const QByteArray rangeName = QByteArray("lbl") + QByteArray(name).mid(3) + "Range";  // of "txtHighLimit"
@@ -88,24 +81,6 @@ void LimitBox::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QAbstractSpinBox::keyPressEvent(event);
-}
-
-void LimitBox::timerEvent(QTimerEvent* event) {
-  // The toolkit repeats a held arrow by a timer, and timers go on inside a transfer, where nothing may be written. Put
-  // off and not dropped: on the SMBus nearly every repeat falls into one.
-  if (event->timerId() != retry_) {
-    if (!busy_ || !busy_()) {
-      QAbstractSpinBox::timerEvent(event);
-      return;
-    }
-    repeat_ = event->timerId();
-    if (retry_ == 0) retry_ = startTimer(retryMilliseconds, Qt::PreciseTimer);
-    return;
-  }
-  if (busy_()) return;
-  killTimer(std::exchange(retry_, 0));
-  QTimerEvent put(repeat_);
-  QAbstractSpinBox::timerEvent(&put);  // which knows its timer, unless the arrow was let go meanwhile
 }
 
 }  // namespace krx

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QAbstractSpinBox>
-#include <functional>
 
 class QLabel;
 
@@ -17,9 +16,6 @@ class LimitBox : public QAbstractSpinBox {
 
   /// Below the box; hidden unless a text was refused. Its owner is whoever lays it out.
   QLabel* RangeLabel() { return range_; }
-
-  /// True inside a transfer: a repeat of a held arrow then waits until it is over.
-  void SetBusy(std::function<bool()> busy) { busy_ = std::move(busy); }
 
   /// The limit as it stands. A text that the user is at work on, or that was refused, stays while the limit is the
   /// same.
@@ -40,7 +36,6 @@ class LimitBox : public QAbstractSpinBox {
   QValidator::State validate(QString& text, int& position) const override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
 
  private:
   void Finish();
@@ -49,9 +44,6 @@ class LimitBox : public QAbstractSpinBox {
   QLabel* range_;
   QString limit_;
   bool released_ = true;
-  std::function<bool()> busy_;
-  int repeat_ = 0;  ///< timer of the repeat that waits
-  int retry_ = 0;   ///< timer that looks whether it may go on
 };
 
 }  // namespace krx

@@ -96,8 +96,7 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   });
   connect(card_, &ChannelCard::LimitStepped, this,
           [this](Marker marker, int steps) { EnterLimit(marker, [&] { model_.StepLimit(marker, steps); }); });
-  card_->SetRules({.StepEnd = [this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); },
-                   .Busy = [this] { return bench_.ChipLink.TransferInProgress(); }});
+  card_->SetStepEnd([this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); });
   connect(card_, &ChannelCard::RangeResetWanted, this, [this] {
     bench_.Ranges.Reset(static_cast<std::size_t>(bench_.Display.SelectedChannel));
     ShowReadings(old_);

@@ -63,6 +63,7 @@ struct RunBench {
 class WizardPresser {
  public:
   void Press(InitForm& wizard) {
+    wizard.findChild<QCheckBox*>("PPCheck")->setChecked(false);
     for (const char* const name : {"FinishCMD", "NextCMD"}) {
       auto* const button = wizard.findChild<QPushButton*>(name);
       if (finished_ || !button->isEnabled()) continue;

@@ -104,7 +104,7 @@ TEST(FrmFanConfig, EachControlIsWrittenByApplyAndOkAndByNothingElse) {
       {"chkActiveHigh_0", nullptr, "R5C W5C:72"},
       {"chkAcoustics_1", nullptr, "R63 W63:80"},
       {"cmbRampRate_2", "24", "R63 W63:06"},
-      {"txtTachLimit_3", "1000", "W5B:15 W5A:18"},
+      {"txtTachLimit_3", "1000", "W5B:2A W5A:30"},  // two pulses are programmed
       {"txtTachLimit_1", "a", "W57:FF W56:FF"},
       {"opt2Wire_0", nullptr, "R73 W73:01 V90 S90:05"},
       {"opt3Wire_3", nullptr, "R73 W73:00 V92 S92:40"},
