@@ -15,6 +15,16 @@ namespace krx {
 namespace {
 
 constexpr std::array<Named<ChipBus>, 2> busNames{{{"printer-port", ChipBus::PrinterPort}, {"smbus", ChipBus::Smbus}}};
+constexpr std::uint8_t lowestAddress = 0x2C, highestAddress = 0x2E;
+
+std::uint8_t ChipAddressOf(const std::string& text) {
+  try {
+    const std::uint8_t address = ByteFromArgument(text);
+    if (address >= lowestAddress && address <= highestAddress) return address;
+  } catch (const UsageError&) {  // said of a register's value, which this is not
+  }
+  throw UsageError(fmt::format("--address takes 2Ch, 2Dh or 2Eh, not \"{}\"", text));
+}
 
 }  // namespace
 
@@ -22,7 +32,7 @@ void AddChipOptions(CLI::App& app, ChipChoice& choice) {
   AddTextOption(app, "--bus", "NAME", "take the chip on this bus: printer-port or smbus",
                 [&](const std::string& text) { choice.Bus = ValueOf<ChipBus>("--bus", text, busNames); });
   AddTextOption(app, "--address", "ADDRESS", "take the chip at this 7-bit address: 2Ch, 2Dh or 2Eh",
-                [&](const std::string& text) { choice.Address = text; });
+                [&](const std::string& text) { choice.Address = ChipAddressOf(text); });
 }
 
 ChipConnection::ChipConnection(krx::Media media, CommandHost& host)
@@ -30,11 +40,11 @@ ChipConnection::ChipConnection(krx::Media media, CommandHost& host)
       media_(std::move(media)),
       root_(media_.Factory),
       link_(root_, host.ChipClock(), host.Pump()),
-      search_(link_) {}
+      search_(link_) {
+  link_.EndAsked = [&host] { return host.StopRequested(); };
+}
 
 std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
-  std::optional<std::uint8_t> address;
-  if (!choice.Address.empty()) address = ByteFromArgument(choice.Address);
   if (!media_.Reason.empty()) host_.Err() << "krx5580: " << media_.Reason << '\n';
 
   const SearchMedia media{.PrinterPort = choice.Bus != ChipBus::Smbus, .Smbus = choice.Bus != ChipBus::PrinterPort};
@@ -42,17 +52,15 @@ std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
     searchedAll_ = false;
     host_.Err() << "krx5580: " << report.Text << '\n';
   }
+  if (host_.StopRequested()) throw Interrupted();
   std::vector<ResultRow> rows = search_.Rows();
-  std::erase_if(rows, [&](const ResultRow& row) { return address && row.SevenBitAddress() != *address; });
+  std::erase_if(rows, [&](const ResultRow& row) { return choice.Address && row.SevenBitAddress() != *choice.Address; });
   return rows;
 }
 
 void ChipConnection::Find(const ChipChoice& choice) {
   const std::vector<ResultRow> rows = Search(choice);
-  if (rows.empty()) {
-    throw CommandFailure(
-        fmt::format("no KRX5580 answers{}{} on: {}", choice.Address.empty() ? "" : " at ", choice.Address, Searched()));
-  }
+  if (rows.empty()) throw NotFound(choice);
   const ResultRow& row = rows.front();
   search_.Finish(row);
   place_ = PlaceOf(row);
@@ -73,7 +81,14 @@ void ChipConnection::TakeChip() {
 std::string ChipConnection::Searched() const {
   if (media_.Kind == MediumKind::Simulated) return media_.Name;
   const std::string buses = search_.Searched();
-  return buses.empty() ? "this computer has no bus to search" : buses;
+  return buses.empty() ? "no bus" : buses;
+}
+
+CommandFailure ChipConnection::NotFound(const ChipChoice& choice) const {
+  const std::string address = choice.Address ? fmt::format(" at {:02X}h", *choice.Address) : "";
+  const bool none = search_.Searched().empty();
+  return CommandFailure(fmt::format("no KRX5580 answers{}{}", address,
+                                    none ? ": this computer has no such bus to search" : " on: " + Searched()));
 }
 
 std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place) {

@@ -23,11 +23,17 @@ enum class ChipBus { PrinterPort, Smbus };
 /// Which of the chips found is meant; what is not set fits every chip.
 struct ChipChoice {
   std::optional<ChipBus> Bus;
-  std::string Address;  ///< in its 7-bit form, as typed; empty: any
+  std::optional<std::uint8_t> Address;  ///< 7-bit form
 };
 
 /// Adds --bus and --address. `choice` must outlive the parsing.
 void AddChipOptions(CLI::App& app, ChipChoice& choice);
+
+/// The user wanted the end before the command had begun.
+class Interrupted : public CommandFailure {
+ public:
+  Interrupted() : CommandFailure("interrupted") {}
+};
 
 /// The bus and the link of one command. Nothing is touched before Find.
 class ChipConnection {
@@ -35,7 +41,7 @@ class ChipConnection {
   ChipConnection(krx::Media media, CommandHost& host);
 
   /// Searches the buses; every chip that fits the choice, those at printer ports first. What the search has to say goes
-  /// to the host's Err. Throws UsageError for an address that is none.
+  /// to the host's Err. Throws Interrupted when the user wants the end; the search is given up between two transfers.
   std::vector<ResultRow> Search(const ChipChoice& choice);
   /// False when a bus that Search was to search failed.
   bool SearchedAll() const { return searchedAll_; }
@@ -50,6 +56,8 @@ class ChipConnection {
 
   Link& ChipLink() { return link_; }
   const krx::Media& Media() const { return media_; }
+  /// What Find throws when there is none.
+  CommandFailure NotFound(const ChipChoice& choice) const;
   /// What was searched: "Simulated board", "SMBus I801 adapter at 0700, i2c-1 and printer port 0".
   std::string Searched() const;
   /// "Simulated board, chip at 2Dh on printer port 0", "SMBus I801 adapter at 0700, i2c-1, chip at 2Dh", once a chip is

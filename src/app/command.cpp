@@ -69,7 +69,11 @@ RegisterFormat FormatOf(const Words& words) {
 int RunWatch(const Words& words, CommandHost& host) {
   const WatchOptions options = WatchOptionsOf(words);
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
-  connection.Find(words.Chip);
+  try {
+    connection.Find(words.Chip);
+  } catch (const Interrupted&) {  // its usual end, only early
+    return exitDone;
+  }
   if (words.Start) connection.TakeChip();
   return Watch(options, connection, host) ? exitDone : exitFailure;
 }
@@ -89,7 +93,7 @@ int RunScan(const Words& words, CommandHost& host) {
   for (const ResultRow& row : rows) {
     host.Out() << FoundChipLine(row, words.Json, connection.PlaceOf(row)) << '\n';
   }
-  if (rows.empty()) throw CommandFailure(fmt::format("no KRX5580 was found on: {}", connection.Searched()));
+  if (rows.empty()) throw connection.NotFound(words.Chip);
   // The list may lack what is on a bus that failed.
   return connection.SearchedAll() ? exitDone : exitFailure;
 }
@@ -120,8 +124,13 @@ int RunWrite(const Words& words, CommandHost& host) {
 
 /// Naming a bus of one kind leaves the other kind alone: whoever names an SMBus does not want a printer probed.
 void SearchOnlyTheNamedBus(Words& words) {
-  if (words.Chip.Bus || words.Media.Smbus.has_value() == words.Media.PrinterPort.has_value()) return;
-  words.Chip.Bus = words.Media.Smbus ? ChipBus::Smbus : ChipBus::PrinterPort;
+  if (words.Media.Smbus.has_value() == words.Media.PrinterPort.has_value()) return;
+  const ChipBus named = words.Media.Smbus ? ChipBus::Smbus : ChipBus::PrinterPort;
+  if (words.Chip.Bus.value_or(named) != named) {
+    throw UsageError(words.Media.Smbus ? "--smbus does not go with --bus printer-port"
+                                       : "--printer-port does not go with --bus smbus");
+  }
+  words.Chip.Bus = named;
 }
 
 using Action = std::function<int(const Words&, CommandHost&)>;
@@ -141,7 +150,7 @@ void DescribeWatch(CLI::App& watch, Words& words) {
 int Run(std::vector<std::string> arguments, CommandHost& host) {
   Words words;
   CLI::App app("Reads and watches the KRX5580 hardware monitor from the command line.", "krx5580");
-  app.option_defaults()->take_last();
+  app.option_defaults()->take_last()->disable_flag_override();
   app.set_version_flag("--version", std::string("krx5580 ") + KRX_VERSION);
   app.require_subcommand(1);
   app.footer(registerHelp);

@@ -154,7 +154,6 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   host.Err() << "krx5580: " << connection.Place() << '\n';
   Link& link = connection.ChipLink();
   Workbench bench(link);
-  link.EndAsked = [&host] { return host.StopRequested(); };
   const Link::MayGiveUp readings(link);
   Faults faults;
   // Hardware is written only when that was asked for.

@@ -98,6 +98,7 @@ StepProblems TryAgain(Workbench& bench, bool reads) {
       if (step.What == Step::Kind::Board) boardTried = due;
       const bool follows = boardTried && step.What == Step::Kind::Pins;
       if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
+      bench.ChipLink.ThrowIfGivenUp();
       if (auto problem = Try(step, 1, state)) problems.push_back(*problem);
     }
   } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
@@ -114,6 +115,7 @@ StepProblems StartUp(Workbench& bench) {
   std::vector<std::pair<std::string, std::string>> failed;  // step and problem
   try {
     for (const Step& step : Steps(bench)) {
+      bench.ChipLink.ThrowIfGivenUp();
       if (auto problem = Try(step, 2, bench.Start)) {
         if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
       }

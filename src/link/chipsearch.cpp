@@ -109,9 +109,13 @@ std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, int maxim
   progressMaximum_ = maximum;
   searched_.clear();
   std::vector<SearchReport> reports;
-  if (media.PrinterPort) SearchPrinterPort(reports);
-  if (media.Smbus) SearchSmbus(reports);
-  if (media.Usb) SearchUsb();
+  const Link::MayGiveUp probing(link_);
+  try {
+    if (media.PrinterPort) SearchPrinterPort(reports);
+    if (media.Smbus) SearchSmbus(reports);
+    if (media.Usb) SearchUsb();
+  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
+  }
   progress_ = nullptr;
   return reports;
 }
@@ -141,6 +145,7 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
     for (const bool mode : {false, true}) {
       routine.Try([&] { device->SetBusMode(mode); });
       for (const std::uint8_t address : candidateAddresses) {
+        link_.ThrowIfGivenUp();
         if (!routine.IsChip([&] { return device->ReadByteData(address, companyIdRegister); })) continue;
         // A chip that answered is listed even when the adapter cannot say where it was asked.
         PrinterFind find{address, port, mode, number, {}};
@@ -173,6 +178,7 @@ void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
         if (host != nullptr) host->UseSmbusAdapter(adapter.Number);
         return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, companyIdRegister);
       };
+      link_.ThrowIfGivenUp();
       if (!routine.IsChip(read)) continue;
       SmbusFind find{address, {}, {}};
       if (host != nullptr) {
@@ -252,8 +258,10 @@ std::optional<std::string> ChipSearch::ConnectFirst(const SearchMedia& media) {
   const auto reports = Search(media, 0, nullptr);
   const auto rows = Rows();
   if (rows.empty()) {
+    const Link::MayGiveUp connecting(link_);
+    link_.ThrowIfGivenUp();
     std::string text = "No KRX5580 was found";
-    if (!searched_.empty()) text += " on: " + Searched();
+    text += searched_.empty() ? ": there is no such bus to search" : " on: " + Searched();
     for (const SearchReport& report : reports) text += ". " + report.Text;
     throw CommsError(noChipFound, text);
   }

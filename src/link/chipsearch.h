@@ -49,7 +49,7 @@ class ChipSearch {
 
   /// Searches printer port, SMBus and USB in this order; appends to the finds. The progress ends at `maximum`, as
   /// ProgressMaximum gave it. Returns the message boxes to show, one per routine that had a failing operation. An
-  /// address that no device acknowledges is no failure.
+  /// address that no device acknowledges is no failure. Given up between two transfers when the program is to end.
   std::vector<SearchReport> Search(const SearchMedia& media, int maximum, const Progress& progress);
 
   void ClearFinds();
@@ -73,7 +73,7 @@ class ChipSearch {
   std::optional<std::string> TakeChip();
 
   /// Searches and finishes with the first row. Throws CommsError when there is none, saying what was searched and what
-  /// went wrong there. Returns what TakeChip returns.
+  /// went wrong there; GivenUp when the program is to end. Returns what TakeChip returns.
   std::optional<std::string> ConnectFirst(const SearchMedia& media);
 
  private:

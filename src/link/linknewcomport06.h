@@ -34,7 +34,8 @@ class LinkNewComPort06 {
   std::function<bool()> EndAsked;  ///< true once the program is to end; unset: never
 
   /// For a sequence that may stop anywhere, since it only reads. As long as one lives and an end was asked for, no read
-  /// begins any more: on a bus that hangs each costs up to a second. ReadRegister then throws GivenUp.
+  /// begins any more: on a bus that hangs each costs up to a second. ReadRegister then throws GivenUp, and
+  /// so does ThrowIfGivenUp.
   class MayGiveUp {
    public:
     explicit MayGiveUp(LinkNewComPort06& link) : link_(link) { ++link_.mayGiveUp_; }
@@ -45,6 +46,9 @@ class LinkNewComPort06 {
    private:
     LinkNewComPort06& link_;
   };
+
+  /// For such a sequence where it goes on without a read of this link.
+  void ThrowIfGivenUp() const;
 
   /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws
   /// Overflow before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData
@@ -80,8 +84,6 @@ class LinkNewComPort06 {
   CommsRoot& Root() { return root_; }
 
  private:
-  void ThrowIfGivenUp() const;
-
   CommsRoot& root_;
   Clock& clock_;
   SleepingPump sleeping_;

@@ -3,8 +3,11 @@
 
 #include <QApplication>
 #include <iostream>
+#include <optional>
+#include <string>
 #include <utility>
 
+#include "link/commserror.h"
 #include "link/journalmodule.h"
 #include "link/registeraccess.h"
 #include "link/ui/initform.h"
@@ -89,7 +92,11 @@ void ConsoleRun::UseSimulatedBoard() {
 /// Takes the first chip that answers, the printer port before the SMBus.
 void ConsoleRun::ConnectFirstChip() {
   search_.Load();
-  const auto holder = search_.ConnectFirst(*options_.Connect);
+  std::optional<std::string> holder;
+  try {
+    holder = search_.ConnectFirst(*options_.Connect);
+  } catch (const GivenUp&) {  // the main loop then ends the program as it ends every other run
+  }
   if (!holder) return;
   GoReadOnly();
   search_.Finish(search_.Rows().front());
