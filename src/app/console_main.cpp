@@ -2,6 +2,9 @@
 #include <QApplication>
 
 #include <CLI/CLI.hpp>
+#include <array>
+#include <optional>
+#include <string>
 
 #include "app/commandhost.h"
 #include "app/media.h"
@@ -15,10 +18,28 @@ namespace {
 
 struct ConsoleOptions {
   MediaOptions Bus;
-  std::string ThemeName = "system";
+  Theme Colours = Theme::System;
   bool ReadOnly = false;
-  std::string Connect;  ///< "any", "printer-port" or "smbus": to the first chip found there, without the search wizard
+  std::optional<SearchMedia> Connect;  ///< to the first chip found there, without the search wizard
 };
+
+constexpr std::array<Named<Theme>, 3> themeNames{
+    {{"system", Theme::System}, {"light", Theme::Light}, {"dark", Theme::Dark}}};
+constexpr std::array<Named<SearchMedia>, 3> connectNames{{{"any", {.PrinterPort = true, .Smbus = true}},
+                                                          {"printer-port", {.PrinterPort = true}},
+                                                          {"smbus", {.Smbus = true}}}};
+
+void AddConsoleOptions(CLI::App& app, ConsoleOptions& options) {
+  // Before the options, which take it over.
+  app.option_defaults()->disable_flag_override();
+  AddMediaOptions(app, options.Bus);
+  AddTextOption(app, "--theme", "NAME", "light, dark, or system: as the desktop has it",
+                [&](const std::string& text) { options.Colours = ValueOf<Theme>("--theme", text, themeNames); });
+  app.add_flag("--read-only", options.ReadOnly, "no write reaches chip or board");
+  AddTextOption(
+      app, "--connect", "BUS", "take the first chip found, without the search wizard: any, printer-port or smbus",
+      [&](const std::string& text) { options.Connect = ValueOf<SearchMedia>("--connect", text, connectNames); });
+}
 
 ConsoleMedium MediumOf(const MediaOptions& options, Clock& clock) {
   const Media media = ChooseMedia(options, clock);
@@ -33,14 +54,10 @@ ConsoleMedium MediumOf(const MediaOptions& options, Clock& clock) {
 ConsoleRunOptions RunOptionsOf(const ConsoleOptions& options, Clock& clock) {
   MediaOptions simulated;
   simulated.Simulator = options.Bus.Simulator;
-  ConsoleRunOptions run{.Colours = ThemeFromName(QString::fromStdString(options.ThemeName)),
-                        .ReadOnly = options.ReadOnly,
-                        .Connect = {},
-                        .SimulatedBoard = [simulated, &clock] { return MediumOf(simulated, clock); }};
-  if (!options.Connect.empty()) {
-    run.Connect = SearchMedia{.PrinterPort = options.Connect != "smbus", .Smbus = options.Connect != "printer-port"};
-  }
-  return run;
+  return {.Colours = options.Colours,
+          .ReadOnly = options.ReadOnly,
+          .Connect = options.Connect,
+          .SimulatedBoard = [simulated, &clock] { return MediumOf(simulated, clock); }};
 }
 
 }  // namespace
@@ -50,14 +67,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", std::string(KRX_VERSION));
   app.failure_message(UsageLine);
   ConsoleOptions options;
-  AddMediaOptions(app, options.Bus);
-  app.add_option("--theme", options.ThemeName, "light, dark, or system: as the desktop has it")
-      ->check(CLI::IsMember({"system", "light", "dark"}))
-      ->type_name("NAME");
-  app.add_flag("--read-only", options.ReadOnly, "no write reaches chip or board");
-  app.add_option("--connect", options.Connect, "take the first chip found, without the search wizard")
-      ->check(CLI::IsMember({"any", "printer-port", "smbus"}))
-      ->type_name("BUS");
+  AddConsoleOptions(app, options);
   // The toolkit takes its own options out of the arguments, and only then is the rest ours. But a question that needs
   // no window must not fail for want of a display, so those are answered first.
   app.allow_extras();

@@ -72,8 +72,12 @@ bool NamesHardware(const MediaOptions& options) {
   return options.Smbus || options.PrinterPort || options.Wiring || options.Force;
 }
 
-/// Whoever names a bus must not take the simulated values for those of that bus.
+/// Whoever names a bus must not take the simulated values for those of that bus, and a planned fault must not be
+/// missing from a run on hardware.
 void CheckMedium(const MediaOptions& options) {
+  if (options.Medium == MediumKind::Linux && !options.Simulator.LastNamed.empty()) {
+    throw UsageError(options.Simulator.LastNamed + " needs --medium simulated");
+  }
   if (options.Medium != MediumKind::Simulated || !NamesHardware(options)) return;
   const char* name = options.Smbus ? "--smbus" : options.PrinterPort ? "--printer-port" : "--force";
   throw UsageError(fmt::format("{} needs --medium linux", options.Wiring ? "--wiring" : name));
@@ -91,9 +95,12 @@ std::vector<Fault> FaultsOf(const std::vector<std::string>& texts) {
 }
 
 void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
-  AddTextOption(app, "--speed", "X", "simulated: model seconds a second, 1 to 1000",
-                [&](const std::string& text) { choice.Speed = NumberOf("--speed", text, 1, 1000); });
+  AddTextOption(app, "--speed", "X", "simulated: model seconds a second, 1 to 1000", [&](const std::string& text) {
+    choice.LastNamed = "--speed";
+    choice.Speed = NumberOf("--speed", text, 1, 1000);
+  });
   AddTextOption(app, "--seed", "N", "simulated: seed of the noise, 0 to 4294967295", [&](const std::string& text) {
+    choice.LastNamed = "--seed";
     constexpr long highest = std::numeric_limits<std::uint32_t>::max();
     choice.Seed = static_cast<std::uint32_t>(WholeNumberOf("--seed", text, 0, highest));
   });
@@ -102,6 +109,7 @@ void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
       "simulated: what the board has, separated by commas: vid (VID follows its switches), pulses=2, ports=2, "
       "load=5 (W), noise=0",
       [&](const std::string& text) {
+        choice.LastNamed = "--board";
         std::string why;
         const auto options = ParseBoard(choice, text, &why);
         if (!options) throw UsageError(fmt::format("--board {}: {}", text, why));
@@ -110,7 +118,10 @@ void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
   AddTextsOption(app, "--fault", "FAULT",
                  "simulated: plan a fault, such as fail=20, fail=20+, slow=0.1, absent=5, stall=1, runaway=2, hunt=1, "
                  "diode=1, company=55, stuck=5C:E0; may be repeated",
-                 [&](const std::vector<std::string>& texts) { choice.Faults = FaultsOf(texts); });
+                 [&](const std::vector<std::string>& texts) {
+                   choice.LastNamed = "--fault";
+                   choice.Faults = FaultsOf(texts);
+                 });
 }
 
 }  // namespace

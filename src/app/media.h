@@ -22,6 +22,7 @@ enum class MediumKind { Auto, Simulated, Linux };
 /// What the simulated computer has, and what is to fail in it.
 struct SimulatorChoice : SimOptions {
   std::vector<Fault> Faults;
+  std::string LastNamed;  ///< the last option that set one of these; empty: none did
 };
 
 /// What the command line says about the bus to use.

@@ -43,19 +43,13 @@ std::string ExtraText(const CLI::App& app) {
   return fmt::format("\"{}\" is one argument too many", extras.front());
 }
 
-/// The parser names the option in front of a colon.
-std::string NoValueText(const CLI::ParseError& error) {
+/// The parser names an option that lacks its value in front of a colon, and a flag that was given one without dashes.
+std::string ValueText(const CLI::ParseError& error) {
   const std::string text = error.what();
-  return text.substr(0, text.find(':')) + " takes a value";
-}
-
-std::string FlagText(const CLI::App& command) {
-  for (const CLI::Option* option : command.get_options()) {
-    if (option->count() > 0 && option->get_expected_max() == 0) {
-      return fmt::format("{} takes no value", option->get_name());
-    }
+  if (const auto flag = text.find(" was given"); flag != std::string::npos) {
+    return fmt::format("--{} takes no value", text.substr(0, flag));
   }
-  return "a value cannot be read";
+  return text.substr(0, text.find(':')) + " takes a value";
 }
 
 }  // namespace
@@ -101,8 +95,7 @@ std::string UsageText(const CLI::App& app, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) return text;  // ours already
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) text = ExtraText(app);
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) text = MissingText(app, command);
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) text = NoValueText(error);
-  if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) text = FlagText(command);
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) text = ValueText(error);
   const std::string commandName = named.empty() ? "" : " " + command.get_name();
   return fmt::format("{}; see {}{} --help", text, app.get_name(), commandName);
 }

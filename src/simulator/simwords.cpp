@@ -19,21 +19,19 @@ struct Refused {
   std::string Why;
 };
 
-double Number(std::string_view word, std::string_view text, double low, double high) {
+double Number(std::string_view word, std::string_view text, double low, double high, bool integer = false) {
   double value = 0;
   const char* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, value);
   const bool whole = result.ec == std::errc() && result.ptr == end;
-  if (!whole || !(value >= low && value <= high)) {
-    throw Refused{fmt::format("{}= takes a number from {} to {}", word, low, high)};
+  if (!whole || !(value >= low && value <= high) || (integer && value != std::floor(value))) {
+    throw Refused{fmt::format("{}= takes a {}number from {} to {}", word, integer ? "whole " : "", low, high)};
   }
   return value;
 }
 
 int WholeNumber(std::string_view word, std::string_view text, int low, int high) {
-  const double value = Number(word, text, low, high);
-  if (value != std::floor(value)) throw Refused{fmt::format("{}= takes a whole number", word)};
-  return static_cast<int>(value);
+  return static_cast<int>(Number(word, text, low, high, true));
 }
 
 std::uint8_t HexByte(std::string_view word, std::string_view text) {

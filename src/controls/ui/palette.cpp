@@ -33,12 +33,6 @@ class OutlinedStyle : public QProxyStyle {
 
 }  // namespace
 
-Theme ThemeFromName(const QString& name) {
-  if (name == QLatin1String("light")) return Theme::Light;
-  if (name == QLatin1String("dark")) return Theme::Dark;
-  return Theme::System;
-}
-
 const Palette& Palette::Light() {
   static const Palette palette{
       .window = 0xf4f6f8,

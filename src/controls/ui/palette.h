@@ -14,9 +14,6 @@ namespace krx {
 /// Which of the two palettes a run uses.
 enum class Theme { System, Light, Dark };
 
-/// "light" and "dark" by name; anything else follows the system.
-Theme ThemeFromName(const QString& name);
-
 /// Every colour of the program, by its role. Text on window, card and raised has a contrast of at least 4.5:1.
 struct Palette {
   QColor window;  ///< behind everything
