@@ -28,7 +28,7 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {{"read", "0x40", "--colour"}, "there is no option \"--colour\"; see krx5580 read --help"},
       {{"write", "0x30", "1", "2"}, "\"2\" is one argument too many; see krx5580 write --help"},
       {{"dump", "--speed"}, "--speed takes a value; see krx5580 dump --help"},
-      {{"dump", "--json=x"}, "--json takes no value; see krx5580 dump --help"},
+      {{"dump", "--json=0"}, "--json takes no value; see krx5580 dump --help"},
       {{"read", "0x40", "40"}, "register 40 is ambiguous: 0x40 or 40h for the hexadecimal number, 0x28 for the"},
       {{"read", "5C"}, "register 5C is ambiguous: 0x5C or 5Ch for the hexadecimal number\n"},
       {{"read", "0x38"}, "the chip has no register 38h"},
@@ -53,7 +53,11 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {{"dump", "--smbus", "1"}, "--smbus needs --medium linux"},
       {{"dump", "--wiring", "f", "--force", "--medium", "simulated"}, "--wiring needs --medium linux"},
       {{"dump", "--medium", "linux", "--printer-port", "-1"}, "--printer-port takes a whole number from 0 to 1048575"},
-      {{"read", "--address", "2E", "0x40"}, "value 2E is ambiguous"},
+      {{"dump", "--medium", "linux", "--speed", "2", "--fault", "fail=3"}, "--fault needs --medium simulated"},
+      {{"dump", "--medium", "linux", "--smbus", "1", "--bus", "printer-port"},
+       "--smbus does not go with --bus printer"},
+      {{"read", "--address", "2E", "0x40"}, "--address takes 2Ch, 2Dh or 2Eh, not \"2E\""},
+      {{"scan", "--address", "5Ah"}, "--address takes 2Ch, 2Dh or 2Eh, not \"5Ah\""},
       {{"dump", "--medium", "linux", "--wiring", "/nowhere\x1b"}, "cannot read the wiring file /nowhere\\x1B: No such"},
   };
   for (const auto& row : rows) {
@@ -70,7 +74,7 @@ TEST(Command, WhatCannotBeCarriedOutEndsWithOneAndSaysWhy) {
     std::string Says;
   } rows[] = {
       {{"dump", "--fault", "absent=0"}, "no KRX5580 answers on: Simulated board"},
-      {{"dump", "--fault", "company=55"}, "no KRX5580 answers on: Simulated board"},
+      {{"scan", "--fault", "company=55", "--address", "2Eh"}, "no KRX5580 answers at 2Eh on: Simulated board"},
       {{"dump", "--address", "2Ch"}, "no KRX5580 answers at 2Ch on: Simulated board"},
       {{"dump", "--bus", "smbus", "--address", "2Dh"}, "no KRX5580 answers at 2Dh"},
   };

@@ -1,6 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# nodisplay_test.sh CONSOLE: where no window can open, the console says so, names the command line and ends with 1.
+# nodisplay_test.sh CONSOLE: where no window can open, the console says so, names the command line and ends with 1;
+# options that are misused end it with 2 before.
 set -u
 console="$1"
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_SESSION_TYPE
@@ -23,4 +24,17 @@ without NOTHING=
 without DISPLAY=:987
 without WAYLAND_DISPLAY=nowhere
 for platform in xcb wayland linuxfb nonsense; do without QT_QPA_PLATFORM="$platform"; done
+said_of() {
+  wanted="$1"
+  shift
+  "$console" "$@" >/dev/null 2>"$said"
+  code=$?
+  [ "$code" -eq 2 ] && [ "$(cat "$said")" = "krx5580-console: $wanted" ] && return
+  echo "$*: ended with $code and said:"
+  cat "$said"
+  failed=1
+}
+said_of '--theme takes system, light or dark, not "x"' --theme x
+said_of '--connect takes any, printer-port or smbus, not "1"' --connect 1
+said_of '--read-only takes no value; see krx5580-console --help' --read-only=0
 exit "$failed"

@@ -210,6 +210,12 @@ TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
     EXPECT_EQ(host.Pumping.Calls, transfer) << "no transfer waits after it";
     EXPECT_EQ(host.Data.str(), "") << "no row that is only half read";
   }
+  for (const auto& [command, code] : {std::pair{"watch", 0}, {"dump", 1}}) {
+    TestHost host;
+    host.Stop = true;
+    EXPECT_EQ(RunCommand({command}, host), code);
+    EXPECT_EQ(host.Data.str() + host.Talk.str(), code == 0 ? "" : "krx5580: interrupted\n");
+  }
 }
 
 TEST(Watch, OnATerminalOnePageIsKeptCurrentUntilCtrlC) {

@@ -25,6 +25,10 @@ TEST(StartUp, ReadsTheChipInOrder) {
   EXPECT_EQ(bench.Work.Display.PwmManual, (std::array<bool, 3>{false, true, false}));
   EXPECT_EQ(bench.Work.Log.ColumnTitles[9], "Fan4 RPM");
   EXPECT_EQ(bench.Work.Log.ColumnTitles[10], "");
+  VisualBench ending(TestBench::Medium::Board);
+  ending.Bus.EndAsked = [] { return true; };
+  EXPECT_TRUE(StartUp(ending.Work).empty());
+  EXPECT_EQ(ending.Sim.Trace().Text(TraceFilter::Bus), "") << "no step begins any more";
 }
 
 TEST(StartUp, BringsTheBoardInLineByteByByte) {

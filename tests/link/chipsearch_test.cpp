@@ -169,10 +169,31 @@ TEST(ChipSearch, NothingElseThanTheCompanyIdIsTheChip) {
       EXPECT_FALSE(bench.Wizard.Finish());
     }
   }
+  SimOptions portless;
+  portless.Ports = 0;
+  try {
+    SearchBench(portless).Search.ConnectFirst(printerPort);
+    ADD_FAILURE() << "there is no port";
+  } catch (const CommsError& error) {
+    EXPECT_STREQ(error.what(), "No KRX5580 was found: there is no such bus to search");
+  }
   SearchBench bench;
   EXPECT_EQ(bench.Search.ProgressMaximum({true, true, true}), 99);
   bench.Run(usb);
   EXPECT_EQ(bench.Steps, (std::vector<int>{16, 32, 33}));
+}
+
+TEST(ChipSearch, IsGivenUpBetweenTwoTransfersWhenTheProgramIsToEnd) {
+  SearchBench bench;
+  for (const auto& [media, before] : {std::pair{printerPort, "R3E! R3E"}, {smbus, "R3E! R3E!"}}) {
+    int asked = 0;
+    bench.Bus.EndAsked = [&asked] { return ++asked > 2; };
+    bench.Search.ClearFinds();
+    bench.Traffic();
+    EXPECT_TRUE(bench.Search.Search(media, 33, nullptr).empty());
+    EXPECT_EQ(bench.Traffic(), before);
+  }
+  EXPECT_THROW(bench.Search.ConnectFirst(smbus), GivenUp) << "no box";
 }
 
 TEST(SearchWizard, PagesAndButtonsFollowNextBackAndTheSearch) {

@@ -170,7 +170,7 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
     return why;
   };
   const std::string faults = "there are fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= and stuck=";
-  const std::string nth = "fail= takes a number from 1 to 1000000000";
+  const std::string nth = "fail= takes a whole number from 1 to 1000000000";
   const std::string hex = "= takes a hexadecimal number from 00 to FF";
   const std::string withFail = "fail= goes with op=, reg=, number= and noack";
   const struct {
@@ -182,17 +182,17 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
       {"fail", nth},
       {"fail=0", nth},
       {"fail=1 ", nth},
-      {"fail=1.5", "fail= takes a whole number"},
+      {"fail=1.5", nth},
       {"fail=1,", withFail},
-      {"fail=1,number=65536", "number= takes a number from 1 to 65535"},
+      {"fail=1,number=65536", "number= takes a whole number from 1 to 65535"},
       {"fail=1,reg=G1", "reg" + hex},
       {"fail=1,op=eat", "op= takes one of read, write, send, receive, control, status, complete, mode, port, report"},
       {"slow=-1", "slow= takes a number from 0 to 10"},
       {"slow=10.5", "slow= takes a number from 0 to 10"},
       {"slow=nan", "slow= takes a number from 0 to 10"},
       {"absent=1e9", "absent= takes a number from 0 to 1000000"},
-      {"hunt=5", "hunt= takes a number from 1 to 4"},
-      {"diode=3", "diode= takes a number from 1 to 2"},
+      {"hunt=5", "hunt= takes a whole number from 1 to 4"},
+      {"diode=3", "diode= takes a whole number from 1 to 2"},
       {"company=100", "company" + hex},
       {"stuck=40:", "stuck" + hex},
       {"slow=10", "taken"},
@@ -205,9 +205,9 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
   } boardRows[] = {
       {"", "there are vid, pulses=, ports=, load= and noise="},
       {"vid=1", "there are vid, pulses=, ports=, load= and noise="},
-      {"vid,pulses=5", "pulses= takes a number from 1 to 4"},
+      {"vid,pulses=5", "pulses= takes a whole number from 1 to 4"},
       {"pulses=2:2", "pulses= takes one number, or four with a colon between two"},
-      {"ports=9", "ports= takes a number from 0 to 8"},
+      {"ports=9", "ports= takes a whole number from 0 to 8"},
       {"load=10.1", "load= takes a number from 0 to 10"},
       {"noise=-1", "noise= takes a number from 0 to 10"},
   };
