@@ -50,7 +50,7 @@ std::vector<ResultRow> ChipConnection::Search(const ChipChoice& choice) {
   const SearchMedia media{.PrinterPort = choice.Bus != ChipBus::Smbus, .Smbus = choice.Bus != ChipBus::PrinterPort};
   for (const SearchReport& report : search_.Search(media, 0, nullptr)) {
     searchedAll_ = false;
-    host_.Err() << "krx5580: " << report.Text << '\n';
+    host_.Err() << "krx5580: " << report.Line() << '\n';
   }
   if (host_.StopRequested()) throw Interrupted();
   std::vector<ResultRow> rows = search_.Rows();

@@ -76,6 +76,11 @@ void Append(std::vector<SearchReport>& reports, const Routine& routine) {
 
 }  // namespace
 
+std::string SearchReport::Line() const {
+  const std::size_t comma = Title.find(", ");
+  return (comma == std::string::npos ? Title : Title.substr(comma + 2)) + ": " + Text;
+}
+
 ChipSearch::ChipSearch(Link& link) : link_(link) {}
 
 void ChipSearch::Load() {
@@ -262,7 +267,7 @@ std::optional<std::string> ChipSearch::ConnectFirst(const SearchMedia& media) {
     link_.ThrowIfGivenUp();
     std::string text = "No KRX5580 was found";
     text += searched_.empty() ? ": there is no such bus to search" : " on: " + Searched();
-    for (const SearchReport& report : reports) text += ". " + report.Text;
+    for (const SearchReport& report : reports) text += ". " + report.Line();
     throw CommsError(noChipFound, text);
   }
   Finish(rows.front());

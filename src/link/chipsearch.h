@@ -27,6 +27,8 @@ struct SearchMedia {
 struct SearchReport {
   std::string Title;
   std::string Text;
+  /// Both where there is no box: "Search SMBus: Error: 57, Device I/O error".
+  std::string Line() const;
 };
 
 /// Finds the chip on the media and hands the chosen one to the link. Probes through the CommsModule directly, since
