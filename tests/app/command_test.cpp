@@ -133,7 +133,8 @@ TEST(Command, AScanWhoseBusFailedListsTheRestAndEndsWithOne) {
   TestHost host;
   EXPECT_EQ(RunCommand({"scan", "--fault", "fail=7"}, host), 1);  // the first transfer on the SMBus
   EXPECT_EQ(host.Data.str(), "2Dh  printer port 0, bus mode 0\n2Eh  SMBus\n");
-  EXPECT_EQ(host.Talk.str(), "krx5580: Error: 57, Device I/O error\nkrx5580: searched: Simulated board\n");
+  EXPECT_EQ(host.Talk.str(),
+            "krx5580: Search SMBus: Error: 57, Device I/O error\nkrx5580: searched: Simulated board\n");
 }
 
 TEST(JsonText, IsAStringForEveryReader) {

@@ -183,7 +183,8 @@ TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed)
     search.ConnectFirst({true, true, false});
     FAIL();
   } catch (const CommsError& error) {
-    EXPECT_TRUE(std::string(error.what()).starts_with("No KRX5580 was found on: i2c-7. Error: 2, ")) << error.what();
+    EXPECT_TRUE(std::string(error.what()).starts_with("No KRX5580 was found on: i2c-7. Search SMBus: Error: 2, "))
+        << error.what();
   }
 }
 
