@@ -63,7 +63,7 @@ LinuxOptions LinuxOptionsOf(const MediaOptions& choice) {
 
 Media LinuxMedia(const LinuxOptions& options, Clock& clock) {
   return {.Kind = MediumKind::Linux,
-          .Name = FindLinuxBus(options).value_or("This computer's buses"),
+          .Name = FindLinuxBus(options).value_or("no SMBus adapter and no printer port"),
           .Reason = {},
           .Factory = [=, &clock] { return MakeLinuxComms(options, clock); }};
 }
@@ -149,7 +149,8 @@ Media ChooseMedia(const MediaOptions& options, Clock& clock) {
   if (options.Medium == MediumKind::Linux) return LinuxMedia(buses, clock);
   if (FindLinuxBus(buses) || NamesHardware(options)) {
     Media media = LinuxMedia(buses, clock);
-    media.Reason = "This computer has a bus to search: " + media.Name;
+    media.Reason = FindLinuxBus(buses) ? "This computer has a bus to search: " + media.Name
+                                       : "An option for hardware was given: this is not the simulated board";
     return media;
   }
   Media media = SimulatedMedia(options.Simulator, clock);
