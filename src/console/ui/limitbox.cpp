@@ -3,6 +3,7 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 #include "console/ui/labels.h"
@@ -43,6 +44,9 @@ void LimitBox::Refuse(const QString& range) {
 }
 
 void LimitBox::Finish() {
+  // The box that a failed write opens takes the focus, which finishes the same entry once more.
+  if (finishing_) return;
+  const QScopedValueRollback finishing(finishing_, true);
   if (text() == limit_) {
     range_->hide();
   } else {

@@ -44,6 +44,7 @@ class LimitBox : public QAbstractSpinBox {
   QLabel* range_;
   QString limit_;
   bool released_ = true;
+  bool finishing_ = false;
 };
 
 }  // namespace krx
