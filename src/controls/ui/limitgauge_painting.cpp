@@ -18,8 +18,9 @@ QString TickText(double tick, double step) {
 
 QString LimitGauge::Label(Marker marker) const {
   const double value = markers_.ValueOf(marker);
-  const QString number =
-      std::isfinite(value) ? QString::number(value, 'f', markers_.Scale().Decimals()) : QStringLiteral("none");
+  const QString number = !markers_.IsKnown(marker) ? QStringLiteral("not known")
+                         : std::isfinite(value)    ? QString::number(value, 'f', markers_.Scale().Decimals())
+                                                   : QStringLiteral("none");
   return (marker == Marker::Low ? QStringLiteral("Low ") : QStringLiteral("High ")) + number;
 }
 
@@ -48,7 +49,8 @@ void LimitGauge::PaintMarker(QPainter& painter, Marker marker, double labelY) co
   const double em = fontMetrics().height();
   const double y = MarkerY(marker);
   const bool draggable = markers_.IsDraggable(marker);
-  const QColor colour = !draggable ? palette.mutedText : marker == Marker::High ? palette.bad : palette.accent;
+  const bool known = draggable && markers_.IsKnown(marker);
+  const QColor colour = !known ? palette.mutedText : marker == Marker::High ? palette.bad : palette.accent;
   painter.setPen(QPen(colour, 0.1 * em));
   painter.drawLine(QPointF(bar.left(), y), QPointF(bar.right(), y));
   if (!draggable) return;
@@ -59,7 +61,7 @@ void LimitGauge::PaintMarker(QPainter& painter, Marker marker, double labelY) co
 
   const QString text = Label(marker);
   const QRectF label(tip + 1.1 * em, labelY - em / 2, fontMetrics().horizontalAdvance(text) + 2, em);
-  painter.setPen(palette.text);
+  painter.setPen(known ? palette.text : palette.mutedText);
   painter.drawText(label, Qt::AlignLeft | Qt::AlignVCenter, text);
   if (!hasFocus() || focused_ != marker) return;
   painter.setPen(QPen(palette.accent, 0.1 * em));
@@ -76,7 +78,8 @@ void LimitGauge::paintEvent(QPaintEvent*) {
 
   const QRectF bar = Bar();
   const double em = fontMetrics().height();
-  const bool both = markers_.IsPlaced(Marker::Low) && markers_.IsPlaced(Marker::High);
+  const auto stands = [&](Marker marker) { return markers_.IsPlaced(marker) && markers_.IsKnown(marker); };
+  const bool both = stands(Marker::Low) && stands(Marker::High);
   if (both && markers_.High() >= markers_.Low()) {
     QColor band = palette.ok;
     band.setAlphaF(0.25F);
