@@ -65,7 +65,7 @@ void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {
   QString text;
   if (report.Count) text = tr("No alarms");
   if (count > 0) text = count == 1 ? tr("◆ 1 alarm") : tr("◆ %1 alarms").arg(count);
-  if (count > 0 && (old || report.Old)) text += tr(" (old)");
+  if (report.Count && (old || report.Old)) text += tr(" (old)");
   if (alarms_->text() == text && alarms_->toolTip().toStdString() == report.Details) return;
   alarms_->setText(text);
   alarms_->setToolTip(QString::fromStdString(report.Details));
