@@ -89,7 +89,7 @@ void VisualModel::EnterVisualDisplay() {
 }
 
 void VisualModel::ConfigurationWritten(std::uint8_t byte) {
-  if ((byte & startBit) != 0 && !bench_.Log.TimerStateAtLogStart) timers_.StartVisualTimer();
+  if ((byte & startBit) != 0 && !bench_.Log.TimerStateAtLogStart) StartCycle();
 }
 
 void VisualModel::EnterReadWrite() {
@@ -209,9 +209,6 @@ StepProblems VisualModel::ReReadChip() {
 
 void VisualModel::ShowReRead(bool powerModeBefore) {
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  if (channels[selected].Kind == ChannelKind::Fan && !state_.Gauge.IsMoved(Marker::Low)) {
-    PlaceSeenFanLimit(bench_.ChipLink, selected, Limits(), state_.Gauge);
-  }
   if (bench_.Power.PowerMode != powerModeBefore && selected == currentChannel) {
     // Its markers stand for the other unit; the next selection places them anew.
     const GaugeScale scale = ChannelScale(currentChannel, bench_.Power.PowerMode);
@@ -227,7 +224,12 @@ void VisualModel::Relabel() {
   LabelByPowerMode();
   LabelByThermPin();
   LabelByAlertPin();
-  RenewLimits(bench_.ChipLink.Seen, static_cast<std::size_t>(bench_.Display.SelectedChannel), Limits(), state_.Gauge);
+  const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
+  RenewLimits(bench_.ChipLink.Seen, selected, Limits(), state_.Gauge);
+  // The pulses may have become known since the fan was selected, by whatever read them.
+  if (channels[selected].Kind == ChannelKind::Fan && !state_.Gauge.IsPlaced(Marker::Low)) {
+    PlaceSeenFanLimit(bench_.ChipLink, selected, Limits(), state_.Gauge);
+  }
 }
 
 void VisualModel::SawByte(std::uint8_t reg) {

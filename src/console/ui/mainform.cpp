@@ -292,8 +292,8 @@ void MainForm::OpenFanConfig() {
 void MainForm::ReReadChip() {
   const BusJournal::ActionScope scope(journal_, "Re-read Chip");
   const StepProblems problems = model_.ReReadChip();
-  ShowProblems(problems);
   visual_->ShowAll();
+  ShowProblems(problems);
   if (problems.empty()) ShowNotice(tr("The chip was read again"));
 }
 
