@@ -98,6 +98,7 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
   for (const OwedRow& row : rows) {
     SCOPED_TRACE(row.Fault);
     VisualBench bench;
+    const bool undone = row.Fault == std::string("fail=1+,reg=5D");  // the cycle is started without a click
     for (const int pins : {0x73, 0x78, 0x7D}) bench.Poke(static_cast<std::uint8_t>(pins), 0);
     bench.Sim.AddFault(*ParseFault(row.Fault));
     EXPECT_EQ(StartUp(bench.Work), StepProblems{row.Problem});
@@ -105,8 +106,12 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
     bench.BusTraffic();
     bench.Model.Tick();
     EXPECT_EQ(bench.BusTraffic().find(row.Retried), std::string::npos) << "never inside a tick";
-    bench.Model.SelectChannel(0);
-    EXPECT_EQ(bench.BusTraffic(), std::string("R50 R51 ") + row.Retried);
+    if (undone) {
+      bench.Model.ConfigurationWritten(0x01);
+    } else {
+      bench.Model.SelectChannel(0);
+    }
+    EXPECT_EQ(bench.BusTraffic(), std::string(undone ? "" : "R50 R51 ") + row.Retried);
     bench.Model.SelectChannel(0);
     EXPECT_EQ(bench.BusTraffic(), "R50 R51") << "paid";
   }
@@ -139,9 +144,11 @@ TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {
   EXPECT_EQ(bench.Traffic(), "");
   EXPECT_EQ(bench.Model.State().Readout, "– RPM");
   bench.Sim.ClearFaults();
+  bench.Work.Fans.TakePulses(0x55);  // the fan dialog
+  bench.Model.Relabel();
+  EXPECT_EQ(bench.Model.State().Gauge.Low(), 2400) << "from the bytes read before";
   EXPECT_TRUE(bench.Model.ReReadChip().empty());
   EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E");
-  EXPECT_EQ(bench.Model.State().Gauge.Low(), 2400) << "from the bytes read before";
   bench.Model.TypeLimit(Marker::Low, "3000");
   EXPECT_EQ(bench.Traffic(), "W54:10 W55:0E");
 }

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QFocusEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -13,6 +14,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QWheelEvent>
+#include <functional>
 
 #include "console/ui/channeltile.h"
 #include "console/ui/limitbox.h"
@@ -33,7 +35,10 @@ namespace {
 
 class RecordingDialogs : public UserDialogs {
  public:
-  void Critical(const QString& text, const QString&) override { Texts << text; }
+  void Critical(const QString& text, const QString&) override {
+    Texts << text;
+    if (Opened) Opened();
+  }
   void Exclamation(const QString& text, const QString&) override { Texts << text; }
   void Information(const QString& text, const QString&) override { Texts << text; }
   bool Ask(const QString& text, const QString&, const QString&) override {
@@ -43,6 +48,7 @@ class RecordingDialogs : public UserDialogs {
   std::optional<QString> SaveFile(const QString&, const QString&) override { return {}; }
   std::optional<QString> OpenFile(const QString&, const QString&) override { return {}; }
   QStringList Texts;
+  std::function<void()> Opened;  ///< what a box brings about
 };
 
 /// The main window over a simulated chip whose clock stands still unless a test moves it: what a register was poked
@@ -216,6 +222,7 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() == "32.00"; }));
   EXPECT_TRUE(console.Tile(0).IsOld());
   EXPECT_EQ(console.Text("lblSummary"), "not monitoring");
+  EXPECT_EQ(console.Text("lblAlarms"), "No alarms (old)");
   EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->isVisible());
   EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->text().endsWith("press Easy Setup to start"));
   EXPECT_FALSE(
@@ -386,6 +393,23 @@ TEST(MainForm, ARefusedLimitKeepsItsTextShowsTheRangeAndWritesNothing) {
   EXPECT_EQ(box.text(), "127 °C") << "of another channel";
   EXPECT_TRUE(range.isHidden());
   EXPECT_EQ(console.Dialogs.Texts, QStringList());
+}
+
+TEST(MainForm, ATypedLimitThatFailsIsTriedOnceAndNotKnownThen) {
+  Console console;
+  console.Click("visualdisplaytext_1");
+  auto& box = *console.Find<LimitBox>("txtHighLimit");
+  console.Dialogs.Opened = [&box] {
+    QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(&box, &out);
+  };
+  console.Chip.Sim.AddFault(*ParseFault("fail=1,reg=4F,op=write"));
+  console.Chip.Traffic();
+  Type(box, "70");
+  EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:46!") << "nor once more when the box takes the focus";
+  EXPECT_EQ(console.Dialogs.Texts.size(), 1);
+  EXPECT_EQ(box.text(), "");
+  EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->accessibleDescription(), "High not known, Low -127");
 }
 
 TEST(MainForm, AHeldArrowGoesOnStepping) {
