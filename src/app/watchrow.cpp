@@ -4,6 +4,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <ctime>
 #include <limits>
 #include <string_view>
@@ -119,7 +120,9 @@ WatchRow MeasureRow(Workbench& bench) {
     if (!InUse(channel, bench.Pins) || !StoredSince(channel, bench.Measured)) continue;
     row.AnythingRead = true;
     if (!bench.First.Measured(channel)) continue;
-    row.Values[channel] = ChannelValue(channel, bench.Measured, bench.Power);
+    const double value = ChannelValue(channel, bench.Measured, bench.Power);
+    // A current rests on Vccp, too.
+    if (!std::isnan(value)) row.Values[channel] = value;
   }
   for (std::size_t output = 0; output < row.Duties.size(); ++output) {
     const std::string& text = bench.Measured.DutyTexts[output];

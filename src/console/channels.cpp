@@ -48,7 +48,8 @@ double ChannelValue(std::size_t channel, const Measurements& measured, const Pow
   }
   const float volts = measured.Voltages.at(row.Slot);
   if (!MeasuresCurrent(channel, power.PowerMode)) return volts;
-  return std::max(0.0F, ProcessorCurrent(volts, measured.Voltages[vccpSlot], power));
+  // In this order a value that is not known stays so.
+  return std::max(ProcessorCurrent(volts, measured.Voltages[vccpSlot], power), 0.0F);
 }
 
 std::string ReadoutText(std::size_t channel, const Measurements& measured, const PowerSettings& power) {

@@ -6,6 +6,11 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "console/workbench.h"
+#include "simulator/simfaults.h"
+#include "simulator/simwords.h"
+#include "support/testbench.h"
+
 namespace krx {
 namespace {
 
@@ -48,6 +53,17 @@ TEST(WatchRow, JsonHasBareNumbersAndNullWhereNothingWasMeasured) {
   EXPECT_NE(JsonLine(row, "").find(R"("alarms":["fan1","current"])"), std::string::npos);
   row.Alarms = {};
   EXPECT_NE(JsonLine(row, "").find(R"("alarms":null)"), std::string::npos);
+}
+
+TEST(WatchRow, ACurrentIsNotKnownWithoutVccp) {
+  TestBench bench(TestBench::Medium::Board);
+  Workbench work(bench.Bus);
+  work.Power.PowerMode = true;
+  bench.Poke(0x20, 0x60), bench.Poke(0x22, 0xC0);
+  bench.Sim.AddFault(*ParseFault("fail=1+,reg=21"));
+  const WatchRow row = MeasureRow(work);
+  EXPECT_TRUE(row.Values[10]);
+  EXPECT_FALSE(row.Values[currentChannel]) << *row.Values[currentChannel];
 }
 
 }  // namespace
