@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
+#include <algorithm>
 
 #include "board/fantests.h"
 #include "board/ui/frmswitchaccess.h"
@@ -358,8 +359,9 @@ void MainForm::ResetRanges() {
 
 void MainForm::ShowCycle() {
   const bool fresh = visualTimer_.IsActive() && sinceGoodTick_.elapsed() < freshMilliseconds;
-  if (sinceReport_.elapsed() >= reportMilliseconds / 2) {
-    const double seconds = static_cast<double>(sinceReport_.restart()) / 1000;
+  // A rate takes its time, that the cycle stands still does not.
+  if (!fresh || sinceReport_.elapsed() >= reportMilliseconds / 2) {
+    const double seconds = static_cast<double>(std::max<qint64>(sinceReport_.restart(), 1)) / 1000;
     status_->ShowCycle({.Running = fresh,
                         .NotMonitoring = bench_.First.Monitoring() == false,
                         .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,

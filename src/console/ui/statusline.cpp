@@ -48,7 +48,7 @@ void StatusLine::ShowConnection(const QString& connection) {
 
 void StatusLine::ShowCycle(const CycleReport& report) {
   QString text = tr("|  Not reading, values are out of date");
-  if (report.PauseSeconds > 0 && !report.Running) {
+  if (report.PauseSeconds > 0) {
     text = tr("|  The bus fails, next try every %1 s, values are out of date").arg(report.PauseSeconds, 0, 'f', 1);
   } else if (report.NotMonitoring) {
     text = tr("|  Not monitoring, values are out of date");
