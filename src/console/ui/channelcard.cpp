@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/channelcard.h"
 
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -31,11 +31,18 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   highBox_ = new LimitBox("txtHighLimit", tr("High limit"));
   lowBox_ = new LimitBox("txtLowLimit", tr("Low limit"));
 
-  auto* limits = new QFormLayout;
-  limits->addRow(tr("High limit"), highBox_);
-  limits->addRow(highBox_->RangeLabel());
-  limits->addRow(tr("Low limit"), lowBox_);
-  limits->addRow(lowBox_->RangeLabel());
+  // No form: with a hidden row it gives the last one no room when a range of one line appears.
+  auto* limits = new QGridLayout;
+  int row = 0;
+  for (const auto& [name, box] : {std::pair(tr("High limit"), highBox_), std::pair(tr("Low limit"), lowBox_)}) {
+    auto* label = new QLabel(name);
+    label->setBuddy(box);
+    limits->addWidget(label, row, 0);
+    limits->addWidget(box, row, 1);
+    limits->addWidget(box->RangeLabel(), row + 1, 0, 1, 2);
+    row += 2;
+  }
+  limits->setColumnStretch(1, 1);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(14, 12, 14, 12);
   column->setSpacing(6);

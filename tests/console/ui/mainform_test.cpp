@@ -403,6 +403,20 @@ TEST(MainForm, ARefusedLimitKeepsItsTextShowsTheRangeAndWritesNothing) {
   EXPECT_EQ(console.Dialogs.Texts, QStringList());
 }
 
+TEST(MainForm, ARefusalUnderOneBoxLeavesTheOtherInSight) {
+  Console console;
+  auto& low = *console.Find<LimitBox>("txtLowLimit");
+  console.Click("visualdisplaytext_3");
+  Type(low, "10");
+  QTest::qWait(20);
+  QTest::keyClick(&low, Qt::Key_Escape);
+  QTest::qWait(20);
+  console.Click("visualdisplaytext_7");
+  Type(*console.Find<LimitBox>("txtHighLimit"), "6.7");
+  QTest::qWait(20);
+  EXPECT_GT(low.visibleRegion().boundingRect().height(), 10);
+}
+
 TEST(MainForm, ATypedLimitThatFailsIsTriedOnceAndNotKnownThen) {
   Console console;
   console.Click("visualdisplaytext_1");
