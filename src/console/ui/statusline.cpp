@@ -37,6 +37,8 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
   alarms_ = MakeLabel("lblAlarms", 1, false);
   addPermanentWidget(alarms_);
   addPermanentWidget(faultLabel_);
+  // The longest texts give way, too: the title has the one and the tool tip the other.
+  for (QLabel* label : {connection_, faultLabel_}) label->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
   noticeEnd_ = new QTimer(this);
   noticeEnd_->setSingleShot(true);
   connect(noticeEnd_, &QTimer::timeout, notice_, [this] { notice_->clear(); });
@@ -44,6 +46,7 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
 
 void StatusLine::ShowConnection(const QString& connection) {
   connection_->setText(connection);
+  connection_->setToolTip(connection);
 }
 
 void StatusLine::ShowCycle(const CycleReport& report) {
