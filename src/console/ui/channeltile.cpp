@@ -75,7 +75,6 @@ void ChannelTile::SetMark(CaptionMark mark) {
 void ChannelTile::SetOld(bool old) {
   if (old_ == old) return;
   old_ = old;
-  lamp_->SetStale(old);
   update();
 }
 

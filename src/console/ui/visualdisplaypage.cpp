@@ -292,6 +292,7 @@ void VisualDisplayPage::ShowTile(std::size_t channel, bool old) {
   tiles_[channel]->SetOld(old && measured && value != QStringLiteral("–"));
   tiles_[channel]->SetAlarm(old ? QString() : QString::fromStdString(model_.AlarmWords(channel)));
   lamps_[channel]->SetState(LampOf(model_.State(), channel));
+  lamps_[channel]->SetStale(old);  // also where the tile has no value that could be old
 }
 
 void VisualDisplayPage::ShowReadings(bool old) {

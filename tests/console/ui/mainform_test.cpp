@@ -224,6 +224,8 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_TRUE(console.Tile(0).IsOld());
   EXPECT_EQ(console.Text("lblSummary"), "not monitoring");
   EXPECT_EQ(console.Text("lblAlarms"), "No alarms (old)");
+  EXPECT_EQ(console.Tile(9).Value(), "–");
+  EXPECT_TRUE(console.Find<Indicator>("SSPanel11_9")->IsStale()) << "nor is a channel without a value within limits";
   EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->isVisible());
   EXPECT_TRUE(console.Find<QLabel>("lblNotMonitoring")->text().endsWith("press Easy Setup to start"));
   EXPECT_FALSE(
@@ -246,6 +248,10 @@ TEST(StatusLine, ABusThatFailsIsNotCalledMonitored) {
   line.ShowCycle({.Running = true, .PauseSeconds = 0.4});  // the last good tick was a moment ago
   EXPECT_EQ(line.findChild<QLabel*>("lblCycle")->text(),
             "|  The bus fails, next try every 0.4 s, values are out of date");
+  const int width = line.minimumSizeHint().width();
+  line.ShowConnection(QString(99, QLatin1Char('n')));
+  line.CountFault("start-up", CommsError(57, std::string(99, 'n')));
+  EXPECT_LE(line.minimumSizeHint().width(), width) << "no text widens the window";
 }
 
 TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
