@@ -7,7 +7,6 @@ set -eu
 shim="$1"
 presser="$2"
 console="$3"
-command -v Xvfb >/dev/null || { echo "Xvfb is missing: install xvfb" >&2; exit 1; }
 
 directory="$(mktemp -d)"
 server=""
@@ -16,12 +15,6 @@ failed=0
 complain() {
   printf '%s\n' "$*" >&2
   failed=1
-}
-
-start_display() {
-  Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$directory/display" 2>/dev/null &
-  server=$!
-  within 10 test -s "$directory/display" || { echo "Xvfb does not start" >&2; exit 1; }
 }
 
 # within SECONDS COMMAND...: until it succeeds
@@ -34,31 +27,28 @@ within() {
     sleep 0.1
   done
 }
-written() { grep -q "^$1" "$state"; }
 gone() { ! kill -0 "$1" 2>/dev/null; }
-# Written last to a place: "board 5a 5c 62"
-last() { grep "^$1" "$state" | tail -n 1; }
+# Written last to a place: "W5C:62"
+last() { sed -n "s/^parport0 \($1\)/\1/p" "$state" | tail -n 1; }
 
-# ends_well HOW
 ends_well() {
-  how="$1"
   state="$directory/state.$how"
   export KRX_SHIM_STATE="$state"
   # Monitoring is on and the tachometers are routed, as a console before would have left it; only then fans are seen.
-  printf '%s\n' 'send 90 52 0' 'send 92 42 0' 'board 5a 40 1' >"$state"
+  printf 'parport0 %s\n' S90:52 S92:42 W40:01 >"$state"
   # A shell has its background commands ignore SIGINT and SIGQUIT, but the console sets its own handlers.
   DISPLAY=":$(cat "$directory/display")" QT_QPA_PLATFORM=xcb LD_PRELOAD="$shim:$presser" \
     KRX_PRESS="Main_Form_Tab=3 chkHeater1 cmdConfigureFans cmdAutoDetect_0" \
     "$console" --medium linux --printer-port 0 --connect printer-port >"$directory/said" 2>&1 &
   process=$!
-  if ! within 20 written 'board 5a 30 0'; then
+  if ! within 20 grep -q 'W30:00' "$state"; then
     complain "$how: no detection began"
     cat "$directory/said" >&2
     kill "$process" 2>/dev/null || true
     return
   fi
-  [ "$(last control)" = "control 10 0 0" ] || complain "$how: the heater is not on"
-  [ "$(last 'board 5a 5c')" = "board 5a 5c e2" ] || complain "$how: PWM1 is not in manual control"
+  [ "$(last C)" = C10 ] || complain "$how: the heater is not on"
+  [ "$(last W5C)" = W5C:E2 ] || complain "$how: PWM1 is not in manual control"
   if [ "$how" = display ]; then
     kill "$server"
     server=""
@@ -70,13 +60,14 @@ ends_well() {
     kill -KILL "$process"
   fi
   wait "$process" 2>/dev/null && code=0 || code=$?
-  case "$how" in display) wanted=1 ;; *) wanted=0 ;; esac
-  [ "$code" -eq "$wanted" ] || complain "$how: ended with $code"
-  [ "$(last control)" = "control 0 0 0" ] || complain "$how: the heater stays on"
-  [ "$(last 'board 5a 5c')" = "board 5a 5c 62" ] || complain "$how: PWM1 stays in manual control at 0 %"
+  [ "$how" != display ] || code=$((code - 1))
+  [ "$code" -eq 0 ] || complain "$how: ended with another code than 0, or 1 without a display"
+  [ "$(last C)" = C00 ] || complain "$how: the heater stays on"
+  [ "$(last W5C)" = W5C:62 ] || complain "$how: PWM1 stays in manual control at 0 %"
 }
 
-start_display
-for signal in TERM HUP QUIT; do ends_well "$signal"; done
-ends_well display
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$directory/display" 2>/dev/null &
+server=$!
+within 10 test -s "$directory/display" || { echo "Xvfb does not start: install xvfb" >&2; exit 1; }
+for how in TERM HUP QUIT display; do ends_well; done
 exit "$failed"

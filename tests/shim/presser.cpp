@@ -12,13 +12,11 @@
 
 namespace {
 
-constexpr int lookMilliseconds = 50;
-
 class Presser : public QTimer {
  public:
   explicit Presser(QObject* parent) : QTimer(parent) {
     connect(this, &QTimer::timeout, this, &Presser::PressNext);
-    start(lookMilliseconds);
+    start(50);
   }
 
  private:

@@ -7,7 +7,6 @@
 #include <set>
 
 #include "fakekernel.h"
-#include "link/commserror.h"
 #include "link/commsmodule.h"
 
 namespace krx {
@@ -17,9 +16,8 @@ struct FakeI2cAdapter {
   std::unique_ptr<SmbusController> Chips;
   unsigned long Functions = I2C_FUNC_SMBUS_BYTE_DATA | I2C_FUNC_SMBUS_QUICK | I2C_FUNC_SMBUS_BYTE;
   int FunctionsError = 0;
-  std::set<unsigned long> BusyAddresses;  ///< those that a kernel driver holds
-  int TransferError = 0;                  ///< what every transfer answers; 0: as the devices do
-  int NoDeviceError = ENXIO;              ///< what a transfer with an absent device answers
+  std::set<unsigned long> BusyAddresses = {};  ///< those that a kernel driver holds
+  int TransferError = 0;                       ///< what every transfer answers; 0: as the devices do
   int Transfers = 0;
 };
 
@@ -53,10 +51,9 @@ class FakeI2cFile : public FakeFile {
     try {
       switch (request.size) {
         case I2C_SMBUS_QUICK:
+        case I2C_SMBUS_BYTE:  // who looks which addresses answer
           adapter_.Chips->ReadByteData(address_, 0x3E);
           return 0;
-        case I2C_SMBUS_BYTE:
-          return Byte(request);
         case I2C_SMBUS_BYTE_DATA:
           if (request.read_write == I2C_SMBUS_READ) {
             request.data->byte = adapter_.Chips->ReadByteData(address_, request.command);
@@ -68,26 +65,14 @@ class FakeI2cFile : public FakeFile {
           return -EOPNOTSUPP;
       }
     } catch (const NoAcknowledge&) {
-      return -adapter_.NoDeviceError;
+      return -ENXIO;
     } catch (const CommsError&) {
       return -EIO;
     }
   }
 
-  /// The chip keeps the register pointer of the transfer before.
-  int Byte(const i2c_smbus_ioctl_data& request) {
-    const std::uint8_t value = adapter_.Chips->ReadByteData(address_, pointer_);
-    if (request.read_write == I2C_SMBUS_READ) {
-      request.data->byte = value;
-    } else {
-      pointer_ = request.command;
-    }
-    return 0;
-  }
-
   FakeI2cAdapter& adapter_;
   std::uint8_t address_ = 0;
-  std::uint8_t pointer_ = 0;
 };
 
 }  // namespace krx

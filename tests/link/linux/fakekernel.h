@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "link/commserror.h"
 #include "link/linux/kernel.h"
 
 namespace krx {
@@ -28,39 +29,46 @@ class FakeKernel : public Kernel {
   std::map<std::pair<std::string, off_t>, pid_t> HeldByOthers;  ///< by path and first byte: who has locked it
   std::set<std::pair<std::string, off_t>> Locked;               ///< by us
   int Opened = 0;
-  int OpenNow() const { return static_cast<int>(files_.size()); }
+  std::size_t OpenNow() const { return files_.size(); }
 
   int Open(const std::string& path) override {
     if (const auto error = OpenErrors.find(path); error != OpenErrors.end()) return -error->second;
-    const auto node = Nodes.find(path);
-    if (node == Nodes.end()) return -ENOENT;
-    ++Opened;
-    files_[next_] = node->second();
-    paths_[next_] = path;
-    return next_++;
+    if (!Nodes.contains(path)) return -ENOENT;
+    files_[Opened] = {path, Nodes[path]()};
+    return Opened++;
   }
   int Ioctl(int descriptor, unsigned long request, unsigned long argument) override {
-    const auto file = files_.find(descriptor);
-    return file == files_.end() ? -EBADF : file->second->Ioctl(request, argument);
+    return files_.at(descriptor).second->Ioctl(request, argument);
   }
   int Close(int descriptor) override {
-    std::erase_if(Locked, [&](const auto& lock) { return lock.first == paths_[descriptor]; });
+    std::erase_if(Locked, [&](const auto& lock) { return lock.first == files_.at(descriptor).first; });
     return files_.erase(descriptor) == 1 ? 0 : -EBADF;
   }
   int Lock(int descriptor, LockRange range) override {
     if (LockHolder(descriptor, range) != 0) return -EAGAIN;
-    Locked.emplace(paths_[descriptor], range.First);
+    Locked.emplace(files_.at(descriptor).first, range.First);
     return 0;
   }
   pid_t LockHolder(int descriptor, LockRange range) override {
-    const auto held = HeldByOthers.find({paths_[descriptor], range.First});
+    const auto held = HeldByOthers.find({files_.at(descriptor).first, range.First});
     return held == HeldByOthers.end() ? 0 : held->second;
   }
 
  private:
-  std::map<int, std::string> paths_;
-  std::map<int, std::unique_ptr<FakeFile>> files_;
-  int next_ = 1000;
+  std::map<int, std::pair<std::string, std::unique_ptr<FakeFile>>> files_;
 };
+
+/// "kind number text" of what the work throws; empty when it does not.
+template <typename Work>
+std::string ErrorOf(Work work) {
+  try {
+    work();
+    return "";
+  } catch (const NoAcknowledge& error) {
+    return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
+  } catch (const CommsError& error) {
+    return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
+  }
+}
 
 }  // namespace krx

@@ -5,14 +5,12 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <array>
 #include <optional>
-#include <set>
 
 #include "bitslave.h"
 #include "fakekernel.h"
-#include "link/commserror.h"
 #include "link/commsmodule.h"
+#include "link/linux/portwiring.h"
 
 namespace krx {
 
@@ -24,15 +22,12 @@ class BoardDevice : public ByteDevice {
 
   bool Address(std::uint8_t byte) override {
     address_ = byte & 0xFE;
-    if ((byte & 1) != 0) {
-      const auto value = written_.empty() ? Try([&] { return Board->ReceiveByte(address_); })
-                                          : Try([&] { return Board->ReadByteData(address_, written_.front()); });
-      reply_ = value.value_or(0xFF);
-      written_.clear();
-      return value.has_value();
-    }
-    return Try([&] { return Board->ReceiveByte(address_); }) ||
-           Try([&] { return Board->ReadByteData(address_, 0x3E); });
+    const auto answer = Try([&] { return Board->ReceiveByte(address_); });  // a switch device
+    const auto reg = written_.empty() ? std::uint8_t{0x3E} : written_.front();
+    const auto value = answer ? answer : Try([&] { return Board->ReadByteData(address_, reg); });
+    reply_ = value.value_or(0xFF);
+    written_.clear();
+    return value.has_value();
   }
   bool Write(std::uint8_t byte) override {
     written_.push_back(byte);
@@ -59,54 +54,44 @@ class BoardDevice : public ByteDevice {
   std::vector<std::uint8_t> written_;
 };
 
-/// A pin of the fake port's cable: register 'd', 's' or 'c', bit, and whether a set bit is a low line.
-struct FakePin {
-  char Register;
-  int Bit;
-  bool Inverted;
-};
-
-struct FakeCable {
-  FakePin SdaOut{'d', 7, true}, SclOut{'d', 6, true}, SdaIn{'s', 7, true}, SclIn{'s', 6, false};
-  std::array<FakePin, 2> HeaterOut{FakePin{'d', 4, false}, {'d', 5, false}};
-  std::array<FakePin, 2> HeaterIn{FakePin{'s', 4, false}, {'s', 5, false}};
-};
+inline constexpr PortLines usualCable{{PortRegister::Data, 7, true},     {PortRegister::Data, 6, true},
+                                      {PortRegister::Status, 7, true},   PortLine{PortRegister::Status, 6, false},
+                                      PortLine{PortRegister::Data, 4},   PortLine{PortRegister::Data, 5},
+                                      PortLine{PortRegister::Status, 4}, PortLine{PortRegister::Status, 5}};
 
 /// A printer port as the kernel shows it, with a device on its pins.
 struct FakeParport {
-  FakeParport(BitSlave& slave, const FakeCable& cable = {}) : Slave(slave), Cable(cable) {}
+  explicit FakeParport(BitSlave& slave, const PortLines& cable = usualCable) : Slave(slave), Cable(cable) {}
 
   BitSlave& Slave;
-  FakeCable Cable;
+  PortLines Cable;
   std::function<void(std::uint8_t)> OnHeaters;  ///< bits 4 and 5, when one changed
   std::uint8_t Data = 0x0F, Control = 0x0C;
   std::uint8_t Heaters = 0;
-  bool OtherActive = false;  ///< another driver holds it
-  bool Gone = false;         ///< the port was pulled out
-  std::set<const void*> Registered;
-  const void* Exclusive = nullptr;
+  bool OtherActive = false;         ///< another driver holds it
+  bool Gone = false;                ///< the port was pulled out
+  const void* Exclusive = nullptr;  ///< who wants it for itself alone
   const void* Holder = nullptr;
 
-  bool Output(const FakePin& pin) const {
-    return (((pin.Register == 'd' ? Data : Control) >> pin.Bit & 1) != 0) != pin.Inverted;
+  bool Output(const std::optional<PortLine>& line) const {
+    return line && ((line->Register == PortRegister::Data ? Data : Control) >> line->Bit & 1) != line->Inverted;
   }
   void Apply() {
     Slave.Master(Output(Cable.SdaOut), Output(Cable.SclOut));
-    const auto heaters =
-        static_cast<std::uint8_t>((Output(Cable.HeaterOut[0]) ? 0x10 : 0) | (Output(Cable.HeaterOut[1]) ? 0x20 : 0));
+    const int heaters = (Output(Cable.Heater1Out) ? 0x10 : 0) | (Output(Cable.Heater2Out) ? 0x20 : 0);
     if (heaters == Heaters) return;
-    Heaters = heaters;
-    if (OnHeaters) OnHeaters(heaters);
+    Heaters = static_cast<std::uint8_t>(heaters);
+    if (OnHeaters) OnHeaters(Heaters);
   }
   std::uint8_t Status() {
     unsigned value = 0;
-    const auto put = [&](const FakePin& pin, bool high) {
-      if (pin.Register == 's' && high != pin.Inverted) value |= 1U << pin.Bit;
+    const auto put = [&](const std::optional<PortLine>& line, bool high) {
+      if (line && high != line->Inverted) value |= 1U << line->Bit;
     };
     put(Cable.SdaIn, Slave.Sda());
     put(Cable.SclIn, Slave.Scl());
-    put(Cable.HeaterIn[0], (Heaters & 0x10) != 0);
-    put(Cable.HeaterIn[1], (Heaters & 0x20) != 0);
+    put(Cable.Heater1In, (Heaters & 0x10) != 0);
+    put(Cable.Heater2In, (Heaters & 0x20) != 0);
     return static_cast<std::uint8_t>(value);
   }
 };
@@ -117,18 +102,17 @@ class FakeParportFile : public FakeFile {
   ~FakeParportFile() override {
     if (port_.Holder == this) port_.Holder = nullptr;
     if (port_.Exclusive == this) port_.Exclusive = nullptr;
-    port_.Registered.erase(this);
   }
 
   int Ioctl(unsigned long request, unsigned long argument) override {
     if (port_.Gone) return -ENODEV;
     auto* const value = reinterpret_cast<std::uint8_t*>(argument);
-    if (request == PPEXCL) return exclusive_ = true, 0;
+    if (request == PPEXCL) return port_.Exclusive = this, 0;
     if (request == PPCLAIM) return Claim();
     if (port_.Holder != this) return -EINVAL;
     switch (request) {
       case PPRELEASE:
-        if (!port_.Slave.Sda() || !port_.Slave.Scl()) port_.Slave.Violations.push_back("released with a line low");
+        if (!port_.Slave.Sda() || !port_.Slave.Scl()) port_.Slave.Violations += "released with a line low; ";
         port_.Holder = nullptr;
         return 0;
       case PPRDATA:
@@ -149,13 +133,7 @@ class FakeParportFile : public FakeFile {
  private:
   int Claim() {
     if (port_.Holder == this) return -EINVAL;
-    if (!port_.Registered.contains(this)) {
-      if (port_.Exclusive != nullptr || (exclusive_ && !port_.Registered.empty())) {
-        return -ENXIO;
-      }
-      port_.Registered.insert(this);
-      if (exclusive_) port_.Exclusive = this;
-    }
+    if (port_.Exclusive != nullptr && port_.Exclusive != this) return -ENXIO;
     // As the kernel does: until the other one lets go, or a signal comes.
     if (port_.Holder != nullptr || port_.OtherActive) return ::pause(), -EINTR;
     port_.Holder = this;
@@ -163,7 +141,6 @@ class FakeParportFile : public FakeFile {
   }
 
   FakeParport& port_;
-  bool exclusive_ = false;
 };
 
 }  // namespace krx

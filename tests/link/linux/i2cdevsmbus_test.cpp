@@ -13,61 +13,38 @@ namespace {
 
 class I2cDev : public testing::Test {
  protected:
-  I2cDev() {
-    adapter.Chips = simulation.MakeCommsModule()->ObtainSmbusController();
-    Appear();
-  }
+  I2cDev() { Appear(); }
   void TearDown() override {
     bus.Close();
-    EXPECT_EQ(kernel.OpenNow(), 0) << "a descriptor was left open";
+    EXPECT_EQ(kernel.OpenNow(), 0U) << "a descriptor was left open";
   }
   void Appear() {
     roots.Adapter(3, "SMBus stub driver");
     kernel.Nodes[path] = [this] { return std::make_unique<FakeI2cFile>(adapter); };
   }
-  /// "kind number text" of what reading 3E at an address throws.
   std::string Error(std::uint8_t address = 0x2E) {
-    try {
-      bus.ReadByteData(address, 0x3E);
-      return "";
-    } catch (const NoAcknowledge& error) {
-      return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
-    } catch (const CommsError& error) {
-      return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
-    }
+    return ErrorOf([&] { bus.ReadByteData(address, 0x3E); });
   }
 
   TestRoots roots;
   ManualClock clock;
   Simulation simulation{clock, {}};
-  FakeI2cAdapter adapter;
+  FakeI2cAdapter adapter{simulation.MakeCommsModule()->ObtainSmbusController()};
   FakeKernel kernel;
   I2cDevSmbus bus{kernel, roots.Roots, std::nullopt, false};
   const std::string path = roots.Roots.Dev + "/i2c-3";
 };
 
-TEST_F(I2cDev, OpensOnceAndMovesSingleBytes) {
-  EXPECT_EQ(bus.ReadByteData(0x2E, 0x3E), 0x41);
-  const auto before = bus.ReadByteData(0x2E, 0x4F);
-  bus.WriteByteData(0x2E, 0x4E, 0xA5);
-  EXPECT_EQ(bus.ReadByteData(0x2E, 0x4E), 0xA5);
-  EXPECT_EQ(bus.ReadByteData(0x2E, 0x4F), before);
-  EXPECT_EQ(kernel.Opened, 1);
-  EXPECT_EQ(adapter.Transfers, 5);
-}
-
 TEST_F(I2cDev, TellsWhatToDoWhenTheNodeCannotBeOpened) {
-  const std::pair<int, const char*> cases[] = {
-      {ENOENT, " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with --smbus"},
-      {EACCES, ": join the group i2c (\"adduser USER i2c\") and log in again"},
-      {ENXIO, ": the adapter's driver is not loaded"},
-      {EMFILE, " (EMFILE)"},
+  const std::pair<int, std::string> cases[] = {
+      {ENOENT, path + " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with --smbus"},
+      {EACCES, "no permission for " + path + ": join the group i2c (\"adduser USER i2c\") and log in again"},
+      {ENXIO, "no adapter behind " + path + ": the adapter's driver is not loaded"},
+      {EMFILE, "cannot open " + path + " (EMFILE)"},
   };
-  for (const auto& [number, end] : cases) {
+  for (const auto& [number, text] : cases) {
     kernel.OpenErrors[path] = number;
-    const std::string error = Error();
-    EXPECT_TRUE(error.starts_with("failed " + ErrorSymbol(number)) && error.ends_with(end)) << error;
-    EXPECT_NE(error.find(path), std::string::npos) << error;
+    EXPECT_EQ(Error(), "failed " + ErrorSymbol(number) + " " + text);
   }
   kernel.OpenErrors.clear();
   EXPECT_EQ(Error(), "");
@@ -79,8 +56,7 @@ TEST_F(I2cDev, ReportsEachTransferErrorWithItsMeaning) {
       {EREMOTEIO, "silent EREMOTEIO no device answers at 2Eh"},
       {ENODEV, "silent ENODEV no device answers at 2Eh"},
       {EBUSY,
-       "failed EBUSY the firmware uses the bus i2c-3: leave it to the firmware, "
-       "or choose another bus with --smbus"},
+       "failed EBUSY the firmware uses the bus i2c-3: leave it to the firmware, or choose another bus with --smbus"},
       {ETIMEDOUT,
        "failed ETIMEDOUT a device holds the clock of i2c-3, or wiring or power is wrong: the bus hangs, "
        "and each transfer blocks up to a second"},
@@ -124,7 +100,7 @@ TEST_F(I2cDev, AsksForByteDataInAWholeLong) {
   EXPECT_EQ(Error(), "failed EOPNOTSUPP i2c-3 cannot transfer byte data: choose another bus with --smbus");
   adapter.FunctionsError = ENOTTY;
   EXPECT_EQ(Error(), "failed ENOTTY " + path + " is no I2C bus (ENOTTY)");
-  EXPECT_EQ(kernel.OpenNow(), 0);
+  EXPECT_EQ(kernel.OpenNow(), 0U);
 }
 
 TEST_F(I2cDev, WorksAgainWhenAnUnpluggedAdapterIsBack) {
@@ -134,38 +110,32 @@ TEST_F(I2cDev, WorksAgainWhenAnUnpluggedAdapterIsBack) {
   adapter.TransferError = ENODEV;
   const std::string gone = " the adapter of i2c-3 is gone: plug it in again";
   EXPECT_EQ(Error(), "failed ENODEV" + gone) << "not that no device answers";
-  EXPECT_EQ(kernel.OpenNow(), 0) << "keeps the adapter from coming back";
+  EXPECT_EQ(kernel.OpenNow(), 0U) << "keeps the adapter from coming back";
   EXPECT_EQ(Error(), "failed ENOENT" + gone) << "loading a driver would not help";
   Appear();
   adapter.TransferError = 0;
   EXPECT_EQ(Error(), "");
-}
 
-TEST_F(I2cDev, SaysWhenThereIsNoAdapter) {
   std::filesystem::remove(roots.Roots.Sys + "/bus/i2c/devices/i2c-3");
-  EXPECT_EQ(Error(),
-            "failed ENODEV no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus "
-            "with --smbus");
+  EXPECT_EQ(ErrorOf([&] { I2cDevSmbus(kernel, roots.Roots, {}, false).ReadByteData(0x2E, 0x3E); }),
+            "failed ENODEV no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus with "
+            "--smbus");
 }
 
 TEST(I2cAdapters, ReportTellsTheGenerationByThePciIdsOfTheParent) {
-  struct Case {
+  const struct {
     const char *Name, *Vendor, *Device, *Report;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"SMBus I801 adapter at 0700", "0x8086", "0x2930", "ICH9 (SMBus I801 adapter at 0700, i2c-1)"},
-      {"SMBus I801 adapter at 0700", "0x8086", "0x2413", "ICH (SMBus I801 adapter at 0700, i2c-1)"},
       {"SMBus I801 adapter at 0700", "0x8086", "0x3a60", "ICH10 (SMBus I801 adapter at 0700, i2c-1)"},
-      {"SMBus I801 adapter at efa0", "0x8086", "0xa323",
-       "ICH Type not in the list (SMBus I801 adapter at efa0, i2c-1)"},
-      {"SMBus I801 adapter at 0700", "0x1022", "0x2930",
-       "ICH Type not in the list (SMBus I801 adapter at 0700, i2c-1)"},
+      {"SMBus I801 adapter", "0x8086", "0xa323", "ICH Type not in the list (SMBus I801 adapter, i2c-1)"},
+      {"SMBus I801 adapter", "0x1022", "0x2930", "ICH Type not in the list (SMBus I801 adapter, i2c-1)"},
       {"SMBus ALI1535 adapter at 0500", "0x10b9", "0x7101", "ALi M1535+, SMBus ALI1535 adapter at 0500, i2c-1"},
       {"Old SMBus I801 adapter", "", "", "Old SMBus I801 adapter, i2c-1"},
       {"SMBus stub driver", "", "", "SMBus stub driver, i2c-1"},
       {"i915 gmbus dpc", "0x8086", "0x0412", "Unsupported and unrecognised: no SMBus adapter is registered"},
   };
-  for (const Case& test : cases) {
+  for (const auto& test : cases) {
     TestRoots roots;
     roots.Adapter(1, test.Name, test.Vendor, test.Device);
     roots.Adapter(0, "i915 gmbus ssc");

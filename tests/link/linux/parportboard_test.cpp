@@ -26,7 +26,7 @@ class Notebook : public ByteDevice {
 class Parport : public testing::Test {
  protected:
   Parport() { Plug(); }
-  void TearDown() override { EXPECT_EQ(slave.Violations, std::vector<std::string>()); }
+  void TearDown() override { EXPECT_EQ(slave.Violations, ""); }
   void Plug() {
     kernel.Nodes[roots.Roots.Dev + "/parport0"] = [this] { return std::make_unique<FakeParportFile>(port); };
     roots.File(roots.Roots.Dev + "/parport0", "");
@@ -34,16 +34,9 @@ class Parport : public testing::Test {
   ParportBoard Board(const PortWiring& wiring = DefaultWiring()) {
     return {kernel, clock, roots.Roots, wiring, std::nullopt};
   }
-  template <typename Work>
-  std::string Error(Work work) {
-    try {
-      work();
-      return "";
-    } catch (const NoAcknowledge& error) {
-      return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
-    } catch (const CommsError& error) {
-      return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
-    }
+  /// What reading the company id throws.
+  static std::string Error(ParportBoard& board) {
+    return ErrorOf([&] { board.ReadByteData(0x5A, 0x3E); });
   }
 
   TestRoots roots;
@@ -62,42 +55,35 @@ TEST_F(Parport, PutsEachOperationOnTheBusBitByBit) {
   device.Reply = 0x81;
   EXPECT_EQ(board.ReceiveByte(0x5A), 0x81);
   EXPECT_EQ(slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 30+ FF+ P S 5A+ A5+ P S 5B+ 81- P ");
-  EXPECT_EQ(Error([&] { board.ReadByteData(0x5C, 0x3E); }), "silent ENXIO no device answers at 2Eh");
+  EXPECT_EQ(ErrorOf([&] { board.ReadByteData(0x5C, 0x3E); }), "silent ENXIO no device answers at 2Eh");
   EXPECT_TRUE(slave.Seen.ends_with("S 5C- P ")) << slave.Seen;
   device.Refused = 0x3D;
-  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3D); }), "failed EIO the device at 2Dh refused a byte");
+  EXPECT_EQ(ErrorOf([&] { board.ReadByteData(0x5A, 0x3D); }), "failed EIO the device at 2Dh refused a byte");
   EXPECT_TRUE(slave.Seen.ends_with("S 5A+ 3D- P "));
   EXPECT_EQ(port.Data & 0x0F, 0x0F) << "lines that nobody named";
   EXPECT_EQ(port.Holder, nullptr);
 }
 
 TEST_F(Parport, WorksOverEveryWiring) {
-  struct Case {
-    const char* Text;
-    FakeCable Cable;
+  const char* wirings[] = {
+      "sda_out=data.0\nscl_out=data.1\nsda_in=status.3\nscl_in=status.4",
+      "sda_out=control.1!\nscl_out=control.3!\nsda_in=status.7!\nscl_in=status.5!",
+      "sda_out=control.2\nscl_out=data.3!\nsda_in=status.6!\nscl_in=status.7",
   };
-  const Case cases[] = {
-      {"sda_out=data.7!\nscl_out=data.6!\nsda_in=status.7!\nscl_in=status.6", {}},
-      {"sda_out=data.0\nscl_out=data.1\nsda_in=status.3\nscl_in=status.4",
-       {{'d', 0, false}, {'d', 1, false}, {'s', 3, false}, {'s', 4, false}}},
-      {"sda_out=control.1!\nscl_out=control.3!\nsda_in=status.7!\nscl_in=status.5!",
-       {{'c', 1, true}, {'c', 3, true}, {'s', 7, true}, {'s', 5, true}}},
-      {"sda_out=control.2\nscl_out=data.3!\nsda_in=status.6!\nscl_in=status.7",
-       {{'c', 2, false}, {'d', 3, true}, {'s', 6, true}, {'s', 7, false}}},
-  };
-  for (const Case& test : cases) {
+  for (const char* text : wirings) {
+    const PortWiring wiring = ParseWiring(text);
     BitSlave other(device, [this] { return clock.Seconds(); });
-    FakeParport cable(other, test.Cable);
+    FakeParport cable(other, wiring.Modes[0]);
     cable.Control = cable.Data = 0;
     cable.Apply();
     other.Violations.clear();
     other.Seen.clear();
     kernel.Nodes[roots.Roots.Dev + "/parport0"] = [&] { return std::make_unique<FakeParportFile>(cable); };
-    ParportBoard board = Board(ParseWiring(test.Text));
-    EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41) << test.Text;
+    ParportBoard board = Board(wiring);
+    EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41) << text;
     board.WriteByteData(0x5A, 0x55, 0xAA);
     EXPECT_TRUE(other.Seen.ends_with("S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 55+ AA+ P ")) << other.Seen;
-    EXPECT_EQ(other.Violations, std::vector<std::string>()) << test.Text;
+    EXPECT_EQ(other.Violations, "") << text;
   }
 }
 
@@ -120,7 +106,7 @@ TEST_F(Parport, WaitsForAStretchedClockUpToItsLimit) {
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
   slave.StretchSeconds = 0.036;
   const double start = clock.Seconds();
-  EXPECT_EQ(Error([&] { board.ReadByteData(0x5A, 0x3E); }),
+  EXPECT_EQ(Error(board),
             "failed ETIMEDOUT the clock stays low for more than 35 ms: a device holds it, or wiring or power is wrong");
   EXPECT_NEAR(clock.Seconds() - start, 0.035, 0.001);
   EXPECT_EQ(port.Data & 0xC0, 0) << "both lines released";
@@ -136,7 +122,7 @@ TEST_F(Parport, FreesADeviceThatWasInterrupted) {
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
   slave.HangInByte(12);
   slave.ClockRises.clear();
-  EXPECT_TRUE(Error([&] { board.ReadByteData(0x5A, 0x3E); }).starts_with("failed EBUSY the data line stays low"));
+  EXPECT_TRUE(Error(board).starts_with("failed EBUSY the data line stays low"));
   EXPECT_EQ(slave.ClockRises.size(), 9U);
   slave.Violations.clear();
 }
@@ -161,7 +147,6 @@ TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
 
   PortWiring blind = DefaultWiring();
   blind.Modes[0].Heater1In.reset();
-  board.Close();
   ParportBoard other = Board(blind);
   other.SetControlByte(0x10);
   EXPECT_EQ(other.ReadStatusByte(), 0x10) << "as set, where it cannot be read";
@@ -171,7 +156,6 @@ TEST_F(Parport, APortNobodyUsedIsNotTouched) {
   port.Data = 0x7F;
   port.Heaters = 0x30;
   ParportBoard board = Board();
-  EXPECT_EQ(board.PortCount(), 1);
   board.SetControlByte(0);
   board.SelectPort(0);
   EXPECT_EQ(kernel.Opened, 0);
@@ -188,57 +172,55 @@ TEST_F(Parport, APortNobodyUsedIsNotTouched) {
 }
 
 TEST_F(Parport, SharesThePortWaitsForAProgramAndNamesWhoHasIt) {
-  ParportBoard board = Board();
-  const auto read = [&] { return Error([&] { board.ReadByteData(0x5A, 0x3E); }); };
+  ParportBoard board = Board(), other = Board();
   const std::string path = roots.Roots.Dev + "/parport0";
   const std::string process = roots.Roots.Proc + "/4711";
+  const std::string used = "failed EBUSY printer port 0 is used by ";
   roots.File(process + "/comm", "logicprobe");
   std::filesystem::create_directories(process + "/fd");
-  EXPECT_EQ(read(), "");
+  EXPECT_EQ(Error(board), "");
   EXPECT_EQ(port.Exclusive, nullptr) << "another program could not even look";
-  ParportBoard other = Board();
-  EXPECT_EQ(Error([&] { other.ReadByteData(0x5A, 0x3E); }), "") << "between two transactions the port is free";
+  EXPECT_EQ(Error(other), "") << "between two transactions the port is free";
 
   roots.Active("lp");
-  EXPECT_EQ(read(), "failed EBUSY printer port 0 is used by lp") << "a printer is not waited for";
+  EXPECT_EQ(Error(board), used + "lp") << "a printer is not waited for";
   roots.Active("ppdev0");
-  EXPECT_EQ(read(), "") << "a program that is between claim and release: the kernel lets us wait";
+  EXPECT_EQ(Error(board), "") << "a program that is between claim and release: the kernel lets us wait";
 
   // The claim would block for ever.
   port.OtherActive = true;
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(read(), "failed EBUSY printer port 0 is used by another program");
+  EXPECT_EQ(Error(board), used + "another program");
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
-  EXPECT_EQ(kernel.OpenNow(), 1) << "a queued claim is taken back";
+  EXPECT_EQ(kernel.OpenNow(), 1U) << "a queued claim is taken back";
   kernel.HeldByOthers[{path, 0}] = 4711;
-  EXPECT_EQ(read(), "failed EBUSY printer port 0 is used by logicprobe (process 4711)");
+  EXPECT_EQ(Error(board), used + "logicprobe (process 4711)");
   kernel.HeldByOthers.clear();
   std::filesystem::create_symlink(path, process + "/fd/3");
-  EXPECT_EQ(read(), "failed EBUSY printer port 0 is used by logicprobe (process 4711)");
+  EXPECT_EQ(Error(board), used + "logicprobe (process 4711)");
   port.OtherActive = false;
-  port.Exclusive = &port;  // wants it for itself alone
-  EXPECT_EQ(read(), "failed EBUSY printer port 0 is used by logicprobe (process 4711)");
+  port.Exclusive = &port;
+  EXPECT_EQ(Error(board), used + "logicprobe (process 4711)");
   port.Exclusive = nullptr;
-  EXPECT_EQ(read(), "");
+  EXPECT_EQ(Error(board), "");
 }
 
 TEST_F(Parport, TellsWhatToDoAndWorksAgainWhenThePortIsBack) {
   ParportBoard board = Board();
   const std::string path = roots.Roots.Dev + "/parport0";
-  const auto read = [&] { return Error([&] { board.ReadByteData(0x5A, 0x3E); }); };
-  EXPECT_EQ(read(), "");
+  EXPECT_EQ(Error(board), "");
   port.Gone = true;
-  EXPECT_EQ(read(), "failed ENODEV printer port 0 is gone: plug its adapter in again");
-  EXPECT_EQ(kernel.OpenNow(), 0);
+  EXPECT_EQ(Error(board), "failed ENODEV printer port 0 is gone: plug its adapter in again");
+  EXPECT_EQ(kernel.OpenNow(), 0U);
   std::filesystem::remove(path);
   EXPECT_EQ(board.PortCount(), 0);
-  EXPECT_EQ(read(), "failed ENODEV this PC has no printer port, or it is gone");
-  EXPECT_EQ(Error([&] { board.SelectPort(0); }), "failed ENODEV there is no printer port 0");
+  EXPECT_EQ(Error(board), "failed ENODEV this PC has no printer port, or it is gone");
+  EXPECT_EQ(ErrorOf([&] { board.SelectPort(0); }), "failed ENODEV there is no printer port 0");
   port.Gone = false;
   Plug();
-  EXPECT_EQ(read(), "");
+  EXPECT_EQ(Error(board), "");
 
-  const std::pair<int, const char*> cases[] = {
+  const std::pair<int, std::string> cases[] = {
       {ENOENT, "load its driver with \"modprobe ppdev\", or choose another port with --printer-port"},
       {EACCES, "join the group lp (\"adduser USER lp\") and log in again"},
       {ENXIO, "the driver parport_pc is not loaded, or the PC has no such port"},
@@ -246,7 +228,7 @@ TEST_F(Parport, TellsWhatToDoAndWorksAgainWhenThePortIsBack) {
   for (const auto& [number, end] : cases) {
     kernel.OpenErrors[path] = number;
     ParportBoard fresh = Board();
-    const std::string error = Error([&] { fresh.ReadByteData(0x5A, 0x3E); });
+    const std::string error = Error(fresh);
     EXPECT_TRUE(error.starts_with("failed " + ErrorSymbol(number)) && error.ends_with(end)) << error;
   }
 }

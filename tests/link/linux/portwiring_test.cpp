@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "link/commserror.h"
+#include "fakekernel.h"
 
 namespace krx {
 namespace {
@@ -16,22 +16,10 @@ constexpr const char* usual =
     "sda_out = data.7!\nscl_out=data.6!\n\n  sda_in = status.7!  # busy\r\nscl_in = status.6\n"
     "heater1_out = data.4\nheater2_out = data.5\nheater1_in = status.4\nheater2_in = status.5\n";
 
-std::string Refusal(const std::string& text) {
-  try {
-    ParseWiring(text);
-    return "accepted";
-  } catch (const CommsError& error) {
-    return error.what();
-  }
-}
-
-TEST(PortWiring, DefaultIsTheTableThatAFileWouldSay) {
+TEST(PortWiring, DefaultIsTheTableThatAFileWouldSayAndASecondBlockIsBusMode1AsItStands) {
   EXPECT_EQ(ParseWiring(usual), DefaultWiring());
   EXPECT_TRUE(DefaultWiring().Modes[0].SclIn);
   EXPECT_FALSE(DefaultWiring().Modes[1].SclIn) << "bus mode 1 does not read the clock back";
-}
-
-TEST(PortWiring, SecondBlockIsBusMode1AsItStands) {
   const std::string other =
       "[bus mode 1]\nsda_out = control.3!\nscl_out = data.0\nsda_in = status.3\nscl_in = status.5\n";
   const PortWiring wiring = ParseWiring(usual + other);
@@ -62,33 +50,22 @@ TEST(PortWiring, RefusesWhatCannotWorkAndNamesTheLine) {
       {std::string(70, 'x'), xs.c_str()},
       {"[mode 2]", "line 1: \"[mode 2]\" is no block; the only one is [bus mode 1], once"},
   };
-  for (const auto& [text, refusal] : cases) EXPECT_EQ(Refusal(text), refusal) << text;
+  for (const auto& [text, refusal] : cases) {
+    EXPECT_EQ(ErrorOf([&] { ParseWiring(text); }), std::string("failed EINVAL ") + refusal) << text;
+  }
 }
 
-TEST(PortWiring, UnreadableFileIsNamed) {
-  try {
-    ReadWiringFile("/nowhere/board.wiring");
-    FAIL();
-  } catch (const CommsError& error) {
-    EXPECT_EQ(error.Number(), ENOENT);
-    EXPECT_STREQ(error.what(), "cannot read the wiring file /nowhere/board.wiring: No such file or directory");
-  }
+TEST(PortWiring, AnUnreadableFileIsNamedAndOneMayHave64KiB) {
+  EXPECT_EQ(ErrorOf([] { ReadWiringFile("/nowhere/board.wiring"); }),
+            "failed ENOENT cannot read the wiring file /nowhere/board.wiring: No such file or directory");
   EXPECT_THROW(ReadWiringFile("/"), CommsError) << "a directory";
   EXPECT_THROW(ReadWiringFile("/dev/zero"), CommsError) << "no end";
-}
-
-TEST(PortWiring, AFileMayHave64KiB) {
   const std::string path = testing::TempDir() + "krx_wiring\t";
   const std::string comment = std::string("#") + std::string(64 * 1024 - std::string(usual).size() - 2, 'c') + '\n';
   std::ofstream(path) << comment << usual;
   EXPECT_EQ(ReadWiringFile(path), DefaultWiring());
   std::ofstream(path, std::ios::app) << '\n';
-  try {
-    ReadWiringFile(path);
-    FAIL();
-  } catch (const CommsError& error) {
-    EXPECT_TRUE(std::string(error.what()).ends_with("krx_wiring\\x09: more than 64 KiB")) << error.what();
-  }
+  EXPECT_TRUE(ErrorOf([&] { ReadWiringFile(path); }).ends_with("krx_wiring\\x09: more than 64 KiB"));
   std::filesystem::remove(path);
 }
 
