@@ -4,8 +4,10 @@
 #include <chrono>
 #include <cmath>
 #include <functional>
+#include <iomanip>
 #include <sstream>
 
+#include "app/command.h"
 #include "app/commandhost.h"
 #include "support/testbench.h"
 
@@ -26,7 +28,23 @@ class TestHost : public CommandHost {
     if (OnWait) OnWait();
   }
   bool StopRequested() override { return Stop; }
-  int ScreenLines() override { return Lines; }
+  int ScreenLines() override { return ScreenHeight; }
+
+  /// Runs a command whose words stand between blanks (one with a blank in it in quotes); returns its exit code.
+  int Run(const std::string& line) {
+    std::istringstream stream(line);
+    std::vector<std::string> words;
+    for (std::string word; stream >> std::quoted(word);) words.push_back(word);
+    return RunCommand(words, *this);
+  }
+  /// What was put out, by lines.
+  std::vector<std::string> Lines() const {
+    std::vector<std::string> lines;
+    std::istringstream stream(Data.str());
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+  }
+  bool Said(const std::string& text) const { return Talk.str().find(text) != std::string::npos; }
 
   ManualClock Time;
   ScriptedPump Pumping{Time};
@@ -34,7 +52,7 @@ class TestHost : public CommandHost {
   std::ostringstream Talk;
   std::function<void()> OnWait;
   bool Stop = false;
-  int Lines = 0;
+  int ScreenHeight = 0;
 };
 
 }  // namespace krx

@@ -3,22 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "app/command.h"
 #include "app/testhost.h"
 
 namespace krx {
 namespace {
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 /// The number behind a key of a JSON line; NaN for null.
 double NumberOf(const std::string& line, const std::string& key) {
@@ -50,43 +42,40 @@ void ExpectPlausible(const std::string& line, bool complete) {
 }
 
 TEST(Watch, TheFirstRowComesAtOnceAndNoneHasAValueThatNobodyMeasured) {
-  for (const char* bus : {"printer-port", "smbus"}) {
+  for (const std::string bus : {"printer-port", "smbus"}) {
     TestHost host;
-    ASSERT_EQ(RunCommand({"watch", "--json", "--count", "3", "--interval", "2", "--bus", bus}, host), 0);
-    const auto lines = LinesOf(host.Data.str());
+    ASSERT_EQ(host.Run("watch --json --count 3 --interval 2 --bus " + bus), 0);
+    const auto lines = host.Lines();
     ASSERT_EQ(lines.size(), 3U);
-    if (bus[0] == 'p') {
-      EXPECT_TRUE(lines[0].starts_with("{\"time\":\"1970-01-01T00:00:00.0")) << lines[0];
-    }
+    const std::string start = bus == "smbus" ? "{\"time\":\"1970-" : "{\"time\":\"1970-01-01T00:00:00.0";
+    EXPECT_TRUE(lines[0].starts_with(start)) << lines[0];
     for (const std::string& line : lines) {
       ExpectPlausible(line, &line != &lines[0]);
       EXPECT_EQ(NumberOf(line, "faults"), 0);
     }
-    EXPECT_TRUE(Contains(host.Talk.str(), "monitoring was off and has been started"));
+    EXPECT_TRUE(host.Said("monitoring was off and has been started"));
   }
   TestHost halved;
-  ASSERT_EQ(RunCommand({"watch", "--json", "--count", "2", "--interval", "2", "--pulses", "2"}, halved), 0);
-  EXPECT_NEAR(NumberOf(LinesOf(halved.Data.str())[1], "fan1"), 2400, 50);
+  ASSERT_EQ(halved.Run("watch --json --count 2 --interval 2 --pulses 2"), 0);
+  EXPECT_NEAR(NumberOf(halved.Lines()[1], "fan1"), 2400, 50);
 }
 
-TEST(Watch, WhatFailsBeforeTheFirstRowIsCountedAndTriedAgainBetweenTheRows) {
-  struct Row {
-    std::vector<std::string> Faults;
+TEST(Watch, WhatFailsIsCountedCostsItsValueAndIsTriedAgainBetweenTheRows) {
+  const struct {
+    std::string Faults;
+    int Second, First;  ///< faults of these rows
     bool FansInSecond;
-    int First, Second;  ///< faults of these rows
     const char* Talk;
+  } rows[] = {
+      {"fail=1,reg=7B", 0, 1, true, "bus fault 1: Error: 57"},
+      {"fail=1,reg=7B --fault fail=2,reg=7B", 0, 2, true, "Programmed pulses: Error: 57"},
+      {"fail=1,reg=7B --fault fail=2,reg=7B --fault fail=3,reg=7B", 1, 2, false, "bus fault 3: Error: 57"},
+      {"fail=1,op=write,reg=40 --fault fail=2,op=write,reg=40", 0, 2, true, "Monitoring: Error: 57, Device I/O error"},
   };
-  const Row rows[] = {
-      {{"fail=1,reg=7B"}, true, 1, 0, "bus fault 1: Error: 57"},
-      {{"fail=1,reg=7B", "fail=2,reg=7B"}, true, 2, 0, "Programmed pulses: Error: 57"},
-      {{"fail=1,reg=7B", "fail=2,reg=7B", "fail=3,reg=7B"}, false, 2, 1, "bus fault 3: Error: 57"},
-  };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     TestHost host;
-    std::vector<std::string> command{"watch", "--json", "--bus", "smbus", "--count", "3", "--interval", "2"};
-    for (const std::string& fault : row.Faults) command.insert(command.end(), {"--fault", fault});
-    ASSERT_EQ(RunCommand(command, host), 0);
-    const auto lines = LinesOf(host.Data.str());
+    ASSERT_EQ(host.Run("watch --json --bus smbus --count 3 --interval 2 --fault " + row.Faults), 0);
+    const auto lines = host.Lines();
     ASSERT_EQ(lines.size(), 3U);
     EXPECT_EQ(NumberOf(lines[0], "faults"), row.First);
     EXPECT_EQ(NumberOf(lines[1], "faults"), row.Second);
@@ -94,87 +83,58 @@ TEST(Watch, WhatFailsBeforeTheFirstRowIsCountedAndTriedAgainBetweenTheRows) {
     ExpectPlausible(lines[1], row.FansInSecond);
     EXPECT_EQ(std::isnan(NumberOf(lines[1], "fan1")), !row.FansInSecond);
     ExpectPlausible(lines[2], true);
-    EXPECT_TRUE(Contains(host.Talk.str(), row.Talk)) << host.Talk.str();
+    EXPECT_TRUE(host.Said(row.Talk)) << host.Talk.str();
   }
+  TestHost host;
+  // The Remote1 temperature is read twice a row.
+  ASSERT_EQ(host.Run("watch --json --count 3 --fault fail=3,reg=25 --fault fail=4,reg=25"), 0);
+  EXPECT_EQ(NumberOf(host.Lines()[0], "faults"), 0);
+  EXPECT_TRUE(Contains(host.Lines()[1] + host.Lines()[2], "\"remote1\":null"));
+  EXPECT_TRUE(host.Said("krx5580: bus fault 2: Error: 57, Device I/O error"));
 }
 
-TEST(Watch, AChipThatCannotBeStartedHasNoValuesUntilItIs) {
+TEST(Watch, AChipThatCannotBeStartedHasNoValuesAndADeadBusEndsWithOne) {
   TestHost host;
-  EXPECT_EQ(RunCommand({"watch", "--json", "--count", "1", "--fault", "fail=1+,op=write,reg=40"}, host), 1);
-  EXPECT_EQ(RunCommand({"watch", "--json", "--count", "3", "--fault", "fail=1+,op=write,reg=40"}, host), 1)
-      << "its counters run, but it was never started";
-  for (const std::string& line : LinesOf(host.Data.str())) {
+  EXPECT_EQ(host.Run("watch --json --count 1 --fault fail=1+,op=write,reg=40"), 1);
+  EXPECT_EQ(host.Run("watch --json --count 3 --fault fail=1+,op=write,reg=40"), 1) << "its counters run";
+  for (const std::string& line : host.Lines()) {
     for (const char* key : {"local", "remote1", "v5"}) EXPECT_TRUE(std::isnan(NumberOf(line, key))) << line;
     EXPECT_GT(NumberOf(line, "faults"), 0);
   }
-  EXPECT_TRUE(Contains(host.Talk.str(), "krx5580: Monitoring: Error: 57, Device I/O error"));
-  TestHost late;
-  EXPECT_EQ(RunCommand({"watch", "--json", "--count", "3", "--interval", "2", "--fault", "fail=1,op=write,reg=40",
-                        "--fault", "fail=2,op=write,reg=40"},
-                       late),
-            0);
-  ExpectPlausible(LinesOf(late.Data.str())[2], true);
+  TestHost dead;
+  EXPECT_EQ(dead.Run("watch --count 2 --fault fail=12+"), 1);
+  EXPECT_TRUE(Contains(dead.Lines().back(), "-       -"));
+  EXPECT_TRUE(dead.Said("Monitoring: Error: 57, Device I/O error"));
 }
 
 TEST(Watch, TheSameSeedGivesTheSameRowsAndAnotherSeedOthers) {
-  const auto rowsOf = [](const std::string& seed) {
+  std::set<std::string> texts;
+  for (const std::string seed : {"7", "7", "8"}) {
     TestHost host;
-    EXPECT_EQ(RunCommand({"watch", "--json", "--count", "5", "--seed", seed}, host), 0);
-    return host.Data.str();
-  };
-  EXPECT_EQ(rowsOf("7"), rowsOf("7"));
-  EXPECT_NE(rowsOf("7"), rowsOf("8"));
-}
-
-TEST(Watch, RowsKeepToTheIntervalAndEndWithTheDuration) {
-  TestHost host;
-  ASSERT_EQ(RunCommand({"watch", "--json", "--interval", "2", "--duration", "7"}, host), 0);
-  const auto lines = LinesOf(host.Data.str());
-  ASSERT_EQ(lines.size(), 4U);
-  const char* times[] = {"1970-01-01T00:00:00.0", "1970-01-01T00:00:02.0", "1970-01-01T00:00:04.0",
-                         "1970-01-01T00:00:06.0"};
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    EXPECT_TRUE(lines[i].starts_with(std::string("{\"time\":\"") + times[i])) << lines[i];
+    EXPECT_EQ(host.Run("watch --json --count 5 --seed " + seed), 0);
+    texts.insert(host.Data.str());
   }
+  EXPECT_EQ(texts.size(), 2U);
 }
 
-TEST(Watch, ARowThatTakesLongerThanTheIntervalDoesNotQueueOthersUp) {
+TEST(Watch, RowsKeepToTheIntervalEndWithTheDurationAndDoNotQueueUp) {
   TestHost host;
+  ASSERT_EQ(host.Run("watch --json --interval 2 --duration 7"), 0);
+  std::string times;
+  for (const std::string& line : host.Lines()) times += line.substr(26, 4);
+  EXPECT_EQ(times, "00.002.004.006.0");
+  TestHost slow;
   // A round on the SMBus takes more than 0.3 s, so every row starts four intervals after the one before.
-  ASSERT_EQ(RunCommand({"watch", "--bus", "smbus", "--interval", "0.1", "--duration", "3", "--json"}, host), 0);
-  const auto rows = LinesOf(host.Data.str()).size();
-  EXPECT_GE(rows, 6U);
-  EXPECT_LE(rows, 9U);
-}
-
-TEST(Watch, AFailedTransferCostsItsValueIsCountedAndTheNextRowIsWhole) {
-  TestHost host;
-  // The Remote1 temperature is read twice a row.
-  ASSERT_EQ(
-      RunCommand({"watch", "--json", "--count", "3", "--fault", "fail=3,reg=25", "--fault", "fail=4,reg=25"}, host), 0);
-  const auto lines = LinesOf(host.Data.str());
-  ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(NumberOf(lines[0], "faults"), 0);
-  EXPECT_GT(NumberOf(lines[1], "faults") + NumberOf(lines[2], "faults"), 0);
-  EXPECT_TRUE(Contains(lines[1] + lines[2], "\"remote1\":null"));
-  EXPECT_TRUE(Contains(host.Talk.str(), "krx5580: bus fault 2: Error: 57, Device I/O error"));
-}
-
-TEST(Watch, ADeadBusIsToldAndEndsWithOne) {
-  TestHost host;
-  EXPECT_EQ(RunCommand({"watch", "--count", "2", "--fault", "fail=12+"}, host), 1);
-  EXPECT_TRUE(Contains(LinesOf(host.Data.str()).back(), "-       -"));
-  EXPECT_TRUE(Contains(host.Talk.str(), "Monitoring: Error: 57, Device I/O error"));
+  ASSERT_EQ(slow.Run("watch --bus smbus --interval 0.1 --duration 3 --json"), 0);
+  EXPECT_NEAR(static_cast<double>(slow.Lines().size()), 7.5, 1.5);
 }
 
 TEST(Watch, AChannelBeyondItsLimitIsMarked) {
   TestHost host;
-  ASSERT_EQ(RunCommand({"watch", "--count", "2", "--interval", "2", "--fault", "diode=1"}, host), 0);
-  const auto lines = LinesOf(host.Data.str());
-  ASSERT_EQ(lines.size(), 4U);
-  EXPECT_TRUE(Contains(lines[3], "!")) << lines[3];
+  ASSERT_EQ(host.Run("watch --count 2 --interval 2 --fault diode=1"), 0);
+  EXPECT_TRUE(Contains(host.Lines().at(3), "!")) << host.Lines()[3];
   TestHost json;
-  ASSERT_EQ(RunCommand({"watch", "--json", "--count", "2", "--interval", "2", "--fault", "diode=1"}, json), 0);
+  ASSERT_EQ(json.Run("watch --json --count 2 --interval 2 --fault diode=1"), 0);
   EXPECT_TRUE(Contains(json.Data.str(), "\"alarms\":[\"remote1\"")) << json.Data.str();
 }
 
@@ -197,7 +157,7 @@ TEST(Watch, HardwareIsNotWrittenUntilStartIsAskedFor) {
       EXPECT_EQ(Contains(traffic, "R40 R40 W40:01"), start) << traffic;
       EXPECT_EQ(Contains(traffic, " S") || Contains(traffic, " C"), start && bus == ChipBus::PrinterPort) << traffic;
       EXPECT_FALSE(Contains(traffic, "R79")) << traffic;
-      EXPECT_EQ(Contains(host.Talk.str(), "monitoring is off, the values stand still: start it with --start"), !start);
+      EXPECT_EQ(host.Said("monitoring is off, the values stand still: start it with --start"), !start);
     }
   }
 }
@@ -206,7 +166,7 @@ TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
   for (const int transfer : {3, 40}) {  // of the preparation, and of a row
     TestHost host;
     host.Pumping.OnPump = [&] { host.Stop = host.Stop || host.Pumping.Calls == transfer; };
-    EXPECT_EQ(RunCommand({"watch", "--bus", "smbus", "--json"}, host), 0) << transfer;
+    EXPECT_EQ(host.Run("watch --bus smbus --json"), 0) << transfer;
     EXPECT_EQ(host.Pumping.Calls, transfer) << "no transfer waits after it";
     EXPECT_EQ(host.Data.str(), "") << "no row that is only half read";
   }
@@ -220,10 +180,10 @@ TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
 
 TEST(Watch, OnATerminalOnePageIsKeptCurrentUntilCtrlC) {
   TestHost host;
-  host.Lines = 24;
+  host.ScreenHeight = 24;
   int waits = 0;
   host.OnWait = [&] { host.Stop = ++waits == 2; };
-  EXPECT_EQ(RunCommand({"watch"}, host), 0);
+  EXPECT_EQ(host.Run("watch"), 0);
   const std::string text = host.Data.str();
   EXPECT_TRUE(text.starts_with("\x1b[?1049h\x1b[?25l\x1b[H"));
   EXPECT_TRUE(Contains(text, "  Remote 1  "));

@@ -10,29 +10,14 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "link/bushost.h"
+#include "link/linux/fakei2c.h"
+#include "link/linux/linuxcomms.h"
+#include "link/linux/testroots.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
 
 namespace krx {
 namespace {
-
-/// The simulated computer with a neighbour that has its chips.
-struct SharedComms : CommsModule, BusHost {
-  SharedComms(std::unique_ptr<CommsModule> inner, std::optional<std::string>& holder)
-      : Inner(std::move(inner)), Neighbour(holder) {}
-  std::unique_ptr<PrinterPortAdapter> ObtainPrinterPortAdapter() override { return Inner->ObtainPrinterPortAdapter(); }
-  std::unique_ptr<SmbusController> ObtainSmbusController() override { return Inner->ObtainSmbusController(); }
-  void SelectMedium(int medium) override { Inner->SelectMedium(medium); }
-  BusHost* Host() override { return this; }
-  std::vector<SmbusAdapter> SmbusAdapters() override { return {{1, "SMBus I801 adapter at 0700, i2c-1"}}; }
-  void UseSmbusAdapter(int) override {}
-  int PortNumber(int port) override { return port; }
-  std::optional<std::string> SmbusHolder(std::uint8_t, WriteRight) override { return Neighbour; }
-  std::optional<std::string> PortHolder(WriteRight) override { return Neighbour; }
-  std::unique_ptr<CommsModule> Inner;
-  std::optional<std::string>& Neighbour;
-};
 
 struct WizardBench {
   explicit WizardBench(SimOptions options = {}, bool simulatedOffered = true)
@@ -54,6 +39,7 @@ struct WizardBench {
   Widget& Find(const char* name) {
     return *Form.findChild<Widget*>(name);
   }
+  std::string Label(const char* name) { return Find<QLabel>(name).text().toStdString(); }
   void Press(const char* name) { Find<QPushButton>(name).click(); }
   bool Enabled(const char* name) { return Find<QPushButton>(name).isEnabled(); }
   /// From page 2 to the results.
@@ -76,20 +62,18 @@ TEST(InitForm, LeadsFromWelcomeToTheChosenChip) {
   EXPECT_FALSE(bench.Enabled("BackCMD"));
   bench.Press("NextCMD");
   EXPECT_TRUE(bench.Find<QWidget>("SeclectComsMediumPanel").isVisible());
-  EXPECT_EQ(bench.Find<QLabel>("SMBusSearchDescLBL").text(), "Found an ICH4(82801DB)");
+  EXPECT_EQ(bench.Label("SMBusSearchDescLBL"), "Found an ICH4(82801DB)");
   bench.Find<QCheckBox>("PPCheck").click();
   bench.Search();
   EXPECT_EQ(bench.Ends, "kept ") << "the close box does nothing during the search";
 
   auto& list = bench.Find<QListWidget>("SearchResultsLIST");
   ASSERT_EQ(list.count(), 2);
-  EXPECT_EQ(list.item(0)->text(),
-            "Found an KRX5580 at:2Dh, on printer port:0h" + QString(50, QLatin1Char(' ')) + "Printer 1");
-  EXPECT_EQ(list.item(1)->text(),
-            "An KRX5580 was found at:2Eh, on the SMBus" + QString(98, QLatin1Char(' ')) + "SMBus2E");
-  EXPECT_EQ(bench.Find<QLabel>("SearchInsLBL").text(), "Click 'Finish' to Continue");
+  EXPECT_EQ(list.item(0)->text().toStdString(), bench.Wizard.Rows()[0].Text);
+  EXPECT_EQ(list.item(1)->text().toStdString(), bench.Wizard.Rows()[1].Text);
+  EXPECT_EQ(bench.Label("SearchInsLBL"), "Click 'Finish' to Continue");
   EXPECT_EQ(list.item(1)->toolTip(), "2Eh on the SMBus");
-  EXPECT_EQ(bench.Find<QLabel>("PlaceLBL").text(), "Selected: 2Dh on printer port 0");
+  EXPECT_EQ(bench.Label("PlaceLBL"), "Selected: 2Dh on printer port 0");
   list.clearSelection();
   EXPECT_FALSE(bench.Enabled("FinishCMD")) << "nothing is selected";
   list.setCurrentRow(1);
@@ -110,10 +94,10 @@ TEST(InitForm, NeedsAMediumAndOffersTheSimulatedBoardWhenNothingIsFound) {
             std::vector<std::string>{"exclamation|Please select a search medium|A problem was detected"});
   bench.Find<QCheckBox>("SMBusCheck").click();
   bench.Search();
-  EXPECT_EQ(bench.Find<QLabel>("SearchResultsLBL").text(),
+  EXPECT_EQ(bench.Label("SearchResultsLBL"),
             "Sorry, no KRX5580s were found. Please check all connections and try again");
   EXPECT_FALSE(bench.Enabled("FinishCMD"));
-  EXPECT_EQ(bench.Find<QLabel>("PlaceLBL").text(), "Searched: the SMBus");
+  EXPECT_EQ(bench.Label("PlaceLBL"), "Searched: the SMBus");
   EXPECT_TRUE(bench.Find<QPushButton>("SimulatedCMD").isVisible());
   bench.Press("BackCMD");
   EXPECT_TRUE(bench.Find<QWidget>("SeclectComsMediumPanel").isVisible());
@@ -134,16 +118,26 @@ TEST(InitForm, ReturnThreeTimesReachesTheSimulatedBoard) {
 }
 
 TEST(InitForm, AChipOfAnotherProgramIsTakenReadOnlyOrNotAtAll) {
-  std::optional<std::string> holder = "krx5580 (process 4711)";
+  TestRoots roots;
+  FakeKernel kernel;
+  FakeI2cAdapter adapter;
   WizardBench bench;
-  bench.Chip.Root.Change([&] { return std::make_unique<SharedComms>(bench.Chip.Sim.MakeCommsModule(), holder); });
+  adapter.Chips = bench.Chip.Sim.MakeCommsModule()->ObtainSmbusController();
+  const std::string node = roots.Roots.Dev + "/i2c-1", holder = "krx5580 (process 4711)";
+  roots.Adapter(1, "SMBus I801 adapter at 0700");
+  roots.File(roots.Roots.Proc + "/4711/comm", "krx5580");
+  kernel.Nodes[node] = [&] { return std::make_unique<FakeI2cFile>(adapter); };
+  kernel.HeldByOthers[{node, 0x2E}] = 4711;
+  LinuxOptions options;
+  options.Roots = roots.Roots;
+  bench.Chip.Root.Change([&] { return std::make_unique<LinuxComms>(options, kernel, bench.Chip.Time); });
   bench.Form.Load();
   bench.Press("NextCMD");
   bench.Search();
-  EXPECT_EQ(bench.Find<QLabel>("PlaceLBL").text(),
+  EXPECT_EQ(bench.Label("PlaceLBL"),
             "Selected: 2Eh on SMBus I801 adapter at 0700, i2c-1, used by krx5580 (process 4711)");
   bench.Press("FinishCMD");
-  EXPECT_EQ(bench.Dialogs.Shown, std::vector<std::string>{"ask|" + wizardtext::Held(*holder) + "|Go on read-only"});
+  EXPECT_EQ(bench.Dialogs.Shown, std::vector<std::string>{"ask|" + wizardtext::Held(holder) + "|Go on read-only"});
   EXPECT_EQ(bench.Ends, "kept ") << "No leaves the wizard open";
   bench.Dialogs.Yes = true;
   bench.Press("FinishCMD");
