@@ -26,7 +26,6 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {"read 5C", "register 5C is ambiguous: 0x5C or 5Ch for the hexadecimal number\n"},
       {"read 0x38", "the chip has no register 38h"},
       {"read 0x40h", "no register is called \"0x40h\""},
-      {"read Remote1", "no register is called \"Remote1\""},
       {"write 0x30 80", "value 80 is ambiguous: 0x80 or 80h for the hexadecimal number, 0x50 for the decimal"},
       {"write 0x30 0x100", "value 0x100 does not fit a byte"},
       {"write 0x30 -1", "\"-1\" is no value: write 0x28 or 28h"},
@@ -34,10 +33,7 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {"watch --interval nan", "--interval takes a number from 0.1 to 3600, not \"nan\""},
       {"watch --interval 0.05", "--interval takes a number from 0.1 to 3600"},
       {"watch --count 0", "--count takes a whole number from 1 to 1000000000, not \"0\""},
-      {"watch --count 1.5", "--count takes a whole number from 1 to"},
-      {"watch --speed nan", "--speed takes a number from 1 to 1000, not \"nan\""},
       {"watch --seed 4294967296", "--seed takes a whole number from 0 to 4294967295, not"},
-      {"watch --medium usb", "--medium takes simulated, linux or auto, not \"usb\""},
       {"watch --medium 1", "--medium takes simulated, linux or auto, not \"1\""},
       {"watch --bus 0", "--bus takes printer-port or smbus, not \"0\""},
       {"dump --fault fail=3 --fault nonsense", "--fault nonsense: there are fail=, slow="},
@@ -149,7 +145,6 @@ TEST(Command, AFoundChipNamesTheAdapterThatHoldsIt) {
       {SmbusRow({0x2E, SmbusAdapter{3, "SMBus I801 adapter at 0700, i2c-3"}, {}}),
        "2Eh  SMBus I801 adapter at 0700, i2c-3",
        R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3","source":"here"})"},
-      {SmbusRow({0x2E, {}, {}}), "2Eh  SMBus", R"({"address":"0x2E","bus":"smbus","source":"here"})"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(FoundChipLine(row.Row, false, "here"), row.Text);

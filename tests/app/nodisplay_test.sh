@@ -9,21 +9,16 @@ said="$(mktemp)" || exit 1
 trap 'rm -f "$said"' EXIT
 failed=0
 
-# without ENVIRONMENT...: the console with these variables set
-without() {
-  env "$@" "$console" --connect any >/dev/null 2>"$said"
+for setting in NOTHING= DISPLAY=:987 WAYLAND_DISPLAY=nowhere QT_QPA_PLATFORM=xcb QT_QPA_PLATFORM=wayland \
+  QT_QPA_PLATFORM=linuxfb QT_QPA_PLATFORM=nonsense; do
+  env "$setting" "$console" --connect any >/dev/null 2>"$said"
   code=$?
   if [ "$code" -ne 1 ] || ! tail -n 1 "$said" | grep -q 'no window can open here; krx5580 watch'; then
-    echo "with $*: ended with $code and said:"
+    echo "with $setting: ended with $code and said:"
     cat "$said"
     failed=1
   fi
-}
-
-without NOTHING=
-without DISPLAY=:987
-without WAYLAND_DISPLAY=nowhere
-for platform in xcb wayland linuxfb nonsense; do without QT_QPA_PLATFORM="$platform"; done
+done
 said_of() {
   wanted="$1"
   shift

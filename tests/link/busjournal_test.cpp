@@ -29,10 +29,14 @@ struct JournalBench : TestBench {
                        entry.Register, entry.OldValue ? fmt::format("{:02X}", *entry.OldValue) : "?", entry.Value,
                        entry.Skipped ? "-" : "", entry.Failure.empty() ? "" : "!", entry.Origin);
   }
-  std::string Entry(std::size_t index) const { return Text(Journal.Entries().at(index)); }
   void Act(const std::string& name, const std::function<void()>& writes) {
     const BusJournal::ActionScope scope(Journal, name);
     writes();
+  }
+  /// The same, of these writes: register, byte.
+  void Act(const std::string& name, std::initializer_list<std::pair<int, int>> writes) {
+    const BusJournal::ActionScope scope(Journal, name);
+    for (const auto& [reg, byte] : writes) WriteByte(Journaled, static_cast<std::uint8_t>(reg), byte);
   }
   /// Presses undo: the traffic, and behind it the action's name and the registers with a problem.
   std::string Undo(UndoResult (*undo)(Link&, BusJournal&) = UndoLastAction) {
@@ -104,8 +108,8 @@ TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {
     Exercise(bench.Journaled, bench.Eval);
     EXPECT_EQ(bench.BusTraffic(), medium == TestBench::Medium::Board ? "R5C V96 V94 V90 V92 ST" : "R5C");
     EXPECT_EQ(bench.Journal.SkippedCount(), medium == TestBench::Medium::Board ? 4U : 2U);
-    EXPECT_TRUE(bench.Entry(0).ends_with("/30 ?>10- "));
-    bench.Act("A", [&] { WriteByte(bench.Journaled, 0x64, 1); });
+    EXPECT_TRUE(bench.Text(bench.Journal.Entries().front()).ends_with("/30 ?>10- "));
+    bench.Act("A", {{0x64, 1}});
     EXPECT_EQ(bench.Undo(), " ") << "nothing was written";
     EXPECT_EQ(bench.Journal.UserWrites().size(), 1U);
   }
@@ -125,94 +129,77 @@ TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
   EXPECT_EQ(bench.Journal.UserWrites().front().Value, 0x10);
   EXPECT_EQ(bench.Undo(), "W64:80 A");
   bench.Journal.SetMark();
-  for (std::size_t write = 0; write < BusJournal::capacity + 2; ++write) {
-    bench.Act("B", [&] { WriteByte(bench.Journaled, 0x30, 0); });
-  }
+  for (std::size_t write = 0; write < BusJournal::capacity + 2; ++write) bench.Act("B", {{0x30, 0}});
   EXPECT_EQ(bench.Journal.UserWrites().size(), BusJournal::capacity);
   EXPECT_EQ(UndoToMark(bench.Journaled, bench.Journal).Forgotten, 2U);
 }
 
+class UndoActions : public testing::Test, protected JournalBench {};
+
 constexpr const char* neverRead = "what it held before was never read";
 
-TEST(Undo, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
-  JournalBench bench;
-  Link& link = bench.Journaled;
-  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(link, reg);
-  WriteByte(link, 0x65, 0x81);  // the console's own
-  bench.Act("A", [&] { WriteByte(link, 0x64, 0x11); });
-  bench.Act("B", [&] {
-    WriteByte(link, 0x64, 0x12);
-    WriteByte(link, 0x5C, 0xE2);
-    WriteByte(link, 0x65, 0x14);
-    WriteByte(link, 0x64, 0x13);
-    WriteByte(link, 0x5C, 0x62);  // its own restore
-  });
-  bench.Act("C", [&] { WriteByte(link, 0x66, 0x13); });
-  bench.Act("D", [&] { WriteByte(link, 0x65, 0x14); });
-  EXPECT_EQ(bench.Undo(), std::string(" C 66 ") + neverRead) << "D changed nothing";
-  bench.FailTransfer(1);
-  EXPECT_EQ(bench.Undo(), "W65:81! W64:11 B 65 Error: 57, Device I/O error");
-  EXPECT_EQ(bench.Undo(), "W65:81 B");
-  EXPECT_EQ(bench.Undo(), "W64:80 A");
-  EXPECT_EQ(bench.Entry(bench.Journal.Entries().size() - 1), "15A/64 11>80 Undo");
-  EXPECT_EQ(bench.Undo(), " ") << "neither an undo nor what the console did itself";
-  bench.FailTransfer(2);
-  EXPECT_THROW(bench.Act("E", [&] { UpdateBits(link, 0x64, 0xFF, 0x30); }), CommsError);
-  EXPECT_EQ(bench.Undo(), "W64:80 E") << "the failed write may have arrived";
+TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
+  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(Journaled, reg);
+  WriteByte(Journaled, 0x65, 0x81);  // the console's own
+  Act("A", {{0x64, 0x11}});
+  Act("B", {{0x64, 0x12}, {0x5C, 0xE2}, {0x65, 0x14}, {0x64, 0x13}, {0x5C, 0x62}});  // the last restores
+  Act("C", {{0x66, 0x13}});
+  Act("D", {{0x65, 0x14}});
+  EXPECT_EQ(Undo(), std::string(" C 66 ") + neverRead) << "D changed nothing";
+  FailTransfer(1);
+  EXPECT_EQ(Undo(), "W65:81! W64:11 B 65 Error: 57, Device I/O error");
+  EXPECT_EQ(Undo(), "W65:81 B");
+  EXPECT_EQ(Undo(), "W64:80 A");
+  EXPECT_EQ(Text(Journal.Entries().back()), "15A/64 11>80 Undo");
+  EXPECT_EQ(Undo(), " ") << "neither an undo nor what the console did itself";
+  FailTransfer(2);
+  EXPECT_THROW(Act("E", [&] { UpdateBits(Journaled, 0x64, 0xFF, 0x30); }), CommsError);
+  EXPECT_EQ(Undo(), "W64:80 E") << "the failed write may have arrived";
 }
 
-TEST(Undo, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
-  JournalBench bench;
-  Link& link = bench.Journaled;
-  bench.Act("A", [&] { UpdateBits(link, 0x5C, 0xFF, 0x01); });
-  EXPECT_EQ(bench.Undo(UndoToMark), " ") << "there is no mark";
-  bench.Act("Glitch", [&] { UpdateBits(link, 0x64, 0xFF, 0x20); });
-  bench.Journal.SetMark();
+TEST_F(UndoActions, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
+  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x5D, 0x5E, 0x64}) ReadByte(Journaled, reg);
+  Act("A", {{0x5C, 0x01}});
+  EXPECT_EQ(Undo(UndoToMark), " ") << "there is no mark";
+  Act("Glitch", {{0x64, 0x20}});
+  Journal.SetMark();
   {
-    const BusJournal::ActionScope step(bench.Journal, "Glitch", BusJournal::ActionScope::Run::Continued);
-    UpdateBits(link, 0x64, 0xFF, 0x21);
+    const BusJournal::ActionScope step(Journal, "Glitch", BusJournal::ActionScope::Run::Continued);
+    WriteByte(Journaled, 0x64, 0x21);
   }
-  bench.Act("B", [&] {
-    UpdateBits(link, 0x5C, 0xFF, 0x02);
-    WriteByte(link, 0x65, 0x23);
-    UpdateBits(link, 0x5E, 0xFF, 0x09);
-    UpdateBits(link, 0x5E, 0xFF, 0x62);
-  });
-  bench.Act("C", [&] { UpdateBits(link, 0x5D, 0xFF, 0x03); });
-  bench.Act("D", [&] { WriteByte(link, 0x64, 0x22); });
-  bench.FailTransfer(1);
-  EXPECT_EQ(bench.Undo(UndoToMark),
-            std::string("W5D:62! W5C:01 W64:20  5D Error: 57, Device I/O error 65 ") + neverRead);
-  EXPECT_EQ(bench.Undo(UndoToMark), "W5D:62 ");
-  EXPECT_EQ(bench.Undo(), "W64:80 Glitch") << "from before the mark";
+  Act("B", {{0x5C, 0x02}, {0x65, 0x23}, {0x5E, 0x09}, {0x5E, 0x62}});
+  Act("C", {{0x5D, 0x03}});
+  Act("D", {{0x64, 0x22}});
+  FailTransfer(1);
+  EXPECT_EQ(Undo(UndoToMark), std::string("W5D:62! W5C:01 W64:20  5D Error: 57, Device I/O error 65 ") + neverRead);
+  EXPECT_EQ(Undo(UndoToMark), "W5D:62 ");
+  EXPECT_EQ(Undo(), "W64:80 Glitch") << "from before the mark";
 }
 
-TEST(Undo, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
-  JournalBench bench;
-  Link& link = bench.Journaled;
-  ReadByte(link, 0x30);
+TEST_F(UndoActions, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
+  ReadByte(Journaled, 0x30);
   const auto drag = [&](int value, const char* name = "") {
-    bench.Act(name, [&] { WriteByte(link, 0x30, value); });
-    const BusJournal::OriginScope tick(bench.Journal, "Reading cycle");
-    ReadByte(link, 0x31);
+    Act(name, {{0x30, value}});
+    const BusJournal::OriginScope tick(Journal, "Reading cycle");
+    ReadByte(Journaled, 0x31);
   };
-  const std::uint64_t first = bench.Journal.BeginGesture("Slider");
+  const std::uint64_t first = Journal.BeginGesture("Slider");
   drag(1);
   drag(2);
-  bench.Journal.EndGesture(first);
+  Journal.EndGesture(first);
   drag(3);
-  bench.Journal.BeginGesture("Slider");
-  bench.Journal.EndGesture(first);  // late
+  Journal.BeginGesture("Slider");
+  Journal.EndGesture(first);  // late
   drag(4);
   drag(5, "Box that the press left");
-  bench.Act("Detection", [&] {
-    WriteByte(link, 0x30, 6);
-    bench.Journal.BeginGesture("Cancel");
-    WriteByte(link, 0x30, 7);
+  Act("Detection", [&] {
+    WriteByte(Journaled, 0x30, 6);
+    Journal.BeginGesture("Cancel");
+    WriteByte(Journaled, 0x30, 7);
   });
   for (const char* expected :
        {"W30:05 Detection", "W30:04 Box that the press left", "W30:03 Slider", "W30:02 Slider", "W30:FF Slider", " "}) {
-    EXPECT_EQ(bench.Undo(), expected);
+    EXPECT_EQ(Undo(), expected);
   }
 }
 

@@ -15,27 +15,21 @@ void SayDone() {
 
 TEST(ExitWork, IsDoneOnceByAnExitPastItsDestructorAndByTerminateAndNotAfterIt) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
-  EXPECT_EXIT(
-      {
-        const ExitWork work(SayDone);
-        std::exit(1);
-      },
-      testing::ExitedWithCode(1), "^done;$");
-  EXPECT_EXIT(
-      {
-        const ExitWork work([] {
-          SayDone();
-          std::terminate();
-        });
-        std::terminate();
-      },
-      testing::KilledBySignal(SIGABRT), "^done;[^;]*$");
-  EXPECT_EXIT(
-      {
-        { const ExitWork work(SayDone); }
-        std::exit(1);
-      },
-      testing::ExitedWithCode(1), "^$");
+  const auto exitWithin = [] {
+    const ExitWork work(SayDone);
+    std::exit(1);
+  };
+  const auto terminateWithin = [] {
+    const ExitWork work([] { SayDone(), std::terminate(); });
+    std::terminate();
+  };
+  const auto exitBehind = [] {
+    { const ExitWork work(SayDone); }
+    std::exit(1);
+  };
+  EXPECT_EXIT(exitWithin(), testing::ExitedWithCode(1), "^done;$");
+  EXPECT_EXIT(terminateWithin(), testing::KilledBySignal(SIGABRT), "^done;[^;]*$");
+  EXPECT_EXIT(exitBehind(), testing::ExitedWithCode(1), "^$");
 }
 
 }  // namespace

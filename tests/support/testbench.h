@@ -82,6 +82,8 @@ struct TestBench {
   std::string Traffic() { return Take(TraceFilter::Registers); }
   /// The same with the board's transfers: "S90:10" and "V94" (switch devices), "C10", "ST", "K" (complete).
   std::string BusTraffic() { return Take(TraceFilter::Bus); }
+  /// Everything that was asked of the library.
+  std::string All() { return Take(TraceFilter::All); }
 
   /// The nth bus transfer from now on fails (n = 1 is the next).
   void FailTransfer(int nth, bool onward = false) {

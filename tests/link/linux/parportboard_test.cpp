@@ -28,8 +28,8 @@ class Parport : public testing::Test {
   Parport() { Plug(); }
   void TearDown() override { EXPECT_EQ(slave.Violations, ""); }
   void Plug() {
-    kernel.Nodes[roots.Roots.Dev + "/parport0"] = [this] { return std::make_unique<FakeParportFile>(port); };
-    roots.File(roots.Roots.Dev + "/parport0", "");
+    kernel.Nodes[path] = [this] { return std::make_unique<FakeParportFile>(port); };
+    roots.File(path, "");
   }
   ParportBoard Board(const PortWiring& wiring = DefaultWiring()) {
     return {kernel, clock, roots.Roots, wiring, std::nullopt};
@@ -45,10 +45,11 @@ class Parport : public testing::Test {
   BitSlave slave{device, [this] { return clock.Seconds(); }};
   FakeParport port{slave};
   FakeKernel kernel;
+  ParportBoard board = Board();
+  const std::string path = roots.Roots.Dev + "/parport0";
 };
 
 TEST_F(Parport, PutsEachOperationOnTheBusBitByBit) {
-  ParportBoard board = Board();
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
   board.WriteByteData(0x5A, 0x30, 0xFF);
   board.SendByte(0x5A, 0xA5);
@@ -78,10 +79,10 @@ TEST_F(Parport, WorksOverEveryWiring) {
     cable.Apply();
     other.Violations.clear();
     other.Seen.clear();
-    kernel.Nodes[roots.Roots.Dev + "/parport0"] = [&] { return std::make_unique<FakeParportFile>(cable); };
-    ParportBoard board = Board(wiring);
-    EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41) << text;
-    board.WriteByteData(0x5A, 0x55, 0xAA);
+    kernel.Nodes[path] = [&] { return std::make_unique<FakeParportFile>(cable); };
+    ParportBoard wired = Board(wiring);
+    EXPECT_EQ(wired.ReadByteData(0x5A, 0x3E), 0x41) << text;
+    wired.WriteByteData(0x5A, 0x55, 0xAA);
     EXPECT_TRUE(other.Seen.ends_with("S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 55+ AA+ P ")) << other.Seen;
     EXPECT_EQ(other.Violations, "") << text;
   }
@@ -89,7 +90,6 @@ TEST_F(Parport, WorksOverEveryWiring) {
 
 TEST_F(Parport, ClockIsTenKilohertzWhereItCannotBeReadBack) {
   for (const bool mode : {false, true}) {
-    ParportBoard board = Board();
     board.SetBusMode(mode);
     slave.ClockRises.clear();
     board.ReadByteData(0x5A, 0x3E);
@@ -101,7 +101,6 @@ TEST_F(Parport, ClockIsTenKilohertzWhereItCannotBeReadBack) {
 }
 
 TEST_F(Parport, WaitsForAStretchedClockUpToItsLimit) {
-  ParportBoard board = Board();
   slave.StretchSeconds = 0.034;
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
   slave.StretchSeconds = 0.036;
@@ -117,7 +116,6 @@ TEST_F(Parport, WaitsForAStretchedClockUpToItsLimit) {
 }
 
 TEST_F(Parport, FreesADeviceThatWasInterrupted) {
-  ParportBoard board = Board();
   slave.HangInByte(7);
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
   slave.HangInByte(12);
@@ -128,7 +126,6 @@ TEST_F(Parport, FreesADeviceThatWasInterrupted) {
 }
 
 TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
-  ParportBoard board = Board();
   EXPECT_EQ(board.ReadStatusByte(), 0x00);
   board.SetControlByte(0xFF);
   EXPECT_EQ(port.Data, 0x3F) << "the bus lines are released, which is low in the register";
@@ -155,7 +152,6 @@ TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
 TEST_F(Parport, APortNobodyUsedIsNotTouched) {
   port.Data = 0x7F;
   port.Heaters = 0x30;
-  ParportBoard board = Board();
   board.SetControlByte(0);
   board.SelectPort(0);
   EXPECT_EQ(kernel.Opened, 0);
@@ -172,8 +168,7 @@ TEST_F(Parport, APortNobodyUsedIsNotTouched) {
 }
 
 TEST_F(Parport, SharesThePortWaitsForAProgramAndNamesWhoHasIt) {
-  ParportBoard board = Board(), other = Board();
-  const std::string path = roots.Roots.Dev + "/parport0";
+  ParportBoard other = Board();
   const std::string process = roots.Roots.Proc + "/4711";
   const std::string used = "failed EBUSY printer port 0 is used by ";
   roots.File(process + "/comm", "logicprobe");
@@ -206,8 +201,6 @@ TEST_F(Parport, SharesThePortWaitsForAProgramAndNamesWhoHasIt) {
 }
 
 TEST_F(Parport, TellsWhatToDoAndWorksAgainWhenThePortIsBack) {
-  ParportBoard board = Board();
-  const std::string path = roots.Roots.Dev + "/parport0";
   EXPECT_EQ(Error(board), "");
   port.Gone = true;
   EXPECT_EQ(Error(board), "failed ENODEV printer port 0 is gone: plug its adapter in again");
@@ -221,15 +214,15 @@ TEST_F(Parport, TellsWhatToDoAndWorksAgainWhenThePortIsBack) {
   EXPECT_EQ(Error(board), "");
 
   const std::pair<int, std::string> cases[] = {
-      {ENOENT, "load its driver with \"modprobe ppdev\", or choose another port with --printer-port"},
-      {EACCES, "join the group lp (\"adduser USER lp\") and log in again"},
-      {ENXIO, "the driver parport_pc is not loaded, or the PC has no such port"},
+      {ENOENT,
+       path + " does not exist: load its driver with \"modprobe ppdev\", or choose another port with --printer-port"},
+      {EACCES, "no permission for " + path + ": join the group lp (\"adduser USER lp\") and log in again"},
+      {ENXIO, "no printer port behind " + path + ": the driver parport_pc is not loaded, or the PC has no such port"},
   };
-  for (const auto& [number, end] : cases) {
+  for (const auto& [number, text] : cases) {
     kernel.OpenErrors[path] = number;
     ParportBoard fresh = Board();
-    const std::string error = Error(fresh);
-    EXPECT_TRUE(error.starts_with("failed " + ErrorSymbol(number)) && error.ends_with(end)) << error;
+    EXPECT_EQ(Error(fresh), "failed " + ErrorSymbol(number) + " " + text);
   }
 }
 

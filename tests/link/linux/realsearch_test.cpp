@@ -75,20 +75,14 @@ class RealSearch : public testing::Test {
 TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
   const std::string path = testing::TempDir() + "krx_lock";
   std::ofstream(path) << "a file locks as a device node does";
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
   const pid_t child = fork();
-  if (child == 0) {
-    RealKernel kernel;
-    const int locked = kernel.Lock(kernel.Open(path), {0x2E, 1});
-    (void)!write(ready[1], &locked, 1);
-    for (;;) pause();
-  }
-  char result = 1;
-  ASSERT_EQ(read(ready[0], &result, 1), 1);
-  EXPECT_EQ(result, 0);
   RealKernel kernel;
   const int descriptor = kernel.Open(path);
+  if (child == 0) {
+    kernel.Lock(descriptor, {0x2E, 1});
+    for (;;) pause();
+  }
+  for (int tries = 0; tries < 1000 && kernel.LockHolder(descriptor, {0x2E, 1}) == 0; ++tries) usleep(10'000);
   EXPECT_EQ(kernel.LockHolder(descriptor, {0x2E, 1}), child);
   EXPECT_EQ(kernel.LockHolder(descriptor, {0, 128}), child);
   EXPECT_EQ(kernel.LockHolder(descriptor, {0x2D, 1}), 0) << "the address beside it";
@@ -96,8 +90,57 @@ TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   EXPECT_EQ(kernel.Lock(descriptor, {0x2E, 1}), 0);
-  for (const int each : {descriptor, ready[0], ready[1]}) kernel.Close(each);
+  kernel.Close(descriptor);
   std::filesystem::remove(path);
+}
+
+TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected) {
+  CommsModule& module = root.Get();
+  const auto adapter = module.ObtainPrinterPortAdapter();
+  EXPECT_EQ(adapter->PortCount(), 1);
+  EXPECT_EQ(adapter->CurrentPort(), 0);
+  EXPECT_THROW(adapter->SelectPort(1), CommsError);
+  const auto device = adapter->ObtainBusDevice();
+  for (const int medium : {1, 0}) {
+    EXPECT_EQ(device->ReadByteData(0x5A, 0x3E), 0x41);
+    EXPECT_THROW(device->WriteByteData(0x58, 0x30, 1), NoAcknowledge);
+    EXPECT_EQ(module.ObtainSmbusController()->ReadByteData(0x2E, 0x3E), 0x41);
+    EXPECT_THROW(module.ObtainSmbusController()->WriteByteData(0x2D, 0x30, 1), NoAcknowledge);
+    module.SelectMedium(medium);
+    EXPECT_EQ(kernel.OpenNow(), 1U) << "the other medium's is closed";
+  }
+  device->SendByte(0x90, 0x5C);
+  EXPECT_EQ(device->ReceiveByte(0x90), 0x5C);
+  EXPECT_EQ(device->ReceiveByte(0x94), 0x3F) << "as it powers up";
+  EXPECT_THROW(device->ReceiveByte(0x98), NoAcknowledge);
+  EXPECT_THROW(device->SendByte(0x98, 0), NoAcknowledge);
+  for (const int heaters : {0x10, 0x30, 0x20, 0x00}) {
+    device->SetControlByte(static_cast<std::uint8_t>(heaters));
+    EXPECT_EQ(device->ReadStatusByte(), heaters);
+  }
+  for (const bool mode : {true, false}) {
+    device->SetBusMode(mode);
+    EXPECT_EQ(adapter->ObtainBusDevice()->GetBusMode(), mode);
+    EXPECT_EQ(device->ReadByteData(0x5A, 0x3E), 0x41);
+  }
+  EXPECT_EQ(slave.Violations, "");
+}
+
+TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
+  TestRoots roots;
+  LinuxOptions options;
+  options.Roots = roots.Roots;
+  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
+  roots.Adapter(0, "i915 gmbus ssc");
+  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
+  std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/parport1");
+  std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/lp.0");
+  EXPECT_EQ(FindLinuxBus(options), "printer port 1");
+  roots.Adapter(2, "SMBus I801 adapter at 0700");
+  EXPECT_EQ(FindLinuxBus(options), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
+  options.Smbus = 0;
+  options.PrinterPort = 4;
+  EXPECT_EQ(FindLinuxBus(options), "i915 gmbus ssc, i2c-0 and printer port 4");
 }
 
 TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip) {

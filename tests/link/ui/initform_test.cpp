@@ -27,10 +27,8 @@ struct WizardBench {
     QObject::connect(&Form, &InitForm::Finished, &Form, [this] { Ends += "finished "; });
     QObject::connect(&Form, &InitForm::Abandoned, &Form, [this] { Ends += "abandoned "; });
     QObject::connect(&Form, &InitForm::ReadOnlyWanted, &Form, [this] { Ends += "read-only "; });
-    QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] {
-      // The close box, while page 3 shows.
-      Ends += Form.close() ? "closed " : "kept ";
-    });
+    // The close box, while page 3 shows.
+    QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] { Ends += Form.close() ? "closed " : "kept "; });
     Form.show();
     Form.Load();
   }
