@@ -47,17 +47,17 @@ TEST(Link, ThePrinterPortTransfersAtOnceAndEveryOtherMediumIsTheSmbusAfterFiveMi
 TEST(Link, AnOperandOutsideAByteOverflowsBeforeAnyWaitOrTraffic) {
   for (const int medium : {0, 1}) {
     FakeBench bench;
-    for (std::int16_t LinkNewComPort06::*operand : {&Link::AddressPointer, &Link::ChipAddress, &Link::WriteData}) {
-      for (const std::int16_t value : {std::int16_t{-1}, std::int16_t{256}}) {
-        Select(bench.Link, medium);
-        bench.Link.AddressPointer = bench.Link.WriteData = 0;
-        bench.Link.*operand = value;
-        EXPECT_THROW(bench.Link.WriteRegister(), Overflow);
-        if (operand == &Link::WriteData) continue;
-        EXPECT_THROW(bench.Link.ReadRegister(), Overflow);
-      }
+    bench.Link.CommsMedium = static_cast<std::uint8_t>(medium);
+    for (const auto& [reg, chip] : {std::pair{-1, 0x2D}, {256, 0x2D}, {0x30, -1}, {0x30, 256}}) {
+      bench.Link.AddressPointer = static_cast<std::int16_t>(reg);
+      bench.Link.ChipAddress = static_cast<std::int16_t>(chip);
+      EXPECT_THROW(bench.Link.ReadRegister(), Overflow);
+      EXPECT_THROW(bench.Link.WriteRegister(), Overflow);
     }
-    for (const int value : {65536, -65536}) EXPECT_THROW(WriteByte(bench.Link, 0x30, value), Overflow);
+    Select(bench.Link, medium);
+    bench.Link.WriteData = 256;
+    EXPECT_THROW(bench.Link.WriteRegister(), Overflow);
+    for (const int value : {-1, 65536, -65536}) EXPECT_THROW(WriteByte(bench.Link, 0x30, value), Overflow);
     EXPECT_EQ(bench.Bus.Diary, Diary{});
     EXPECT_FALSE(bench.Link.TransferInProgress());
   }

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <iostream>
 #include <sstream>
 
+#include "link/exitwork.h"
 #include "link/registeraccess.h"
 #include "simulator/simwords.h"
 #include "support/testbench.h"
@@ -158,6 +161,26 @@ TEST(OwedWrites, AtAnEndWithoutWindowsTransfersSleepAndTellNobody) {
   EXPECT_GE(link.ElapsedSeconds() - start, 0.005);
   EXPECT_EQ(pump.Calls, 0);
   EXPECT_EQ(told, 0);
+}
+
+TEST(ExitWork, IsDoneOnceByAnExitPastItsDestructorAndByTerminateAndNotAfterIt) {
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";
+  static constexpr auto sayDone = [] { std::cerr << "done;"; };
+  const auto exitWithin = [] {
+    const ExitWork work(sayDone);
+    std::exit(1);
+  };
+  const auto terminateWithin = [] {
+    const ExitWork work([] { sayDone(), std::terminate(); });
+    std::terminate();
+  };
+  const auto exitBehind = [] {
+    { const ExitWork work(sayDone); }
+    std::exit(1);
+  };
+  EXPECT_EXIT(exitWithin(), testing::ExitedWithCode(1), "^done;$");
+  EXPECT_EXIT(terminateWithin(), testing::KilledBySignal(SIGABRT), "^done;[^;]*$");
+  EXPECT_EXIT(exitBehind(), testing::ExitedWithCode(1), "^$");
 }
 
 }  // namespace

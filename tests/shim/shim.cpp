@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // A library for LD_PRELOAD, for tests only: any program that opens /dev/i2c-1, /dev/i2c-2 or /dev/parport0 finds a
-// simulated computer there, with a chip at 2Eh on the SMBus and a board whose chip is at 2Dh. Each process makes its
-// own simulation, so what was written is kept in the file that KRX_SHIM_STATE names, a line a transfer as a trace has
-// it
-// ("parport0 W5C:E2"), and done again by the next process; the clock always stands a minute after the start, so that
-// everybody reads the same values. The descriptor that a program gets is one of a file beside that one: what it locks
-// there, the kernel keeps.
+// simulated computer there, the chip at 2Eh on an SMBus, at 2Dh on the board. What was written is kept in the file that
+// KRX_SHIM_STATE names ("parport0 W5C:E2", as a trace has it) and done again by the next process; the clock stands a
+// minute after the start, so that everybody reads the same values. The descriptor that a program gets is one of a file
+// beside that one: what it locks there, the kernel keeps.
 
 #include <fcntl.h>
 #include <sys/syscall.h>

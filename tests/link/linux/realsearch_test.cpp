@@ -111,7 +111,6 @@ TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected
   }
   device->SendByte(0x90, 0x5C);
   EXPECT_EQ(device->ReceiveByte(0x90), 0x5C);
-  EXPECT_EQ(device->ReceiveByte(0x94), 0x3F) << "as it powers up";
   EXPECT_THROW(device->ReceiveByte(0x98), NoAcknowledge);
   EXPECT_THROW(device->SendByte(0x98, 0), NoAcknowledge);
   for (const int heaters : {0x10, 0x30, 0x20, 0x00}) {
@@ -130,7 +129,6 @@ TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
   TestRoots roots;
   LinuxOptions options;
   options.Roots = roots.Roots;
-  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
   roots.Adapter(0, "i915 gmbus ssc");
   EXPECT_EQ(FindLinuxBus(options), std::nullopt);
   std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/parport1");

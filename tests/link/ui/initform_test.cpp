@@ -92,8 +92,7 @@ TEST(InitForm, NeedsAMediumAndOffersTheSimulatedBoardWhenNothingIsFound) {
             std::vector<std::string>{"exclamation|Please select a search medium|A problem was detected"});
   bench.Find<QCheckBox>("SMBusCheck").click();
   bench.Search();
-  EXPECT_EQ(bench.Label("SearchResultsLBL"),
-            "Sorry, no KRX5580s were found. Please check all connections and try again");
+  EXPECT_TRUE(bench.Label("SearchResultsLBL").starts_with("Sorry, no KRX5580s were found."));
   EXPECT_FALSE(bench.Enabled("FinishCMD"));
   EXPECT_EQ(bench.Label("PlaceLBL"), "Searched: the SMBus");
   EXPECT_TRUE(bench.Find<QPushButton>("SimulatedCMD").isVisible());
