@@ -15,11 +15,9 @@ namespace krx {
 namespace {
 
 /// The simulated computer seen through a journal.
-struct JournalBench : TestBench {
-  explicit JournalBench(Medium medium = Medium::Board, bool readOnly = false) : TestBench(medium), ReadOnly(readOnly) {
-    Journaled.CommsMedium = Bus.CommsMedium;
-    Journaled.EvalBoardMedium = Bus.EvalBoardMedium;
-    Journaled.ChipAddress = Bus.ChipAddress;
+struct JournalBench : BoardBench {
+  explicit JournalBench(Medium medium = Medium::Board, bool readOnly = false) : BoardBench(medium) {
+    Root.Change([this, readOnly] { return MakeJournalModule(Sim.MakeCommsModule(), Journal, readOnly); });
   }
   /// "15A/30 80>10 Duty": operation, address and register, old and new value, origin; "-" skipped, "!" failed.
   static std::string Text(const JournalEntry& entry) {
@@ -30,25 +28,19 @@ struct JournalBench : TestBench {
   /// One run of a user's handler that writes these: register, byte.
   void Act(const std::string& name, std::initializer_list<std::pair<int, int>> writes) {
     const BusJournal::ActionScope scope(Journal, name);
-    for (const auto& [reg, byte] : writes) WriteByte(Journaled, static_cast<std::uint8_t>(reg), byte);
+    for (const auto& [reg, byte] : writes) WriteByte(Bus, static_cast<std::uint8_t>(reg), byte);
   }
   /// Presses undo: the traffic, and behind it the action's name and the registers with a problem.
   std::string Undo(UndoResult (*undo)(Link&, BusJournal&) = UndoLastAction) {
     Traffic();
-    const UndoResult result = undo(Journaled, Journal);
+    const UndoResult result = undo(Bus, Journal);
     std::string text = Traffic() + " " + result.Origin;
     for (const UndoProblem& problem : result.Problems)
       text += fmt::format(" {:02X} {}", problem.Register, problem.Reason);
     return text;
   }
 
-  bool ReadOnly;
   BusJournal Journal{Time};
-  CommsRoot JournalRoot{[this] { return MakeJournalModule(Sim.MakeCommsModule(), Journal, ReadOnly); }};
-  Link Journaled{JournalRoot, Time, Pump};
-  BoardState Flags;
-  OwedWrites Owed{Journaled};
-  Board Eval{Journaled, Flags, Owed};
 };
 
 /// Some of everything that a console does on a bus.
@@ -65,7 +57,7 @@ TEST(BusJournal, ChangesNothingOnTheBusAndEntersEveryTransfer) {
     BoardBench plain(medium);
     JournalBench journaled(medium);
     Exercise(plain.Bus, plain.Eval);
-    Exercise(journaled.Journaled, journaled.Eval);
+    Exercise(journaled.Bus, journaled.Eval);
     EXPECT_EQ(journaled.Sim.Trace().Text(TraceFilter::All), plain.Sim.Trace().Text(TraceFilter::All));
     EXPECT_EQ(journaled.Sim.LiveHandles(), 0);
     EXPECT_EQ(journaled.Journal.Count(), medium == TestBench::Medium::Board ? 10U : 3U) << "all but Complete";
@@ -74,7 +66,7 @@ TEST(BusJournal, ChangesNothingOnTheBusAndEntersEveryTransfer) {
 
 TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
   JournalBench bench;
-  Link& link = bench.Journaled;
+  Link& link = bench.Bus;
   {
     const BusJournal::OriginScope outer(bench.Journal, "Outer");
     WriteByte(link, 0x64, 0x10);
@@ -99,7 +91,7 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
 TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {
   for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
     JournalBench bench(medium, true);
-    Exercise(bench.Journaled, bench.Eval);
+    Exercise(bench.Bus, bench.Eval);
     EXPECT_EQ(bench.BusTraffic(), medium == TestBench::Medium::Board ? "R5C V96 V94 V90 V92 ST" : "R5C");
     EXPECT_EQ(bench.Journal.SkippedCount(), medium == TestBench::Medium::Board ? 4U : 2U);
     EXPECT_TRUE(bench.Text(bench.Journal.Entries().front()).ends_with("/30 ?>10- "));
@@ -111,11 +103,11 @@ TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {
 
 TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
   JournalBench bench;
-  ReadByte(bench.Journaled, 0x64);
+  ReadByte(bench.Bus, 0x64);
   bench.Act("A", {{0x64, 0x10}});
   {
     const BusJournal::OriginScope cycle(bench.Journal, "Reading cycle");
-    for (std::size_t read = 0; read < BusJournal::capacity; ++read) ReadByte(bench.Journaled, 0x3E);
+    for (std::size_t read = 0; read < BusJournal::capacity; ++read) ReadByte(bench.Bus, 0x3E);
     bench.Eval.SetDiode(0, true);
   }
   EXPECT_EQ(bench.Journal.Entries().size(), BusJournal::capacity);
@@ -126,7 +118,7 @@ TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
   bench.Journal.SetMark();
   for (std::size_t write = 0; write < BusJournal::capacity + 2; ++write) bench.Act("B", {{0x30, 0}});
   EXPECT_EQ(bench.Journal.UserWrites().size(), BusJournal::capacity);
-  EXPECT_EQ(UndoToMark(bench.Journaled, bench.Journal).Forgotten, 2U);
+  EXPECT_EQ(UndoToMark(bench.Bus, bench.Journal).Forgotten, 2U);
 }
 
 class UndoActions : public testing::Test, protected JournalBench {};
@@ -134,8 +126,8 @@ class UndoActions : public testing::Test, protected JournalBench {};
 constexpr const char* neverRead = "what it held before was never read";
 
 TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
-  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(Journaled, reg);
-  WriteByte(Journaled, 0x65, 0x81);  // the console's own
+  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(Bus, reg);
+  WriteByte(Bus, 0x65, 0x81);  // the console's own
   Act("A", {{0x64, 0x11}});
   Act("B", {{0x64, 0x12}, {0x5C, 0xE2}, {0x65, 0x14}, {0x64, 0x13}, {0x5C, 0x62}});  // the last restores
   Act("C", {{0x66, 0x13}});
@@ -153,14 +145,14 @@ TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) 
 }
 
 TEST_F(UndoActions, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
-  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x5D, 0x5E, 0x64}) ReadByte(Journaled, reg);
+  for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x5D, 0x5E, 0x64}) ReadByte(Bus, reg);
   Act("A", {{0x5C, 0x01}});
   EXPECT_EQ(Undo(UndoToMark), " ") << "there is no mark";
   Act("Glitch", {{0x64, 0x20}});
   Journal.SetMark();
   {
     const BusJournal::ActionScope step(Journal, "Glitch", BusJournal::ActionScope::Run::Continued);
-    WriteByte(Journaled, 0x64, 0x21);
+    WriteByte(Bus, 0x64, 0x21);
   }
   Act("B", {{0x5C, 0x02}, {0x65, 0x23}, {0x5E, 0x09}, {0x5E, 0x62}});
   Act("C", {{0x5D, 0x03}});
@@ -172,11 +164,11 @@ TEST_F(UndoActions, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
 }
 
 TEST_F(UndoActions, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
-  ReadByte(Journaled, 0x30);
+  ReadByte(Bus, 0x30);
   const auto drag = [&](int value, const char* name = "") {
     Act(name, {{0x30, value}});
     const BusJournal::OriginScope tick(Journal, "Reading cycle");
-    ReadByte(Journaled, 0x31);
+    ReadByte(Bus, 0x31);
   };
   const std::uint64_t first = Journal.BeginGesture("Slider");
   drag(1);
@@ -189,7 +181,7 @@ TEST_F(UndoActions, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
   drag(5, "Box that the press left");
   {
     const BusJournal::ActionScope detection(Journal, "Detection");
-    WriteByte(Journaled, 0x30, 6);
+    WriteByte(Bus, 0x30, 6);
     Journal.BeginGesture("Cancel");
     drag(7);
   }

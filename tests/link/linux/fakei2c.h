@@ -49,21 +49,16 @@ class FakeI2cFile : public FakeFile {
     ++adapter_.Transfers;
     if (adapter_.TransferError != 0) return -adapter_.TransferError;
     try {
-      switch (request.size) {
-        case I2C_SMBUS_QUICK:
-        case I2C_SMBUS_BYTE:  // who looks which addresses answer
-          adapter_.Chips->ReadByteData(address_, 0x3E);
-          return 0;
-        case I2C_SMBUS_BYTE_DATA:
-          if (request.read_write == I2C_SMBUS_READ) {
-            request.data->byte = adapter_.Chips->ReadByteData(address_, request.command);
-          } else {
-            adapter_.Chips->WriteByteData(address_, request.command, request.data->byte);
-          }
-          return 0;
-        default:
-          return -EOPNOTSUPP;
+      // By the first two, programs look which addresses answer.
+      const bool asks = request.size == I2C_SMBUS_QUICK || request.size == I2C_SMBUS_BYTE;
+      if (!asks && request.size != I2C_SMBUS_BYTE_DATA) return -EOPNOTSUPP;
+      if (!asks && request.read_write == I2C_SMBUS_WRITE) {
+        adapter_.Chips->WriteByteData(address_, request.command, request.data->byte);
+        return 0;
       }
+      const std::uint8_t value = adapter_.Chips->ReadByteData(address_, asks ? 0x3E : request.command);
+      if (!asks) request.data->byte = value;
+      return 0;
     } catch (const NoAcknowledge&) {
       return -ENXIO;
     } catch (const CommsError&) {

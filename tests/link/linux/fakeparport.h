@@ -223,24 +223,15 @@ class FakeParportFile : public FakeFile {
     if (request == PPEXCL) return port_.Exclusive = this, 0;
     if (request == PPCLAIM) return Claim();
     if (port_.Holder != this) return -EINVAL;
-    switch (request) {
-      case PPRELEASE:
-        if (!port_.Slave.Sda() || !port_.Slave.Scl()) port_.Slave.Violations += "released with a line low; ";
-        port_.Holder = nullptr;
-        return 0;
-      case PPRDATA:
-        return *value = port_.Data, 0;
-      case PPRSTATUS:
-        return *value = port_.Status(), 0;
-      case PPRCONTROL:
-        return *value = port_.Control, 0;
-      case PPWDATA:
-        return port_.Data = *value, port_.Apply(), 0;
-      case PPWCONTROL:
-        return port_.Control = *value & 0x0F, port_.Apply(), 0;
-      default:
-        return -EINVAL;
-    }
+    if (request == PPRDATA) return *value = port_.Data, 0;
+    if (request == PPRSTATUS) return *value = port_.Status(), 0;
+    if (request == PPRCONTROL) return *value = port_.Control, 0;
+    if (request == PPWDATA) return port_.Data = *value, port_.Apply(), 0;
+    if (request == PPWCONTROL) return port_.Control = *value & 0x0F, port_.Apply(), 0;
+    if (request != PPRELEASE) return -EINVAL;
+    if (!port_.Slave.Sda() || !port_.Slave.Scl()) port_.Slave.Violations += "released with a line low; ";
+    port_.Holder = nullptr;
+    return 0;
   }
 
  private:

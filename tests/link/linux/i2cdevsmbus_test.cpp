@@ -46,13 +46,10 @@ TEST_F(I2cDev, TellsWhatToDoWhenTheNodeCannotBeOpened) {
     kernel.OpenErrors[path] = number;
     EXPECT_EQ(Error(), "failed " + ErrorSymbol(number) + " " + text);
   }
-  kernel.OpenErrors.clear();
-  EXPECT_EQ(Error(), "");
 }
 
 TEST_F(I2cDev, ReportsEachTransferErrorWithItsMeaning) {
   const std::pair<int, const char*> cases[] = {
-      {ENXIO, "silent ENXIO no device answers at 2Eh"},
       {EREMOTEIO, "silent EREMOTEIO no device answers at 2Eh"},
       {ENODEV, "silent ENODEV no device answers at 2Eh"},
       {EBUSY,

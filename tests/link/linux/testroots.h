@@ -12,15 +12,12 @@
 namespace krx {
 
 /// Directories that stand for /dev, /sys and /proc, empty at first.
-class TestRoots {
- public:
-  TestRoots()
-      : base_(testing::TempDir() + "krx_" + testing::UnitTest::GetInstance()->current_test_info()->name()),
-        Roots{base_ + "/dev", base_ + "/sys", base_ + "/proc"} {
-    std::filesystem::remove_all(base_);
+struct TestRoots {
+  TestRoots() {
+    std::filesystem::remove_all(Base);
     std::filesystem::create_directories(Roots.Dev);
   }
-  ~TestRoots() { std::filesystem::remove_all(base_); }
+  ~TestRoots() { std::filesystem::remove_all(Base); }
 
   void File(const std::string& path, const std::string& text) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
@@ -41,11 +38,8 @@ class TestRoots {
   /// Who holds printer port 0.
   void Active(const std::string& driver) { File(Roots.Proc + "/sys/dev/parport/parport0/devices/active", driver); }
 
- private:
-  std::string base_;
-
- public:
-  KernelRoots Roots;
+  const std::string Base = testing::TempDir() + "krx_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+  const KernelRoots Roots{Base + "/dev", Base + "/sys", Base + "/proc"};
 };
 
 }  // namespace krx
