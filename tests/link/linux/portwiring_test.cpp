@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "fakekernel.h"
+#include "testroots.h"
 
 namespace krx {
 namespace {
@@ -59,13 +60,13 @@ TEST(PortWiring, AnUnreadableFileIsNamedAndOneMayHave64KiB) {
             "failed ENOENT cannot read the wiring file /nowhere/board.wiring: No such file or directory");
   EXPECT_THROW(ReadWiringFile("/"), CommsError) << "a directory";
   EXPECT_THROW(ReadWiringFile("/dev/zero"), CommsError) << "no end";
-  const std::string path = testing::TempDir() + "krx_wiring\t";
+  TestRoots roots;
+  const std::string path = roots.Base + "/wiring\t";
   const std::string comment = std::string("#") + std::string(64 * 1024 - std::string(usual).size() - 2, 'c') + '\n';
   std::ofstream(path) << comment << usual;
   EXPECT_EQ(ReadWiringFile(path), DefaultWiring());
   std::ofstream(path, std::ios::app) << '\n';
-  EXPECT_TRUE(ErrorOf([&] { ReadWiringFile(path); }).ends_with("krx_wiring\\x09: more than 64 KiB"));
-  std::filesystem::remove(path);
+  EXPECT_TRUE(ErrorOf([&] { ReadWiringFile(path); }).ends_with("/wiring\\x09: more than 64 KiB"));
 }
 
 }  // namespace

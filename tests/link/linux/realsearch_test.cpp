@@ -73,8 +73,9 @@ class RealSearch : public testing::Test {
 };
 
 TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
-  const std::string path = testing::TempDir() + "krx_lock";
-  std::ofstream(path) << "a file locks as a device node does";
+  TestRoots roots;
+  const std::string path = roots.Roots.Dev + "/i2c-1";
+  roots.File(path, "a file locks as a device node does");
   const pid_t child = fork();
   RealKernel kernel;
   const int descriptor = kernel.Open(path);
@@ -91,7 +92,6 @@ TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
   waitpid(child, nullptr, 0);
   EXPECT_EQ(kernel.Lock(descriptor, {0x2E, 1}), 0);
   kernel.Close(descriptor);
-  std::filesystem::remove(path);
 }
 
 TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected) {

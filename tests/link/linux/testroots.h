@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -38,7 +39,8 @@ struct TestRoots {
   /// Who holds printer port 0.
   void Active(const std::string& driver) { File(Roots.Proc + "/sys/dev/parport/parport0/devices/active", driver); }
 
-  const std::string Base = testing::TempDir() + "krx_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+  const std::string Base = testing::TempDir() + "krx_" + testing::UnitTest::GetInstance()->current_test_info()->name() +
+                           std::to_string(getpid());
   const KernelRoots Roots{Base + "/dev", Base + "/sys", Base + "/proc"};
 };
 
