@@ -161,9 +161,10 @@ TEST(ChipSearch, NothingElseThanTheCompanyIdIsTheChip) {
 
 TEST(ChipSearch, IsGivenUpBetweenTwoTransfersWhenTheProgramIsToEnd) {
   SearchBench bench;
+  int asked = 0;
+  bench.Bus.EndAsked = [&asked] { return ++asked > 2; };
   for (const auto& [media, before] : {std::pair{printerPort, "R3E! R3E"}, {smbus, "R3E! R3E!"}}) {
-    int asked = 0;
-    bench.Bus.EndAsked = [&asked] { return ++asked > 2; };
+    asked = 0;
     bench.Search.ClearFinds();
     bench.Traffic();
     EXPECT_TRUE(bench.Search.Search(media, 33, nullptr).empty());
