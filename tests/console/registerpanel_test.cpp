@@ -22,39 +22,29 @@ struct PanelBench : TestBench {
     }
     return text;
   }
-  std::string Bits() const {
-    std::string text;
-    for (const bool bit : Panel.View().Bits) text.insert(0, bit ? "1" : "0");
-    return text;
-  }
   /// "30 FF 255 11111111".
   std::string Shown() const {
     const RegisterView& view = Panel.View();
-    return view.Address + " " + view.HexValue + " " + view.DecimalValue + " " + Bits();
+    std::string bits;
+    for (const bool bit : view.Bits) bits.insert(0, bit ? "1" : "0");
+    return view.Address + " " + view.HexValue + " " + view.DecimalValue + " " + bits;
   }
 };
 
 TEST(RegisterPanel, RowsGoThroughTheirFourStatesAndOneStaysSelected) {
   PanelBench bench;
   RegisterPanel& panel = bench.Panel;
-  const auto hover = [&](int row) { return [&panel, row] { panel.Hover(row); }; };
-  const auto click = [&](int row) { return [&panel, row] { panel.Click(row); }; };
-  const std::pair<std::function<void()>, const char*> steps[] = {
-      {hover(5), "5h"},
-      {click(5), "5b"},
-      {click(5), "5b"},
-      {hover(7), "5s 7h"},
-      {hover(5), "5b"},
-      {[&] { panel.LeaveList(); }, "5s"},
-      {click(9), "9b"},  // without a hover before
-      {[&] { panel.LeaveList(); }, "9s"},
-      {hover(12), "9s 12h"},
-      {[&] { panel.Reselect(); }, "9s"},
-      {click(9), "9b"},
-  };
+  // h hovers over a row and c clicks it, l leaves the list, r selects anew.
+  const std::pair<std::string, const char*> steps[] = {{"h5", "5h"},      {"c5", "5b"}, {"c5", "5b"}, {"h7", "5s 7h"},
+                                                       {"h5", "5b"},      {"l", "5s"},  {"c9", "9b"}, {"l", "9s"},
+                                                       {"h12", "9s 12h"}, {"r", "9s"},  {"c9", "9b"}};
   for (const auto& [step, rows] : steps) {
-    step();
-    EXPECT_EQ(bench.Rows(), rows);
+    const int row = std::atoi(step.c_str() + 1);
+    if (step[0] == 'h') panel.Hover(row);
+    if (step[0] == 'c') panel.Click(row);
+    if (step[0] == 'l') panel.LeaveList();
+    if (step[0] == 'r') panel.Reselect();
+    EXPECT_EQ(bench.Rows(), rows) << step;
   }
 }
 
@@ -62,16 +52,12 @@ TEST(RegisterPanel, ReadsWhatIsSelectedAndTheLastRowWhenNothingIs) {
   PanelBench bench;
   bench.Panel.ReadSelected();
   EXPECT_EQ(bench.Traffic(), "R7D");
-  bench.Panel.Reselect();
-  EXPECT_EQ(bench.Traffic(), "R3E");
-  EXPECT_EQ(bench.Shown(), "3E 41 65 01000001");
   bench.Poke(0x40, 0x05);
   bench.Panel.Click(config1Row);
   bench.Panel.ReadSelected();
   EXPECT_EQ(bench.Traffic(), "R40 R40");
   EXPECT_EQ(bench.Shown(), "40 5 5 00000101");
   EXPECT_EQ(bench.Panel.View().Name, "Configuration Reg. 1");
-  EXPECT_EQ(bench.Panel.View().BitNames[0], "STRT");
   EXPECT_FALSE(bench.Panel.View().Caution.empty());
 }
 
@@ -88,50 +74,28 @@ TEST(RegisterPanel, ABitClickTurnsTheBitThatIsShownAndShowsWhatTheChipKeeps) {
   bench.Panel.ClickBit(7);
   EXPECT_EQ(bench.Traffic(), "R7D W7D:80 R7D") << "the bit was shown as 0, so it is set";
   bench.Panel.Click(25);  // Extended Resolution 1, which the chip does not let write
-  bench.Poke(0x76, 0x00);
   bench.Panel.ClickBit(0);
-  EXPECT_EQ(bench.Bits(), "00000000");
-  bench.Panel.Click(interrupt1Row);
-  bench.Traffic();
-  bench.Panel.ClickBit(0);
-  EXPECT_EQ(bench.Traffic(), "");
+  EXPECT_EQ(bench.Shown(), "76 0 0 00000000");
 }
 
 TEST(RegisterPanel, TheEntryRulesToTheLetter) {
-  struct Row {
+  const struct {
     bool Hex;
     const char* Entry;
     const char* Traffic;  ///< empty: rejected
     const char* Other;    ///< text of the other box after a write
+  } rows[] = {
+      {false, "0", "", ""},          {false, "00", "W7D:00", "0"},
+      {false, "", "W7D:00", "0"},    {false, "255", "W7D:FF", "FF"},
+      {false, "256", "", ""},        {false, "010", "W7D:0A", "A"},
+      {false, "-0", "", ""},         {false, " 5", "", ""},
+      {false, "5 ", "", ""},         {true, "0", "", ""},
+      {true, "00", "W7D:00", "0"},   {true, "", "", ""},
+      {true, "100", "", ""},         {true, "FF", "W7D:FF", "255"},
+      {true, "aB", "W7D:AB", "171"}, {true, "0x1", "", ""},
+      {true, "1G", "", ""},          {true, "00000000000000000FF", "W7D:FF", "255"},
   };
-  const Row rows[] = {
-      {false, "0", "", ""},
-      {false, "00", "W7D:00", "0"},
-      {false, "", "W7D:00", "0"},
-      {false, "255", "W7D:FF", "FF"},
-      {false, "256", "", ""},
-      {false, "7", "W7D:07", "7"},
-      {false, "010", "W7D:0A", "A"},
-      {false, "1x2", "", ""},
-      {false, "-0", "", ""},
-      {false, "+5", "", ""},
-      {false, " 5", "", ""},
-      {false, "5 ", "", ""},
-      {false, "1e1", "", ""},
-      {true, "0", "", ""},
-      {true, "00", "W7D:00", "0"},
-      {true, "", "", ""},
-      {true, "100", "", ""},
-      {true, "FF", "W7D:FF", "255"},
-      {true, "aB", "W7D:AB", "171"},
-      {true, "5", "W7D:05", "5"},
-      {true, "-0", "", ""},
-      {true, "0x1", "", ""},
-      {true, "1G", "", ""},
-      {true, "1.1", "", ""},
-      {true, "00000000000000000FF", "W7D:FF", "255"},
-  };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     PanelBench bench;
     RegisterPanel& panel = bench.Panel;
     panel.Click(config4Row);
@@ -147,48 +111,40 @@ TEST(RegisterPanel, TheEntryRulesToTheLetter) {
   }
 }
 
-TEST(RegisterPanel, AWriteShowsTheWrittenBitsAndTheLastReadValue) {
+TEST(RegisterPanel, AWriteShowsTheWrittenBitsAndTheLastReadValueAndAReadOnlyRegisterTakesNone) {
   PanelBench bench;
-  bench.Panel.Click(config4Row);
-  bench.Panel.SetHexEntry("F0");
-  bench.Panel.WriteHexEntry();
+  RegisterPanel& panel = bench.Panel;
+  panel.Click(config4Row);
+  panel.SetHexEntry("F0");
+  panel.WriteHexEntry();
   EXPECT_EQ(bench.Shown(), "7D 0 0 11110000");
-  EXPECT_EQ(bench.Panel.LastWritten(), 0xF0);
-  bench.Panel.SetDecimalEntry("9");
-  EXPECT_EQ(bench.Panel.HexButton(), EntryState::Written);
-  EXPECT_EQ(bench.Panel.DecimalButton(), EntryState::Unwritten);
-  bench.Panel.UpdateRegisterInfo();
-  EXPECT_EQ(bench.Bits(), "00000000");
-}
-
-TEST(RegisterPanel, AReadOnlyRegisterTakesNoEntryAndItsButtonsStayAsTheyAre) {
-  PanelBench bench;
-  bench.Panel.Click(interrupt1Row);
-  EXPECT_FALSE(bench.Panel.View().Editable);
+  EXPECT_EQ(panel.LastWritten(), 0xF0);
+  panel.SetDecimalEntry("9");
+  EXPECT_EQ(panel.HexButton(), EntryState::Written);
+  EXPECT_EQ(panel.DecimalButton(), EntryState::Unwritten);
+  panel.Click(interrupt1Row);
   bench.Traffic();
-  bench.Panel.SetHexEntry("10");
-  bench.Panel.SetDecimalEntry("10");
-  bench.Panel.WriteHexEntry();
-  bench.Panel.WriteDecimalEntry();
+  panel.SetHexEntry("10");
+  panel.WriteHexEntry();
+  panel.WriteDecimalEntry();
+  panel.ClickBit(0);
   EXPECT_EQ(bench.Traffic(), "");
-  EXPECT_EQ(bench.Panel.HexButton(), EntryState::Unwritten);
-  EXPECT_EQ(bench.Panel.DecimalButton(), EntryState::Unwritten);
+  EXPECT_EQ(panel.HexButton(), EntryState::Unwritten);
 }
 
 TEST(RegisterPanel, AFailedTransferShowsNoValueThatIsNotTheRegisters) {
-  struct Row {
+  const struct {
     const char* Traffic;
     std::function<void(RegisterPanel&)> Handler;
     const char* Shown;  ///< after any failure
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"R30", [](RegisterPanel& panel) { panel.Click(duty1Row); }, "30   00000000"},
       {"R7D", [](RegisterPanel& panel) { panel.ReadSelected(); }, "7D 81 129 10000001"},
       {"R7D W7D:80 R7D", [](RegisterPanel& panel) { panel.ClickBit(0); }, "7D 81 129 10000001"},
       {"W7D:22", [](RegisterPanel& panel) { panel.WriteHexEntry(); }, "7D 81 129 10000001"},
       {"W7D:22", [](RegisterPanel& panel) { panel.WriteDecimalEntry(); }, "7D 81 129 10000001"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     for (int nth = 1; nth <= WordCount(row.Traffic); ++nth) {
       PanelBench bench;
       bench.Poke(0x7D, 0x81);
@@ -197,7 +153,6 @@ TEST(RegisterPanel, AFailedTransferShowsNoValueThatIsNotTheRegisters) {
       bench.Panel.SetDecimalEntry("34");
       EXPECT_EQ(UpToFailure(bench, nth, [&] { row.Handler(bench.Panel); }), FirstFailing(row.Traffic, nth));
       EXPECT_EQ(bench.Shown(), row.Shown);
-      EXPECT_EQ(bench.Panel.HexButton(), EntryState::Unwritten);
     }
   }
 }

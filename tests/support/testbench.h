@@ -70,7 +70,7 @@ struct TestBench {
   SimChip& Chip() { return On == Medium::Board ? Sim.BoardChip() : Sim.SmbusChip(); }
   SimPlant& Plant() { return On == Medium::Board ? Sim.BoardPlant() : Sim.SmbusPlant(); }
   std::uint8_t Peek(std::uint8_t reg) { return Chip().Peek(reg); }
-  void Poke(std::uint8_t reg, std::uint8_t value) { Chip().Poke(reg, value); }
+  void Poke(int reg, int value) { Chip().Poke(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(value)); }
 
   /// Lets clock and model run.
   void Advance(double seconds) {

@@ -43,25 +43,12 @@ struct RunBench {
   }
 
   static QMessageBox* Box() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
-  template <class Window>
-  static Window* Shown() {
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-      if (auto* const window = qobject_cast<Window*>(widget); window != nullptr && window->isVisible()) return window;
-    }
+  static InitForm* Wizard() {
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+      if (auto* const wizard = qobject_cast<InitForm*>(widget); wizard != nullptr && wizard->isVisible()) return wizard;
     return nullptr;
   }
-  std::size_t Transfers() { return Sim.Trace().Transfers().size(); }
-
-  SystemClock Time;
-  Simulation Sim{Time, {}};
-  QtUserDialogs Boxes;
-  ConsoleRunOptions Options;
-  std::function<void()> Step;
-};
-
-/// Presses its way to the chip on the SMBus, each press from the event loop as a user's.
-class WizardPresser {
- public:
+  /// Presses its way to the chip on the SMBus, each press from the event loop as a user's.
   void Press(InitForm& wizard) {
     wizard.findChild<QCheckBox*>("PPCheck")->setChecked(false);
     for (const char* const name : {"FinishCMD", "NextCMD"}) {
@@ -71,6 +58,13 @@ class WizardPresser {
       QMetaObject::invokeMethod(button, &QPushButton::click, Qt::QueuedConnection);
     }
   }
+  std::size_t Transfers() { return Sim.Trace().Transfers().size(); }
+
+  SystemClock Time;
+  Simulation Sim{Time, {}};
+  QtUserDialogs Boxes;
+  ConsoleRunOptions Options;
+  std::function<void()> Step;
 
  private:
   bool finished_ = false;
@@ -80,8 +74,7 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
   const struct {
     const char* Fault;
     bool Wizard;
-    const char* FirstLine;
-    const char* LastLine;
+    const char *FirstLine, *LastLine;
     bool Cycle;  ///< not without the byte that says whether the chip monitors
   } rows[] = {
       {"fail=1+,reg=5D", false, "PWM2 behaviour: ", "PWM2 behaviour: ", true},
@@ -99,9 +92,8 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
     std::size_t atOpening = 0;
     QElapsedTimer open;
     bool wizardStays = false;
-    WizardPresser presser;
     bench.Step = [&] {
-      auto* const wizard = RunBench::Shown<InitForm>();
+      auto* const wizard = RunBench::Wizard();
       if (RunBench::Box() != std::exchange(box, RunBench::Box()) && box != nullptr) {
         if (++boxes > 1) return;
         lines = box->text().split('\n');
@@ -109,7 +101,7 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
         open.start();
       }
       if (!open.isValid()) {
-        if (wizard != nullptr) presser.Press(*wizard);
+        if (wizard != nullptr) bench.Press(*wizard);
         return;
       }
       wizardStays = wizard != nullptr;

@@ -25,11 +25,11 @@ struct ControlBench : TestBench {
     BusTraffic();
   }
   QAbstractButton& Button(const char* name) { return *Page.findChild<QAbstractButton*>(name); }
-  /// The names of all boxes and options with a mark.
+  /// The names of all boxes and options with a mark, without their "chk" and "opt".
   std::string Marked() {
     std::string names;
     for (const auto* button : Page.findChildren<QAbstractButton*>()) {
-      if (button->isChecked()) names += (names.empty() ? "" : " ") + button->objectName().toStdString();
+      if (button->isChecked()) names += (names.empty() ? "" : " ") + button->objectName().sliced(3).toStdString();
     }
     return names;
   }
@@ -40,34 +40,29 @@ struct ControlBench : TestBench {
 };
 
 TEST(ControlPage, EachControlDrivesItsOwnBitOrSwitchAndShowsWhatTheChipThenHolds) {
-  struct Row {
-    const char* Name;
-    const char* Traffic;
-    const char* Marked;
-  };
-  // One after the other on the same board.
-  const Row rows[] = {
-      {"chkPROCHOT", "R78 W78:02 R78 R7D S96:46",
-       "chkPROCHOT optTach4 optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"opt5V", "R7D W7D:02 R78 R7D S96:92", "chkPROCHOT opt5V optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_4"},
-      {"optTach4", "R7D W7D:00 R78 R7D S96:46", "chkPROCHOT optTach4 optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"chkPROCHOT", "R78 W78:00 R78 S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"chkAlert", "R78 W78:01 R78 S90:08 R7D S96:86",
-       "chkAlert chkPWM2Alert optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"chkPWM2Alert", "R78 W78:00 R78 S90:10 R7D S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"chk25vAlert", "R7D W7D:01 R78 S90:10 R7D S96:85", "chk25vAlert opt25V chkSensor1 chkSensor2 chkVID_0 chkVID_2"},
-      {"optPWM2", "R7D W7D:00 R78 S90:10 R7D S96:86", "optPWM2 chkSensor1 chkSensor2 chkVID_1 chkVID_2"},
-      {"opt25V", "R7D W7D:01 R78 S90:10 R7D S96:85", "chk25vAlert opt25V chkSensor1 chkSensor2 chkVID_0 chkVID_2"},
-      {"chkSensor1", "S94:38", "chk25vAlert opt25V chkSensor2 chkVID_0 chkVID_2"},
-      {"chkSensor2", "S94:00", "chk25vAlert opt25V chkVID_0 chkVID_2"},
-      {"chkHeater2", "ST C20 K", "chk25vAlert opt25V chkHeater2 chkVID_0 chkVID_2"},
-      {"chkHeater1", "ST C30 K", "chk25vAlert opt25V chkHeater1 chkHeater2 chkVID_0 chkVID_2"},
-      {"chkHeater2", "ST C10 K", "chk25vAlert opt25V chkHeater1 chkVID_0 chkVID_2"},
-      {"chkVID_0", "S96:84", "chk25vAlert opt25V chkHeater1 chkVID_2"},
-      {"chkVID_4", "S96:94", "chk25vAlert opt25V chkHeater1 chkVID_2 chkVID_4"},
+  const struct {
+    const char *Name, *Traffic, *Marked;
+  } rows[] = {
+      // One after the other on the same board.
+      {"chkPROCHOT", "R78 W78:02 R78 R7D S96:46", "PROCHOT Tach4 PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"opt5V", "R7D W7D:02 R78 R7D S96:92", "PROCHOT 5V PWM2 Sensor1 Sensor2 VID_1 VID_4"},
+      {"optTach4", "R7D W7D:00 R78 R7D S96:46", "PROCHOT Tach4 PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"chkPROCHOT", "R78 W78:00 R78 S96:86", "PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"chkAlert", "R78 W78:01 R78 S90:08 R7D S96:86", "Alert PWM2Alert PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"chkPWM2Alert", "R78 W78:00 R78 S90:10 R7D S96:86", "PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"chk25vAlert", "R7D W7D:01 R78 S90:10 R7D S96:85", "25vAlert 25V Sensor1 Sensor2 VID_0 VID_2"},
+      {"optPWM2", "R7D W7D:00 R78 S90:10 R7D S96:86", "PWM2 Sensor1 Sensor2 VID_1 VID_2"},
+      {"opt25V", "R7D W7D:01 R78 S90:10 R7D S96:85", "25vAlert 25V Sensor1 Sensor2 VID_0 VID_2"},
+      {"chkSensor1", "S94:38", "25vAlert 25V Sensor2 VID_0 VID_2"},
+      {"chkSensor2", "S94:00", "25vAlert 25V VID_0 VID_2"},
+      {"chkHeater2", "ST C20 K", "25vAlert 25V Heater2 VID_0 VID_2"},
+      {"chkHeater1", "ST C30 K", "25vAlert 25V Heater1 Heater2 VID_0 VID_2"},
+      {"chkHeater2", "ST C10 K", "25vAlert 25V Heater1 VID_0 VID_2"},
+      {"chkVID_0", "S96:84", "25vAlert 25V Heater1 VID_2"},
+      {"chkVID_4", "S96:94", "25vAlert 25V Heater1 VID_2 VID_4"},
   };
   ControlBench bench;
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     bench.Button(row.Name).click();
     EXPECT_EQ(bench.BusTraffic(), row.Traffic) << row.Name;
     EXPECT_EQ(bench.Marked(), row.Marked) << row.Name;
@@ -90,7 +85,7 @@ TEST(ControlPage, WhatCannotBeShownIsNotOffered) {
   ProbeVidDrive(readOnly.Work.EvalBoard);
   readOnly.Page.Enter();
   EXPECT_FALSE(readOnly.Page.findChild<QWidget*>("lblVidNotProbed")->isHidden());
-  EXPECT_EQ(readOnly.Marked(), "optPWM2 chkSensor1 chkSensor2") << "no switch that was only wanted";
+  EXPECT_EQ(readOnly.Marked(), "PWM2 Sensor1 Sensor2") << "no switch that was only wanted";
 }
 
 TEST(ControlPage, AFailedClickGoesBackWithOneBox) {

@@ -19,11 +19,9 @@ struct GlitchBarBench : TestBench {
     QObject::connect(&Bar, &GlitchBar::Notice, [this](const QString& text) { Notices.push_back(text.toStdString()); });
   }
   std::string State() { return Bar.findChild<QLabel*>("lblGlitchTest")->text().trimmed().toStdString(); }
-  void Stop() { Bar.findChild<QAction*>("actStopGlitchTest")->trigger(); }
-  /// Until n ticks have passed.
-  std::string TrafficOfTicks(int n) {
-    for (int passes = 0; passes < 400 && Test.Step() < n; ++passes) LiveBench::Run(5);
-    return Traffic();
+
+  void RunUntil(const std::function<bool()>& done) {
+    for (int passes = 0; passes < 400 && !done(); ++passes) LiveBench::Run(5);
   }
 
   LogState Log;
@@ -36,22 +34,23 @@ struct GlitchBarBench : TestBench {
 
 TEST(GlitchBar, EachControlMakesItsTransfersAndStopSaysWhatItLeaves) {
   GlitchBarBench bench(300);
-  EXPECT_TRUE(bench.Bar.isHidden());
   bench.Bar.Start();
   EXPECT_EQ(bench.Traffic(), "R5E W5E:E2 R5D W5D:E2 W32:00 W31:00");
   EXPECT_FALSE(bench.Bar.isHidden());
   EXPECT_EQ(bench.State(), "Glitch test: step 0, duty 0 (0%), 2:00 left");
-  EXPECT_EQ(bench.TrafficOfTicks(1), "R32 W32:19 R31 W31:19") << "the timer runs";
+  bench.RunUntil([&] { return bench.Test.Step() == 1; });
+  EXPECT_EQ(bench.Traffic(), "R32 W32:19 R31 W31:19") << "the timer runs";
   EXPECT_EQ(bench.State().substr(0, 36), "Glitch test: step 1, duty 25 (10%), ");
   WriteByte(bench.Bus, 0x32, 75);
   WriteByte(bench.Bus, 0x31, 75);
   bench.Traffic();
-  bench.Stop();
+  QAction& stop = *bench.Bar.findChild<QAction*>("actStopGlitchTest");
+  stop.trigger();
   EXPECT_TRUE(bench.Bar.isHidden());
   EXPECT_EQ(bench.Notices, std::vector<std::string>{"Glitch test stopped: PWM2 and PWM3 in manual control at 29 %"});
   LiveBench::Run(400);
   EXPECT_EQ(bench.Traffic(), "") << "the timer stands";
-  bench.Stop();
+  stop.trigger();
   EXPECT_EQ(bench.Notices.size(), 1U);
 
   bench.FailTransfer(6);
@@ -66,7 +65,7 @@ TEST(GlitchBar, ATestThatEndsStopsItsTimerAndSaysSo) {
   bench.Bar.Start();
   WriteByte(bench.Bus, 0x32, 240);
   WriteByte(bench.Bus, 0x31, 240);
-  for (int passes = 0; passes < 400 && bench.Notices.empty(); ++passes) LiveBench::Run(5);
+  bench.RunUntil([&] { return !bench.Notices.empty(); });
   EXPECT_EQ(bench.Notices, std::vector<std::string>{"Glitch test ended: PWM2 and PWM3 in manual control at 100 %"});
   EXPECT_TRUE(bench.Bar.isHidden());
   EXPECT_EQ(GlitchBar::intervalMilliseconds, 10'000);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/readwritepage.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <QLabel>
@@ -15,12 +16,11 @@ namespace krx {
 namespace {
 
 struct PageBench : TestBench {
-  explicit PageBench(bool readOnly = false) : ReadOnly(readOnly) {}
-  bool ReadOnly;
+  explicit PageBench(bool readOnly = false) : Page(Panel, Turns, Dialogs, readOnly) {}
   ChipTurns Turns{Bus};
   ScriptedDialogs Dialogs;
   RegisterPanel Panel{Bus};
-  ReadWritePage Page{Panel, Turns, Dialogs, ReadOnly};
+  ReadWritePage Page;
 
   template <typename Widget>
   Widget& Find(const char* name) {
@@ -32,39 +32,33 @@ struct PageBench : TestBench {
 /// What the user does on the page of register 0x6C, which holds 0x0F, after row 34 was clicked; the traffic, and what
 /// the boxes and the bits then show.
 struct PressRow {
-  const char* Typed;    ///< "Text6=FF"; empty: nothing
-  const char* Control;  ///< pressed; a text box gets a Return
-  const char* Traffic;
-  const char* Shown;  ///< hexadecimal box, decimal box, bits
-};
-
-const PressRow pressRows[] = {
-    {"", "bit0", "R6C W6C:0E R6C", "// 00001110"},
-    {"", "bit1", "R6C W6C:0D R6C", "// 00001101"},
-    {"", "bit2", "R6C W6C:0B R6C", "// 00001011"},
-    {"", "bit3", "R6C W6C:07 R6C", "// 00000111"},
-    {"", "bit4", "R6C W6C:1F R6C", "// 00011111"},
-    {"", "bit5", "R6C W6C:2F R6C", "// 00101111"},
-    {"", "bit6", "R6C W6C:4F R6C", "// 01001111"},
-    {"", "bit7", "R6C W6C:8F R6C", "// 10001111"},
-    {"Text6=12", "Command4", "W6C:12", "12/18/ 00010010"},
-    {"Text6=12", "Text6", "W6C:12", "12/18/ 00010010"},
-    {"Text6=100", "Command4", "", "00/00/ 00001111"},
-    {"Text6=12", "Command5", "W6C:00", "0// 00000000"},  // the decimal box is empty: zero
-    {"Text7=12", "Command5", "W6C:0C", "C/12/ 00001100"},
-    {"Text7=12", "Text7", "W6C:0C", "C/12/ 00001100"},
-    {"Text7=12", "Command4", "", "00/00/ 00001111"},  // the hexadecimal box is empty: refused
-    {"Text7=1000", "Command5", "", "00/00/ 00001111"},
-    {"Text7=2559", "Text7", "", "00/00/ 00001111"},
-    {"Text7=000000255", "Command5", "W6C:FF", "FF/000000255/ 11111111"},
-    {"", "read_writedisplaytext_3", "R40", "// 00000001"},
-    {"", "read_writedisplaytext_90", "R7D", "// 00000000"},
+  QString Typed;        ///< "Text6=FF"; empty: nothing
+  std::string Control;  ///< pressed; a text box gets a Return
+  std::string Traffic;
+  std::string Shown;  ///< hexadecimal box, decimal box, bits
 };
 
 TEST(ReadWritePage, EachControlDoesItsOwnAndNothingElse) {
-  for (const PressRow& row : pressRows) {
+  std::vector<PressRow> rows{
+      {"Text6=12", "Command4", "W6C:12", "12/18/ 00010010"},
+      {"Text6=12", "Text6", "W6C:12", "12/18/ 00010010"},
+      {"Text6=12", "Command5", "W6C:00", "0// 00000000"},  // the decimal box is empty: zero
+      {"Text7=12", "Command5", "W6C:0C", "C/12/ 00001100"},
+      {"Text7=12", "Text7", "W6C:0C", "C/12/ 00001100"},
+      {"Text7=12", "Command4", "", "00/00/ 00001111"},  // the hexadecimal box is empty: refused
+      {"Text7=1000", "Command5", "", "00/00/ 00001111"},
+      {"Text7=000000255", "Command5", "W6C:FF", "FF/000000255/ 11111111"},
+      {"", "read_writedisplaytext_3", "R40", "// 00000001"},
+      {"", "read_writedisplaytext_90", "R7D", "// 00000000"},
+  };
+  for (int bit = 0; bit < 8; ++bit) {
+    const int byte = 0x0F ^ 1 << bit;
+    rows.push_back(
+        {"", fmt::format("bit{}", bit), fmt::format("R6C W6C:{:02X} R6C", byte), fmt::format("// {:08b}", byte)});
+  }
+  for (const PressRow& row : rows) {
     for (const bool readOnly : {false, true}) {
-      SCOPED_TRACE(std::string(row.Control) + " " + row.Typed + (readOnly ? " read-only" : ""));
+      SCOPED_TRACE(row.Control + " " + row.Typed.toStdString() + (readOnly ? " read-only" : ""));
       PageBench bench(readOnly);
       bench.Poke(0x6C, 0x0F);
       bench.Poke(0x40, 0x01);
@@ -72,20 +66,19 @@ TEST(ReadWritePage, EachControlDoesItsOwnAndNothingElse) {
       QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);
       EXPECT_EQ(bench.Traffic(), "R3E R6C") << "the first row, and the one that was clicked";
       EXPECT_EQ(bench.Text("lblRegValDec"), "15");
-      const QString typed = row.Typed;
-      if (!typed.isEmpty()) QTest::keyClicks(&bench.Find<QLineEdit>(typed.first(5).toLatin1()), typed.sliced(6));
-      auto& control = bench.Find<QWidget>(row.Control);
+      if (!row.Typed.isEmpty())
+        QTest::keyClicks(&bench.Find<QLineEdit>(row.Typed.first(5).toLatin1()), row.Typed.sliced(6));
+      auto& control = bench.Find<QWidget>(row.Control.c_str());
       if (qobject_cast<QLineEdit*>(&control) != nullptr) {
         QTest::keyClick(&control, Qt::Key_Return);
       } else {
         QTest::mouseClick(&control, Qt::LeftButton);
       }
-      const bool selects = QString(row.Control).startsWith("read_");
-      EXPECT_EQ(bench.Traffic(), readOnly && !selects ? "" : row.Traffic);
+      EXPECT_EQ(bench.Traffic(), readOnly && !row.Control.starts_with("read_") ? "" : row.Traffic);
       if (readOnly) continue;
       QString shown = bench.Find<QLineEdit>("Text6").text() + '/' + bench.Find<QLineEdit>("Text7").text() + "/ ";
       for (int bit = 7; bit >= 0; --bit) shown += bench.Find<QPushButton>(("bit" + std::to_string(bit)).c_str()).text();
-      EXPECT_EQ(shown, row.Shown);
+      EXPECT_EQ(shown.toStdString(), row.Shown);
     }
   }
 }
