@@ -70,27 +70,22 @@ TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
 
 TEST(PwmBehaviour, FollowsTheByteAndSaysWhereThePanelDoesNot) {
   const struct {
+    int Register, Byte;
     std::size_t Output;
-    Bytes Registers;
     bool Manual;
-    const char* Shown;  ///< word, difference, remedy
+    std::string Shown;  ///< word, difference, remedy
   } rows[] = {
-      {0, {{0x5C, 0x62}}, false, "Always On"},
-      {0, {{0x5C, 0x02}}, false, "Remote1 Control"},
-      {2, {{0x5C, 0xE2}, {0x5E, 0xA2}}, false, "Fastest of Remote 1,2"},
-      {1, {{0x5D, 0xE2}}, true, "manual"},
-      {1, {{0x5D, 0xE2}}, false, "manual|PWM2 is set to Manual Control now|Use slider"},
-      {2,
-       {{0x5E, 0x42}},
-       true,
-       "Remote2 Control|PWM3 is set to Remote2 Control now: the slider has no effect|Hide slider"},
-      {0, {}, true, "not read"},
+      {0x5C, 0x62, 0, false, "Always On||"},
+      {0x5C, 0x02, 0, false, "Remote1 Control||"},
+      {0x5E, 0xA2, 2, false, "Fastest of Remote 1,2||"},
+      {0x5D, 0xE2, 1, true, "manual||"},
+      {0x5D, 0xE2, 1, false, "manual|PWM2 is set to Manual Control now|Use slider"},
+      {0x5E, 0x42, 2, true, "Remote2 Control|PWM3 is set to Remote2 Control now: the slider has no effect|Hide slider"},
+      {0x5D, 0xE2, 0, true, "not read||"},
   };
   for (const auto& row : rows) {
-    const PwmBehaviour behaviour = PwmBehaviourOf(Seen(row.Registers), row.Output, row.Manual);
-    std::string shown = behaviour.Word;
-    if (!behaviour.Difference.empty()) shown += "|" + behaviour.Difference + "|" + behaviour.Remedy;
-    EXPECT_EQ(shown, row.Shown);
+    const PwmBehaviour behaviour = PwmBehaviourOf(Seen({{row.Register, row.Byte}}), row.Output, row.Manual);
+    EXPECT_EQ(behaviour.Word + "|" + behaviour.Difference + "|" + behaviour.Remedy, row.Shown);
   }
 }
 

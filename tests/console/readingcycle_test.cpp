@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/readingcycle.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -44,45 +45,39 @@ TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
                                        {0x31, 0x80}, {0x6D, 0x54}, {0x67, 0xFE}, {0x34, 0x3C}};
   for (const auto& [reg, value] : bytes) bench.Poke(reg, value);
   work.Cycle.Tick();
-  EXPECT_FLOAT_EQ(work.Measured.Temperatures[1], -10.25F);
-  EXPECT_EQ(ReadoutText(4, work.Measured, work.Power), "605 RPM") << "11891 counts times 4/3 would be 606";
-  EXPECT_FLOAT_EQ(work.Measured.Voltages[1], (0xC0 * 4 + 3) * 0.0156F);
-  EXPECT_EQ(work.Measured.DutyTexts[1], "50%");
-  EXPECT_EQ(work.Measured.ZoneHysteresis[1], 5);
+  std::string read = work.Measured.DutyTexts[1];
+  for (const std::size_t channel : {1, 4, 8}) read += "|" + ReadoutText(channel, work.Measured, work.Power);
+  EXPECT_EQ(read, "50%|-10.25C|605 RPM|12.028 V") << "11891 counts times 4/3 would be 606";
   // One step reads registers of two zones; each value goes to its own.
-  EXPECT_EQ(work.Zones.ZoneTmin[1], -2);
-  EXPECT_EQ(work.Zones.ZoneOpPoint[0], 60);
+  EXPECT_EQ(std::tie(work.Zones.ZoneTmin[1], work.Zones.ZoneOpPoint[0]), std::tuple(-2, 60));
+  EXPECT_EQ(work.Measured.ZoneHysteresis[1], 5);
 }
 
 TEST(ReadingCycle, ReadsThermWhenItsPeriodIsOver) {
+  const struct {
+    double Waited, Period;
+    int Count, LogMode;
+    const char* Read;  ///< traffic, reading, caption
+  } rows[] = {
+      {0.9, 1, 10, 1, "|0|"},
+      {0.2, 1, 10, 1, "R79 R78 R7D|10|THERM=22.8%"},
+      {0, 1, 10, 1, "|10|"},  // the period starts again
+      {1.1, 1, 44, 2, "R79 R78 R7D|1001.44|THERM=100%"},
+      {0, -1, 1, 2, "R79 R78 R7D|22.76|THERM=100%"},  // no length, no new percentage
+  };
   VisualBench bench;
   Workbench& work = bench.Work;
   bench.Poke(0x78, 0x02);
-  const auto tick = [&](std::uint8_t count) {
-    bench.Poke(0x79, count);
-    bench.Traffic();
+  for (const auto& row : rows) {
+    bench.Advance(row.Waited);
+    work.Cycle.ThermPeriod = row.Period;
+    work.Log.ThermLogMode = static_cast<std::int16_t>(row.LogMode);
+    bench.Poke(0x79, row.Count);
     work.Cycle.Tick();
     const std::string traffic = bench.Traffic();
-    return traffic.substr(std::min(traffic.size(), traffic.find("R79")));
-  };
-  bench.Advance(0.9);
-  EXPECT_EQ(tick(10), "");
-  bench.Advance(0.2);
-  EXPECT_EQ(tick(10), "R79 R78 R7D");
-  EXPECT_EQ(work.Measured.ThermReading, 10);
-  EXPECT_EQ(work.Cycle.ThermCaption, "THERM=22.8%");
-  EXPECT_EQ(work.Pins.ThermPinMode, 2);
-  EXPECT_EQ(tick(10), "") << "the period starts again";
-
-  work.Log.ThermLogMode = 2;
-  bench.Advance(1.1);
-  EXPECT_EQ(tick(44), "R79 R78 R7D");
-  EXPECT_EQ(work.Measured.ThermPercent, 100);
-  EXPECT_FLOAT_EQ(work.Measured.ThermReading, 44 * 22.76F);
-
-  work.Cycle.ThermPeriod = -1;
-  EXPECT_EQ(tick(1), "R79 R78 R7D");
-  EXPECT_EQ(work.Measured.ThermPercent, 100) << "no length, no new percentage";
+    const std::string therm = traffic.substr(std::min(traffic.size(), traffic.find("R79")));
+    EXPECT_EQ(fmt::format("{}|{}|{}", therm, work.Measured.ThermReading, work.Cycle.ThermCaption), row.Read);
+  }
 }
 
 TEST(ReadingCycle, ASpeedIsNotKnownBeforeThePulsesAre) {

@@ -13,10 +13,7 @@ namespace {
 
 TEST(StartUp, ReadsTheChipInOrder) {
   VisualBench bench(TestBench::Medium::Smbus);
-  bench.Poke(0x7B, 0b11'10'01'00);
-  bench.Poke(0x40, 0x11);
-  bench.Poke(0x5C, 0x62);
-  bench.Poke(0x5D, 0xE2);
+  bench.Poke({{0x7B, 0b11'10'01'00}, {0x40, 0x11}, {0x5C, 0x62}, {0x5D, 0xE2}});
   EXPECT_TRUE(StartUp(bench.Work).empty());
   EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E R43 R43 R78 R78 R7D R73 R78 R78 R7D");
   EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, (std::array<float, 4>{1, 2, 3, 4}));
@@ -43,7 +40,7 @@ TEST(StartUp, BringsTheBoardInLineByteByByte) {
     SimOptions options;
     options.VidFollowsU3 = row.VidFollows;
     VisualBench bench(TestBench::Medium::Board, options);
-    for (const int pins : {0x73, 0x78, 0x7D}) bench.Poke(pins, 0);
+    bench.Poke({{0x73, 0}, {0x78, 0}, {0x7D, 0}});
     bench.Sim.Board().SetControlByte(0x30);
     EXPECT_TRUE(StartUp(bench.Work).empty());
     EXPECT_EQ(bench.BusTraffic(), std::string("ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ") +
@@ -72,35 +69,28 @@ TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
 
 TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
   const struct {
-    const char* Fault;
-    const char* Problem;
+    const char *Fails, *Step;
     const char* Retried;  ///< with the next start of the cycle, behind the transfers of the click
+    bool Click = true;
   } rows[] = {
-      {"fail=1+,reg=7B", "Programmed pulses: Error: 57, Device I/O error", "R7B"},
-      {"fail=1+,reg=5D", "PWM2 behaviour: Error: 57, Device I/O error", "R5D"},
-      {"fail=1+,reg=43", "VID drive: Error: 57, Device I/O error",
-       "S96:80 R43 S96:88 R43 R78 S96:8C R78 S90:52 R7D S96:8E"},
-      {"fail=1+,op=control", "Heaters: Error: 57, Device I/O error", "ST C00 K ST C00 K"},
+      {"reg=7B", "Programmed pulses", "R7B"},
+      {"reg=5D", "PWM2 behaviour", "R5D", false},
+      {"reg=43", "VID drive", "S96:80 R43 S96:88 R43 R78 S96:8C R78 S90:52 R7D S96:8E"},
+      {"op=control", "Heaters", "ST C00 K ST C00 K"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.Fault);
     VisualBench bench;
-    const bool undone = row.Fault == std::string("fail=1+,reg=5D");  // the cycle is started without a click
-    for (const int pins : {0x73, 0x78, 0x7D}) bench.Poke(pins, 0);
-    bench.Sim.AddFault(*ParseFault(row.Fault));
-    EXPECT_EQ(StartUp(bench.Work), StepProblems{row.Problem});
+    bench.Poke({{0x73, 0}, {0x78, 0}, {0x7D, 0}});
+    bench.Sim.AddFault(*ParseFault(std::string("fail=1+,") + row.Fails));
+    EXPECT_EQ(StartUp(bench.Work), StepProblems{row.Step + std::string(": Error: 57, Device I/O error")});
     bench.Sim.ClearFaults();
     bench.BusTraffic();
     bench.Model.Tick();
-    EXPECT_EQ(bench.BusTraffic().find(row.Retried), std::string::npos) << "never inside a tick";
-    if (undone) {
-      bench.Model.ConfigurationWritten(0x01);
-    } else {
-      bench.Model.SelectChannel(0);
-    }
-    EXPECT_EQ(bench.BusTraffic(), std::string(undone ? "" : "R50 R51 ") + row.Retried);
+    EXPECT_EQ(bench.BusTraffic().find(row.Retried), std::string::npos) << row.Step << " never inside a tick";
+    row.Click ? bench.Model.SelectChannel(0) : bench.Model.ConfigurationWritten(0x01);
+    EXPECT_EQ(bench.BusTraffic(), std::string(row.Click ? "R50 R51 " : "") + row.Retried);
     bench.Model.SelectChannel(0);
-    EXPECT_EQ(bench.BusTraffic(), "R50 R51") << "paid";
+    EXPECT_EQ(bench.BusTraffic(), "R50 R51") << row.Step << " is paid";
   }
   VisualBench bench;
   bench.FailTransfer(1, true);
@@ -114,7 +104,7 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
 TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {
   VisualBench bench;
   bench.Work.Fans.PulsesKnown = false;
-  for (const auto& [reg, byte] : {std::pair{0x7B, 0x55}, {0x54, 0x94}, {0x55, 0x11}}) bench.Poke(reg, byte);
+  bench.Poke({{0x7B, 0x55}, {0x54, 0x94}, {0x55, 0x11}});
   bench.Sim.AddFault(*ParseFault("fail=1+,reg=7B"));
   StartUp(bench.Work);
   bench.Traffic();

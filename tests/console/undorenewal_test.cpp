@@ -100,17 +100,16 @@ TEST(UndoRenewal, OfEasySetupAndOfADragNothingIsWrittenAgain) {
 
 TEST(UndoRenewal, EachByteRenewsWhatItStandsForThoughTheCycleStandsStill) {
   UndoBench bench;
-  const Workbench& work = bench.Work;
+  const Measurements& measured = bench.Work.Measured;
   for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x30, 0x67, 0x34, 0x6E, 0x6D}) {
     WriteByte(bench.Bus, reg, 0xFC);
     bench.Act([&] { WriteByte(bench.Bus, reg, 1); });
     bench.Undo();
   }
-  EXPECT_EQ(work.Measured.DutyTexts[0], "99%");
-  EXPECT_EQ(work.Zones.ZoneTmin[1], -4);
-  EXPECT_EQ(work.Zones.ZoneOpPoint[0], -4);
-  EXPECT_EQ(work.Measured.ZoneHysteresis[2], 15);
-  EXPECT_EQ(work.Measured.ZoneHysteresis[1], 15);
+  EXPECT_EQ(measured.DutyTexts, (std::array<std::string, 3>{"99%", "", ""}));
+  EXPECT_EQ(bench.Work.Zones.ZoneTmin, (std::array<std::int16_t, 3>{0, -4, 0}));
+  EXPECT_EQ(bench.Work.Zones.ZoneOpPoint, (std::array<std::int16_t, 3>{-4, 0, 0}));
+  EXPECT_EQ(measured.ZoneHysteresis, (std::array{12, 15, 15}));
 }
 
 }  // namespace

@@ -15,53 +15,49 @@ namespace {
 
 using Medium = TestBench::Medium;
 
-TEST(Channels, FansAreCalledByTheirPlaceOrTheirNumber) {
+TEST(Channels, CaptionsFollowTheLabelsAndReadoutsCarryTheirUnits) {
   FanCommon fans;
   fans.FanLabel = {"CPU Fan", "Fan2", "Int. Circ.", "My fan"};
-  std::string captions;
-  for (std::size_t fan = 3; fan < 7; ++fan) captions += ChannelCaption(fan, fans, false) + "|";
-  EXPECT_EQ(captions + ChannelCaption(11, fans, false), "CPU Fan|Fan 2|Int. Circ.|Fan 4|2.5V");
-}
-
-TEST(Channels, ReadoutsCarryTheirUnits) {
   Measurements measured;
   measured.Temperatures[1] = -10.25F;
   measured.FanSpeeds[3] = 2399.6F;
   measured.Voltages = {5.04F, 0, 1.5F, 3.312F, 1.2F};
   PowerSettings power;
-  std::string readouts;
-  for (const std::size_t channel : {1U, 6U, 10U, 11U}) readouts += ReadoutText(channel, measured, power) + "|";
+  const auto texts = [&](std::initializer_list<std::size_t> wanted) {
+    std::string all;
+    for (const std::size_t channel : wanted)
+      all += ChannelCaption(channel, fans, power.PowerMode) + " " + ReadoutText(channel, measured, power) + "|";
+    return all;
+  };
+  EXPECT_EQ(texts({1, 3, 4, 5, 6}), "Remote 1 -10.25C|CPU Fan 0 RPM|Fan 2 0 RPM|Int. Circ. 0 RPM|Fan 4 2400 RPM|");
+  EXPECT_EQ(texts({10, 11}), "Vcc 3.312 V|2.5V 1.200 V|");
   power.PowerMode = true;
-  readouts += ReadoutText(11, measured, power) + "|";  // -400 A
+  EXPECT_EQ(texts({10, 11}), "Vcc 3.312 V|Current 0.00 A|") << "not -400 A";
   power.PowerEquation = false;
-  EXPECT_EQ(readouts + ReadoutText(11, measured, power), "-10.25C|2400 RPM|3.312 V|1.200 V|0.00 A|16.00 A");
+  EXPECT_EQ(texts({11}), "Current 16.00 A|");
 }
 
 TEST(VisualModel, EnteringStartsTheTimerOnlyWhileTheChipMonitors) {
   VisualBench bench;
+  const auto enter = [&] {
+    bench.BusTraffic(), bench.Timers.Take();
+    bench.Model.EnterVisualDisplay();
+    return bench.Traffic() + " " + bench.Timers.Take();
+  };
+  bench.Work.Display.SelectedChannel = 5;
   bench.Poke(0x40, 0x00);
-  bench.Model.EnterVisualDisplay();
-  EXPECT_EQ(bench.Traffic(), "R78 R78 R31 R40");
-  EXPECT_EQ(bench.Timers.Take(), "T-");
+  EXPECT_EQ(enter(), "R78 R78 R31 R40 T-");
   EXPECT_EQ(bench.Model.State().Marks[0], CaptionMark::FirstShown);
-
+  EXPECT_EQ(bench.Work.Display.SelectedChannel, 0);
   bench.Poke(0x40, 0x01);
   bench.Work.Display.SelectedChannel = 5;
-  bench.Model.EnterVisualDisplay();
-  EXPECT_EQ(bench.Traffic(), "R78 R78 R32 R40");
-  EXPECT_EQ(bench.Timers.Take(), "T- V+");
+  EXPECT_EQ(enter(), "R78 R78 R32 R40 T- V+");
   EXPECT_EQ(bench.Work.Display.SelectedChannel, 5) << "only the first visit selects channel 0";
-
   bench.Model.EasySetup();
   EXPECT_EQ(bench.Timers.Take(), "V+ V+");
-  bench.Traffic();
-  bench.Model.EnterVisualDisplay();
-  EXPECT_EQ(bench.Traffic(), "R78 R78 R30") << "a chip that was set up is read, whatever it says";
-  EXPECT_EQ(bench.Timers.Take(), "T- V+");
-
+  EXPECT_EQ(enter(), "R78 R78 R30 T- V+") << "a chip that was set up is read, whatever it says";
   bench.Work.Log.TimerStateAtLogStart = true;
-  bench.Model.EnterVisualDisplay();
-  EXPECT_EQ(bench.Timers.Take(), "T-");
+  EXPECT_EQ(enter(), "R78 R78 R31 T-");
   bench.Model.EnterReadWrite();
   EXPECT_EQ(bench.Timers.Take(), "V- T-");
 }
@@ -89,28 +85,23 @@ TEST(VisualModel, PinFunctionsDecideWhatIsSeen) {
 }
 
 TEST(VisualModel, AFanBringsItsOutputsPanelAndEachChannelItsChart) {
-  const struct {
-    std::size_t Channel;
-    Strip Shown;
-    int Pwm;
-  } rows[] = {{0, Strip::Strip2, 1}, {3, Strip::Strip2, 1}, {4, Strip::Strip2, 2},
-              {6, Strip::Strip2, 3}, {8, Strip::Strip3, 3}, {11, Strip::Strip3, 3}};
   VisualBench bench;
   bench.Work.Display.PwmManual = {false, true, false};
   WriteByte(bench.Bus, 0x5D, 0xE2);
   WriteByte(bench.Bus, 0x31, 0x80);
   const VisualState& state = bench.Model.State();
-  for (const auto& row : rows) {
-    bench.Model.SelectChannel(row.Channel);
-    EXPECT_EQ(state.ShownStrip, row.Shown);
-    EXPECT_EQ(state.PanelCaption, state.SliderCaption + " PWM");
-    EXPECT_EQ(state.SliderCaption, "Fan" + std::to_string(row.Pwm));
-    EXPECT_EQ(state.SliderShown, row.Pwm == 2);
-    EXPECT_EQ(state.SliderValue, row.Channel < 4 ? 255 : 128);
-  }
+  const auto select = [&](std::size_t channel) {
+    bench.Model.SelectChannel(channel);
+    return fmt::format("Strip{}|{}|{}{}|{}", state.ShownStrip == Strip::Strip2 ? 2 : 3, state.PanelCaption,
+                       state.SliderCaption, state.SliderShown ? " slider" : "", state.SliderValue);
+  };
+  EXPECT_EQ(select(0), "Strip2|Fan1 PWM|Fan1|255");
+  EXPECT_EQ(select(3), "Strip2|Fan1 PWM|Fan1|255");
+  EXPECT_EQ(select(4), "Strip2|Fan2 PWM|Fan2 slider|128");
+  EXPECT_EQ(select(6), "Strip2|Fan3 PWM|Fan3|128");
+  EXPECT_EQ(select(11), "Strip3|Fan3 PWM|Fan3|128");
   bench.Work.Power.PowerMode = true;
-  bench.Model.SelectChannel(11);
-  EXPECT_EQ(state.ShownStrip, Strip::Strip2);
+  EXPECT_EQ(select(11), "Strip2|Fan3 PWM|Fan3|128");
   EXPECT_EQ(state.Gauge.Scale().Maximum, 180);
 }
 
@@ -168,25 +159,18 @@ TEST(VisualModel, TheReportCountsTheAlarmsOfShownChannels) {
   EXPECT_TRUE(report.Old) << "0x40 was read and says so";
 }
 
-void DragSliderAndMarker(VisualModel& model) {
-  model.SliderMoving(7);
-  model.SliderReleasedAfterMove(7);
-  model.MarkerMoving(Marker::Low, 1000);
-  model.MarkerReleased(Marker::Low, 1000);
-}
-
 TEST(VisualModel, AnyFailedTransferOfAnyHandlerLeavesTheNextTickWorking) {
   const std::function<void(VisualModel&)> handlers[] = {
       &VisualModel::EnterVisualDisplay,
       &VisualModel::Tick,
       &VisualModel::EasySetup,
       [](VisualModel& model) { model.SelectChannel(6); },
-      DragSliderAndMarker,
+      [](VisualModel& model) { model.SliderMoving(7), model.SliderReleasedAfterMove(7); },
+      [](VisualModel& model) { model.MarkerMoving(Marker::Low, 1000), model.MarkerReleased(Marker::Low, 1000); },
   };
   for (const Medium medium : {Medium::Board, Medium::Smbus}) {
     for (const auto& handler : handlers) {
-      int fired = 1;
-      for (int nth = 1; fired == 1; ++nth) {
+      for (int nth = 1, fired = 1; fired == 1; ++nth) {
         SCOPED_TRACE(fmt::format("handler {} transfer {}", &handler - handlers, nth));
         VisualBench bench(medium);
         bench.Work.BoardFlags.VidProbeSteady = true;

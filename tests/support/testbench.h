@@ -71,6 +71,9 @@ struct TestBench {
   SimPlant& Plant() { return On == Medium::Board ? Sim.BoardPlant() : Sim.SmbusPlant(); }
   std::uint8_t Peek(std::uint8_t reg) { return Chip().Peek(reg); }
   void Poke(int reg, int value) { Chip().Poke(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(value)); }
+  void Poke(std::initializer_list<std::pair<int, int>> bytes) {
+    for (const auto& [reg, value] : bytes) Poke(reg, value);
+  }
 
   /// Lets clock and model run.
   void Advance(double seconds) {
