@@ -21,8 +21,7 @@ struct LimitRow {
   std::size_t Channel;
   int Low, High;
   Marker Changed;
-  std::string How;
-  std::string Expected;
+  std::string How, Expected;
   bool PowerMode = false;  ///< 1.5 V core voltage, 0.003 Ohm, -0.9 V
 };
 
@@ -86,8 +85,8 @@ TEST(Limits, ADragATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
       bench.Work.Fans.ProgrammedPulses.fill(2);
       bench.Work.Power.PowerMode = row.PowerMode;
       bench.Work.Measured.Voltages[2] = 1.5F;
-      bench.Poke(channels[row.Channel].LowLimitRegister, row.Low);
-      bench.Poke(channels[row.Channel].HighLimitRegister, row.High);
+      const Channel& channel = channels[row.Channel];
+      bench.Poke({{channel.LowLimitRegister, row.Low}, {channel.HighLimitRegister, row.High}});
       const auto drag = [&](double value) {
         bench.Model.MarkerMoving(row.Changed, value);
         const std::string moving = bench.Traffic();
@@ -132,9 +131,7 @@ TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerGoesBack)
 TEST(Limits, AByteThatPassedFromElsewhereIsShownAndIsWhatTheNextMoveWrites) {
   const struct {
     std::string Does;
-    int Where;  ///< register or channel
-    int Value;
-    int Fails;  ///< which of the transfers, 0: none
+    int Where, Value, Fails;  ///< register or channel; byte or place of the marker; which transfer, if not 0
     const char *Traffic, *Limits;
   } steps[] = {
       {"write", 0x50, 5, 0, "W50:05", "|"},  // no channel was selected

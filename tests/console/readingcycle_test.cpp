@@ -30,9 +30,8 @@ TEST(ReadingCycle, ReadsOneMemberOfEachGroupATickInOrderAndCountersWrapWithoutAJ
       EXPECT_EQ(bench.Traffic(), expected);
     }
     for (int tick = 6; tick <= 100; ++tick) cycle.Tick();
-    EXPECT_EQ(cycle.Counters.Temperature, 1);
-    EXPECT_EQ(cycle.Counters.Tach, 0);
-    EXPECT_EQ(cycle.Counters.Voltage, 0);
+    const ReadingCounters& counters = cycle.Counters;
+    EXPECT_EQ(std::tie(counters.Temperature, counters.Tach, counters.Voltage), std::tuple(1, 0, 0));
   }
 }
 
@@ -41,9 +40,8 @@ TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
   Workbench& work = bench.Work;
   work.Fans.ProgrammedPulses = {1, 4, 1, 1};
   work.Fans.ActualPulses = {1, 3, 1, 1};
-  const std::pair<int, int> bytes[] = {{0x25, 0xF6}, {0x77, 0x07}, {0x2A, 0x73}, {0x2B, 0x2E}, {0x24, 0xC0},
-                                       {0x31, 0x80}, {0x6D, 0x54}, {0x67, 0xFE}, {0x34, 0x3C}};
-  for (const auto& [reg, value] : bytes) bench.Poke(reg, value);
+  bench.Poke({{0x25, 0xF6}, {0x77, 0x07}, {0x2A, 0x73}, {0x2B, 0x2E}, {0x24, 0xC0}});
+  bench.Poke({{0x31, 0x80}, {0x6D, 0x54}, {0x67, 0xFE}, {0x34, 0x3C}});
   work.Cycle.Tick();
   std::string read = work.Measured.DutyTexts[1];
   for (const std::size_t channel : {1, 4, 8}) read += "|" + ReadoutText(channel, work.Measured, work.Power);
@@ -122,28 +120,30 @@ std::string NewestRows(const Workbench& work, int count) {
   return text;
 }
 
+/// Ticks every 10 ms, whatever fails; five are as many as the slowest group needs.
+void Tick(VisualBench& bench, int count = 5) {
+  for (int tick = 0; tick < count; ++tick) {
+    bench.Advance(0.01);
+    try {
+      bench.Work.Cycle.Tick();
+    } catch (const CommsError&) {
+    }
+  }
+}
+
 TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
   VisualBench bench;
   Workbench& work = bench.Work;
-  const auto tick = [&](int count) {
-    for (int i = 0; i < count; ++i) {
-      bench.Advance(0.01);
-      try {
-        work.Cycle.Tick();
-      } catch (const CommsError&) {
-      }
-    }
-  };
   WriteByte(bench.Bus, 0x40, 0x01);
   bench.Advance(1.1);
-  tick(5);
+  Tick(bench, 5);
   EXPECT_EQ(NewestRows(work, 5), "-T--F---H-V--- -TT-FF--H-VV-- TTT-FFF-H-VVV- TTTFFFF-H-VVVV TTTFFFFPHVVVVV")
       << "no zeros for what has not had its turn";
   bench.Sim.AddFault(*ParseFault("fail=1+,reg=25"));  // Remote 1, every third tick
-  tick(6);
+  Tick(bench, 6);
   EXPECT_EQ(NewestRows(work, 3), "T-TFFFFPHVVVVV -------------- T-TFFFFPHVVVVV") << "a value that cannot be read ends";
   bench.Sim.ClearFaults();
-  tick(3);
+  Tick(bench, 3);
   EXPECT_EQ(NewestRows(work, 1), "TTTFFFFPHVVVVV");
 
   bench.Model.EnterReadWrite();  // twice, and one row of nothing
@@ -152,19 +152,14 @@ TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
   for (const auto& pause : pauses) {
     pause();
     EXPECT_EQ(NewestRows(work, 2), "TTTFFFFPHVVVVV --------------");
-    tick(6);
+    Tick(bench, 6);
   }
   bench.Advance(1.1);  // whatever held the turns
-  tick(1);
+  Tick(bench, 1);
   EXPECT_EQ(NewestRows(work, 3).substr(0, 29), "TTTFFFFPHVVVVV --------------") << "a late tick says so first";
 }
 
 constexpr std::size_t remote1 = 1, fan2 = 4, fan3 = 5, twelveVolts = 8;
-
-/// As many ticks as the slowest group needs.
-void ReadAll(VisualBench& bench) {
-  for (int tick = 0; tick < 5; ++tick) bench.Work.Cycle.Tick();
-}
 
 TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitoringWasSeenOn) {
   VisualBench bench;
@@ -172,16 +167,15 @@ TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitori
   /// The fan stands still, and time passes.
   const auto standing = [&](double seconds) {
     bench.Advance(seconds);
-    bench.Poke(0x2C, 0xFF), bench.Poke(0x2D, 0xFF);
-    ReadAll(bench);
+    bench.Poke({{0x2C, 0xFF}, {0x2D, 0xFF}});
+    Tick(bench);
     return first.Measured(fan3);
   };
 
   EXPECT_FALSE(standing(2)) << "nobody has seen the chip measure";
 
-  for (const auto& [reg, byte] : {std::pair{0x25, 0x20}, {0x2B, 0x08}, {0x24, 0xC0}, {0x21, 0x01}})
-    bench.Poke(reg, byte);
-  ReadAll(bench);
+  bench.Poke({{0x25, 0x20}, {0x2B, 0x08}, {0x24, 0xC0}, {0x21, 0x01}});
+  Tick(bench);
   for (const std::size_t channel : {remote1, fan2, twelveVolts}) EXPECT_TRUE(first.Measured(channel)) << channel;
   EXPECT_EQ(bench.Work.Ranges.Of(remote1).Minimum, 32);
   EXPECT_FALSE(first.Measured(fan3));
@@ -202,7 +196,7 @@ TEST(FirstValues, AChipThatDoesNotMonitorMeasuresNothing) {
   EXPECT_EQ(bench.Work.First.Monitoring(), std::nullopt);
   WriteByte(bench.Bus, 0x40, 0x00);
   bench.Poke(0x25, 0x20);
-  ReadAll(bench);
+  Tick(bench);
   EXPECT_EQ(bench.Work.First.Monitoring(), false);
   EXPECT_TRUE(bench.Work.First.Measured(remote1)) << "its last value is shown";
   EXPECT_FALSE(bench.Work.Ranges.Of(remote1).Any());

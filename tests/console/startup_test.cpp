@@ -11,45 +11,42 @@
 namespace krx {
 namespace {
 
-TEST(StartUp, ReadsTheChipInOrder) {
-  VisualBench bench(TestBench::Medium::Smbus);
-  bench.Poke({{0x7B, 0b11'10'01'00}, {0x40, 0x11}, {0x5C, 0x62}, {0x5D, 0xE2}});
-  EXPECT_TRUE(StartUp(bench.Work).empty());
-  EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E R43 R43 R78 R78 R7D R73 R78 R78 R7D");
-  EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, (std::array<float, 4>{1, 2, 3, 4}));
-  EXPECT_TRUE(bench.Work.Power.PowerMode);
-  EXPECT_EQ(bench.Work.Display.BehaviourCode[0], 3);
-  EXPECT_EQ(bench.Work.Display.PwmManual, (std::array<bool, 3>{false, true, false}));
-  EXPECT_EQ(bench.Work.Log.ColumnTitles[9], "Fan4 RPM");
-  EXPECT_EQ(bench.Work.Log.ColumnTitles[10], "");
-  VisualBench ending(TestBench::Medium::Board);
-  ending.Bus.EndAsked = [] { return true; };
-  EXPECT_TRUE(StartUp(ending.Work).empty());
-  EXPECT_EQ(ending.Sim.Trace().Text(TraceFilter::Bus), "") << "no step begins any more";
-}
+using Medium = TestBench::Medium;
 
-TEST(StartUp, BringsTheBoardInLineByteByByte) {
+TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
+  const std::string board = "ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ";
+  const std::string routing = " R73 S90:12 S90:52 S92:02 S92:42 ";
   const struct {
+    Medium On;
     bool VidFollows;
-    const char *Sync, *SyncAgain;
+    std::string Traffic;
   } rows[] = {
-      {false, "R78 S96:8C R78 S90:10 R7D S96:8E", "R78 S96:8E R78 S90:52 R7D S96:8E"},
-      {true, "R78 S96:88 R78 S90:10", "R78 S96:88 R78 S90:52"},
+      {Medium::Smbus, false, "R7B R40 R5C R5D R5E R43 R43 R78 R78 R7D R73 R78 R78 R7D"},
+      {Medium::Board, true, board + "R78 S96:88 R78 S90:10" + routing + "R78 S96:88 R78 S90:52"},
+      {Medium::Board, false, board + "R78 S96:8C R78 S90:10 R7D S96:8E" + routing + "R78 S96:8E R78 S90:52 R7D S96:8E"},
   };
   for (const auto& row : rows) {
     SimOptions options;
     options.VidFollowsU3 = row.VidFollows;
-    VisualBench bench(TestBench::Medium::Board, options);
-    bench.Poke({{0x73, 0}, {0x78, 0}, {0x7D, 0}});
+    VisualBench bench(row.On, options);
+    bench.Poke({{0x7B, 0b11'10'01'00}, {0x40, 0x11}, {0x5C, 0x62}, {0x5D, 0xE2}, {0x73, 0}, {0x78, 0}, {0x7D, 0}});
     bench.Sim.Board().SetControlByte(0x30);
     EXPECT_TRUE(StartUp(bench.Work).empty());
-    EXPECT_EQ(bench.BusTraffic(), std::string("ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ") +
-                                      row.Sync + " R73 S90:12 S90:52 S92:02 S92:42 " + row.SyncAgain);
+    EXPECT_EQ(bench.BusTraffic(), row.Traffic);
+    EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, (std::array<float, 4>{1, 2, 3, 4}));
+    EXPECT_TRUE(bench.Work.Power.PowerMode);
+    EXPECT_EQ(bench.Work.Display.BehaviourCode[0], 3);
+    EXPECT_EQ(bench.Work.Display.PwmManual, (std::array<bool, 3>{false, true, false}));
+    EXPECT_EQ(bench.Work.Log.ColumnTitles[9] + bench.Work.Log.ColumnTitles[10], "Fan4 RPM");
   }
+  VisualBench ending;
+  ending.Bus.EndAsked = [] { return true; };
+  EXPECT_TRUE(StartUp(ending.Work).empty());
+  EXPECT_EQ(ending.BusTraffic(), "") << "no step begins any more";
 }
 
 TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
-  for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
+  for (const auto medium : {Medium::Board, Medium::Smbus}) {
     for (int nth = 1;; ++nth) {
       SCOPED_TRACE(nth);
       VisualBench bench(medium);

@@ -39,12 +39,8 @@ TEST(UndoRenewal, OfAnApplyPulsesBehavioursAndTachRoutingFollowTheChip) {
   for (const Medium medium : {Medium::Board, Medium::Smbus}) {
     UndoBench bench(medium);
     const std::array<float, 4> pulses = bench.Work.Fans.ProgrammedPulses;
-    FanFields changed;
-    changed.ProgrammedPulses = "4";
-    changed.TwoWire = true;
-    changed.Behaviour = "Manual Control";
     AllFanFields fields;
-    fields.fill(changed);
+    for (FanFields& fan : fields) fan.ProgrammedPulses = "4", fan.TwoWire = true, fan.Behaviour = "Manual Control";
     PendingChanges& pending = bench.Work.Fans.PendingChange;
     pending.Set(FanSetting::ProgrammedPulses, 3);
     pending.Set(FanSetting::TachSource, 1);

@@ -63,25 +63,22 @@ TEST(VisualModel, EnteringStartsTheTimerOnlyWhileTheChipMonitors) {
 }
 
 TEST(VisualModel, PinFunctionsDecideWhatIsSeen) {
-  const struct {
-    int Config3, Config4;
-    const char* Seen;  ///< fan 4 and its trace, 5V, THERM's trace, 2.5V and its trace, the caption
-  } rows[] = {
-      {0x00, 0x00, "111011"}, {0x02, 0x02, "110111THERM %"}, {0x02, 0x00, "001111THERM %"}, {0x00, 0x01, "111000"}};
-  for (const auto& row : rows) {
+  /// Fan 4 and its trace, 5V, THERM's trace, 2.5V and its trace, the charts' captions.
+  const auto seen = [](int config3, int config4) {
     VisualBench bench;
     bench.Work.BoardFlags.VidProbeSteady = true;
-    bench.Poke(0x78, row.Config3);
-    bench.Poke(0x7D, row.Config4);
+    bench.Poke({{0x78, config3}, {0x7D, config4}});
     bench.Model.EnterVisualDisplay();
     const VisualState& state = bench.Model.State();
-    std::string seen;
-    for (const bool is : {state.ChannelShown[6], state.TraceShown[6], state.ChannelShown[7], state.TraceShown[8],
-                          state.ChannelShown[11], state.TraceShown[13]})
-      seen += is ? '1' : '0';
-    EXPECT_EQ(seen + state.Strip2Caption, row.Seen);
-    EXPECT_EQ(state.Strip3Caption, "2.5V");
-  }
+    const auto& channel = state.ChannelShown;
+    const auto& trace = state.TraceShown;
+    return fmt::format("{:d}{:d}{:d}{:d}{:d}{:d} {}|{}", channel[6], trace[6], channel[7], trace[8], channel[11],
+                       trace[13], state.Strip2Caption, state.Strip3Caption);
+  };
+  EXPECT_EQ(seen(0x00, 0x00), "111011 |2.5V");
+  EXPECT_EQ(seen(0x02, 0x02), "110111 THERM %|2.5V");
+  EXPECT_EQ(seen(0x02, 0x00), "001111 THERM %|2.5V");
+  EXPECT_EQ(seen(0x00, 0x01), "111000 |2.5V");
 }
 
 TEST(VisualModel, AFanBringsItsOutputsPanelAndEachChannelItsChart) {
@@ -119,7 +116,6 @@ TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
 TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
   VisualBench bench;
   bench.Work.Display.SelectedPwm = 2;  // the first output that a fresh cycle reads
-  bench.Poke(0x31, 0x80);
   bench.Model.SliderPressed();
   bench.Model.SliderMoving(10);
   bench.Poke(0x31, 0x80);
@@ -133,24 +129,23 @@ TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
 
 TEST(VisualModel, ZonesShowWhatWasSeenOfThem) {
   VisualBench bench;
-  using Texts = std::array<std::string, 3>;
-  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"–", "–", "–"}));
-  std::uint8_t byte = 0xFE;
-  for (const int reg : {0x67, 0x68, 0x69, 0x33, 0x34, 0x35}) bench.Poke(reg, byte++);
+  const VisualState& state = bench.Model.State();
+  const auto shown = [&] {
+    return fmt::format("{} {}", fmt::join(state.TminTexts, " "), fmt::join(state.OpPointTexts, " "));
+  };
+  EXPECT_EQ(shown(), "– – – – – –");
+  bench.Poke({{0x67, 0xFE}, {0x68, 0xFF}, {0x69, 0}, {0x33, 1}, {0x34, 2}, {0x35, 3}});
   for (int tick = 0; tick < 3; ++tick) bench.Model.Tick();
-  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"-1", "-2", "0"}));
-  EXPECT_EQ(bench.Model.State().OpPointTexts, (Texts{"2", "1", "3"}));
+  EXPECT_EQ(shown(), "-1 -2 0 2 1 3");
   bench.Work.Zones.ZoneOpEnable[1] = false;
   bench.Model.ShowReadings();
-  EXPECT_EQ(bench.Model.State().TminTexts, (Texts{"-1", "Disabled", "0"}));
-  EXPECT_EQ(bench.Model.State().OpPointTexts, (Texts{"2", "Disabled", "3"}));
+  EXPECT_EQ(shown(), "-1 Disabled 0 2 Disabled 3");
 }
 
 TEST(VisualModel, TheReportCountsTheAlarmsOfShownChannels) {
   VisualBench bench;
   EXPECT_EQ(bench.Model.ReportAlarms().Count, std::nullopt);
-  // THERM on the Tach4 pin: no fan 4.
-  for (const auto& [reg, byte] : {std::pair{0x78, 0x02}, {0x41, 0x20}, {0x42, 0x28}}) bench.Poke(reg, byte);
+  bench.Poke({{0x78, 0x02}, {0x41, 0x20}, {0x42, 0x28}});  // THERM on the Tach4 pin: no fan 4
   bench.Model.EnterVisualDisplay();
   bench.Model.Tick();
   const AlarmReport report = bench.Model.ReportAlarms();
