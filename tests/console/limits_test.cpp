@@ -13,8 +13,6 @@
 namespace krx {
 namespace {
 
-using Medium = TestBench::Medium;
-
 /// A channel whose limits hold two bytes; what a drag, some steps or a typed text make of one of them: the traffic, or
 /// "!" and the range.
 struct LimitRow {

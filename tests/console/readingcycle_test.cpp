@@ -19,7 +19,7 @@ namespace {
 constexpr std::int64_t anyTime = std::numeric_limits<std::int64_t>::max();
 
 TEST(ReadingCycle, ReadsOneMemberOfEachGroupATickInOrderAndCountersWrapWithoutAJump) {
-  for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
+  for (const auto medium : {Medium::Board, Medium::Smbus}) {
     VisualBench bench(medium);
     ReadingCycle& cycle = bench.Work.Cycle;
     for (const char* expected :
@@ -48,7 +48,7 @@ TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
   EXPECT_EQ(read, "50%|-10.25C|605 RPM|12.028 V") << "11891 counts times 4/3 would be 606";
   // One step reads registers of two zones; each value goes to its own.
   EXPECT_EQ(std::tie(work.Zones.ZoneTmin[1], work.Zones.ZoneOpPoint[0]), std::tuple(-2, 60));
-  EXPECT_EQ(work.Measured.ZoneHysteresis[1], 5);
+  EXPECT_EQ(work.Measured.ZoneHysteresis, (std::array{0, 5, 0}));
 }
 
 TEST(ReadingCycle, ReadsThermWhenItsPeriodIsOver) {
@@ -106,18 +106,14 @@ TEST(ReadingCycle, AFailedTickKeepsTheOldSpeedAndEachTickIsARowOfItsTime) {
 }
 
 /// The traces of the newest rows that have a value, the oldest first: one letter a trace, "-" for none.
-std::string NewestRows(const Workbench& work, int count) {
-  std::vector<std::string> rows;
+std::string NewestRows(const Workbench& work, std::size_t count) {
+  std::string text;
   work.History.ForEachRow(0, anyTime, [&](std::int64_t, std::span<const float> values) {
-    std::string row;
-    for (std::size_t i = 0; i < traceCount; ++i) row += std::isnan(values[i]) ? '-' : "TTTFFFFPHVVVVV"[i];
-    rows.push_back(row);
+    text += ' ';
+    for (std::size_t i = 0; i < traceCount; ++i) text += std::isnan(values[i]) ? '-' : "TTTFFFFPHVVVVV"[i];
     return true;
   });
-  std::string text;
-  for (std::size_t i = rows.size() - std::min<std::size_t>(rows.size(), count); i < rows.size(); ++i)
-    text += (text.empty() ? "" : " ") + rows[i];
-  return text;
+  return text.substr(text.size() - count * (traceCount + 1) + 1);
 }
 
 /// Ticks every 10 ms, whatever fails; five are as many as the slowest group needs.

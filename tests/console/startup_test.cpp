@@ -11,8 +11,6 @@
 namespace krx {
 namespace {
 
-using Medium = TestBench::Medium;
-
 TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
   const std::string board = "ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ";
   const std::string routing = " R73 S90:12 S90:52 S92:02 S92:42 ";
@@ -47,19 +45,17 @@ TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
 
 TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
   for (const auto medium : {Medium::Board, Medium::Smbus}) {
-    for (int nth = 1;; ++nth) {
+    for (int nth = 1, faults = 1; faults > 0; ++nth) {
       SCOPED_TRACE(nth);
       VisualBench bench(medium);
       bench.Poke(0x5E, 0xE2);
-      int faults = 0;
+      faults = 0;
       bench.Work.Start.Faulted = [&](const std::string&, const CommsError&) { ++faults; };
       bench.FailTransfer(nth);
       EXPECT_EQ(StartUp(bench.Work), StepProblems{});
       EXPECT_EQ(bench.Work.Start.Owed, std::set<std::string>{});
       EXPECT_EQ(faults, bench.Sim.FaultsFired());
-      EXPECT_TRUE(bench.Work.Display.PwmManual[2]);
-      EXPECT_TRUE(bench.Work.Fans.PulsesKnown);
-      if (faults == 0) break;
+      EXPECT_TRUE(bench.Work.Display.PwmManual[2] && bench.Work.Fans.PulsesKnown);
     }
   }
 }

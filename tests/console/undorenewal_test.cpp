@@ -11,8 +11,6 @@
 namespace krx {
 namespace {
 
-using Medium = TestBench::Medium;
-
 /// The console without windows, its transfers journaled.
 struct UndoBench : VisualBench {
   explicit UndoBench(Medium medium = Medium::Board) : VisualBench(medium) {

@@ -9,6 +9,8 @@
 
 namespace krx {
 
+using Medium = TestBench::Medium;
+
 /// Records what the models ask of the timers: V+ V- visual_timer, T- continuous reading off.
 class RecordingTimers : public MainTimers {
  public:

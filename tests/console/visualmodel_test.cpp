@@ -13,8 +13,6 @@
 namespace krx {
 namespace {
 
-using Medium = TestBench::Medium;
-
 TEST(Channels, CaptionsFollowTheLabelsAndReadoutsCarryTheirUnits) {
   FanCommon fans;
   fans.FanLabel = {"CPU Fan", "Fan2", "Int. Circ.", "My fan"};
