@@ -170,6 +170,7 @@ TEST(Limits, AByteThatPassedFromElsewhereIsShownAndIsWhatTheNextMoveWrites) {
       const auto text = [&](Marker which) { return LimitText(channel, which, false, gauge); };
       EXPECT_EQ(text(Marker::Low) + "|" + text(Marker::High), step.Limits) << step.Does << " " << step.Value;
     }
+    EXPECT_EQ(bench.Model.LimitStepEnd(101, 1), 0) << "so slow a fan has no count";
   }
 }
 

@@ -204,13 +204,12 @@ TEST(FirstValues, AChipThatDoesNotMonitorMeasuresNothing) {
 
 TEST(SeenRanges, MinimumMaximumAndMeanUntilTheReset) {
   SeenRanges ranges;
-  for (const double value : {-4.0, -8.0, 3.0}) ranges.Add(2, value);
-  EXPECT_EQ(ranges.Of(2).Minimum, -8);
-  EXPECT_EQ(ranges.Of(2).Maximum, 3);
-  EXPECT_DOUBLE_EQ(ranges.Of(2).Mean, -3);
+  const SeenRange& range = ranges.Of(2);
+  for (const double value : {-4, -8, 3}) ranges.Add(2, value);
+  EXPECT_EQ(std::tie(range.Minimum, range.Maximum, range.Mean), std::tuple(-8, 3, -3));
   ranges.Reset(2);
   ranges.Add(2, 5);
-  EXPECT_EQ(ranges.Of(2).Minimum, 5);
+  EXPECT_EQ(std::tie(range.Minimum, range.Maximum, range.Mean), std::tuple(5, 5, 5));
 }
 
 }  // namespace
