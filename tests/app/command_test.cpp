@@ -12,9 +12,7 @@ namespace krx {
 namespace {
 
 TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
-  const struct {
-    std::string Line, Says;
-  } rows[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"", "a command is missing: watch, scan, read, dump or write; see krx5580 --help"},
       {"frobnicate", "there is no command \"frobnicate\": see krx5580 --help"},
       {"read", "REG... is missing; see krx5580 read --help"},
@@ -48,11 +46,11 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
       {"scan --address 5Ah", "--address takes 2Ch, 2Dh or 2Eh, not \"5Ah\""},
       {"dump --medium linux --wiring /nowhere\x1b", "cannot read the wiring file /nowhere\\x1B: No such"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [line, says] : rows) {
     TestHost host;
-    EXPECT_EQ(host.Run(row.Line), 2) << row.Says;
-    EXPECT_EQ(host.Data.str(), "") << row.Says;
-    EXPECT_TRUE(host.Talk.str().starts_with("krx5580: " + row.Says)) << row.Says << " in: " << host.Talk.str();
+    EXPECT_EQ(host.Run(line), 2) << line;
+    EXPECT_EQ(host.Data.str(), "") << line;
+    EXPECT_TRUE(host.Talk.str().starts_with("krx5580: " + says)) << says << " in: " << host.Talk.str();
   }
 }
 
@@ -62,11 +60,7 @@ TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
   const std::string board = R"("source":"Simulated board, chip at 2Dh on printer port 0"})";
   const std::string smbus = R"("source":"Simulated board, chip at 2Eh on the SMBus"})";
   const std::string limit = "0x7A  0x00  00000000  PROCHOT Limit\n", id = "0x3E  0x41  01000001  Company ID\n";
-  const struct {
-    std::string Line;
-    int Code;
-    std::string Data, Talk;
-  } rows[] = {
+  const std::tuple<std::string, int, std::string, std::string> rows[] = {
       {"--version", 0, "krx5580 0.1.0\n", ""},
       {"dump --fault absent=0", 1, "", "krx5580: no KRX5580 answers on: Simulated board\n"},
       {"dump --address 2Ch", 1, "", "krx5580: no KRX5580 answers at 2Ch on: Simulated board\n"},
@@ -95,11 +89,11 @@ TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
       {"scan --fault fail=7", 1, "2Dh  printer port 0, bus mode 0\n2Eh  SMBus\n",  // the first transfer on the SMBus
        "krx5580: Search SMBus: " + error + "krx5580: searched: Simulated board\n"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [line, code, data, talk] : rows) {
     TestHost host;
-    EXPECT_EQ(host.Run(row.Line), row.Code) << row.Line;
-    EXPECT_EQ(host.Data.str(), row.Data) << row.Line;
-    EXPECT_EQ(host.Talk.str(), row.Talk) << row.Line;
+    EXPECT_EQ(host.Run(line), code) << line;
+    EXPECT_EQ(host.Data.str(), data) << line;
+    EXPECT_EQ(host.Talk.str(), talk) << line;
   }
   TestHost help;
   EXPECT_EQ(help.Run("watch --help"), 0);
@@ -136,20 +130,13 @@ TEST(JsonText, IsAStringForEveryReader) {
 }
 
 TEST(Command, AFoundChipNamesTheAdapterThatHoldsIt) {
-  const struct {
-    ResultRow Row;
-    const char *Text, *Json;
-  } rows[] = {
-      {PrinterRow({0x5A, 0, true, 4, {}}, 1), "2Dh  printer port 4, bus mode 1",
-       R"({"address":"0x2D","bus":"printer-port","port":4,"busMode":1,"source":"here"})"},
-      {SmbusRow({0x2E, SmbusAdapter{3, "SMBus I801 adapter at 0700, i2c-3"}, {}}),
-       "2Eh  SMBus I801 adapter at 0700, i2c-3",
-       R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3","source":"here"})"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(FoundChipLine(row.Row, false, "here"), row.Text);
-    EXPECT_EQ(FoundChipLine(row.Row, true, "here"), row.Json);
-  }
+  const ResultRow port = PrinterRow({0x5A, 0, true, 4, {}}, 1),
+                  bus = SmbusRow({0x2E, SmbusAdapter{3, "here, i2c-3"}, {}});
+  EXPECT_EQ(FoundChipLine(port, false, "x"), "2Dh  printer port 4, bus mode 1");
+  EXPECT_EQ(FoundChipLine(port, true, "x"),
+            R"({"address":"0x2D","bus":"printer-port","port":4,"busMode":1,"source":"x"})");
+  EXPECT_EQ(FoundChipLine(bus, false, "x"), "2Eh  here, i2c-3");
+  EXPECT_EQ(FoundChipLine(bus, true, "x"), R"({"address":"0x2E","bus":"smbus","adapter":"i2c-3","source":"x"})");
 }
 
 }  // namespace

@@ -47,9 +47,7 @@ std::string SmbusRow(const char* address) {
 }
 
 TEST(ChipSearch, AsksTheLibraryInThisOrderAndFinishHandsTheChosenChipOver) {
-  SimOptions options;
-  options.BoardChips = {{0x2D, 0, BusModes::TrueOnly}};
-  SearchBench bench(options);
+  SearchBench bench({.BoardChips = {{0x2D, 0, BusModes::TrueOnly}}, .Wait = {}});
   bench.Wizard.Load();
   EXPECT_EQ(bench.All(), "A D C00 H I");
   bench.Run(both);
@@ -86,9 +84,7 @@ TEST(ChipSearch, FinishSetsTheLinkHoweverManyOperationsFail) {
 }
 
 TEST(ChipSearch, AChipInBothModesIsListedTwiceAndTheTenthRowStillReachesItsFind) {
-  SimOptions options;
-  options.Ports = 6;
-  options.BoardChips.clear();
+  SimOptions options{.Ports = 6, .BoardChips = {}, .Wait = {}};
   for (std::uint8_t port = 0; port < 5; ++port) options.BoardChips.push_back({0x2C, port, BusModes::Both});
   SearchBench bench(options);
   bench.Run(printerPort);
@@ -103,25 +99,20 @@ TEST(ChipSearch, AChipInBothModesIsListedTwiceAndTheTenthRowStillReachesItsFind)
 
 TEST(ChipSearch, GoesOnPastFailuresAndReportsOneBoxARoutineWhileAnEmptyAddressIsNone) {
   const std::string port = "Search Printer Port", bus = "Search SMBus";
-  const struct {
-    Operation Op;
-    int Nth;
-    std::string Routine;
-    std::size_t Found;
-  } rows[] = {
+  const std::tuple<Operation, int, std::string, std::size_t> rows[] = {
       {Operation::ReadByteData, 1, port, 2}, {Operation::ReadByteData, 2, port, 1},
       {Operation::SetBusMode, 1, port, 2},   {Operation::SetBusMode, 2, port, 3},
       {Operation::SelectPort, 1, port, 1},   {Operation::CurrentPort, 1, port, 2},
       {Operation::GetBusMode, 1, port, 2},   {Operation::PortCount, 2, port, 1},
       {Operation::ReadByteData, 9, bus, 1},  {Operation::ObtainSmbusController, 1, bus, 2},
   };
-  for (const auto& row : rows) {
+  for (const auto& [op, nth, routine, found] : rows) {
     SearchBench bench;
-    bench.Sim.AddFault({.Nth = row.Nth, .Op = row.Op, .Register = {}});
+    bench.Sim.AddFault({.Nth = nth, .Op = op, .Register = {}});
     const auto reports = bench.Run(both);
-    ASSERT_EQ(reports.size(), 1U) << row.Routine;
-    EXPECT_EQ(reports[0].Title + reports[0].Text, "InitFrm, " + row.Routine + "Error: 57, Device I/O error");
-    EXPECT_EQ(bench.Wizard.Rows().size(), row.Found) << static_cast<int>(row.Op) << " " << row.Nth;
+    ASSERT_EQ(reports.size(), 1U) << routine;
+    EXPECT_EQ(reports[0].Title + reports[0].Text, "InitFrm, " + routine + "Error: 57, Device I/O error");
+    EXPECT_EQ(bench.Wizard.Rows().size(), found) << static_cast<int>(op) << " " << nth;
   }
   SearchBench bench;
   bench.FailTransfer(1, true);
@@ -131,24 +122,19 @@ TEST(ChipSearch, GoesOnPastFailuresAndReportsOneBoxARoutineWhileAnEmptyAddressIs
 TEST(ChipSearch, NothingElseThanTheCompanyIdIsTheChip) {
   for (const auto& [media, ports, id, found] :
        {std::tuple{both, 1, 0x41, 2U}, {both, 1, 0x42, 0U}, {printerPort, 0, 0x41, 0U}, {usb, 1, 0x41, 0U}}) {
-    SimOptions options;
-    options.Ports = static_cast<std::uint8_t>(ports);
-    SearchBench bench(options);
+    SearchBench bench({.Ports = static_cast<std::uint8_t>(ports), .Wait = {}});
     bench.Sim.AddFault(*ParseFault(fmt::format("company={:02X}", id)));
     EXPECT_TRUE(bench.Run(media).empty());
     EXPECT_EQ(bench.Wizard.Rows().size(), found);
     EXPECT_EQ(bench.Wizard.FinishEnabled(), found > 0);
-    EXPECT_EQ(bench.Wizard.SearchResultsText(),
-              found > 0 ? "Please select one of the KRX5580s found above."
-                        : "Sorry, no KRX5580s were found. Please check all connections and try again");
-    EXPECT_EQ(bench.Wizard.SearchInstructionText(),
-              found > 0 ? "Click 'Finish' to Continue" : "Click Back to continue...");
+    EXPECT_EQ(bench.Wizard.SearchResultsText() + bench.Wizard.SearchInstructionText(),
+              found > 0 ? "Please select one of the KRX5580s found above.Click 'Finish' to Continue"
+                        : "Sorry, no KRX5580s were found. Please check all connections and try again"
+                          "Click Back to continue...");
     EXPECT_EQ(bench.Wizard.Finish(), found > 0);
   }
-  SimOptions portless;
-  portless.Ports = 0;
   try {
-    SearchBench(portless).Search.ConnectFirst(printerPort);
+    SearchBench({.Ports = 0, .Wait = {}}).Search.ConnectFirst(printerPort);
     ADD_FAILURE() << "there is no port";
   } catch (const CommsError& error) {
     EXPECT_STREQ(error.what(), "No KRX5580 was found: there is no such bus to search");
@@ -203,9 +189,8 @@ TEST(SearchWizard, PagesAndButtonsFollowNextBackAndTheSearch) {
 }
 
 TEST(MediumReport, TheBeginningOfTheReportDecides) {
-  const struct {
-    const char *Report, *Text;  ///< colour, whether the SMBus is offered, and the text; empty: the page stays as it is
-  } rows[] = {
+  // A report's colour, whether the SMBus is offered, and the text; empty: the page stays as it is.
+  const std::pair<const char*, const char*> rows[] = {
       {"Unsupported and unrecognised: x", "red no The available southbridge or ICH is currently unsupported."},
       {"ICH Type not in the list",
        "red yes The Intel chipset is not recognised click next to assume it is a standard ICH."},
@@ -215,18 +200,16 @@ TEST(MediumReport, TheBeginningOfTheReportDecides) {
       {"Unsupported and unrecognise", ""},
       {"A ICH", ""},
   };
-  for (const auto& row : rows) {
-    const auto report = DescribeChipset(row.Report);
-    const std::string text = report ? fmt::format("{} {} {}", report->Colour == ReportColour::Red ? "red" : "green",
-                                                  report->SmbusOffered ? "yes" : "no", report->Description)
-                                    : "";
-    EXPECT_EQ(text, row.Text);
+  for (const auto& [report, text] : rows) {
+    const auto shown = DescribeChipset(report);
+    EXPECT_EQ(shown ? fmt::format("{} {} {}", shown->Colour == ReportColour::Red ? "red" : "green",
+                                  shown->SmbusOffered ? "yes" : "no", shown->Description)
+                    : "",
+              text);
   }
   SearchBench bench;
   bench.Sim.AddFault(*ParseFault("fail=1,op=report"));
-  const auto box = bench.Wizard.Load();
-  ASSERT_TRUE(box);
-  EXPECT_EQ(box->Title, "InitFrm, SetupMediumSearchPanel");
+  EXPECT_EQ(bench.Wizard.Load().value_or(SearchReport{}).Title, "InitFrm, SetupMediumSearchPanel");
 }
 
 }  // namespace

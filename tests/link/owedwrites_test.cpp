@@ -91,49 +91,43 @@ TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
 }
 
 TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
-  const struct {
-    std::uint8_t Register, Byte;
-    const char* Turn;
-  } rows[] = {
+  const std::tuple<std::uint8_t, int, const char*> rows[] = {
       {0x5C, 0x02, "W30:90"},         // another behaviour
       {0x5C, 0x62, "W30:90"},         // what it should hold
       {0x5C, 0xE5, "W30:90 W5C:65"},  // another spin-up: its behaviour is still the taker's
       {0x30, 0x80, "W5C:62"},         // the slider
       {0x30, 0x00, "W30:90 W5C:62"},  // still as the taker left it
   };
-  for (const auto& row : rows) {
+  for (const auto& [reg, byte, turn] : rows) {
     OwedBench bench;
     bench.LetBecomeOverdue();
-    WriteByte(bench.Bus, row.Register, row.Byte);
+    WriteByte(bench.Bus, reg, byte);
     bench.BusTraffic();
     bench.Owed.TakeTurn();
-    EXPECT_EQ(bench.BusTraffic(), row.Turn);
+    EXPECT_EQ(bench.BusTraffic(), turn);
   }
 }
 
 TEST(OwedWrites, TheEndTriesOnceWhereTheLastTransferFailedBeginsNoneAfterThreeSecondsAndSaysWhatIsLeft) {
-  const struct {
-    bool FailedBefore;
-    int SecondsATransfer;
-    const char* Traffic;
-  } rows[] = {
+  // Whether the transfer before failed, the seconds of each, and what is tried.
+  const std::tuple<bool, int, const char*> rows[] = {
       {false, 0, "W30:90! W5C:62! W30:90! W5C:62! W30:90! W5C:62!"},
       {true, 0, "W30:90! W5C:62!"},
       {true, 4, "W30:90!"},
       {false, 2, "W30:90! W5C:62!"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [failedBefore, seconds, traffic] : rows) {
     OwedBench bench;
-    bench.FailWrites(0x5C, row.SecondsATransfer);
+    bench.FailWrites(0x5C, seconds);
     bench.FailWrites(0x30);
     ReadByte(bench.Bus, 0x26);
-    if (row.FailedBefore) {
+    if (failedBefore) {
       EXPECT_THROW(WriteByte(bench.Bus, 0x5C, 0), CommsError);
     }
     bench.BusTraffic();
     std::ostringstream said;
     bench.Owed.PutBackAtEnd(said);
-    EXPECT_EQ(bench.BusTraffic(), row.Traffic);
+    EXPECT_EQ(bench.BusTraffic(), traffic);
     EXPECT_EQ(said.str(),
               "Not put back: 30h should hold 90h (Error: 57, Device I/O error)\n"
               "Not put back: 5Ch should hold 62h (Error: 57, Device I/O error)\n");

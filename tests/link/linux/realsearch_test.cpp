@@ -8,6 +8,7 @@
 #include "fakei2c.h"
 #include "fakeparport.h"
 #include "link/linux/linuxcomms.h"
+#include "link/linux/nodeholder.h"
 #include "link/registeraccess.h"
 #include "link/searchwizard.h"
 #include "support/testbench.h"
@@ -92,6 +93,9 @@ TEST(RealKernel, ALockIsSeenByEveryProcessAndEndsWithItsHolder) {
   waitpid(child, nullptr, 0);
   EXPECT_EQ(kernel.Lock(descriptor, {0x2E, 1}), 0);
   kernel.Close(descriptor);
+  for (const auto& [process, text] : {std::pair{0, "another process"}, {-1, "another process"}, {7, "process 7"}}) {
+    EXPECT_EQ(ProcessText(roots.Roots, process), text);
+  }
 }
 
 TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected) {
@@ -169,22 +173,20 @@ TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip)
 TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed) {
   const std::string leftAlone = "Error: 19, The SMBus is left alone: only a printer port was asked for";
   const std::string missing = " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with ";
-  const struct {
-    std::optional<int> Smbus, Port;
-    std::string Found, Searched, Reports;
-  } cases[] = {
+  // What was named, and what is found, searched and reported.
+  const std::tuple<std::optional<int>, std::optional<int>, std::string, std::string, std::string> cases[] = {
       {3, {}, "2Dh on " + i801 + " / 2Eh on " + i801, i801, ""},
       {{}, 4, "2Dh on printer port 4 / 2Dh on printer port 4", "printer port 4", leftAlone},
       {7, {}, "", "i2c-7", "/i2c-7" + missing + "--smbus"},
   };
-  for (const auto& test : cases) {
-    options.Smbus = test.Smbus;
-    options.PrinterPort = test.Port;
+  for (const auto& [smbus, printerPort, found, searched, reported] : cases) {
+    options.Smbus = smbus;
+    options.PrinterPort = printerPort;
     root.Change([this] { return std::make_unique<LinuxComms>(options, kernel, clock); });
-    EXPECT_EQ(Find(), test.Found);
-    EXPECT_EQ(search.Searched(), test.Searched);
-    EXPECT_TRUE(reports.ends_with(test.Reports)) << reports;
-    EXPECT_EQ(FindLinuxBus(options), test.Searched);
+    EXPECT_EQ(Find(), found);
+    EXPECT_EQ(search.Searched(), searched);
+    EXPECT_TRUE(reports.ends_with(reported)) << reports;
+    EXPECT_EQ(FindLinuxBus(options), searched);
   }
   search.ClearFinds();
   const std::string error = ErrorOf([&] { search.ConnectFirst({true, true, false}); });
