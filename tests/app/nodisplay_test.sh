@@ -9,27 +9,21 @@ said="$(mktemp)" || exit 1
 trap 'rm -f "$said"' EXIT
 failed=0
 
-for setting in NOTHING= DISPLAY=:987 WAYLAND_DISPLAY=nowhere QT_QPA_PLATFORM=xcb QT_QPA_PLATFORM=wayland \
-  QT_QPA_PLATFORM=linuxfb QT_QPA_PLATFORM=nonsense; do
-  env "$setting" "$console" --connect any >/dev/null 2>"$said"
-  code=$?
-  if [ "$code" -ne 1 ] || ! tail -n 1 "$said" | grep -q 'no window can open here; krx5580 watch'; then
-    echo "with $setting: ended with $code and said:"
-    cat "$said"
-    failed=1
-  fi
-done
-said_of() {
-  wanted="$1"
-  shift
-  "$console" "$@" >/dev/null 2>"$said"
-  code=$?
-  [ "$code" -eq 2 ] && [ "$(cat "$said")" = "krx5580-console: $wanted" ] && return
-  echo "$*: ended with $code and said:"
-  cat "$said"
+# ends_with CODE LAST_LINE SETTING OPTION...
+ends_with() {
+  wanted="$1 krx5580-console: $2" setting="$3"
+  shift 3
+  env "$setting" "$console" "$@" >/dev/null 2>"$said"
+  got="$? $(tail -n 1 "$said")"
+  [ "$got" = "$wanted" ] && return
+  printf '%s %s: wanted "%s", got "%s"\n' "$setting" "$*" "$wanted" "$got"
   failed=1
 }
-said_of '--theme takes system, light or dark, not "x"' --theme x
-said_of '--connect takes any, printer-port or smbus, not "1"' --connect 1
-said_of '--read-only takes no value; see krx5580-console --help' --read-only=0
+for setting in NOTHING= DISPLAY=:987 WAYLAND_DISPLAY=nowhere QT_QPA_PLATFORM=xcb QT_QPA_PLATFORM=wayland \
+  QT_QPA_PLATFORM=linuxfb QT_QPA_PLATFORM=nonsense; do
+  ends_with 1 "no window can open here; krx5580 watch shows the same readings in the terminal" "$setting" --connect any
+done
+ends_with 2 '--theme takes system, light or dark, not "x"' NOTHING= --theme x
+ends_with 2 '--connect takes any, printer-port or smbus, not "1"' NOTHING= --connect 1
+ends_with 2 '--read-only takes no value; see krx5580-console --help' NOTHING= --read-only=0
 exit "$failed"

@@ -10,6 +10,7 @@
 #include "link/registeraccess.h"
 #include "link/undo.h"
 #include "support/boardbench.h"
+#include "support/fakecomms.h"
 
 namespace krx {
 namespace {
@@ -72,7 +73,7 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
     WriteByte(link, 0x64, 0x10);
     {
       const BusJournal::OriginScope inner(bench.Journal, "Inner");
-      UpdateBits(link, 0x5C, 0x10, 0x10);
+      UpdateBits(link, 0x5C, 0x12, 0xF0);  // the neighbours stay
     }
     WriteByte(link, 0x64, 0x20);
   }
@@ -84,8 +85,15 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
   std::string entries;
   for (const JournalEntry& entry : bench.Journal.Entries()) entries += bench.Text(entry) + ";";
   EXPECT_EQ(entries,
-            "15A/64 ?>10 Outer;05A/5C ?>62 Inner;15A/5C 62>72 Inner;15A/64 10>20 Outer;15A/64 20>30! ;15A/64 ?>40 ;"
+            "15A/64 ?>10 Outer;05A/5C ?>62 Inner;15A/5C 62>70 Inner;15A/64 10>20 Outer;15A/64 20>30! ;15A/64 ?>40 ;"
             "294/00 ?>07 ;294/00 07>3F ;");
+  for (const std::int64_t frequency : {1'000'000, 0}) {  // 0: by the other clock
+    FakeClock clock;
+    clock.CountsPerSecond = frequency;
+    BusJournal journal(clock);
+    journal.Add({});
+    EXPECT_NEAR(journal.Entries().front().Seconds, 10e-6, 1e-9);
+  }
 }
 
 TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {

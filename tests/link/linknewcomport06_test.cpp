@@ -65,15 +65,6 @@ TEST(Link, AnOperandOutsideAByteOverflowsBeforeAnyWaitOrTraffic) {
   EXPECT_EQ(CommsError(-9, "odd").BoxText(), "Error:-9, odd");
 }
 
-TEST(RegisterAccess, UpdateBitsReadsOnceWritesOnceAndKeepsTheNeighbours) {
-  FakeBench bench;
-  bench.Bus.Registers[0x5C] = 0xA5;
-  UpdateBits(bench.Link, 0x5C, 0x1E, 0xFF);
-  UpdateBits(bench.Link, 0x5C, 0xE0, 0x00);
-  EXPECT_EQ(bench.Bus.Diary,
-            (Diary{"port read 5A 5C", "port write 5A 5C BF", "port read 5A 5C", "port write 5A 5C 1F"}));
-}
-
 TEST(Link, AFailedTransferIsNotRepeatedReleasesEverythingAndKeepsTheLastReading) {
   for (const int medium : {0, 1}) {
     FakeBench bench;

@@ -16,21 +16,53 @@
 
 namespace krx {
 
-/// What a bit-level device does with whole bytes; true acknowledges.
-class ByteDevice {
+/// Turns the bytes of a transaction into operations of a bus-access library: the board behind a fake port. True
+/// acknowledges a byte.
+class BoardDevice {
  public:
-  virtual ~ByteDevice() = default;
-  virtual bool Address(std::uint8_t byte) = 0;
-  virtual bool Write(std::uint8_t byte) = 0;
-  virtual std::uint8_t Read() = 0;
-  virtual void Stop() = 0;
+  explicit BoardDevice(std::unique_ptr<BusDevice> board) : Board(std::move(board)) {}
+  std::unique_ptr<BusDevice> Board;
+  int Refused = -1;  ///< a byte that is not acknowledged
+
+  bool Address(std::uint8_t byte) {
+    address_ = byte & 0xFE;
+    const auto answer = Try([&] { return Board->ReceiveByte(address_); });  // a switch device
+    const auto reg = written_.empty() ? std::uint8_t{0x3E} : written_.front();
+    const auto value = answer ? answer : Try([&] { return Board->ReadByteData(address_, reg); });
+    reply_ = value.value_or(0xFF);
+    written_.clear();
+    return value.has_value();
+  }
+  bool Write(std::uint8_t byte) {
+    if (byte != Refused) written_.push_back(byte);
+    return written_.size() <= 2 && byte != Refused;
+  }
+  std::uint8_t Read() { return reply_; }
+  void Stop() {
+    if (written_.size() == 1) Board->SendByte(address_, written_[0]);
+    if (written_.size() == 2) Board->WriteByteData(address_, written_[0], written_[1]);
+    written_.clear();
+  }
+
+ private:
+  template <typename Operation>
+  static std::optional<std::uint8_t> Try(Operation operation) {
+    try {
+      return operation();
+    } catch (const CommsError&) {
+      return std::nullopt;
+    }
+  }
+
+  std::uint8_t address_ = 0, reply_ = 0;
+  std::vector<std::uint8_t> written_;
 };
 
 /// A device on a two-wire bus that only sees levels: it finds starts and stops, samples with the clock high, drives
 /// with the clock low, and notes what no master may do.
 class BitSlave {
  public:
-  explicit BitSlave(ByteDevice& device, std::function<double()> seconds)
+  explicit BitSlave(BoardDevice& device, std::function<double()> seconds)
       : device_(device), seconds_(std::move(seconds)) {}
 
   std::string Violations;
@@ -40,7 +72,12 @@ class BitSlave {
 
   /// The levels that the master lets the lines have.
   void Master(bool sda, bool scl) {
+    if (sda == master_.Sda && scl == master_.Scl) return;
     if (sda != master_.Sda && scl != master_.Scl) Violations += "both lines changed at once; ";
+    // Only the data line may change at once, with the clock low.
+    const bool waits = started_ ? scl || scl != master_.Scl : scl && !sda;
+    if (waits && seconds_() - lastChange_ < 4.7e-6) Violations += "too fast; ";
+    lastChange_ = seconds_();
     master_ = {sda, scl};
     Settle();
   }
@@ -115,56 +152,16 @@ class BitSlave {
 
   void DriveNext() { drive_ = phase_ != Phase::Send || (shift_ >> (7 - count_) & 1) != 0; }
 
-  ByteDevice& device_;
+  BoardDevice& device_;
   std::function<double()> seconds_;
   Levels master_, bus_;
   bool drive_ = true;  ///< false: this device pulls the data line low
-  double stretchEnd_ = 0;
+  double stretchEnd_ = 0, lastChange_ = 0;
   std::optional<bool> sample_;
   Phase phase_ = Phase::Idle;
   bool started_ = false, addressed_ = false;  ///< addressed_: the next byte is an address
   int count_ = 0;
   std::uint8_t shift_ = 0;
-};
-
-/// Turns the bytes of a transaction into operations of a bus-access library: the board behind a fake port.
-class BoardDevice : public ByteDevice {
- public:
-  explicit BoardDevice(std::unique_ptr<BusDevice> board) : Board(std::move(board)) {}
-  std::unique_ptr<BusDevice> Board;
-
-  bool Address(std::uint8_t byte) override {
-    address_ = byte & 0xFE;
-    const auto answer = Try([&] { return Board->ReceiveByte(address_); });  // a switch device
-    const auto reg = written_.empty() ? std::uint8_t{0x3E} : written_.front();
-    const auto value = answer ? answer : Try([&] { return Board->ReadByteData(address_, reg); });
-    reply_ = value.value_or(0xFF);
-    written_.clear();
-    return value.has_value();
-  }
-  bool Write(std::uint8_t byte) override {
-    written_.push_back(byte);
-    return written_.size() <= 2;
-  }
-  std::uint8_t Read() override { return reply_; }
-  void Stop() override {
-    if (written_.size() == 1) Board->SendByte(address_, written_[0]);
-    if (written_.size() == 2) Board->WriteByteData(address_, written_[0], written_[1]);
-    written_.clear();
-  }
-
- private:
-  template <typename Operation>
-  static std::optional<std::uint8_t> Try(Operation operation) {
-    try {
-      return operation();
-    } catch (const CommsError&) {
-      return std::nullopt;
-    }
-  }
-
-  std::uint8_t address_ = 0, reply_ = 0;
-  std::vector<std::uint8_t> written_;
 };
 
 inline constexpr PortLines usualCable{{PortRegister::Data, 7, true},     {PortRegister::Data, 6, true},
