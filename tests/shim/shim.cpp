@@ -39,16 +39,16 @@ struct Computer {
     }
     Time.Advance(settledSeconds);
     // What the data register keeps between two programs.
-    Port.Heaters = static_cast<std::uint8_t>(Board.Board->ReadStatusByte() & 0x30);
+    Port.Heaters = static_cast<std::uint8_t>(Board.ReadStatusByte() & 0x30);
     Port.Data = static_cast<std::uint8_t>(0x0F | Port.Heaters);
-    Port.OnHeaters = [this](std::uint8_t heaters) { Board.Board->SetControlByte(heaters); };
+    Port.OnHeaters = [this](std::uint8_t heaters) { Board.SetControlByte(heaters); };
     Simulated.Trace().Clear();
   }
   void Repeat(char what, std::uint8_t place, std::uint8_t data) {
-    if (what == 'C') Board.Board->SetControlByte(place);
-    if (what == 'S') Board.Board->SendByte(place, data);
+    if (what == 'C') Board.SetControlByte(place);
+    if (what == 'S') Board.SendByte(place, data);
     if (what != 'W') return;
-    if (OnBoard()) return Board.Board->WriteByteData(0x5A, place, data);
+    if (OnBoard()) return Board.WriteByteData(0x5A, place, data);
     Smbus.Chips->WriteByteData(0x2E, place, data);
   }
   /// Keeps what has been written since the last time.
@@ -74,9 +74,8 @@ struct Computer {
   Simulation Simulated{Time, {}};
   std::unique_ptr<CommsModule> Module = Simulated.MakeCommsModule();
   FakeI2cAdapter Smbus{Module->ObtainSmbusController()};
-  BoardDevice Board{Module->ObtainPrinterPortAdapter()->ObtainBusDevice()};
-  BitSlave Slave{Board, [this] { return Time.Seconds(); }};
-  FakeParport Port{Slave};
+  FakeParport Port{Module->ObtainPrinterPortAdapter()->ObtainBusDevice(), [this] { return Time.Seconds(); }};
+  BusDevice& Board = *Port.Device.Board;
 };
 
 struct Shim {

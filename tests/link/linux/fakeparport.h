@@ -169,11 +169,13 @@ inline constexpr PortLines usualCable{{PortRegister::Data, 7, true},     {PortRe
                                       PortLine{PortRegister::Data, 4},   PortLine{PortRegister::Data, 5},
                                       PortLine{PortRegister::Status, 4}, PortLine{PortRegister::Status, 5}};
 
-/// A printer port as the kernel shows it, with a device on its pins.
+/// A printer port as the kernel shows it, with the board on its pins.
 struct FakeParport {
-  explicit FakeParport(BitSlave& slave, const PortLines& cable = usualCable) : Slave(slave), Cable(cable) {}
+  FakeParport(std::unique_ptr<BusDevice> board, std::function<double()> seconds, const PortLines& cable = usualCable)
+      : Device(std::move(board)), Slave(Device, std::move(seconds)), Cable(cable) {}
 
-  BitSlave& Slave;
+  BoardDevice Device;
+  BitSlave Slave;
   PortLines Cable;
   std::function<void(std::uint8_t)> OnHeaters;  ///< bits 4 and 5, when one changed
   std::uint8_t Data = 0x0F, Control = 0x0C;

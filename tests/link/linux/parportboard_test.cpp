@@ -15,13 +15,16 @@ namespace {
 class Parport : public testing::Test {
  protected:
   Parport() { Plug(); }
-  void TearDown() override { EXPECT_EQ(slave.Violations, ""); }
+  void TearDown() override { EXPECT_EQ(port.Slave.Violations, ""); }
   void Plug() {
     kernel.Nodes[path] = [this] { return std::make_unique<FakeParportFile>(port); };
     roots.File(path, "");
   }
   ParportBoard Board(const PortWiring& wiring = DefaultWiring()) {
     return {kernel, clock, roots.Roots, wiring, std::nullopt};
+  }
+  std::unique_ptr<BusDevice> Simulated() {
+    return simulated.MakeCommsModule()->ObtainPrinterPortAdapter()->ObtainBusDevice();
   }
   /// What reading the company id throws.
   static std::string Error(ParportBoard& board) {
@@ -31,9 +34,7 @@ class Parport : public testing::Test {
   TestRoots roots;
   ManualClock clock;
   Simulation simulated{clock, {}};
-  BoardDevice device{simulated.MakeCommsModule()->ObtainPrinterPortAdapter()->ObtainBusDevice()};
-  BitSlave slave{device, [this] { return clock.Seconds(); }};
-  FakeParport port{slave};
+  FakeParport port{Simulated(), [this] { return clock.Seconds(); }};
   FakeKernel kernel;
   ParportBoard board = Board();
   const std::string path = roots.Roots.Dev + "/parport0";
@@ -44,12 +45,12 @@ TEST_F(Parport, PutsEachOperationOnTheBusBitByBit) {
   board.WriteByteData(0x5A, 0x30, 0xFF);
   board.SendByte(0x90, 0xA5);
   EXPECT_EQ(board.ReceiveByte(0x90), 0xA5);
-  EXPECT_EQ(slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 30+ FF+ P S 90+ A5+ P S 91+ A5- P ");
+  EXPECT_EQ(port.Slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 30+ FF+ P S 90+ A5+ P S 91+ A5- P ");
   EXPECT_EQ(ErrorOf([&] { board.ReadByteData(0x5C, 0x3E); }), "silent ENXIO no device answers at 2Eh");
-  EXPECT_TRUE(slave.Seen.ends_with("S 5C- P ")) << slave.Seen;
-  device.Refused = 0x3D;
+  EXPECT_TRUE(port.Slave.Seen.ends_with("S 5C- P ")) << port.Slave.Seen;
+  port.Device.Refused = 0x3D;
   EXPECT_EQ(ErrorOf([&] { board.ReadByteData(0x5A, 0x3D); }), "failed EIO the device at 2Dh refused a byte");
-  EXPECT_TRUE(slave.Seen.ends_with("S 5A+ 3D- P "));
+  EXPECT_TRUE(port.Slave.Seen.ends_with("S 5A+ 3D- P "));
   EXPECT_EQ(port.Data & 0x0F, 0x0F) << "lines that nobody named";
   EXPECT_EQ(port.Holder, nullptr);
 }
@@ -62,54 +63,54 @@ TEST_F(Parport, WorksOverEveryWiring) {
   };
   for (const char* text : wirings) {
     const PortWiring wiring = ParseWiring(text);
-    BitSlave other(device, [this] { return clock.Seconds(); });
-    FakeParport cable(other, wiring.Modes[0]);
+    FakeParport cable(
+        Simulated(), [this] { return clock.Seconds(); }, wiring.Modes[0]);
     cable.Control = cable.Data = 0;
     cable.Apply();
     clock.Advance(1);
-    other.Violations.clear();
-    other.Seen.clear();
+    cable.Slave.Violations.clear();
+    cable.Slave.Seen.clear();
     kernel.Nodes[path] = [&] { return std::make_unique<FakeParportFile>(cable); };
     ParportBoard wired = Board(wiring);
     EXPECT_EQ(wired.ReadByteData(0x5A, 0x3E), 0x41) << text;
     wired.WriteByteData(0x5A, 0x55, 0xAA);
-    EXPECT_TRUE(other.Seen.ends_with("S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 55+ AA+ P ")) << other.Seen;
-    EXPECT_EQ(other.Violations, "") << text;
+    EXPECT_TRUE(cable.Slave.Seen.ends_with("S 5A+ 3E+ Sr 5B+ 41- P S 5A+ 55+ AA+ P ")) << cable.Slave.Seen;
+    EXPECT_EQ(cable.Slave.Violations, "") << text;
   }
 }
 
 TEST_F(Parport, ClockIsTenKilohertzWhereItCannotBeReadBack) {
   for (const bool mode : {false, true}) {
     board.SetBusMode(mode);
-    slave.ClockRises.clear();
+    port.Slave.ClockRises.clear();
     board.ReadByteData(0x5A, 0x3E);
-    EXPECT_NEAR(slave.ClockRises[1] - slave.ClockRises[0], mode ? 110e-6 : 20e-6, 10e-6);
+    EXPECT_NEAR(port.Slave.ClockRises[1] - port.Slave.ClockRises[0], mode ? 110e-6 : 20e-6, 10e-6);
   }
 }
 
 TEST_F(Parport, WaitsForAStretchedClockUpToItsLimit) {
-  slave.StretchSeconds = 0.034;
+  port.Slave.StretchSeconds = 0.034;
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
-  slave.StretchSeconds = 0.036;
+  port.Slave.StretchSeconds = 0.036;
   const double start = clock.Seconds();
   EXPECT_EQ(Error(board),
             "failed ETIMEDOUT the clock stays low for more than 35 ms: a device holds it, or wiring or power is wrong");
   EXPECT_NEAR(clock.Seconds() - start, 0.035, 0.001);
   EXPECT_EQ(port.Data & 0xC0, 0) << "both lines released";
-  slave.Violations.clear();  // let go with the clock held low
-  slave.StretchSeconds = 0;
+  port.Slave.Violations.clear();  // let go with the clock held low
+  port.Slave.StretchSeconds = 0;
   clock.Advance(0.1);
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
 }
 
 TEST_F(Parport, FreesADeviceThatWasInterrupted) {
-  slave.HangInByte(7);
+  port.Slave.HangInByte(7);
   EXPECT_EQ(board.ReadByteData(0x5A, 0x3E), 0x41);
-  slave.HangInByte(12);
-  slave.ClockRises.clear();
+  port.Slave.HangInByte(12);
+  port.Slave.ClockRises.clear();
   EXPECT_TRUE(Error(board).starts_with("failed EBUSY the data line stays low"));
-  EXPECT_EQ(slave.ClockRises.size(), 9U);
-  slave.Violations.clear();
+  EXPECT_EQ(port.Slave.ClockRises.size(), 9U);
+  port.Slave.Violations.clear();
 }
 
 TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
@@ -127,7 +128,7 @@ TEST_F(Parport, ControlByteSwitchesTheHeatersAndNothingElse) {
   EXPECT_THROW(board.SetControlByte(0x30), CommsError);
   port.Gone = false;
   EXPECT_EQ(board.ReadStatusByte(), 0x20) << "a switching that failed must not happen later";
-  EXPECT_EQ(slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P ");
+  EXPECT_EQ(port.Slave.Seen, "S 5A+ 3E+ Sr 5B+ 41- P ");
 
   PortWiring blind = DefaultWiring();
   blind.Modes[0].Heater1In.reset();
@@ -151,7 +152,20 @@ TEST_F(Parport, APortNobodyUsedIsNotTouched) {
   ParportBoard reader = Board();
   reader.ReadByteData(0x5A, 0x3E);
   EXPECT_EQ(port.Heaters, 0x30) << "who sets no control byte switches no heater";
-  slave.Seen.clear();
+
+  const std::string second = roots.Roots.Dev + "/parport1";
+  roots.File(second, "");
+  FakeParport next{Simulated(), [this] { return clock.Seconds(); }};
+  kernel.Nodes[second] = [&] { return std::make_unique<FakeParportFile>(next); };
+  reader.SetControlByte(0x30);
+  reader.SelectPort(1);
+  EXPECT_EQ(kernel.OpenNow(), 0U) << "the first is given back";
+  reader.SetControlByte(0);
+  EXPECT_EQ(kernel.OpenNow(), 0U) << "nobody used the second yet";
+  reader.ReadByteData(0x5A, 0x3E);
+  EXPECT_EQ(next.Heaters, 0) << "those of the other port";
+  EXPECT_EQ(port.Heaters, 0x30);
+  port.Slave.Seen.clear();
 }
 
 TEST_F(Parport, SharesThePortWaitsForAProgramAndNamesWhoHasIt) {

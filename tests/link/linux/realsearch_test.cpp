@@ -60,9 +60,8 @@ class RealSearch : public testing::Test {
   ScriptedPump pump{clock};
   Adapter one{clock, 0x2C}, two{clock, 0x2D};
   Simulation board{clock, {}};
-  BoardDevice device{board.MakeCommsModule()->ObtainPrinterPortAdapter()->ObtainBusDevice()};
-  BitSlave slave{device, [this] { return clock.Seconds(); }};
-  FakeParport port{slave};
+  FakeParport port{board.MakeCommsModule()->ObtainPrinterPortAdapter()->ObtainBusDevice(),
+                   [this] { return clock.Seconds(); }};
   FakeKernel kernel;
   LinuxOptions options;
   CommsRoot root{[this] { return std::make_unique<LinuxComms>(options, kernel, clock); }};
@@ -123,7 +122,7 @@ TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected
     EXPECT_EQ(adapter->ObtainBusDevice()->GetBusMode(), mode);
     EXPECT_EQ(device->ReadByteData(0x5A, 0x3E), 0x41);
   }
-  EXPECT_EQ(slave.Violations, "");
+  EXPECT_EQ(port.Slave.Violations, "");
 }
 
 TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
@@ -222,12 +221,12 @@ TEST_F(RealSearch, APortThatAnotherProgramHoldsKeepsItsHeaters) {
   EXPECT_EQ(port.Heaters, 0x30) << "the other program's";
   Finish(0);
   EXPECT_EQ(search.TakeChip(), holder);
-  slave.Seen.clear();
+  port.Slave.Seen.clear();
   const auto bus = root.Get().ObtainPrinterPortAdapter()->ObtainBusDevice();
   EXPECT_EQ(Write(), "failed EBUSY what is at printer port 4 is used by " + holder + ": it can only be read");
   EXPECT_THROW(bus->SetControlByte(0), CommsError);
   EXPECT_THROW(bus->SendByte(0x90, 0), CommsError);
-  EXPECT_EQ(slave.Seen, "");
+  EXPECT_EQ(port.Slave.Seen, "");
   EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
   EXPECT_EQ(port.Heaters, 0x30);
 
@@ -235,7 +234,7 @@ TEST_F(RealSearch, APortThatAnotherProgramHoldsKeepsItsHeaters) {
   EXPECT_EQ(search.TakeChip(), std::nullopt);
   EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
   EXPECT_EQ(port.Heaters, 0) << "what was set at the start";
-  EXPECT_EQ(slave.Violations, "");
+  EXPECT_EQ(port.Slave.Violations, "");
 }
 
 }  // namespace
