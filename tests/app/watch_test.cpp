@@ -128,22 +128,23 @@ TEST(Watch, AChannelBeyondItsLimitIsMarked) {
 }
 
 TEST(Watch, HardwareIsNotWrittenUntilStartIsAskedFor) {
-  for (const ChipBus bus : {ChipBus::PrinterPort, ChipBus::Smbus}) {
-    for (const bool start : {false, true}) {
-      TestHost host;
-      Simulation hardware(host.Time, SimOptions{});
-      ChipConnection connection({MediumKind::Linux, "PC", {}, [&] { return hardware.MakeCommsModule(); }}, host);
-      connection.Find({.Bus = bus, .Address = {}});
-      hardware.Trace().Clear();
-      Watch({.Count = 3, .Duration = {}, .Start = start}, connection, host);
-      const std::string traffic = " " + hardware.Trace().Text(TraceFilter::Bus);
-      // W writes the chip, S a switch device of the board, C its heaters; 0x79 is cleared by being read.
-      EXPECT_EQ(Contains(traffic, " W"), start) << traffic;
-      EXPECT_EQ(Contains(traffic, "R40 R40 W40:01"), start) << traffic;
-      EXPECT_EQ(Contains(traffic, " S") || Contains(traffic, " C"), start && bus == ChipBus::PrinterPort) << traffic;
-      EXPECT_FALSE(Contains(traffic, "R79")) << traffic;
-      EXPECT_EQ(host.Said("monitoring is off, the values stand still: start it with --start"), !start);
-    }
+  for (const auto& [bus, start] : {std::pair{ChipBus::PrinterPort, false},
+                                   {ChipBus::PrinterPort, true},
+                                   {ChipBus::Smbus, false},
+                                   {ChipBus::Smbus, true}}) {
+    TestHost host;
+    Simulation hardware(host.Time, SimOptions{});
+    ChipConnection connection({MediumKind::Linux, "PC", {}, [&] { return hardware.MakeCommsModule(); }}, host);
+    connection.Find({.Bus = bus, .Address = {}});
+    hardware.Trace().Clear();
+    Watch({.Count = 3, .Duration = {}, .Start = start}, connection, host);
+    const std::string traffic = " " + hardware.Trace().Text(TraceFilter::Bus);
+    // W writes the chip, S a switch device of the board, C its heaters; 0x79 is cleared by being read.
+    EXPECT_EQ(Contains(traffic, " W"), start) << traffic;
+    EXPECT_EQ(Contains(traffic, "R40 R40 W40:01"), start) << traffic;
+    EXPECT_EQ(Contains(traffic, " S") || Contains(traffic, " C"), start && bus == ChipBus::PrinterPort) << traffic;
+    EXPECT_FALSE(Contains(traffic, "R79")) << traffic;
+    EXPECT_EQ(host.Said("monitoring is off, the values stand still: start it with --start"), !start);
   }
 }
 

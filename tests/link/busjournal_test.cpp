@@ -53,15 +53,23 @@ void Exercise(Link& link, Board& board) {
   board.SetHeater(0, true);
 }
 
-TEST(BusJournal, ChangesNothingOnTheBusAndEntersEveryTransfer) {
+TEST(BusJournal, ChangesNothingOnTheBusEntersEveryTransferAndReadOnlyHoldsEveryWriteBack) {
   for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
+    const bool onBoard = medium == TestBench::Medium::Board;
     BoardBench plain(medium);
-    JournalBench journaled(medium);
-    Exercise(plain.Bus, plain.Eval);
-    Exercise(journaled.Bus, journaled.Eval);
-    EXPECT_EQ(journaled.Sim.Trace().Text(TraceFilter::All), plain.Sim.Trace().Text(TraceFilter::All));
-    EXPECT_EQ(journaled.Sim.LiveHandles(), 0);
-    EXPECT_EQ(journaled.Journal.Count(), medium == TestBench::Medium::Board ? 10U : 3U) << "all but Complete";
+    JournalBench journaled(medium), reader(medium, true);
+    for (BoardBench* const bench : std::initializer_list<BoardBench*>{&plain, &journaled, &reader}) {
+      Exercise(bench->Bus, bench->Eval);
+      EXPECT_EQ(bench->Sim.LiveHandles(), 0);
+    }
+    EXPECT_EQ(journaled.All(), plain.All());
+    EXPECT_EQ(journaled.Journal.Count(), onBoard ? 10U : 3U) << "all but Complete";
+    EXPECT_EQ(reader.BusTraffic(), onBoard ? "R5C V96 V94 V90 V92 ST" : "R5C");
+    EXPECT_EQ(reader.Journal.SkippedCount(), onBoard ? 4U : 2U);
+    EXPECT_TRUE(reader.Text(reader.Journal.Entries().front()).ends_with("/30 ?>10- "));
+    reader.Act("A", {{0x64, 1}});
+    EXPECT_EQ(reader.Undo(), " ") << "nothing was written";
+    EXPECT_EQ(reader.Journal.UserWrites().size(), 1U);
   }
 }
 
@@ -93,19 +101,6 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
     BusJournal journal(clock);
     journal.Add({});
     EXPECT_NEAR(journal.Entries().front().Seconds, 10e-6, 1e-9);
-  }
-}
-
-TEST(BusJournal, ReadOnlyHoldsEveryWriteBackAndCountsIt) {
-  for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
-    JournalBench bench(medium, true);
-    Exercise(bench.Bus, bench.Eval);
-    EXPECT_EQ(bench.BusTraffic(), medium == TestBench::Medium::Board ? "R5C V96 V94 V90 V92 ST" : "R5C");
-    EXPECT_EQ(bench.Journal.SkippedCount(), medium == TestBench::Medium::Board ? 4U : 2U);
-    EXPECT_TRUE(bench.Text(bench.Journal.Entries().front()).ends_with("/30 ?>10- "));
-    bench.Act("A", {{0x64, 1}});
-    EXPECT_EQ(bench.Undo(), " ") << "nothing was written";
-    EXPECT_EQ(bench.Journal.UserWrites().size(), 1U);
   }
 }
 

@@ -12,31 +12,21 @@
 
 namespace {
 
-class Presser : public QTimer {
- public:
-  explicit Presser(QObject* parent) : QTimer(parent) {
-    connect(this, &QTimer::timeout, this, &Presser::PressNext);
-    start(50);
-  }
-
- private:
-  void PressNext() {
-    if (left_.isEmpty()) return stop();
-    const QString name = left_.front().section('=', 0, 0);
+void Start() {
+  auto* const timer = new QTimer(QCoreApplication::instance());
+  QStringList left = qEnvironmentVariable("KRX_PRESS").split(' ', Qt::SkipEmptyParts);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, left]() mutable {
+    if (left.isEmpty()) return timer->stop();
+    const QString name = left.front().section('=', 0, 0);
     for (QWidget* const widget : QApplication::allWidgets()) {
       if (widget->objectName() != name || !widget->isVisible() || !widget->isEnabled()) continue;
-      const QString value = left_.takeFirst().section('=', 1);
+      const QString value = left.takeFirst().section('=', 1);
       if (auto* const tabs = qobject_cast<QTabWidget*>(widget)) return tabs->setCurrentIndex(value.toInt());
       // The click may not return before the program ends; the timer goes on meanwhile.
       return static_cast<QAbstractButton*>(widget)->click();
     }
-  }
-
-  QStringList left_ = qEnvironmentVariable("KRX_PRESS").split(' ', Qt::SkipEmptyParts);
-};
-
-void Start() {
-  new Presser(QCoreApplication::instance());
+  });
+  timer->start(50);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@
 #include <map>
 #include <string>
 
-#include "link/linux/fakei2c.h"
 #include "link/linux/fakeparport.h"
 #include "support/testbench.h"
 

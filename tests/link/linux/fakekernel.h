@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <linux/i2c-dev.h>
+#include <linux/i2c.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
@@ -10,6 +16,7 @@
 #include <utility>
 
 #include "link/commserror.h"
+#include "link/commsmodule.h"
 #include "link/linux/kernel.h"
 
 namespace krx {
@@ -64,11 +71,100 @@ std::string ErrorOf(Work work) {
   try {
     work();
     return "";
-  } catch (const NoAcknowledge& error) {
-    return "silent " + ErrorSymbol(error.Number()) + " " + error.what();
   } catch (const CommsError& error) {
-    return "failed " + ErrorSymbol(error.Number()) + " " + error.what();
+    const bool silent = dynamic_cast<const NoAcknowledge*>(&error) != nullptr;
+    return (silent ? "silent " : "failed ") + ErrorSymbol(error.Number()) + " " + error.what();
   }
 }
+
+/// Directories that stand for /dev, /sys and /proc, empty at first.
+struct TestRoots {
+  TestRoots() {
+    std::filesystem::remove_all(Base);
+    std::filesystem::create_directories(Roots.Dev);
+  }
+  ~TestRoots() { std::filesystem::remove_all(Base); }
+
+  void File(const std::string& path, const std::string& text) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path) << text << '\n';
+  }
+
+  /// An adapter below its parent device, with the link that the kernel makes to it.
+  void Adapter(int number, const std::string& name, const std::string& vendor = "", const std::string& device = "") {
+    const std::string bus = "i2c-" + std::to_string(number);
+    const std::string parent = Roots.Sys + "/devices/parent" + std::to_string(number);
+    File(parent + "/" + bus + "/name", name);
+    if (!vendor.empty()) File(parent + "/vendor", vendor);
+    if (!device.empty()) File(parent + "/device", device);
+    std::filesystem::create_directories(Roots.Sys + "/bus/i2c/devices");
+    std::filesystem::create_directory_symlink(parent + "/" + bus, Roots.Sys + "/bus/i2c/devices/" + bus);
+  }
+
+  /// Who holds printer port 0.
+  void Active(const std::string& driver) { File(Roots.Proc + "/sys/dev/parport/parport0/devices/active", driver); }
+
+  const std::string Base = std::filesystem::temp_directory_path() / ("krx_" + std::to_string(getpid()));
+  const KernelRoots Roots{Base + "/dev", Base + "/sys", Base + "/proc"};
+};
+
+/// An SMBus adapter as the kernel shows it, with the devices of `Chips` behind it.
+struct FakeI2cAdapter {
+  std::unique_ptr<SmbusController> Chips;
+  unsigned long Functions = I2C_FUNC_SMBUS_BYTE_DATA | I2C_FUNC_SMBUS_QUICK | I2C_FUNC_SMBUS_BYTE;
+  int FunctionsError = 0;
+  std::set<unsigned long> BusyAddresses = {};  ///< those that a kernel driver holds
+  int TransferError = 0;                       ///< what every transfer answers; 0: as the devices do
+  int Transfers = 0;
+};
+
+class FakeI2cFile : public FakeFile {
+ public:
+  explicit FakeI2cFile(FakeI2cAdapter& adapter) : adapter_(adapter) {}
+
+  int Ioctl(unsigned long request, unsigned long argument) override {
+    switch (request) {
+      case I2C_FUNCS:
+        if (adapter_.FunctionsError != 0) return -adapter_.FunctionsError;
+        *reinterpret_cast<unsigned long*>(argument) = adapter_.Functions;
+        return 0;
+      case I2C_SLAVE:
+      case I2C_SLAVE_FORCE:
+        if (argument > 0x7F) return -EINVAL;
+        if (request == I2C_SLAVE && adapter_.BusyAddresses.contains(argument)) return -EBUSY;
+        address_ = static_cast<std::uint8_t>(argument);
+        return 0;
+      case I2C_SMBUS:
+        return Transfer(*reinterpret_cast<i2c_smbus_ioctl_data*>(argument));
+      default:
+        return -ENOTTY;
+    }
+  }
+
+ private:
+  int Transfer(const i2c_smbus_ioctl_data& request) {
+    ++adapter_.Transfers;
+    if (adapter_.TransferError != 0) return -adapter_.TransferError;
+    try {
+      // By the first two, programs look which addresses answer.
+      const bool asks = request.size == I2C_SMBUS_QUICK || request.size == I2C_SMBUS_BYTE;
+      if (!asks && request.size != I2C_SMBUS_BYTE_DATA) return -EOPNOTSUPP;
+      if (!asks && request.read_write == I2C_SMBUS_WRITE) {
+        adapter_.Chips->WriteByteData(address_, request.command, request.data->byte);
+        return 0;
+      }
+      const std::uint8_t value = adapter_.Chips->ReadByteData(address_, asks ? 0x3E : request.command);
+      if (!asks) request.data->byte = value;
+      return 0;
+    } catch (const NoAcknowledge&) {
+      return -ENXIO;
+    } catch (const CommsError&) {
+      return -EIO;
+    }
+  }
+
+  FakeI2cAdapter& adapter_;
+  std::uint8_t address_ = 0;
+};
 
 }  // namespace krx

@@ -3,10 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "fakei2c.h"
+#include "fakekernel.h"
 #include "link/linux/i2cadapters.h"
 #include "support/testbench.h"
-#include "testroots.h"
 
 namespace krx {
 namespace {

@@ -5,14 +5,12 @@
 
 #include <csignal>
 
-#include "fakei2c.h"
 #include "fakeparport.h"
 #include "link/linux/linuxcomms.h"
 #include "link/linux/nodeholder.h"
 #include "link/registeraccess.h"
 #include "link/searchwizard.h"
 #include "support/testbench.h"
-#include "testroots.h"
 
 namespace krx {
 namespace {

@@ -10,9 +10,8 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "link/linux/fakei2c.h"
+#include "link/linux/fakekernel.h"
 #include "link/linux/linuxcomms.h"
-#include "link/linux/testroots.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
 
