@@ -195,7 +195,10 @@ TEST_F(UndoActions, AGestureIsOneActionAndAHandlerKeepsItsOwn) {
 }
 
 TEST(RecordingLink, ReadsEachPlaceOnceAndSendsNothing) {
-  for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
+  for (const auto& [medium, traffic, written] :
+       {std::tuple{TestBench::Medium::Board, "R5C! R5C V96 V94 V90 V92",
+                   "W30 FF>10;W5C 62>E2;S94 3F>38;W30 10>10;W5C E2>E2;S94 38>38;"},
+        {TestBench::Medium::Smbus, "R5C! R5C", "W30 FF>10;W5C 62>E2;W30 10>10;W5C E2>E2;"}}) {
     TestBench bench(medium);
     ReadByte(bench.Bus, 0x30);
     bench.Traffic();
@@ -207,16 +210,14 @@ TEST(RecordingLink, ReadsEachPlaceOnceAndSendsNothing) {
     EXPECT_THROW(ReadByte(recording.Recording(), 0x5C), CommsError);
     Exercise(recording.Recording(), board);
     Exercise(recording.Recording(), board);
-    EXPECT_EQ(bench.BusTraffic(), medium == TestBench::Medium::Board ? "R5C! R5C V96 V94 V90 V92" : "R5C! R5C");
+    EXPECT_EQ(bench.BusTraffic(), traffic);
     EXPECT_EQ(bench.Sim.LiveHandles(), 0);
     std::string writes;
     for (const RecordedWrite& write : recording.Writes()) {
       writes += fmt::format("{}{:02X} {}>{:02X};", write.OfDevice ? "S" : "W", write.Address,
                             write.Old ? fmt::format("{:02X}", *write.Old) : "?", write.New);
     }
-    EXPECT_EQ(writes, medium == TestBench::Medium::Board
-                          ? "W30 FF>10;W5C 62>E2;S94 3F>38;W30 10>10;W5C E2>E2;S94 38>38;"
-                          : "W30 FF>10;W5C 62>E2;W30 10>10;W5C E2>E2;");
+    EXPECT_EQ(writes, written);
   }
 }
 

@@ -41,24 +41,15 @@ ends_well() {
     KRX_PRESS="Main_Form_Tab=3 chkHeater1 cmdConfigureFans cmdAutoDetect_0" \
     "$console" --medium linux --printer-port 0 --connect printer-port >"$directory/said" 2>&1 &
   process=$!
-  if ! within 20 grep -q 'W30:00' "$state"; then
-    complain "$how: no detection began"
-    cat "$directory/said" >&2
-    kill "$process" 2>/dev/null || true
-    return
-  fi
-  [ "$(last C)" = C10 ] || complain "$how: the heater is not on"
-  [ "$(last W5C)" = W5C:E2 ] || complain "$how: PWM1 is not in manual control"
+  within 20 grep -q 'W30:00' "$state" || complain "$how: no detection began: $(cat "$directory/said")"
+  [ "$(last C) $(last W5C)" = 'C10 W5C:E2' ] || complain "$how: the heater is not on or PWM1 not in manual control"
   if [ "$how" = display ]; then
     kill "$server"
     server=""
   else
     kill -"$how" "$process"
   fi
-  if ! within 5 gone "$process"; then
-    complain "$how: still there after 5 s"
-    kill -KILL "$process"
-  fi
+  within 5 gone "$process" || { complain "$how: still there after 5 s"; kill -KILL "$process"; }
   wait "$process" 2>/dev/null && code=0 || code=$?
   [ "$how" != display ] || code=$((code - 1))
   [ "$code" -eq 0 ] || complain "$how: ended with another code than 0, or 1 without a display"

@@ -44,10 +44,15 @@ console write 0x4E 0x5A --printer-port 0 >/dev/null
 expect "written over the printer port" "0x5a" "$(console read 0x4E --printer-port 0 | value)"
 expect "the other chip, on the SMBus" "0xa5" "$(tool i2cget -y 1 0x2e 0x4e)"
 
+# A page only on a terminal that is high enough; a row an interval.
+on_terminal() { script -qec "stty rows $1; LD_PRELOAD=$shim $krx5580 watch --medium linux --smbus 1 --count 1" /dev/null; }
+expect "pages on terminals" "0 1" "$(TERM=xterm on_terminal 18 | grep -c 1049h) $(TERM=xterm on_terminal 19 | grep -c 1049h)"
+
 # One program at a time writes to a chip, and the kernel frees it however that program ends.
 expect "found behind the second adapter" "2Eh  i2c-2" "$(tool "$krx5580" scan --medium linux --smbus 2)"
 # shellcheck disable=SC2086 # $bus is two words
-for bus in "--smbus 1" "--printer-port 0"; do
+for ending in "INT 0 --smbus 1" "KILL 137 --printer-port 0"; do
+  bus="${ending#* * }"
   rm -f "$directory/rows"
   LD_PRELOAD="$shim" "$krx5580" watch --medium linux $bus --start --json --interval 60 >"$directory/rows" 2>"$directory/said" &
   holder=$!
@@ -58,8 +63,9 @@ for bus in "--smbus 1" "--printer-port 0"; do
   expect "exit code of a write to a held chip, $bus" "1" "$code"
   expect "the holder is named, $bus" "1" "$(grep -c "used by krx5580 (process $holder): it can only be read" "$directory/refused")"
   expect "company id of a held chip, $bus" "0x41" "$(console read 0x3E $bus | value)"
-  kill -KILL "$holder"
-  wait "$holder" 2>/dev/null || true
+  kill -"${ending%% *}" "$holder"
+  wait "$holder" 2>/dev/null && code=0 || code=$?
+  expect "exit code and rows of the holder" "${ending% --*} 1" "${ending%% *} $code $(wc -l <"$directory/rows")"
   holder=
   expect "written when the holder is gone, $bus" "0x22" "$(console write 0x4E 0x22 $bus | value)"
 done

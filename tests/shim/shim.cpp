@@ -32,9 +32,8 @@ struct Computer {
     for (std::string name, done; file >> name >> done;) {
       char what = 0;
       unsigned place = 0, data = 0;
-      if (name == Node && std::sscanf(done.c_str(), "%c%x:%x", &what, &place, &data) >= 2) {
+      if (name == Node && std::sscanf(done.c_str(), "%c%x:%x", &what, &place, &data) >= 2)
         Repeat(what, static_cast<std::uint8_t>(place), static_cast<std::uint8_t>(data));
-      }
     }
     Time.Advance(settledSeconds);
     // What the data register keeps between two programs.
@@ -55,9 +54,8 @@ struct Computer {
     std::string lines;
     for (const Transfer& transfer : Simulated.Trace().Transfers()) {
       const std::string text = TransferText(transfer);
-      if (std::string_view("WSC").find(text[0]) != text.npos && text != "ST" && !transfer.Failed) {
+      if (std::string_view("WSC").find(text[0]) != text.npos && text != "ST" && !transfer.Failed)
         lines += Node + ' ' + text + '\n';
-      }
     }
     Simulated.Trace().Clear();
     if (!lines.empty()) std::ofstream(State, std::ios::app) << lines;

@@ -145,17 +145,16 @@ class FakeI2cFile : public FakeFile {
   int Transfer(const i2c_smbus_ioctl_data& request) {
     ++adapter_.Transfers;
     if (adapter_.TransferError != 0) return -adapter_.TransferError;
+    // By the first two, programs look which addresses answer.
+    const bool asks = request.size == I2C_SMBUS_QUICK || request.size == I2C_SMBUS_BYTE;
+    if (!asks && request.size != I2C_SMBUS_BYTE_DATA) return -EOPNOTSUPP;
+    const auto reg = request.command;
     try {
-      // By the first two, programs look which addresses answer.
-      const bool asks = request.size == I2C_SMBUS_QUICK || request.size == I2C_SMBUS_BYTE;
-      if (!asks && request.size != I2C_SMBUS_BYTE_DATA) return -EOPNOTSUPP;
-      if (!asks && request.read_write == I2C_SMBUS_WRITE) {
-        adapter_.Chips->WriteByteData(address_, request.command, request.data->byte);
-        return 0;
+      if (asks) return adapter_.Chips->ReadByteData(address_, 0x3E), 0;
+      if (request.read_write == I2C_SMBUS_READ) {
+        return request.data->byte = adapter_.Chips->ReadByteData(address_, reg), 0;
       }
-      const std::uint8_t value = adapter_.Chips->ReadByteData(address_, asks ? 0x3E : request.command);
-      if (!asks) request.data->byte = value;
-      return 0;
+      return adapter_.Chips->WriteByteData(address_, reg, request.data->byte), 0;
     } catch (const NoAcknowledge&) {
       return -ENXIO;
     } catch (const CommsError&) {

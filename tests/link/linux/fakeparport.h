@@ -26,12 +26,14 @@ class BoardDevice {
 
   bool Address(std::uint8_t byte) {
     address_ = byte & 0xFE;
-    const auto answer = Try([&] { return Board->ReceiveByte(address_); });  // a switch device
     const auto reg = written_.empty() ? std::uint8_t{0x3E} : written_.front();
-    const auto value = answer ? answer : Try([&] { return Board->ReadByteData(address_, reg); });
-    reply_ = value.value_or(0xFF);
     written_.clear();
-    return value.has_value();
+    try {
+      reply_ = address_ < 0x90 ? Board->ReadByteData(address_, reg) : Board->ReceiveByte(address_);  // switch devices
+    } catch (const CommsError&) {
+      return false;
+    }
+    return true;
   }
   bool Write(std::uint8_t byte) {
     if (byte != Refused) written_.push_back(byte);
@@ -45,15 +47,6 @@ class BoardDevice {
   }
 
  private:
-  template <typename Operation>
-  static std::optional<std::uint8_t> Try(Operation operation) {
-    try {
-      return operation();
-    } catch (const CommsError&) {
-      return std::nullopt;
-    }
-  }
-
   std::uint8_t address_ = 0, reply_ = 0;
   std::vector<std::uint8_t> written_;
 };

@@ -29,7 +29,8 @@ class RealSearch : public testing::Test {
     roots.Adapter(1, "SMBus PIIX4 adapter port 0 at 0b00");
     roots.Adapter(3, "SMBus I801 adapter at 0700");
     roots.Adapter(0, "i915 gmbus dpc");  // without a node: opening it would be an error of its own
-    roots.File(roots.Roots.Dev + "/parport4", "");
+    for (const char* entry : {"parport4", "lp.0"})
+      std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/" + entry);
     roots.File(roots.Roots.Proc + "/4711/comm", "krx5580-console\x1b");
     kernel.Nodes[first] = [this] { return std::make_unique<FakeI2cFile>(one.Bus); };
     kernel.Nodes[second] = [this] { return std::make_unique<FakeI2cFile>(two.Bus); };
@@ -123,22 +124,6 @@ TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected
   EXPECT_EQ(port.Slave.Violations, "");
 }
 
-TEST(LinuxComms, AutoTakesAHostSmbusOrAPrinterPort) {
-  TestRoots roots;
-  LinuxOptions options;
-  options.Roots = roots.Roots;
-  roots.Adapter(0, "i915 gmbus ssc");
-  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
-  std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/parport1");
-  std::filesystem::create_directories(roots.Roots.Sys + "/bus/parport/devices/lp.0");
-  EXPECT_EQ(FindLinuxBus(options), "printer port 1");
-  roots.Adapter(2, "SMBus I801 adapter at 0700");
-  EXPECT_EQ(FindLinuxBus(options), "SMBus I801 adapter at 0700, i2c-2 and printer port 1");
-  options.Smbus = 0;
-  options.PrinterPort = 4;
-  EXPECT_EQ(FindLinuxBus(options), "i915 gmbus ssc, i2c-0 and printer port 4");
-}
-
 TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip) {
   EXPECT_EQ(Find(), "2Dh on printer port 4 / 2Dh on printer port 4 / 2Ch on " + piix + " / 2Dh on " + i801 +
                         " / 2Eh on " + piix + " / 2Eh on " + i801);
@@ -188,6 +173,13 @@ TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed)
   search.ClearFinds();
   const std::string error = ErrorOf([&] { search.ConnectFirst({true, true, false}); });
   EXPECT_NE(error.find("No KRX5580 was found on: i2c-7. Search SMBus: Error: 2, "), error.npos) << error;
+  options.Smbus = 0;
+  options.PrinterPort = 4;
+  EXPECT_EQ(FindLinuxBus(options), "i915 gmbus dpc, i2c-0 and printer port 4");
+  options = {.Smbus = {}, .PrinterPort = {}, .Roots = {"/nowhere", "/nowhere", "/nowhere"}};
+  EXPECT_EQ(FindLinuxBus(options), std::nullopt);
+  root.Change([this] { return std::make_unique<LinuxComms>(options, kernel, clock); });
+  EXPECT_TRUE(ErrorOf([&] { search.ConnectFirst({true}); }).ends_with("was found: there is no such bus to search"));
 }
 
 TEST_F(RealSearch, AChipThatAnotherProgramWritesToIsOnlyRead) {
