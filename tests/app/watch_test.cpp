@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/watch.h"
 #include "console/workbench.h"
-#include "simulator/simfaults.h"
 #include "simulator/simwords.h"
 #include "support/testbench.h"
 

@@ -54,10 +54,9 @@ expect "found behind the second adapter" "2Eh  i2c-2" "$(tool "$krx5580" scan --
 for ending in "INT 0 --smbus 1" "KILL 137 --printer-port 0"; do
   bus="${ending#* * }"
   rm -f "$directory/rows"
-  LD_PRELOAD="$shim" "$krx5580" watch --medium linux $bus --start --json --interval 60 >"$directory/rows" 2>"$directory/said" &
+  LD_PRELOAD="$shim" "$krx5580" watch --medium linux $bus --start --json --interval 60 --duration 90 >"$directory/rows" 2>"$directory/said" &
   holder=$!
-  tries=0
-  until [ -s "$directory/rows" ] || [ "$tries" -ge 100 ]; do sleep 0.1; tries=$((tries + 1)); done
+  for _ in $(seq 100); do [ -s "$directory/rows" ] || sleep 0.1; done
   code=0
   console write 0x4E 0x11 $bus >/dev/null 2>"$directory/refused" || code=$?
   expect "exit code of a write to a held chip, $bus" "1" "$code"

@@ -151,9 +151,8 @@ class FakeI2cFile : public FakeFile {
     const auto reg = request.command;
     try {
       if (asks) return adapter_.Chips->ReadByteData(address_, 0x3E), 0;
-      if (request.read_write == I2C_SMBUS_READ) {
+      if (request.read_write == I2C_SMBUS_READ)
         return request.data->byte = adapter_.Chips->ReadByteData(address_, reg), 0;
-      }
       return adapter_.Chips->WriteByteData(address_, reg, request.data->byte), 0;
     } catch (const NoAcknowledge&) {
       return -ENXIO;
