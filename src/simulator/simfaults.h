@@ -30,8 +30,8 @@ struct Fault {
   // counted (IsBusTransfer); with Op that operation; with Register only transfers of that register.
   int Nth = 1;
   bool Onward = false;  ///< all from the Nth on instead of just that one
-  std::optional<Operation> Op;
-  std::optional<std::uint8_t> Register;
+  std::optional<Operation> Op = {};
+  std::optional<std::uint8_t> Register = {};
   bool NoAck = false;  ///< throws NoAcknowledge instead of CommsError
   int Number = 57;
   std::string Text = "Device I/O error";

@@ -33,11 +33,11 @@ struct SimOptions {
   /// Pulses per revolution that the fans really give. The console takes one until it is told otherwise, so fans of one
   /// pulse show their true speeds to whoever just started it.
   std::array<double, 4> RealPulses = {1, 1, 1, 1};
-  std::uint32_t Seed = 1;                    ///< of the noise
-  double Noise = 1;                          ///< scales the noise of every measurement; 0 switches it off
-  double Load = 2;                           ///< peak of the processor's load, W
-  double Speed = 1;                          ///< model seconds per clock second, 1..1000
-  std::function<void(double seconds)> Wait;  ///< how a slow transfer waits; unset: the clock is spun on
+  std::uint32_t Seed = 1;                         ///< of the noise
+  double Noise = 1;                               ///< scales the noise of every measurement; 0 switches it off
+  double Load = 2;                                ///< peak of the processor's load, W
+  double Speed = 1;                               ///< model seconds per clock second, 1..1000
+  std::function<void(double seconds)> Wait = {};  ///< how a slow transfer waits; unset: the clock is spun on
 };
 
 }  // namespace krx

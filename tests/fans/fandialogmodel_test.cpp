@@ -8,29 +8,31 @@
 namespace krx {
 namespace {
 
+using enum FanSetting;
+
 TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNoEdit) {
   FanBench bench;
+  const auto apply = [&] {
+    bench.Traffic();
+    EXPECT_FALSE(bench.Model.Apply());
+    EXPECT_FALSE(bench.Model.ApplyEnabled());
+    return bench.Traffic();
+  };
   bench.Model.Open();
   bench.Model.ShowTab(2);
   EXPECT_FALSE(bench.Model.ApplyEnabled());
   bench.Traffic();
   bench.Model.Fields[2].SpinUp = "None";
-  bench.Model.Edited(FanSetting::SpinUp, 2);
-  bench.Model.ShowTab(0);
-  bench.Model.ShowTab(2);
+  bench.Model.Edited(SpinUp, 2);
+  for (const std::size_t tab : {0U, 2U}) bench.Model.ShowTab(tab);
   EXPECT_EQ(bench.Traffic(), "");
-  EXPECT_EQ(bench.Model.Fields[2].SpinUp, "None");
-  bench.Model.Apply();
-  EXPECT_EQ(bench.Traffic(), "R5E W5E:60");
-  EXPECT_FALSE(bench.Model.ApplyEnabled());
-  bench.Model.Edited(FanSetting::MinimumDuty, 0);
-  bench.Model.Apply();
-  EXPECT_EQ(bench.Traffic(), "R5E W5E:60 W64:80") << "what was applied before is written again";
+  EXPECT_EQ(apply(), "R5E W5E:60");
+  bench.Model.Edited(MinimumDuty, 0);
+  EXPECT_EQ(apply(), "R5E W5E:60 W64:80") << "what was applied before is written again";
   bench.Model.ShowTab(0);
-  bench.Model.Edited(FanSetting::MinimumDuty, 0);
-  bench.Model.Apply();
-  EXPECT_EQ(bench.Traffic(), "W64:80") << "showing a tab without pending edits clears the flags";
-  bench.Poke(0x5E, 0x65);
+  bench.Model.Edited(MinimumDuty, 0);
+  EXPECT_EQ(apply(), "W64:80") << "showing a tab without pending edits clears the flags";
+  bench.Poke("5E:65");
   bench.Model.Open();
   bench.Model.ShowTab(2);
   EXPECT_EQ(bench.Model.Fields[2].SpinUp, "1 sec");
@@ -40,7 +42,7 @@ TEST(FanDialogModel, WithEditsPendingAFreshTabIsWrittenBackAsItWasRead) {
   FanBench bench;
   bench.Model.Open();
   bench.Model.Fields[0].SpinUp = "None";
-  bench.Model.Edited(FanSetting::SpinUp, 0);
+  bench.Model.Edited(SpinUp, 0);
   bench.Model.ShowTab(1);
   EXPECT_TRUE(bench.Model.ApplyEnabled());
   bench.Traffic();
@@ -51,59 +53,49 @@ TEST(FanDialogModel, WithEditsPendingAFreshTabIsWrittenBackAsItWasRead) {
 }
 
 TEST(FanDialogModel, WhatHasNoEncodingIsRefusedBeforeAnythingIsWritten) {
-  struct Row {
-    FanSetting Setting;
-    std::string FanFields::*Field;
-    const char* Text;
-    const char* Message;  ///< null: accepted
+  const std::tuple<FanSetting, const char*, const char*> rows[] = {
+      {MinimumDuty, "101", "Invalid Min PWM Value"},
+      {MinimumDuty, "-1", "Invalid Min PWM Value"},
+      {MinimumDuty, "100", nullptr},
+      {MinimumDuty, "", nullptr},
+      {TachLimit, "81", "Invalid Tach Limit"},
+      {TachLimit, "83", nullptr},
+      {TachLimit, "-1000", "Invalid Tach Limit"},
+      {TachLimit, "0", nullptr},
   };
-  const Row rows[] = {
-      {FanSetting::MinimumDuty, &FanFields::MinimumDuty, "101", "Invalid Min PWM Value"},
-      {FanSetting::MinimumDuty, &FanFields::MinimumDuty, "-1", "Invalid Min PWM Value"},
-      {FanSetting::MinimumDuty, &FanFields::MinimumDuty, "100", nullptr},
-      {FanSetting::MinimumDuty, &FanFields::MinimumDuty, "", nullptr},
-      {FanSetting::TachLimit, &FanFields::TachLimit, "81", "Invalid Tach Limit"},
-      {FanSetting::TachLimit, &FanFields::TachLimit, "83", nullptr},
-      {FanSetting::TachLimit, &FanFields::TachLimit, "-1000", "Invalid Tach Limit"},
-      {FanSetting::TachLimit, &FanFields::TachLimit, "0", nullptr},
-  };
-  for (const Row& row : rows) {
+  for (const auto& [setting, text, message] : rows) {
     FanBench bench;
     bench.Model.Open();
     bench.Model.ShowTab(2);
-    bench.Model.Fields[2].*row.Field = row.Text;
-    bench.Model.Edited(row.Setting, 2);
+    (setting == MinimumDuty ? bench.Model.Fields[2].MinimumDuty : bench.Model.Fields[2].TachLimit) = text;
+    bench.Model.Edited(setting, 2);
     bench.Traffic();
     const auto refusal = bench.Model.Apply();
-    ASSERT_EQ(refusal.has_value(), row.Message != nullptr) << row.Text;
-    EXPECT_EQ(bench.Traffic().empty(), row.Message != nullptr) << row.Text;
-    EXPECT_EQ(bench.Model.ApplyEnabled(), row.Message != nullptr);
+    ASSERT_EQ(refusal.has_value(), message != nullptr) << text;
+    EXPECT_EQ(bench.Traffic().empty(), message != nullptr) << text;
+    EXPECT_EQ(bench.Model.ApplyEnabled(), message != nullptr);
     if (!refusal) continue;
-    EXPECT_EQ(refusal->Message, row.Message);
-    EXPECT_EQ(refusal->Setting, row.Setting);
-    EXPECT_EQ(refusal->Fan, 2U);
+    EXPECT_EQ(std::tie(refusal->Message, refusal->Setting, refusal->Fan), std::tuple(message, setting, 2U));
   }
   FanBench bench;
-  bench.Edit(FanSetting::TachLimit, 0, &FanFields::TachLimit, "200");
+  bench.Edit(0, {{TachLimit, "200"}});
   EXPECT_FALSE(bench.Config.Check(bench.Fields));
-  bench.Edit(FanSetting::ProgrammedPulses, 0, &FanFields::ProgrammedPulses, "4");
+  bench.Edit(0, {{ProgrammedPulses, "4"}});
   EXPECT_TRUE(bench.Config.Check(bench.Fields)) << "four times 27000 counts with the pulses of the same apply";
 }
 
 TEST(FanDialogModel, AFailedLoadOrApplyLeavesNothingHalfDone) {
   FanBench bench;
   for (int nth = 1; nth <= 10; ++nth) {
-    bench.Fans.PendingChange.Set(FanSetting::Behaviour, 2);  // of a dialog before
+    bench.Fans.PendingChange.Set(Behaviour, 2);  // of a dialog before
     UpToFailure(bench, nth, [&] { bench.Model.Open(); });
-    EXPECT_FALSE(bench.Model.Loaded(0));
-    EXPECT_FALSE(bench.Model.ApplyEnabled());
-    EXPECT_FALSE(bench.Fans.PendingChange.Has(FanSetting::Behaviour, 2));
+    EXPECT_FALSE(bench.Model.Loaded(0) || bench.Model.ApplyEnabled() || bench.Fans.PendingChange.Has(Behaviour, 2));
     EXPECT_EQ(bench.Model.Fields[0].Behaviour, "");
   }
   bench.Model.Open();
-  bench.Model.Edited(FanSetting::SpinUp, 0);
+  bench.Model.Edited(SpinUp, 0);
   UpToFailure(bench, 10, [&] { bench.Model.ShowTab(1); });
-  EXPECT_FALSE(bench.Fans.PendingChange.Has(FanSetting::SpinUp, 1));
+  EXPECT_FALSE(bench.Fans.PendingChange.Has(SpinUp, 1));
   UpToFailure(bench, 2, [&] { bench.Model.Apply(); });
   EXPECT_TRUE(bench.Model.ApplyEnabled());
 }

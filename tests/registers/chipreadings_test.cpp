@@ -3,61 +3,52 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakecomms.h"
+#include "link/commserror.h"
+#include "link/registeraccess.h"
+#include "support/testbench.h"
 
 namespace krx {
 namespace {
 
-using Diary = std::vector<std::string>;
-
 TEST(ChipReadings, EachTemperatureAndVoltageHasItsOwnBitsOfTheExtensionRegisters) {
-  FakeBench bench;
-  bench.Bus.Registers[0x77] = 0b01'10'11'10;  // Remote2, Local, Remote1, 12V
-  bench.Bus.Registers[0x76] = 0b11'01'10'00;  // 5V, Vcc, Vccp, 2.5V
-  const std::pair<const char*, float> fractions[] = {{".5", .5F}, {".75", .75F}, {".25", .25F}};
+  TestBench bench;
+  bench.Poke("77:9E 76:D8");  // Remote2 2, Local 1, Remote1 3, 12V 2; 5V 3, Vcc 1, Vccp 2, 2.5V 0
+  const std::pair<std::string, float> fractions[] = {{".25", .25F}, {".75", .75F}, {".5", .5F}};
   for (int channel = 0; channel < 3; ++channel) {
-    const TempFractionReading reading = TempFraction(bench.Link, channel);
-    EXPECT_EQ(reading.Text, fractions[channel].first);
-    EXPECT_EQ(reading.Value, fractions[channel].second);
+    const TempFractionReading reading = TempFraction(bench.Bus, channel);
+    EXPECT_EQ(std::pair(reading.Text, reading.Value), fractions[channel]) << channel;
   }
-  EXPECT_EQ(bench.Bus.Diary, Diary(3, "port read 5A 77"));
-
-  bench.Bus.Diary.clear();
   const int extensions[] = {3, 2, 2, 1, 0};
-  for (int channel = 0; channel < 5; ++channel) EXPECT_EQ(VoltageExtension(bench.Link, channel), extensions[channel]);
-  const std::string in76 = "port read 5A 76";
-  EXPECT_EQ(bench.Bus.Diary, (Diary{in76, "port read 5A 77", in76, in76, in76}));
-}
-
-TEST(ChipReadings, NoFractionIsABlank) {
-  FakeBench bench;
-  EXPECT_EQ(TempFraction(bench.Link, 1).Text, " ");
-  EXPECT_EQ(TempFraction(bench.Link, 1).Value, 0);
+  for (int channel = 0; channel < 5; ++channel) EXPECT_EQ(VoltageExtension(bench.Bus, channel), extensions[channel]);
+  EXPECT_EQ(bench.Traffic(), "R77 R77 R77 R76 R77 R76 R76 R76");
+  bench.Poke("77:CF");
+  EXPECT_EQ(TempFraction(bench.Bus, 0).Text + TempFraction(bench.Bus, 1).Text, " .75");
 }
 
 TEST(ChipReadings, HysteresisComesFromTheZonesOwnHalfByte) {
-  FakeBench bench;
-  bench.Bus.Registers[0x6D] = 0x4C;
-  bench.Bus.Registers[0x6E] = 0x5A;
+  TestBench bench;
+  bench.Poke("6D:4C 6E:5A");
   const int celsius[] = {0xC, 0x4, 0x5};
-  for (int zone = 0; zone < 3; ++zone) EXPECT_EQ(HysteresisOf(bench.Link, zone), celsius[zone]) << zone;
+  for (int zone = 0; zone < 3; ++zone) EXPECT_EQ(HysteresisOf(bench.Bus, zone), celsius[zone]) << zone;
 }
 
 TEST(ChipReadings, ATachLimitIsWrittenLowByteFirstAndNotAtAllWhenItDoesNotFit) {
-  FakeBench bench;
+  TestBench bench;
   FanCommon fans;
-  TachLimitWrite(bench.Link, fans, 1, 0);
-  EXPECT_EQ(bench.Bus.Diary, (Diary{"port write 5A 54 FF", "port write 5A 55 FF"}));
-
-  bench.Bus.Diary.clear();
   fans.ProgrammedPulses[3] = 2;
-  TachLimitWrite(bench.Link, fans, 4, 1000);
-  EXPECT_EQ(bench.Bus.Diary, (Diary{"port write 5A 5A 30", "port write 5A 5B 2A"}));
+  TachLimitWrite(bench.Bus, fans, 1, 0);
+  TachLimitWrite(bench.Bus, fans, 4, 1000);
+  EXPECT_EQ(bench.Traffic(), "W54:FF W55:FF W5A:30 W5B:2A");
+  for (const float rpm : {-1.F, 82.F, 160.F}) EXPECT_THROW(TachLimitWrite(bench.Bus, fans, 4, rpm), OutOfRange) << rpm;
+  for (const int fan : {0, 5}) EXPECT_THROW(TachLimitWrite(bench.Bus, fans, fan, 1000), std::out_of_range);
+  EXPECT_EQ(bench.Traffic(), "");
+}
 
-  bench.Bus.Diary.clear();
-  for (const float rpm : {-1.F, 82.F, 160.F}) EXPECT_THROW(TachLimitWrite(bench.Link, fans, 4, rpm), OutOfRange) << rpm;
-  for (const int fan : {0, 5}) EXPECT_THROW(TachLimitWrite(bench.Link, fans, fan, 1000), std::out_of_range);
-  EXPECT_EQ(bench.Bus.Diary, Diary{});
+TEST(ChipReadings, TheDutyLastSeenIsToldInWholePercent) {
+  TestBench bench;
+  EXPECT_EQ(SeenDuty(bench.Bus, 1), "an unknown duty");
+  WriteByte(bench.Bus, 0x31, 0x90);
+  EXPECT_EQ(SeenDuty(bench.Bus, 1), "56 %");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "simulator/simchip.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,39 +13,31 @@
 namespace krx {
 namespace {
 
-SimOptions Quiet() {
-  SimOptions options;
-  options.Noise = 0;
-  return options;
-}
-
 /// A chip on the SMBus without noise: no switches, exact numbers.
 struct QuietChip : TestBench {
-  QuietChip() : TestBench(Medium::Smbus, Quiet()) {}
-  void Write(std::uint8_t reg, int value) { Chip().Write(reg, static_cast<std::uint8_t>(value)); }
+  QuietChip() : TestBench(Medium::Smbus, {.Noise = 0}) {}
   int Read(std::uint8_t reg) { return Chip().Read(reg, Time.Seconds()); }
   int Pair(std::uint8_t low) { return Peek(low) + 256 * Peek(static_cast<std::uint8_t>(low + 1)); }
 };
 
-TEST(SimChip, AFreshChipReadsTheDefaultsOfAllSavedRegisters) {
-  const struct {
-    int First, Last, Value;
-  } rows[] = {
-      {0x30, 0x32, 0xFF}, {0x33, 0x35, 0x64}, {0x36, 0x37, 0x00}, {0x40, 0x40, 0x00}, {0x44, 0x44, 0x00},
-      {0x45, 0x45, 0xFF}, {0x46, 0x46, 0x00}, {0x47, 0x47, 0xFF}, {0x48, 0x48, 0x00}, {0x49, 0x49, 0xFF},
-      {0x4A, 0x4A, 0x00}, {0x4B, 0x4B, 0xFF}, {0x4C, 0x4C, 0x00}, {0x4D, 0x4D, 0xFF}, {0x4E, 0x4E, 0x81},
-      {0x4F, 0x4F, 0x7F}, {0x50, 0x50, 0x81}, {0x51, 0x51, 0x7F}, {0x52, 0x52, 0x81}, {0x53, 0x53, 0x7F},
-      {0x54, 0x5B, 0xFF}, {0x5C, 0x5E, 0x62}, {0x5F, 0x61, 0xC4}, {0x62, 0x63, 0x00}, {0x64, 0x66, 0x80},
-      {0x67, 0x69, 0x5A}, {0x6A, 0x6C, 0x64}, {0x6D, 0x6D, 0x44}, {0x6E, 0x6E, 0x40}, {0x6F, 0x78, 0x00},
-      {0x7A, 0x7A, 0x00}, {0x7B, 0x7B, 0x55}, {0x7D, 0x7D, 0x00}, {0x3D, 0x3D, 0x5A}, {0x3E, 0x3E, 0x41},
-      {0x3F, 0x3F, 0x10}, {0x25, 0x27, 0x80}, {0x20, 0x24, 0x00},
+TEST(SimChip, AFreshChipReadsItsDefaults) {
+  const char* const rows[] = {
+      "00 00 00 00 00 80 80 80 FF FF FF FF FF FF FF FF ",  // 0x20: values
+      "FF FF FF 64 64 64 00 00 00 00 00 00 00 5A 41 10 ",  // 0x30: duties, operating points, identity
+      "00 00 00 0E 00 FF 00 FF 00 FF 00 FF 00 FF 81 7F ",  // 0x40: configuration, status, limits
+      "81 7F 81 7F FF FF FF FF FF FF FF FF 62 62 62 C4 ",  // 0x50: limits, outputs
+      "C4 C4 00 00 80 80 80 5A 5A 5A 64 64 64 44 40 00 ",  // 0x60: automatic control
+      "00 00 00 00 00 00 00 00 00 00 00 55 00 00 00 00 ",  // 0x70: offsets, masks, pulses
   };
   TestBench bench;
   bench.Advance(10);
-  for (const auto& row : rows) {
-    for (int reg = row.First; reg <= row.Last; ++reg) {
-      EXPECT_EQ(ReadByte(bench.Bus, static_cast<std::uint8_t>(reg)), row.Value) << std::hex << reg;
+  for (int first = 0x20; const std::string row : rows) {
+    std::string bytes;
+    for (int reg = first; reg < first + 16; ++reg) {
+      bytes += fmt::format("{:02X} ", ReadByte(bench.Bus, static_cast<std::uint8_t>(reg)));
     }
+    EXPECT_EQ(bytes, row) << first;
+    first += 16;
   }
 }
 
@@ -57,7 +50,7 @@ TEST(SimChip, AWriteChangesOnlyWritableBits) {
     const auto address = static_cast<std::uint8_t>(reg);
     const int before = chip.Peek(address);
     const int wanted = reg == 0x40 ? 0xFE : before ^ 0xFF;
-    chip.Write(address, wanted);
+    chip.Chip().Write(address, static_cast<std::uint8_t>(wanted));
     int expected = listed && !readOnly ? wanted : before;
     if (reg == 0x40) expected = 0xFA;                               // RDY
     if (reg == 0x43) expected = (wanted & 0xC0) | (before & 0x3F);  // VID
@@ -71,62 +64,57 @@ TEST(SimChip, ConvertsWhenStartedAndThenEvery100Milliseconds) {
   chip.Plant().HoldTemperature(0, 41.5);
   chip.Advance(1);
   EXPECT_EQ(chip.Read(0x26), 0x80);
-  chip.Write(0x40, 0x01);
+  chip.Write("40:01");
   EXPECT_EQ(chip.Read(0x40), 0x05);  // RDY
   EXPECT_EQ(chip.Read(0x77) & 0x30, 0x20);
   EXPECT_EQ(chip.Read(0x26), 41);
-  chip.Plant().HoldTemperature(0, 50);
-  chip.Advance(0.09);
-  EXPECT_EQ(chip.Read(0x26), 41);
-  chip.Advance(0.02);
-  EXPECT_EQ(chip.Read(0x26), 50);
-  chip.Write(0x40, 0x00);
-  chip.Plant().HoldTemperature(0, 60);
-  chip.Advance(1);
-  EXPECT_EQ(chip.Read(0x26), 50);
+  const auto later = [&](double celsius, double seconds) {
+    chip.Plant().HoldTemperature(0, celsius);
+    chip.Advance(seconds);
+    return chip.Read(0x26);
+  };
+  EXPECT_EQ(later(50, 0.09), 41);
+  EXPECT_EQ(later(50, 0.02), 50);
+  chip.Write("40:00");
+  EXPECT_EQ(later(60, 1), 50);
 }
 
 TEST(SimChip, NegativeTemperaturesCountTheFractionAwayFromZero) {
-  const struct {
-    double Celsius;
-    int Byte, Fraction;
-  } rows[] = {{127.75, 0x7F, 3}, {0.25, 0, 1},      {-0.5, 0, 0},    {-0.75, 0xFF, 0}, {-1.0, 0xFF, 0},
-              {-1.5, 0xFF, 2},   {-10.25, 0xF6, 1}, {-128, 0x80, 0}, {-200, 0x80, 0},  {200, 0x7F, 3}};
-  for (const auto& row : rows) {
-    const TemperatureCode code = EncodeTemperature(row.Celsius);
-    EXPECT_EQ(code.Byte, row.Byte) << row.Celsius;
-    EXPECT_EQ(code.Fraction, row.Fraction) << row.Celsius;
+  const std::tuple<double, int, int> rows[] = {{127.75, 0x7F, 3}, {0.25, 0, 1},    {-0.5, 0, 0},      {-0.75, 0xFF, 0},
+                                               {-1.0, 0xFF, 0},   {-1.5, 0xFF, 2}, {-10.25, 0xF6, 1}, {-128, 0x80, 0},
+                                               {-200, 0x80, 0},   {200, 0x7F, 3}};
+  for (const auto& [celsius, byte, fraction] : rows) {
+    const TemperatureCode code = EncodeTemperature(celsius);
+    EXPECT_EQ(std::pair(int{code.Byte}, int{code.Fraction}), std::pair(byte, fraction)) << celsius;
   }
 }
 
 TEST(SimChip, AlarmsAreLevelsOfTheLastConversion) {
   QuietChip chip;
-  chip.Plant().HoldTemperature(0, 28);
-  chip.Plant().HoldTemperature(1, 45);
-  chip.Plant().HoldTemperature(2, 45);
-  const struct {
-    std::uint8_t Reg;
-    int Value;
-    int Status1, Status2;
-  } rows[] = {
-      {0x40, 0x01, 0x00, 0x00}, {0x4F, 44, 0x10, 0x00},    // Remote1 above its high limit
-      {0x4F, 45, 0x00, 0x00},                              // at the limit is inside
-      {0x50, 29, 0x20, 0x00},                              // Local below its low limit
-      {0x50, 20, 0x00, 0x00},   {0x71, 0xF6, 0x20, 0x00},  // offset -10
-      {0x71, 0x00, 0x00, 0x00}, {0x6C, 45, 0x80, 0x02},    // Remote2 at its THERM limit: OVT, and with it OOL
-      {0x6C, 0x80, 0x00, 0x00},                            // no THERM limit
-      {0x4A, 0xF0, 0x08, 0x00},                            // 5V below its low limit
-      {0x7D, 0x02, 0x08, 0x00},                            // THERM on the 5V pin, but not enabled
-      {0x78, 0x02, 0x00, 0x00},                            // enabled: the pin is not measured
-      {0x57, 0x05, 0x80, 0x08},                            // fan 2 counts 3000, its limit is now 0x0500
+  for (int zone = 0; zone < 3; ++zone) chip.Plant().HoldTemperature(zone, zone == 0 ? 28 : 45);
+  const std::tuple<const char*, int, int, const char*> rows[] = {
+      {"40:01", 0x00, 0x00, "started"},
+      {"4F:2C", 0x10, 0x00, "Remote1 above its high limit"},
+      {"4F:2D 50:1D", 0x20, 0x00, "at the limit is inside; Local below its low limit"},
+      {"50:14 71:F6", 0x20, 0x00, "offset -10"},
+      {"71:00 53:2C", 0x40, 0x00, "Remote2 above its high limit"},
+      {"53:7F 6C:2D", 0x80, 0x02, "Remote2 at its THERM limit: OVT, and with it OOL"},
+      {"6C:80 44:FF", 0x01, 0x00, "no THERM limit; 2.5V below its low limit"},
+      {"44:00 47:00", 0x02, 0x00, "Vccp above its high limit"},
+      {"47:FF 48:FF", 0x04, 0x00, "Vcc below its low limit"},
+      {"48:00 4C:FF", 0x80, 0x01, "12V below its low limit"},
+      {"4C:00 4A:F0", 0x08, 0x00, "5V below its low limit"},
+      {"7D:02", 0x08, 0x00, "THERM on the 5V pin, but not enabled"},
+      {"78:02", 0x00, 0x00, "enabled: the pin is not measured"},
+      {"56:00 57:05", 0x80, 0x08, "fan 2 counts 3000, its limit is now 0x0500"},
   };
-  for (const auto& row : rows) {
-    if (row.Reg == 0x57) chip.Write(0x56, 0x00);
-    chip.Write(row.Reg, row.Value);
+  for (const auto& [write, status1, status2, why] : rows) {
+    chip.Write(write);
     chip.Advance(1.1);
-    EXPECT_EQ(chip.Read(0x41), row.Status1) << std::hex << int(row.Reg);
-    EXPECT_EQ(chip.Read(0x42), row.Status2) << std::hex << int(row.Reg);
-    EXPECT_EQ(chip.Read(0x42), row.Status2) << "not cleared by reading";
+    for (int reading = 0; reading < 2; ++reading) {  // which does not clear it
+      EXPECT_EQ(chip.Read(0x41), status1) << why;
+      EXPECT_EQ(chip.Read(0x42), status2) << why;
+    }
   }
 }
 
@@ -134,11 +122,10 @@ TEST(SimChip, CountsTachometersWhetherStartedOrNot) {
   QuietChip chip;
   EXPECT_EQ(chip.Pair(0x28), 2250);  // 5,400,000 * 2 / 4800: two pulses programmed, one real
   EXPECT_EQ(chip.Pair(0x2E), 4500);
-  chip.Write(0x7B, 0x54);  // as many programmed as the fan gives
+  chip.Write("7B:54");  // as many programmed as the fan gives
   chip.Advance(1);
   EXPECT_EQ(chip.Pair(0x28), 1125);
-  chip.Write(0x5C, 0x80);  // Always Off
-  chip.Write(0x78, 0x08);  // FAST
+  chip.Write("5C:80 78:08");  // Always Off; FAST
   chip.Advance(0.3);
   EXPECT_GT(chip.Pair(0x28), 1125);
   chip.Advance(6);
@@ -168,7 +155,7 @@ TEST(SimChip, ProchotCountsWhileTheInputIsEnabledAndRouted) {
   chip.Plant().HoldTemperature(1, 76);  // half of the time
   chip.Advance(1);
   EXPECT_EQ(chip.Read(0x79), 0);
-  chip.Write(0x78, 0x02);
+  chip.Write("78:02");
   chip.Advance(1.001);
   EXPECT_EQ(chip.Read(0x79), 21);  // 500 ms in counts of 22.76 ms
   EXPECT_EQ(chip.Read(0x79), 0);
@@ -179,32 +166,28 @@ TEST(SimChip, ProchotCountsWhileTheInputIsEnabledAndRouted) {
 // At this speed everything is measured anew between two transfers on the SMBus.
 TEST(SimChip, WhatBelongsTogetherIsReadTogetherAtEverySpeed) {
   for (const char* fault : {"stall=4", "slow=1.1"}) {
-    SimOptions options;
-    options.Speed = 100;
-    TestBench bench(TestBench::Medium::Smbus, options);
+    TestBench bench(TestBench::Medium::Smbus, {.Speed = 100});
     bench.Sim.AddFault(*ParseFault(fault));
-    for (const auto& [reg, value] : {std::pair{0x40, 0x01}, {0x78, 0x08}, {0x5C, 0xE0}}) {
-      WriteByte(bench.Bus, static_cast<std::uint8_t>(reg), value);
-    }
+    bench.Write("40:01 78:08 5C:E0");
     const auto change = [&](bool up) {
       for (int zone = 0; zone < 3; ++zone) bench.Plant().HoldTemperature(zone, up ? 90.25 : 20.75);
-      bench.Chip().Write(0x30, up ? 255 : 80);
+      bench.Write(up ? "30:FF" : "30:50");
       bench.Advance(0.02);
     };
-    for (const auto& [first, second] : {std::pair{0x28, 0x29}, {0x77, 0x26}, {0x77, 0x25}, {0x77, 0x27}}) {
-      const auto upper = static_cast<std::uint8_t>(second);
+    const auto readOn = [&](std::uint8_t first, std::uint8_t upper, double seconds) {
       change(true);
-      ReadByte(bench.Bus, static_cast<std::uint8_t>(first));
+      ReadByte(bench.Bus, first);
+      change(false);
+      bench.Advance(seconds);
+      return ReadByte(bench.Bus, upper);
+    };
+    for (const auto& [first, upper] : std::initializer_list<std::pair<std::uint8_t, std::uint8_t>>{
+             {0x28, 0x29}, {0x77, 0x26}, {0x77, 0x25}, {0x77, 0x27}}) {
+      change(true);
       const int together = bench.Peek(upper);
-      change(false);
-      EXPECT_NE(bench.Peek(upper), together);
-      EXPECT_EQ(ReadByte(bench.Bus, upper), together) << fault << std::hex << " " << second;
+      EXPECT_EQ(readOn(first, upper, 0), together) << fault << std::hex << " " << int{upper};
       EXPECT_NE(ReadByte(bench.Bus, upper), together) << "once";
-      change(true);
-      ReadByte(bench.Bus, static_cast<std::uint8_t>(first));
-      change(false);
-      bench.Advance(1.1);
-      EXPECT_NE(ReadByte(bench.Bus, upper), together) << "nobody waits that long";
+      EXPECT_NE(readOn(first, upper, 1.1), together) << "nobody waits that long";
     }
   }
 }

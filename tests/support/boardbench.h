@@ -14,12 +14,15 @@ namespace krx {
 
 /// The evaluation board's objects on the simulated bus.
 struct BoardBench : TestBench {
-  explicit BoardBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {}
+  explicit BoardBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {
+    Eval.SwitchesChanged = [this] { ++Reports; };
+  }
   std::uint8_t Sent(SwitchDevice device) { return Sim.Board().SwitchByte(SwitchDeviceAddress(device)); }
 
   BoardState Flags;
   OwedWrites Owed{Bus};
   Board Eval{Bus, Flags, Owed};
+  int Reports = 0;  ///< of changed switches
 };
 
 /// The transfers that `handler` makes before the nth of them fails, with the failed one: "R78!". It must throw then.

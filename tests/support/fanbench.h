@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "fans/fandialogmodel.h"
 #include "support/boardbench.h"
@@ -19,11 +21,17 @@ struct FanBench : BoardBench {
     Config.ApplyFanSettings(Fields);
     return BusTraffic();
   }
-  /// A pending edit of Fields.
-  template <typename Value, typename From>
-  void Edit(FanSetting setting, std::size_t fan, Value FanFields::*field, const From& value) {
-    Fields.at(fan).*field = value;
-    Fans.PendingChange.Set(setting, fan);
+  /// Pending edits of a fan in Fields; a mark is "on" or "off".
+  void Edit(std::size_t fan, std::initializer_list<std::pair<FanSetting, const char*>> edits) {
+    for (const auto& [setting, value] : edits) {
+      for (const auto& [of, text] : texts) {
+        if (of == setting) Fields.at(fan).*text = value;
+      }
+      for (const auto& [of, mark] : marks) {
+        if (of == setting) Fields.at(fan).*mark = value == std::string("on");
+      }
+      Fans.PendingChange.Set(setting, fan);
+    }
   }
 
   FanCommon Fans;
@@ -31,6 +39,19 @@ struct FanBench : BoardBench {
   FanConfig Config{Bus, Eval, Fans, Codes};
   FanDialogModel Model{Config, Fans};
   AllFanFields Fields;
+
+ private:
+  using enum FanSetting;
+  static constexpr std::pair<FanSetting, std::string FanFields::*> texts[] = {
+      {FanType, &FanFields::FanType},           {Behaviour, &FanFields::Behaviour},
+      {Frequency, &FanFields::Frequency},       {SpinUp, &FanFields::SpinUp},
+      {MinimumDuty, &FanFields::MinimumDuty},   {ProgrammedPulses, &FanFields::ProgrammedPulses},
+      {ActualPulses, &FanFields::ActualPulses}, {TachLimit, &FanFields::TachLimit},
+      {RampRate, &FanFields::RampRate}};
+  static constexpr std::pair<FanSetting, bool FanFields::*> marks[] = {{Hysteresis, &FanFields::HysteresisOn},
+                                                                       {Polarity, &FanFields::ActiveHigh},
+                                                                       {TachSource, &FanFields::TwoWire},
+                                                                       {Acoustics, &FanFields::EnhancedAcoustics}};
 };
 
 }  // namespace krx

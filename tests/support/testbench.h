@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "link/clock.h"
@@ -74,6 +75,9 @@ struct TestBench {
   void Poke(std::initializer_list<std::pair<int, int>> bytes) {
     for (const auto& [reg, value] : bytes) Poke(reg, value);
   }
+  /// The same, and a write, of several bytes in the notation of the trace: "5C:E2 30:90".
+  void Poke(std::string_view bytes) { ForEachByte(bytes, &SimChip::Poke); }
+  void Write(std::string_view bytes) { ForEachByte(bytes, &SimChip::Write); }
 
   /// Lets clock and model run.
   void Advance(double seconds) {
@@ -107,6 +111,14 @@ struct TestBench {
   SimOptions WithWait(SimOptions options) {
     if (!options.Wait) options.Wait = [this](double seconds) { Time.Advance(seconds); };
     return options;
+  }
+  void ForEachByte(std::string_view bytes, void (SimChip::*put)(std::uint8_t, std::uint8_t)) {
+    for (std::size_t at = 0; at < bytes.size(); at += 6) {
+      const auto hex = [&](std::size_t from) {
+        return std::stoi(std::string(bytes.substr(at + from, 2)), nullptr, 16);
+      };
+      (Chip().*put)(static_cast<std::uint8_t>(hex(0)), static_cast<std::uint8_t>(hex(3)));
+    }
   }
   std::string Take(TraceFilter filter) {
     std::string text = Sim.Trace().Text(filter);

@@ -14,7 +14,7 @@ namespace krx {
 
 /// The progress window of a minimum-PWM detection. It is modal and keeps every other window and chip timer still for
 /// as long as the detection runs; the one thing alive is its Cancel.
-class FrmAutoDetect : public QDialog, private DetectionMonitor {
+class FrmAutoDetect : public QDialog, public DetectionMonitor {
   Q_OBJECT
 
  public:

@@ -4,82 +4,83 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
-#include <map>
 
 #include "board/switches.h"
 #include "support/boardbench.h"
 #include "support/scripteddialogs.h"
-#include "support/testbench.h"
 
 namespace krx {
 namespace {
 
+struct SwitchDialog : BoardBench {
+  explicit SwitchDialog(bool readOnly) : Form(Eval, Dialogs, readOnly, nullptr) {
+    Bus.WritesHeldBack = readOnly;
+    Eval.SwitchesChanged = [this] { Form.ShowLamps(); };
+  }
+  QPushButton& Button(const std::string& name) { return *Form.findChild<QPushButton*>(QString::fromStdString(name)); }
+  QLabel& Label(const std::string& name) {
+    return *Form.findChild<QLabel*>(QString::fromStdString("lmpSwitch" + name));
+  }
+  std::string Lamp(const std::string& name) { return Label(name).text().toStdString(); }
+  ScriptedDialogs Dialogs;
+  FrmSwitchAccess Form;
+};
+
 TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
-  TestBench bench;
-  BoardState flags;
-  OwedWrites owed(bench.Bus);
-  Board board(bench.Bus, flags, owed);
-  ScriptedDialogs dialogs;
-  FrmSwitchAccess form(board, dialogs, false, nullptr);
-  board.SwitchesChanged = [&] { form.ShowLamps(); };
-  const auto lamp = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
+  SwitchDialog dialog(false);
+  dialog.Form.Open();
+  EXPECT_TRUE(dialog.Form.isVisible());
+  EXPECT_EQ(dialog.BusTraffic(), "V96 V94 V90 V92 V90 V92 V94 V96");
+  EXPECT_EQ(dialog.Lamp("U4E"), "● closed");
+  EXPECT_EQ(dialog.Lamp("U5A"), "○ open");
+  EXPECT_EQ(static_cast<QGroupBox*>(dialog.Label("U5D").parentWidget())->title(), "PWM2/Alert");
 
-  form.Open();
-  EXPECT_TRUE(form.isVisible());
-  EXPECT_EQ(bench.BusTraffic(), "V96 V94 V90 V92 V90 V92 V94 V96");
-  EXPECT_EQ(lamp("lmpSwitchU4E"), "● closed");
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
-
-  std::map<std::string, int> bytes{{"U3", 0x00}, {"U4", 0x3F}, {"U5", 0x00}, {"U6", 0x00}};
-  for (const std::string device : {"U3", "U4", "U5", "U6"}) {
-    for (char letter = 'A'; letter <= 'H'; ++letter) {
-      const std::string name = device + letter;
-      bytes[device] ^= 1 << (letter - 'A');
-      form.findChild<QPushButton*>(QString::fromStdString("cmdSwitch" + name))->click();
-      EXPECT_EQ(bench.BusTraffic(), fmt::format("S96:{:02X} S94:{:02X} S90:{:02X} S92:{:02X}", bytes["U3"], bytes["U4"],
-                                                bytes["U5"], bytes["U6"]))
+  std::array<int, 4> bytes{0x00, 0x3F, 0x00, 0x00};
+  for (std::size_t device = 0; device < 4; ++device) {
+    for (int bit = 0; bit < 8; ++bit) {
+      const std::string name = fmt::format("U{}{:c}", device + 3, 'A' + bit);
+      bytes[device] ^= 1 << bit;
+      dialog.Button("cmdSwitch" + name).click();
+      EXPECT_EQ(dialog.BusTraffic(),
+                fmt::format("S96:{:02X} S94:{:02X} S90:{:02X} S92:{:02X}", bytes[0], bytes[1], bytes[2], bytes[3]))
           << name;
-      const bool closed = (bytes[device] >> (letter - 'A') & 1) != 0;
-      EXPECT_EQ(lamp(("lmpSwitch" + name).c_str()), closed ? "● closed" : "○ open") << name;
+      const bool closed = (bytes[device] >> bit & 1) != 0;
+      EXPECT_EQ(dialog.Lamp(name), closed ? "● closed" : "○ open") << name;
+      EXPECT_EQ(dialog.Label(name).accessibleName().toStdString(), name + (closed ? " closed" : " open"));
     }
   }
-  form.findChild<QPushButton*>("cmdReadAll")->click();
-  EXPECT_EQ(bench.BusTraffic(), "V96 V94 V90 V92");
+  dialog.Button("cmdReadAll").click();
+  EXPECT_EQ(dialog.BusTraffic(), "V96 V94 V90 V92");
+  WriteSwitchDevice(dialog.Eval, 0, 0x04);
+  EXPECT_EQ(dialog.Lamp("U5A"), "○ open");
+  dialog.FailTransfer(1);
+  dialog.Button("cmdReadAll").click();
+  EXPECT_EQ(dialog.Dialogs.Shown.size(), 1U);
+  EXPECT_EQ(dialog.Lamp("U5A"), "○ open") << "what could not be read stays as it was known";
 
-  WriteSwitchDevice(board, 0, 0x04);
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
-
-  bench.FailTransfer(1);
-  form.findChild<QPushButton*>("cmdReadAll")->click();
-  ASSERT_EQ(dialogs.Shown.size(), 1U);
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open") << "what could not be read stays as it was known";
-
-  form.close();
-  EXPECT_FALSE(form.isVisible());
-  form.Open();
-  QTest::keyClick(&form, Qt::Key_Escape);
-  EXPECT_FALSE(form.isVisible());
+  dialog.Form.close();
+  EXPECT_FALSE(dialog.Form.isVisible());
+  dialog.Form.Open();
+  QTest::keyClick(&dialog.Form, Qt::Key_Escape);
+  EXPECT_FALSE(dialog.Form.isVisible());
 }
 
 TEST(FrmSwitchAccess, AReadOnlyRunShowsTheSwitchesThatAreNotTheOnesWanted) {
-  BoardBench bench;
-  bench.Bus.WritesHeldBack = true;
-  Board& board = bench.Eval;
-  ScriptedDialogs dialogs;
-  FrmSwitchAccess form(board, dialogs, true, nullptr);
-  const auto lamp = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
-  WriteSwitchDevice(board, 0, 0x02);
-  board.Device(SwitchDevice::U5).SetStatusByte(0x05);
-  form.ShowLamps();
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "– not read");
-  form.Open();
-  board.Device(SwitchDevice::U5).SetStatus(0, true);
-  form.ShowLamps();
-  EXPECT_EQ(lamp("lmpSwitchU5A"), "○ open");
-  EXPECT_EQ(lamp("lmpSwitchU5B"), "● closed");
+  SwitchDialog dialog(true);
+  WriteSwitchDevice(dialog.Eval, 0, 0x02);
+  dialog.Eval.Device(SwitchDevice::U5).SetStatusByte(0x05);
+  dialog.Form.ShowLamps();
+  EXPECT_EQ(dialog.Lamp("U5A"), "– not read");
+  EXPECT_FALSE(dialog.Button("cmdSwitchU5A").isEnabled());
+  dialog.Form.Open();
+  dialog.Eval.Device(SwitchDevice::U5).SetStatus(0, true);
+  dialog.Form.ShowLamps();
+  EXPECT_EQ(dialog.Lamp("U5A"), "○ open");
+  EXPECT_EQ(dialog.Lamp("U5B"), "● closed");
 }
 
 }  // namespace

@@ -15,39 +15,44 @@
 #include <QTimer>
 #include <fstream>
 
+#include "link/registeraccess.h"
+#include "support/fanbench.h"
 #include "support/scripteddialogs.h"
-#include "support/testbench.h"
 
 namespace krx {
 namespace {
 
+using Shown = std::vector<std::string>;
+
 /// The dialog over the simulated board, used through its object names.
-struct FanDialog {
-  FanDialog() { Form.Open(); }
+struct FanDialog : FanBench {
+  FanDialog() {
+    Fans.PulsesKnown = false;  // the first load takes them
+    Form.Open();
+    BusTraffic();
+  }
 
   template <typename Widget>
   Widget& Find(const char* name) {
     return *Form.findChild<Widget*>(name);
   }
   void Press(const char* name) { Find<QPushButton>(name).click(); }
-  void Choose(const char* name, const char* item) {
-    auto& list = Find<QComboBox>(name);
-    list.setCurrentIndex(list.findText(item));
-    emit list.activated(list.currentIndex());
-  }
-  void Type(const char* name, const char* text) {
-    auto& field = Find<QLineEdit>(name);
-    field.selectAll();
-    QTest::keyClicks(&field, text);
+  void ShowTab(int fan) { Find<QTabWidget>("tabFans").setCurrentIndex(fan); }
+  QString Line(const char* name) { return Find<QLineEdit>(name).text(); }
+  bool Enabled(const char* name) { return Find<QWidget>(name).isEnabled(); }
+  /// Chooses an item, types a text or, without either, clicks.
+  void Use(const char* name, const char* value = nullptr) {
+    if (auto* const list = Form.findChild<QComboBox*>(name)) {
+      list->setCurrentIndex(list->findText(value));
+      emit list->activated(list->currentIndex());
+    } else if (auto* const field = Form.findChild<QLineEdit*>(name)) {
+      field->selectAll();
+      QTest::keyClicks(field, value);
+    } else {
+      Find<QAbstractButton>(name).click();
+    }
   }
 
-  TestBench Bench;
-  BoardState Flags;
-  OwedWrites Owed{Bench.Bus};
-  Board EvalBoard{Bench.Bus, Flags, Owed};
-  FanCommon Fans;
-  std::array<std::uint8_t, 3> Codes{};
-  FanConfig Config{Bench.Bus, EvalBoard, Fans, Codes};
   ScriptedDialogs Dialogs;
   DetectionResult Detected;
   std::string Warning, StillNotRestored;
@@ -64,13 +69,17 @@ struct FanDialog {
 TEST(FrmFanConfig, ShowsTheChipAndMarksNoEdit) {
   FanDialog dialog;
   EXPECT_EQ(dialog.Find<QComboBox>("cmbFanControl_0").currentText(), "Always On");
-  EXPECT_EQ(dialog.Find<QLineEdit>("txtMinPWM_0").text(), "50");
-  EXPECT_FALSE(dialog.Find<QPushButton>("cmdApply").isEnabled());
-  dialog.Find<QTabWidget>("tabFans").setCurrentIndex(2);
-  EXPECT_FALSE(dialog.Find<QPushButton>("cmdApply").isEnabled());
-  dialog.Bench.Traffic();
+  EXPECT_EQ(dialog.Line("txtMinPWM_0"), "50");
+  dialog.Poke("5E:1A 73:04");
+  dialog.ShowTab(2);
+  EXPECT_EQ(dialog.Find<QComboBox>("cmbFanControl_2").currentText(), "Remote1 Control");
+  for (const char* const mark : {"chkHysteresis_2", "chkActiveHigh_2", "opt2Wire_2"}) {
+    EXPECT_TRUE(dialog.Find<QAbstractButton>(mark).isChecked()) << mark;
+  }
+  for (const char* const button : {"cmdApply", "cmdShowWrites"}) EXPECT_FALSE(dialog.Enabled(button));
+  dialog.BusTraffic();
   dialog.Press("cmdOk");
-  EXPECT_EQ(dialog.Bench.Traffic(), "") << "nothing to apply";
+  EXPECT_EQ(dialog.BusTraffic(), "") << "nothing to apply";
   EXPECT_FALSE(dialog.Form.isVisible());
 }
 
@@ -87,12 +96,7 @@ TEST(FrmFanConfig, AFanTypeThatIsTypedIsNoEdit) {
 }
 
 TEST(FrmFanConfig, EachControlIsWrittenByApplyAndOkAndByNothingElse) {
-  struct Row {
-    const char* Control;
-    const char* Value;  ///< item or text; nullptr: it is clicked
-    const char* Traffic;
-  };
-  const Row rows[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {"cmbFanType_2", "Rear Chassis", ""},
       {"cmbFanControl_0", "Remote2 Control", "R5C W5C:42"},
       {"cmbSpinUp_1", "4 sec", "R5D W5D:67"},
@@ -111,81 +115,78 @@ TEST(FrmFanConfig, EachControlIsWrittenByApplyAndOkAndByNothingElse) {
       {"cmbFanIs_3", "3", ""},
       {"cmbMeasure_3", "4", "R7B W7B:D5"},
   };
-  for (const Row& row : rows) {
-    for (const char* const button : {"cmdApply", "cmdOk", "cmdCancel"}) {
+  for (const auto& [control, value, traffic] : rows) {
+    for (const std::string button : {"cmdApply", "cmdOk", "cmdCancel"}) {
       FanDialog dialog;
-      auto* const control = dialog.Form.findChild<QWidget*>(row.Control);
-      ASSERT_NE(control, nullptr) << row.Control;
-      dialog.Find<QTabWidget>("tabFans").setCurrentIndex(QString(row.Control).section('_', 1).left(1).toInt());
-      dialog.Bench.BusTraffic();
-      if (auto* const clicked = qobject_cast<QAbstractButton*>(control)) {
-        clicked->click();
-      } else if (qobject_cast<QComboBox*>(control) != nullptr) {
-        dialog.Choose(row.Control, row.Value);
-      } else {
-        dialog.Type(row.Control, row.Value);
-      }
-      EXPECT_EQ(dialog.Bench.BusTraffic(), "") << row.Control;
-      EXPECT_TRUE(dialog.Find<QPushButton>("cmdApply").isEnabled()) << row.Control;
-      dialog.Press(button);
-      const bool cancelled = button == std::string("cmdCancel");
-      EXPECT_EQ(dialog.Bench.BusTraffic(), cancelled ? "" : row.Traffic) << row.Control << ' ' << button;
-      EXPECT_EQ(dialog.Form.isVisible(), button == std::string("cmdApply")) << row.Control;
-      EXPECT_EQ(dialog.Fans.FanLabel[2] == "Rr. Chas.", !cancelled && row.Control == rows[0].Control);
-      EXPECT_EQ(dialog.Fans.ActualPulses[3] == 3, !cancelled && row.Control == std::string("cmbFanIs_3"));
+      dialog.ShowTab(QString(control).section('_', 1).left(1).toInt());
+      dialog.BusTraffic();
+      dialog.Use(control, value);
+      EXPECT_EQ(dialog.BusTraffic(), "") << control;
+      EXPECT_TRUE(dialog.Enabled("cmdApply")) << control;
+      dialog.Press(button.c_str());
+      const bool cancelled = button == "cmdCancel";
+      EXPECT_EQ(dialog.BusTraffic(), cancelled ? "" : traffic) << control << ' ' << button;
+      EXPECT_EQ(dialog.Form.isVisible(), button == "cmdApply") << control;
+      EXPECT_EQ(dialog.Fans.FanLabel[2] == "Rr. Chas.", !cancelled && control == std::get<0>(rows[0]));
+      EXPECT_EQ(dialog.Fans.ActualPulses[3] == 3, !cancelled && control == std::string("cmbFanIs_3"));
     }
   }
 }
 
 TEST(FrmFanConfig, ARefusedValueShowsOneBoxTakesTheFocusAndKeepsTheDialogOpen) {
   FanDialog dialog;
-  dialog.Type("txtMinPWM_0", "101");
-  dialog.Bench.Traffic();
+  dialog.Use("txtMinPWM_0", "101");
   dialog.Press("cmdOk");
-  EXPECT_EQ(dialog.Dialogs.Shown, std::vector<std::string>{"critical|Invalid Min PWM Value|"});
-  EXPECT_EQ(dialog.Bench.Traffic(), "");
-  EXPECT_TRUE(dialog.Form.isVisible());
-  EXPECT_TRUE(dialog.Find<QPushButton>("cmdApply").isEnabled());
+  EXPECT_EQ(dialog.Dialogs.Shown, Shown{"critical|Invalid Min PWM Value|"});
+  EXPECT_EQ(dialog.BusTraffic(), "");
+  EXPECT_TRUE(dialog.Form.isVisible() && dialog.Enabled("cmdApply"));
   EXPECT_EQ(dialog.Form.focusWidget(), &dialog.Find<QLineEdit>("txtMinPWM_0"));
-  dialog.Type("txtMinPWM_0", "10");
-  dialog.Type("txtTachLimit_0", "81");
+  dialog.Use("txtMinPWM_0", "10");
+  dialog.Use("txtTachLimit_0", "81");
+  dialog.ShowTab(1);
   dialog.Press("cmdApply");
+  EXPECT_EQ(dialog.Find<QTabWidget>("tabFans").currentIndex(), 0);
   EXPECT_EQ(dialog.Form.focusWidget(), &dialog.Find<QLineEdit>("txtTachLimit_0"));
 }
 
 TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
   FanDialog dialog;
+  auto& remark = dialog.Find<QLabel>("lblMinPWMRemark_1");
   dialog.Detected = {25, DetectionEnd::Found, "", {DutyEvidence{}}, "", {}};
-  dialog.Find<QTabWidget>("tabFans").setCurrentIndex(1);
-  dialog.Bench.Traffic();
+  dialog.ShowTab(1);
+  dialog.BusTraffic();
   dialog.Press("cmdAutoDetect_1");
   EXPECT_EQ(dialog.Detections, std::vector<std::size_t>{1});
-  EXPECT_EQ(dialog.Find<QLineEdit>("txtMinPWM_1").text(), "25");
+  EXPECT_EQ(dialog.Line("txtMinPWM_1"), "25");
+  EXPECT_TRUE(remark.isHidden());
   dialog.Press("cmdApply");
-  EXPECT_EQ(dialog.Bench.Traffic(), "W65:40");
+  EXPECT_EQ(dialog.BusTraffic(), "W65:40");
 
   dialog.Detected = {0, DetectionEnd::NoneFound, "", {}, "", {}};
   dialog.Press("cmdAutoDetect_1");
-  EXPECT_EQ(dialog.Find<QLabel>("lblMinPWMRemark_1").text(), "no tested duty kept the fan running");
-
+  EXPECT_EQ(remark.text(), "no tested duty kept the fan running");
+  EXPECT_FALSE(remark.isHidden());
   dialog.Detected = {100, DetectionEnd::Absent, "Fan Not Present!", {}, "", {}};
   dialog.Press("cmdAutoDetect_1");
-  EXPECT_EQ(dialog.Find<QLineEdit>("txtMinPWM_1").text(), "0") << "an absent fan leaves the field";
-  EXPECT_EQ(dialog.Dialogs.Shown, std::vector<std::string>{"critical|Fan Not Present!|"});
+  EXPECT_EQ(dialog.Line("txtMinPWM_1"), "0") << "an absent fan leaves the field";
   dialog.Press("cmdAutoDetect_3");
-  EXPECT_EQ(dialog.Dialogs.Shown.back(), "information|Fan 4 has no PWM output of its own: there is nothing to detect|");
+  EXPECT_EQ(dialog.Dialogs.Shown,
+            (Shown{"critical|Fan Not Present!|",
+                   "information|Fan 4 has no PWM output of its own: there is nothing to detect|"}));
   EXPECT_EQ(dialog.Detections.size(), 3U);
+  dialog.Use("txtMinPWM_1", "7");
+  EXPECT_TRUE(remark.isHidden());
 }
 
 TEST(FrmFanConfig, ADetectionWithoutTemperaturesAsksFirst) {
   FanDialog dialog;
   dialog.Warning = "Temperatures are not measured: monitoring is off";
-  dialog.Press("cmdAutoDetect_0");
-  EXPECT_EQ(dialog.Detections.size(), 0U);
-  dialog.Dialogs.Yes = true;
-  dialog.Press("cmdAutoDetect_0");
-  EXPECT_EQ(dialog.Detections.size(), 1U);
-  EXPECT_EQ(dialog.Dialogs.Shown, std::vector<std::string>(2, "ask|" + dialog.Warning + "|Continue"));
+  for (const bool yes : {false, true}) {
+    dialog.Dialogs.Yes = yes;
+    dialog.Press("cmdAutoDetect_0");
+    EXPECT_EQ(dialog.Detections.size(), yes ? 1U : 0U);
+  }
+  EXPECT_EQ(dialog.Dialogs.Shown, Shown(2, "ask|" + dialog.Warning + "|Continue"));
 }
 
 TEST(FrmFanConfig, AnOutputThatCouldNotBePutBackIsSaidAndTriedAgainAsOftenAsAsked) {
@@ -196,8 +197,8 @@ TEST(FrmFanConfig, AnOutputThatCouldNotBePutBackIsSaidAndTriedAgainAsOftenAsAske
   dialog.StillNotRestored = "still";
   dialog.Dialogs.WhileOpen = [&] { dialog.Dialogs.Yes = dialog.PutBacks.size() < 2; };
   dialog.Press("cmdAutoDetect_0");
-  EXPECT_EQ(dialog.Dialogs.Shown, (std::vector<std::string>{"ask|Error: 57\n\nPWM1 stands|Try again",
-                                                            "ask|still|Try again", "ask|still|Try again"}));
+  EXPECT_EQ(dialog.Dialogs.Shown,
+            (Shown{"ask|Error: 57\n\nPWM1 stands|Try again", "ask|still|Try again", "ask|still|Try again"}));
   EXPECT_EQ(dialog.PutBacks, (std::vector<std::size_t>{0, 0}));
   EXPECT_EQ(faults, 1);
   dialog.StillNotRestored = "";
@@ -208,9 +209,7 @@ TEST(FrmFanConfig, AnOutputThatCouldNotBePutBackIsSaidAndTriedAgainAsOftenAsAske
 
 TEST(FrmFanConfig, ShowWritesListsWhatApplyWouldWriteAndWritesNothing) {
   FanDialog dialog;
-  EXPECT_FALSE(dialog.Find<QPushButton>("cmdShowWrites").isEnabled());
-  dialog.Type("txtMinPWM_0", "40");
-  dialog.Bench.BusTraffic();
+  dialog.Use("txtMinPWM_0", "40");
   QString listed;
   QTimer::singleShot(0, [&] {
     QWidget* const view = QApplication::activeModalWidget();
@@ -219,7 +218,25 @@ TEST(FrmFanConfig, ShowWritesListsWhatApplyWouldWriteAndWritesNothing) {
   });
   dialog.Press("cmdShowWrites");
   EXPECT_EQ(listed, "Min PWM 40\nand more");
-  EXPECT_EQ(dialog.Bench.BusTraffic(), "");
+  EXPECT_EQ(dialog.BusTraffic(), "");
+}
+
+TEST(FrmFanConfig, WhatCannotBeReadOrMayNotBeWrittenIsNotOfferedAndRenewFollowsTheBus) {
+  FanDialog dialog;
+  dialog.FailTransfer(1);
+  dialog.ShowTab(1);
+  EXPECT_FALSE(dialog.Enabled("txtMinPWM_1"));
+  for (const int tab : {0, 1}) dialog.ShowTab(tab);
+  EXPECT_TRUE(dialog.Enabled("txtMinPWM_1")) << "shown again it is read again";
+  WriteByte(dialog.Bus, 0x64, 0xFF);
+  WriteByte(dialog.Bus, 0x65, 0xFF);
+  dialog.BusTraffic();
+  dialog.Form.Renew();
+  EXPECT_EQ(dialog.BusTraffic(), "");
+  EXPECT_EQ(dialog.Line("txtMinPWM_0") + dialog.Line("txtMinPWM_1"), "100100");
+  dialog.Form.SetReadOnly(true);
+  dialog.ShowTab(2);
+  for (const char* const field : {"txtMinPWM_0", "txtMinPWM_2"}) EXPECT_FALSE(dialog.Enabled(field)) << field;
 }
 
 TEST(FrmFanConfig, EvidenceIsSavedUnderItsFan) {
@@ -227,10 +244,11 @@ TEST(FrmFanConfig, EvidenceIsSavedUnderItsFan) {
   const QTemporaryDir directory;
   const std::string file = directory.filePath("evidence.txt").toStdString();
   dialog.Detected = {100, DetectionEnd::Cancelled, "", {DutyEvidence{}}, "", {}};
-  EXPECT_FALSE(dialog.Find<QPushButton>("cmdSaveEvidence_2").isVisibleTo(&dialog.Form));
-  dialog.Find<QTabWidget>("tabFans").setCurrentIndex(2);
-  dialog.Press("cmdAutoDetect_2");
-  EXPECT_TRUE(dialog.Find<QPushButton>("cmdSaveEvidence_2").isVisibleTo(&dialog.Form));
+  dialog.ShowTab(2);
+  for (const bool detected : {false, true}) {
+    if (detected) dialog.Press("cmdAutoDetect_2");
+    EXPECT_EQ(dialog.Find<QPushButton>("cmdSaveEvidence_2").isVisible(), detected);
+  }
   dialog.Dialogs.Files = {file};
   dialog.Press("cmdSaveEvidence_2");
   EXPECT_EQ(dialog.Dialogs.Shown.back(), "save|Text Files (*.txt)|*.txt|fan3-minimum-pwm.txt");
