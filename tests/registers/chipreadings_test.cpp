@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "link/commserror.h"
-#include "link/registeraccess.h"
 #include "support/testbench.h"
 
 namespace krx {
@@ -42,13 +41,6 @@ TEST(ChipReadings, ATachLimitIsWrittenLowByteFirstAndNotAtAllWhenItDoesNotFit) {
   for (const float rpm : {-1.F, 82.F, 160.F}) EXPECT_THROW(TachLimitWrite(bench.Bus, fans, 4, rpm), OutOfRange) << rpm;
   for (const int fan : {0, 5}) EXPECT_THROW(TachLimitWrite(bench.Bus, fans, fan, 1000), std::out_of_range);
   EXPECT_EQ(bench.Traffic(), "");
-}
-
-TEST(ChipReadings, TheDutyLastSeenIsToldInWholePercent) {
-  TestBench bench;
-  EXPECT_EQ(SeenDuty(bench.Bus, 1), "an unknown duty");
-  WriteByte(bench.Bus, 0x31, 0x90);
-  EXPECT_EQ(SeenDuty(bench.Bus, 1), "56 %");
 }
 
 }  // namespace

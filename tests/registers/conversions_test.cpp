@@ -40,12 +40,7 @@ TEST(Conversions, AVoltageLimitIsFlooredInSinglePrecisionAndCapped) {
                                                       {"5V", 0.338F, 13},  {"5V", 0.26F, 9}};
   for (const auto& [name, volts, byte] : rows) EXPECT_EQ(VoltageToByte(name, volts), byte) << name << ' ' << volts;
   for (const float volts : {-0.001F, std::nanf("")}) EXPECT_THROW(VoltageToByte("5V", volts), OutOfRange);
-  try {
-    VoltageToByte("3.3V", 1);
-    FAIL();
-  } catch (const CommsError& error) {
-    EXPECT_EQ(error.BoxText(), "Error: 11, Division by zero");
-  }
+  EXPECT_THROW(VoltageToByte("3.3V", 1), CommsError);
 }
 
 TEST(Conversions, TheTachRelationIsItsOwnInverseWithAFanThatStandsStillAtZero) {

@@ -15,8 +15,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(Numerics, ValTakesTheLeadingNumberAndIsNumberTheWholeText) {
   for (const char* text : {"", " ", "fan", ".", "-", "-.", "+-5", "- 3", "e5", "inf", "nan"}) {
-    EXPECT_EQ(Val(text), 0) << text;
-    EXPECT_FALSE(IsNumber(text)) << text;
+    EXPECT_TRUE(Val(text) == 0 && !IsNumber(text)) << text;
   }
   const std::pair<const char*, double> numbers[] = {
       {" \t-7.25 ", -7.25}, {"+3", 3}, {"-.5", -.5}, {"5.", 5}, {"2.5E-1", .25}, {"-1e999", -infinity}, {"1e-999", 0}};

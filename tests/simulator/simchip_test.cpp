@@ -66,7 +66,12 @@ TEST(SimChip, ConvertsWhenStartedAndThenEvery100Milliseconds) {
   EXPECT_EQ(chip.Read(0x26), 0x80);
   chip.Write("40:01");
   EXPECT_EQ(chip.Read(0x40), 0x05);  // RDY
-  EXPECT_EQ(chip.Read(0x77) & 0x30, 0x20);
+  std::string values;                // 2.396, 1.471, 3.31, 5.04 and 12.1 V with their two bits each; 41.5 °C
+  for (const int reg : {0x20, 0x21, 0x22, 0x23, 0x24, 0x76}) {
+    values += fmt::format("{:02X} ", chip.Read(static_cast<std::uint8_t>(reg)));
+  }
+  EXPECT_EQ(values, "BB 7D C5 C1 C2 C9 ");
+  EXPECT_EQ(chip.Peek(0x77) & 0x33, 0x20);
   EXPECT_EQ(chip.Read(0x26), 41);
   const auto later = [&](double celsius, double seconds) {
     chip.Plant().HoldTemperature(0, celsius);
@@ -161,6 +166,20 @@ TEST(SimChip, ProchotCountsWhileTheInputIsEnabledAndRouted) {
   EXPECT_EQ(chip.Read(0x79), 0);
   chip.Advance(30);
   EXPECT_EQ(chip.Read(0x79), 255);
+}
+
+TEST(SimChip, OnTheBoardProchotArrivesOverTheSwitchOfItsPin) {
+  for (const auto& [settings, u3, counts] : {std::tuple{"78:02", 0x40, true},
+                                             {"78:02", 0xBF, false},
+                                             {"78:02 7D:02", 0x10, true},
+                                             {"78:02 7D:02", 0xEF, false}}) {
+    TestBench bench;
+    *bench.Sim.Board().Device(0x96) = static_cast<std::uint8_t>(u3);
+    bench.Write(settings);
+    bench.Plant().HoldTemperature(1, 80);
+    bench.Advance(0.1);
+    EXPECT_EQ(bench.Peek(0x79) > 0, counts) << settings << " " << u3;
+  }
 }
 
 // At this speed everything is measured anew between two transfers on the SMBus.

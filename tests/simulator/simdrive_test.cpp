@@ -16,12 +16,13 @@ struct DriveBench : TestBench {
     Write("40:01");
     Write(settings);
   }
-  /// The duty of PWM1 when the temperatures have stood for so long.
+  /// The duty when the temperatures have stood for so long.
   int Duty(double local, double remote1, double remote2, double seconds = 0.2) {
     for (int zone = 0; const double celsius : {local, remote1, remote2}) Plant().HoldTemperature(zone++, celsius);
     Advance(seconds);
-    return Peek(0x30);
+    return Peek(static_cast<std::uint8_t>(0x30 + Pwm));
   }
+  int Pwm = 0;
 };
 
 // Tmin: Local 20, Remote1 30, Remote2 40; 6.7, 4.19 and 5.03 % per °C; minimum 0x33 = 51.
@@ -65,13 +66,15 @@ TEST(SimDrive, ASlowRampBeginsAtTheMinimumAndGoesOnUnderTheSpinUp) {
 TEST(SimDrive, EachCodeHasItsSpinUpTimeAndItsRampRate) {
   const std::pair<int, int> rows[] = {{0, 2}, {10, 4}, {25, 6}, {40, 10}, {67, 16}, {100, 24}, {200, 48}, {400, 96}};
   for (int code = 0; const auto& [steps, countsInAQuarterSecond] : rows) {
-    DriveBench bench("67:28 5F:34 64:00 5C:00");
+    DriveBench bench("67:28 5F:34 64:00 65:00 66:00 5C:00 5D:00 5E:00");
+    bench.Pwm = code % 3;
     EXPECT_EQ(bench.Duty(25, 25, 25), 0);
-    bench.Write(fmt::format("5C:0{}", code));
+    bench.Write(fmt::format("5{:X}:0{}", 0xC + bench.Pwm, code));
     int full = 0;
     for (int step = 0; step < 420; ++step) full += bench.Duty(25, 42, 25, 0.01) == 255 ? 1 : 0;
     EXPECT_EQ(full, steps) << code;
-    bench.Write(fmt::format("40:21 62:0{:X}", 8 + code));
+    const char* const acoustics[] = {"40:21 62:0{:X}", "40:21 63:{:X}0", "40:21 63:0{:X}"};
+    bench.Write(fmt::format(fmt::runtime(acoustics[bench.Pwm]), 8 + code));
     EXPECT_EQ(bench.Duty(25, 25, 25, 30), 0);
     const int before = bench.Duty(25, 50, 25);
     EXPECT_NEAR(bench.Duty(25, 50, 25, 0.25) - before, countsInAQuarterSecond, 1) << code;
