@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "board/board.h"
 
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -116,8 +115,8 @@ TEST(BoardSync, PinFunctionsRouteTheirSwitchesAndVidSwitchesOnlyAfterASteadyProb
     BoardBench bench;
     bench.Flags.VidProbeSteady = steady;
     bench.Poke(configuration);
-    for (const SwitchDevice device : {SwitchDevice::U3, SwitchDevice::U5})
-      bench.Eval.Device(device).SetStatusByte(0xFF);
+    using enum SwitchDevice;
+    for (const SwitchDevice device : {U3, U5}) bench.Eval.Device(device).SetStatusByte(0xFF);
     EXPECT_EQ(SyncTach4Switches(bench.Eval), therm);
     const AlertModes modes = SyncAlertSwitches(bench.Eval);
     EXPECT_EQ(modes.AlertPwm2Mode, alertPwm2);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "link/registeraccess.h"
+#include "simulator/simwords.h"
 #include "support/fanbench.h"
 
 namespace krx {
@@ -193,48 +194,46 @@ TEST(MinimumPwm, AnyTransferMayFailAndTheConfigurationIsBackBeforeItIsReported) 
 TEST(MinimumPwm, WhatCannotBePutBackIsSaidKeptAndReturnedToByTheNextRun) {
   using enum DetectionEnd;
   const std::string fault = "Error: 57, Device I/O error";
-  // Bytes before, registers whose writes fail, from when on; when cancelled; the end, what is said, what the next run
-  // writes.
-  const std::tuple<int, int, std::vector<std::uint8_t>, double, double, DetectionEnd, const char*, const char*> rows[] =
-      {
-          {0x62, 0x90, {0x5C}, 5, 6, Cancelled, "15 %; 5Ch should hold 62h.", "W5C:62"},
-          {0xE2,
-           0x90,
-           {0x5C, 0x30},
-           1,
-           2,
-           Cancelled,
-           "an unknown duty; 5Ch should hold E2h, 30h should hold 90h.",
-           "W30:90 W5C:E2"},
-          {0x62, 0x90, {0x5C, 0x30}, 1, 1e9, LinkFault, "an unknown duty; 5Ch should hold 62h.", "W5C:62"},
-          {0x62, 0xE6, {0x5C}, 0, 1e9, LinkFault, "90 %; 5Ch should hold 62h.", "W5C:62"},
-      };
-  for (const auto& [configuration, duty, failingRegisters, failAfter, cancelAfter, end, notRestored, turn] : rows) {
+  struct Row {
+    int Configuration, Duty;  ///< before
+    bool DutyFails;           ///< besides the configuration, from FailAfter on
+    double FailAfter, CancelAfter;
+    DetectionEnd End;
+    const char* NotRestored;
+  };
+  const Row rows[] = {
+      {0x62, 0x90, false, 5, 6, Cancelled, "15 %; 5Ch should hold 62h."},
+      {0xE2, 0x90, true, 1, 2, Cancelled, "an unknown duty; 5Ch should hold E2h, 30h should hold 90h."},
+      {0x62, 0x90, true, 1, 1e9, LinkFault, "an unknown duty; 5Ch should hold 62h."},
+      {0x62, 0xE6, false, 0, 1e9, LinkFault, "90 %; 5Ch should hold 62h."},
+  };
+  for (const Row& row : rows) {
     DetectionBench bench;
-    WriteByte(bench.Bus, 0x5C, configuration);
-    WriteByte(bench.Bus, 0x30, duty);
+    WriteByte(bench.Bus, 0x5C, row.Configuration);
+    WriteByte(bench.Bus, 0x30, row.Duty);
     bench.Advance(5);
     bool failing = false;
     bench.OnWait = [&] {
-      if (bench.Waited < failAfter || std::exchange(failing, true)) return;
-      for (const std::uint8_t reg : failingRegisters)
-        bench.Sim.AddFault({.Onward = true, .Op = Operation::WriteByteData, .Register = reg});
+      if (bench.Waited < row.FailAfter || std::exchange(failing, true)) return;
+      bench.Sim.AddFault(*ParseFault("fail=1+,op=write,reg=5C"));
+      if (row.DutyFails) bench.Sim.AddFault(*ParseFault("fail=1+,op=write,reg=30"));
     };
     bench.OnWait();
-    bench.CancelAfter = cancelAfter;
+    bench.CancelAfter = row.CancelAfter;
     const DetectionResult result = bench.Detection.Min_PWM(0);
-    EXPECT_EQ(result.End, end) << notRestored;
-    EXPECT_EQ(result.Value, 100) << notRestored;
-    EXPECT_EQ(result.Message, end == LinkFault ? fault : "") << notRestored;
+    EXPECT_EQ(result.End, row.End) << row.NotRestored;
+    EXPECT_EQ(result.Value, 100) << row.NotRestored;
+    EXPECT_EQ(result.Message, row.End == LinkFault ? fault : "") << row.NotRestored;
     EXPECT_EQ(result.NotRestored,
-              "PWM1 could not be put back (" + fault + ").\nIt stands in manual control at " + notRestored);
+              "PWM1 could not be put back (" + fault + ").\nIt stands in manual control at " + row.NotRestored);
     bench.Sim.ClearFaults();
     bench.OnWait = nullptr;
     ReadByte(bench.Bus, 0x26);
     bench.Waited = 0;
     bench.CancelAfter = 1;
-    EXPECT_EQ(bench.Detection.Min_PWM(0).NotRestored, "") << notRestored;
-    EXPECT_TRUE(bench.BusTraffic().ends_with(turn)) << notRestored;
+    EXPECT_EQ(bench.Detection.Min_PWM(0).NotRestored, "") << row.NotRestored;
+    EXPECT_TRUE(bench.BusTraffic().ends_with(row.Configuration == 0xE2 ? "W30:90 W5C:E2" : "W5C:62"))
+        << row.NotRestored;
   }
 }
 

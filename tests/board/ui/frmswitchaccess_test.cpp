@@ -32,7 +32,6 @@ struct SwitchDialog : BoardBench {
 TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   SwitchDialog dialog(false);
   dialog.Form.Open();
-  EXPECT_TRUE(dialog.Form.isVisible());
   EXPECT_EQ(dialog.BusTraffic(), "V96 V94 V90 V92 V90 V92 V94 V96");
   EXPECT_EQ(dialog.Lamp("U4E"), "● closed");
   EXPECT_EQ(dialog.Lamp("U5A"), "○ open");

@@ -46,12 +46,10 @@ TEST(FrmAutoDetect, CancelEndsTheRunAndPutsTheConfigurationBackWhileTimersWait) 
   EXPECT_GT(ticks, 0);
 
   static_cast<DetectionMonitor&>(form).Show({15, 12.5, 40, 1200, 119.2, 2.5});
-  QStringList texts;
-  for (const char* const label : {"lblChecking", "lblSpeed", "lblRemaining"}) {
-    texts << form.findChild<QLabel*>(label)->text();
-  }
-  EXPECT_EQ(texts, QStringList({"Checking PWM =15%", "Speed: 1200 RPM, waiting for standstill, 3 s left",
-                                "At most 2:00 min remaining"}));
+  const auto text = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
+  EXPECT_EQ(text("lblChecking"), "Checking PWM =15%");
+  EXPECT_EQ(text("lblSpeed"), "Speed: 1200 RPM, waiting for standstill, 3 s left");
+  EXPECT_EQ(text("lblRemaining"), "At most 2:00 min remaining");
   EXPECT_EQ(form.findChild<QProgressBar*>("prgReadings")->value(), 40);
 }
 
