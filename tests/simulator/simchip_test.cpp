@@ -61,8 +61,8 @@ TEST(SimChip, AWriteChangesOnlyWritableBits) {
 
 TEST(SimChip, ConvertsWhenStartedAndThenEvery100Milliseconds) {
   QuietChip chip;
-  chip.Plant().HoldTemperature(0, 41.5);
   chip.Advance(1);
+  chip.Plant().HoldTemperature(0, 41.5);
   chip.Write("40:01");
   EXPECT_EQ(chip.Read(0x40), 0x05);  // RDY
   std::string values;                // 2.396, 1.471, 3.31, 5.04 and 12.1 V with their two bits each; 41.5 °C

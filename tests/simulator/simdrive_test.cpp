@@ -119,6 +119,9 @@ TEST(SimDrive, WhatTheFanSeesFollowsPolarityAndTheUseOfThePin) {
   EXPECT_EQ(bench.Chip().FanDuty(), (std::array<double, 3>{0.8, 0.2, 1}));
   bench.Write("78:01");  // PWM2 is the alert output
   EXPECT_EQ(bench.Chip().FanDuty(), (std::array<double, 3>{0.8, 1, 1}));
+  bench.Pwm = 1;
+  bench.Poke("31:80");
+  EXPECT_EQ(bench.Duty(25, 25, 25), 0x80);
 }
 
 TEST(SimDrive, DynamicTminMovesOneDegreePerPeriodBetweenLowLimitAndOperatingPoint) {
