@@ -97,7 +97,9 @@ TEST(MinimumPwm, FindsWhereEachSimulatedFanStartsAndPutsTheConfigurationBack) {
 TEST(MinimumPwm, TheDutyThatWasFoundIsKeptInManualControl) {
   DetectionBench bench("5D:E2 31:90");
   EXPECT_EQ(bench.Detection.Min_PWM(1).Value, 25);
-  EXPECT_TRUE(bench.BusTraffic().ends_with("W5D:E2"));
+  const std::string traffic = bench.BusTraffic();
+  EXPECT_TRUE(traffic.ends_with("W5D:E2"));
+  EXPECT_NE(traffic.find("W5D:E2 W31:00 R2A R2B R2A R2B R2A R2B "), std::string::npos) << "no heat in the first second";
   EXPECT_EQ(bench.Peek(0x31), 0x40);
   bench.Owed.PutBackAtEnd(std::cerr);
   EXPECT_EQ(bench.BusTraffic(), "") << "nothing is owed";
@@ -109,7 +111,6 @@ TEST(MinimumPwm, AnAbsentFanTakesOneWriteAndItsReturn) {
   bench.Advance(20);
   const DetectionResult result = bench.Detection.Min_PWM(1);
   EXPECT_EQ(bench.BusTraffic(), "R6B R26 R6A R25 R6C R27 R5D W5D:E2 R2A R2B W5D:62");
-  EXPECT_EQ(result.Value, 100);
   EXPECT_EQ(result.Message, "Fan Not Present!");
 }
 
