@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,13 +22,15 @@ namespace krx {
 /// ends.
 class ManualClock : public Clock {
  public:
-  std::int64_t Frequency() override { return 1'000'000; }
+  std::int64_t Frequency() override { return CountsPerSecond; }
   std::int64_t Counter() override { return ++micros_; }
   double FallbackSeconds() override { return static_cast<double>(Counter()) / 1e6; }
 
   void Advance(double seconds) { micros_ += std::llround(seconds * 1e6); }
   /// The present time without moving it on.
   double Seconds() const { return static_cast<double>(micros_) / 1e6; }
+
+  std::int64_t CountsPerSecond = 1'000'000;  ///< 0: no performance counter
 
  private:
   std::int64_t micros_ = 0;
@@ -41,9 +45,10 @@ class ScriptedPump : public EventPump {
     ++Calls;
     LastMode = mode;
     if (OnPump) OnPump();
-    clock_.Advance(seconds);
+    clock_.Advance(std::min(seconds, Longest));
   }
 
+  double Longest = std::numeric_limits<double>::infinity();  ///< seconds after which a wait returns early
   int Calls = 0;
   PumpMode LastMode = PumpMode::Everything;
   std::function<void()> OnPump;
