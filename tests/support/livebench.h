@@ -10,6 +10,15 @@
 
 namespace krx {
 
+/// A wait with as many seconds left as a test says.
+struct ScriptedBudget : WaitBudget {
+  double SecondsLeft() const override { return Left; }
+  void CallAfterwards(const void*, std::function<void()> work) override { Afterwards = std::move(work); }
+  void Forget(const void*) override { Afterwards = nullptr; }
+  double Left = std::numeric_limits<double>::infinity();
+  std::function<void()> Afterwards;
+};
+
 /// A link on the simulated SMBus with the real clock and the real event loop: what only shows in live waits.
 struct LiveBench {
   LiveBench() {

@@ -85,7 +85,6 @@ void ChipTurns::RunNext() {
 
 ChipTimer::ChipTimer(ChipTurns& turns, std::string name, int intervalMs, std::function<void()> tick)
     : turns_(turns), name_(std::move(name)), tick_(std::move(tick)), interval_(intervalMs) {
-  timer_.setInterval(intervalMs);
   timer_.setTimerType(Qt::PreciseTimer);
   QObject::connect(&timer_, &QTimer::timeout, &turns_, [this] { turns_.Ask(*this); });
 }

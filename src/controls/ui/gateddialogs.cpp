@@ -57,7 +57,7 @@ void GatedDialogs::Request(Kind icon, const QString& text, const QString& title)
     same->Icon = std::max(same->Icon, icon);
     if (!same->Texts.contains(text)) same->Texts << text;
   }
-  if (together_ > 0 || busy_())
+  if (busy_())
     PutOff();
   else
     OpenWaiting();

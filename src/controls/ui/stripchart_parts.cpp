@@ -70,7 +70,6 @@ void StripChart::AddTool(QWidget* tool) {
 void StripChart::BuildPlot() {
   plot_ = new QCustomPlot;
   plot_->setObjectName("plot");
-  plot_->setAutoAddPlottableToLegend(false);
   plot_->setContextMenuPolicy(Qt::NoContextMenu);
   plot_->setAccessibleName(tr("Strip chart"));
   plot_->setToolTip(

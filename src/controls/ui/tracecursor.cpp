@@ -20,8 +20,6 @@ QString ElapsedText(std::int64_t microseconds) {
 
 TraceCursor::TraceCursor(QCustomPlot* plot, RowSource rows) : QCPAbstractItem(plot), rows_(std::move(rows)) {
   setLayer(QStringLiteral("overlay"));
-  setSelectable(false);
-  setClipToAxisRect(true);
   setVisible(false);
 }
 

@@ -13,9 +13,9 @@ std::int64_t ToMicroseconds(double seconds) {
 namespace {
 
 struct Run {
-  double X = 0;
-  double Top = 0;  // of the smaller y
-  double Bottom = 0;
+  double X;
+  double Top;  // of the smaller y
+  double Bottom;
 };
 
 double PixelMiddle(double position, double devicePixel) {

@@ -16,7 +16,6 @@ XyChart::XyChart(const XyAxis& x, const XyAxis& y, QWidget* parent) : QWidget(pa
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(plot_);
-  plot_->setAutoAddPlottableToLegend(false);
   plot_->setAccessibleName(tr("%1 over %2").arg(y.Title, x.Title));
   PlaceLegendOnTop(*plot_);
   plot_->xAxis->setLabel(x.Title);
@@ -35,7 +34,6 @@ void XyChart::SetTraces(const std::vector<XyTrace>& traces) {
   for (const XyTrace& settings : traces) {
     auto* curve = new QCPCurve(plot_->xAxis, plot_->yAxis);
     curve->setName(settings.Name);
-    curve->setSelectable(QCP::stNone);
     traces_.push_back({settings, curve, {}});
   }
   Restyle();
@@ -75,7 +73,6 @@ void XyChart::SetTraceName(int trace, const QString& name) {
 void XyChart::AddLabel(const QString& text, double share) {
   auto* label = new QCPItemText(plot_);
   label->setText(text);
-  label->setSelectable(false);
   label->setPositionAlignment(Qt::AlignTop | Qt::AlignHCenter);
   label->position->setType(QCPItemPosition::ptAxisRectRatio);
   label->position->setCoords(share, 0.01);

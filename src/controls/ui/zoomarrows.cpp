@@ -27,8 +27,6 @@ double DragFactor(ChartEdge edge, const QPointF& dragged, const QSizeF& size) {
 
 ZoomArrows::ZoomArrows(QCustomPlot* plot) : QCPAbstractItem(plot) {
   setLayer(QStringLiteral("overlay"));
-  setSelectable(false);
-  setClipToAxisRect(true);
 }
 
 double ZoomArrows::Reach() const {

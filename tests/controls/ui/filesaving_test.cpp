@@ -11,6 +11,7 @@
 
 #include "controls/ui/savingbar.h"
 #include "support/fulldisk.h"
+#include "support/livebench.h"
 #include "support/scripteddialogs.h"
 
 namespace krx {
@@ -37,9 +38,10 @@ TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName)
     dialogs.Yes = row.Yes;
     const auto name = AskSaveName(dialogs, "CSV|*.csv", "chart.csv");
     EXPECT_EQ(name, row.Name ? std::optional(folder.filePath(row.Name)) : std::nullopt) << row.Typed;
-    const std::string question = "ask|" + folder.filePath("there.csv").toStdString() + " exists. Replace it?|Replace";
-    EXPECT_EQ(dialogs.Shown.size(), row.Asked ? 2U : 1U) << row.Typed;
-    EXPECT_TRUE(!row.Asked || dialogs.Shown.back() == question) << dialogs.Shown.back();
+    std::vector<std::string> shown{"save|CSV|*.csv|chart.csv"};
+    if (row.Asked)
+      shown.push_back("ask|" + folder.filePath("there.csv").toStdString() + " exists. Replace it?|Replace");
+    EXPECT_EQ(dialogs.Shown, shown) << row.Typed;
   }
 }
 
@@ -61,9 +63,10 @@ TEST(FileSaving, AFullDiskLeavesTheOldFileAndNoOther) {
 struct Saving {
   Saving() {
     for (int i = 0; i < 20'000; ++i) History.Append(i * 10'000, std::vector<float>{1.5f});
-    QObject::connect(&Bar, &SavingBar::Saved, [this] { End = "saved"; });
-    QObject::connect(&Bar, &SavingBar::Cancelled, [this] { End = "cancelled"; });
-    QObject::connect(&Bar, &SavingBar::Failed, [this] { End = "failed"; });
+    const auto ends = [this](const char* how) { return [this, how] { End = how; }; };
+    QObject::connect(&Bar, &SavingBar::Saved, ends("saved"));
+    QObject::connect(&Bar, &SavingBar::Cancelled, ends("cancelled"));
+    QObject::connect(&Bar, &SavingBar::Failed, ends("failed"));
     SaveWhole(Name, "old");
   }
   void Start() { Bar.Save({History, {0, History.LastTime() + 1}, {{0, "A"}}, {}}, Name); }
@@ -112,16 +115,9 @@ TEST(SavingBar, WhateverEndsItEarlierLeavesTheOldFile) {
   EXPECT_EQ(Content(saving.Name), "old");
 }
 
-struct ScriptedBudget : WaitBudget {
-  double SecondsLeft() const override { return Left; }
-  void CallAfterwards(const void*, std::function<void()> work) override { Afterwards = std::move(work); }
-  void Forget(const void*) override { Afterwards = nullptr; }
-  double Left = 0.001;  // a transfer comes soon
-  std::function<void()> Afterwards;
-};
-
 TEST(SavingBar, MakesNoTransferLateAndTellsOfAFailureOnlyBetweenTransfers) {
   ScriptedBudget budget;
+  budget.Left = 0.001;  // a transfer comes soon
   Saving saving;
   saving.Bar.SetWaitBudget(&budget);
   saving.Start();

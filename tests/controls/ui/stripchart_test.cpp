@@ -1,23 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/stripchart.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <qcustomplot.h>
 
-#include <QAction>
-#include <QCoreApplication>
-#include <QImage>
-#include <QKeyEvent>
-#include <QMenu>
-#include <QMouseEvent>
-#include <QPushButton>
 #include <QTest>
 #include <QToolButton>
-#include <QVBoxLayout>
+#include <cmath>
 
 #include "controls/ui/traceplottable.h"
 #include "controls/ui/xychart.h"
 #include "controls/ui/zoomarrows.h"
+#include "support/livebench.h"
 
 namespace krx {
 namespace {
@@ -30,125 +25,105 @@ class StripChartTest : public ::testing::Test {
     chart.SetTraces({{0, "Internal", 0, false, "C", 2}, {2, "Fan1", 3, true, "RPM", 0}});
     chart.SetValueRange(-20, 120);
     chart.resize(600, 400);
+    QObject::connect(&plot, &QCustomPlot::afterReplot, [this] { ++redraws; });
   }
   void Post(int count) {
     for (int i = 0; i < count; ++i) {
-      history.Append(time += kTick, std::vector<float>{25.5f, 1.f, fan});
+      history.Append(time += kTick, std::vector<float>{celsius, 1.f, fan});
       chart.Posted();
     }
   }
   void Show() {
     chart.show();
-    while (Redraws(0) == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    while (redraws == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
     QCoreApplication::processEvents();
   }
-  int Redraws(int start) {
-    if (!counted) QObject::connect(chart.Plot(), &QCustomPlot::afterReplot, [this] { ++redraws; });
-    counted = true;
-    return redraws - start;
-  }
-  void Key(int key) {
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-    QCoreApplication::sendEvent(chart.Plot(), &press);
-  }
-  void Mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    const bool moving = type == QEvent::MouseMove;
-    QMouseEvent event(type, at, chart.Plot()->mapToGlobal(QPointF(at)), moving ? Qt::NoButton : Qt::LeftButton,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, modifiers);
-    QCoreApplication::sendEvent(chart.Plot(), &event);
-  }
   void Drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    Mouse(QEvent::MouseButtonPress, from, modifiers);
-    Mouse(QEvent::MouseMove, (from + to) / 2, modifiers);
-    Mouse(QEvent::MouseMove, to, modifiers);
-    Mouse(QEvent::MouseButtonRelease, to, modifiers);
+    QTest::mousePress(&plot, Qt::LeftButton, modifiers, from);
+    for (const QPoint at : {(from + to) / 2, to})
+      QTest::mouseEvent(QTest::MouseMove, &plot, Qt::NoButton, modifiers, at);
+    QTest::mouseRelease(&plot, Qt::LeftButton, modifiers, to);
   }
+  void Wheel(QPoint at, QPoint turn, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(at, plot.mapToGlobal(at), {}, turn, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&plot, &event);
+  }
+  /// How the visible time differs from `before`, in lengths of that: how far it moved and how long it is.
+  std::string Moved(ChartSpan before) const {
+    const auto length = static_cast<double>(before.Length());
+    return fmt::format("{:.2f} {:.2f}", static_cast<double>(chart.Shown().Begin - before.Begin) / length,
+                       static_cast<double>(chart.Shown().Length()) / length);
+  }
+  QAction* Toggle(int channel) { return chart.findChild<QToolButton*>("traces")->menu()->actions().at(channel); }
+  QCPPlottableLegendItem* Entry(int place) { return qobject_cast<QCPPlottableLegendItem*>(plot.legend->item(place)); }
+
   TraceHistory history{3};
   StripChart chart{history};
+  QCustomPlot& plot = *chart.Plot();
   std::int64_t time = 0;
+  float celsius = 25.5f;
   float fan = 2412.f;
   int redraws = 0;
-  bool counted = false;
 };
 
 TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExport) {
-  QAction* toggle = chart.findChild<QToolButton*>("traces")->menu()->actions().at(0);
   int toggled = -1;
   QObject::connect(&chart, &StripChart::TraceToggled, [&](int channel, bool) { toggled = channel; });
-  EXPECT_EQ(chart.Plot()->legend->itemCount(), 2);
+  EXPECT_EQ(plot.legend->itemCount(), 2);
   chart.SetTraceVisible(0, false);
-  EXPECT_EQ(chart.Plot()->legend->itemCount(), 1);
-  EXPECT_EQ(chart.Plot()->legend->elementCount(), 1);  // no hole
-  EXPECT_FALSE(toggle->isVisible());
+  EXPECT_EQ(plot.legend->itemCount(), 1);
+  EXPECT_EQ(plot.legend->elementCount(), 1);  // no hole
+  EXPECT_FALSE(Toggle(0)->isVisible());
   EXPECT_EQ(toggled, -1);  // the program's own change is no wish of the user
   Post(1);
-  EXPECT_EQ(chart.Values({"A board"}).Next(10), "# A board\nTime (s),Fan1 (RPM)\n0.010000,2412\n");
+  chart.SetTraceName(1, "Rear");
+  EXPECT_EQ(chart.Values({"A board"}).Next(10), "# A board\nTime (s),Rear (RPM)\n0.010000,2412\n");
   chart.SetTraceVisible(0, true);
-  auto* first = qobject_cast<QCPPlottableLegendItem*>(chart.Plot()->legend->item(0));
-  EXPECT_EQ(first->plottable()->name(), "Internal");  // back in its old place
+  EXPECT_EQ(Entry(0)->plottable()->name(), "Internal");  // back in its old place
+  EXPECT_EQ(Entry(1)->plottable()->name(), "Rear");
+  EXPECT_EQ(Toggle(1)->text(), "Rear");
 }
 
 TEST_F(StripChartTest, ATraceThatIsSwitchedOffKeepsItsGreyLegendEntry) {
-  const auto entry = [&] { return qobject_cast<QCPPlottableLegendItem*>(chart.Plot()->legend->item(0)); };
   const auto clickEntry = [&] {
-    emit chart.Plot()->legendClick(chart.Plot()->legend, entry(), nullptr);
+    emit plot.legendClick(plot.legend, Entry(0), nullptr);
     QCoreApplication::processEvents();
   };
   clickEntry();
   EXPECT_FALSE(chart.TraceVisible(0));
-  EXPECT_FALSE(chart.findChild<QToolButton*>("traces")->menu()->actions().at(0)->isChecked());
-  ASSERT_EQ(chart.Plot()->legend->itemCount(), 2);
-  EXPECT_EQ(entry()->plottable()->name(), "Internal");
-  const QColor grey = entry()->textColor();
+  EXPECT_FALSE(Toggle(0)->isChecked());
+  ASSERT_EQ(plot.legend->itemCount(), 2);
+  EXPECT_EQ(Entry(0)->plottable()->name(), "Internal");
   chart.setPalette(MakeQPalette(Palette::Dark()));  // a change of the theme keeps the difference
-  EXPECT_NE(entry()->textColor(), grey);
-  EXPECT_EQ(entry()->textColor(), Palette::Dark().mutedText);
+  EXPECT_EQ(Entry(0)->textColor(), Palette::Dark().mutedText);
   StripChart large(history);
   large.CopySettings(chart);
   EXPECT_FALSE(large.TraceVisible(0));
   clickEntry();
   EXPECT_TRUE(chart.TraceVisible(0));
-  EXPECT_EQ(entry()->textColor(), Palette::Dark().text);
+  EXPECT_EQ(Entry(0)->textColor(), Palette::Dark().text);
 }
 
 TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
-  QWidget window;
-  auto* before = new QPushButton(&window);
-  auto* column = new QVBoxLayout(&window);
-  column->addWidget(before);
-  column->addWidget(&chart);
-  window.show();
-  before->setFocus();
-  QTest::keyClick(before, Qt::Key_Tab);
+  Show();
+  chart.findChild<QToolButton*>("live")->setFocus();
   std::string order;
-  for (int i = 0; i < 6; ++i) {
-    QWidget* const here = window.focusWidget();
+  for (QWidget* here = chart.focusWidget(); order.size() < 44; here = chart.focusWidget()) {
     order += here->objectName().toStdString() + " ";
-    if (here->objectName() == "pause" || here->objectName() == "fit") {
+    if (auto* button = qobject_cast<QToolButton*>(here); button && button->isCheckable()) {
       QTest::keyClick(here, Qt::Key_Space);
-      EXPECT_EQ(chart.Mode(), here->objectName() == "fit" ? ChartMode::Whole : ChartMode::Paused);
+      order += std::to_string(static_cast<int>(chart.Mode())) + (button->isChecked() ? " " : "! ");
     }
     QTest::keyClick(here, Qt::Key_Tab);
   }
-  EXPECT_EQ(order, "live pause fit traces export plot ");
-  chart.setParent(nullptr);
-}
-
-TEST_F(StripChartTest, AFanThatStandsStillIsSeenAboveTheFrame) {
-  fan = 0;
-  Post(1);
-  Show();
-  EXPECT_LT(chart.Plot()->yAxis2->coordToPixel(0), chart.Plot()->axisRect()->bottom() - 2);
+  EXPECT_EQ(order, "live 0 pause 1 fit 2 traces export plot live 0 ");
 }
 
 TEST_F(StripChartTest, NumbersAreWrittenAlikeInEveryCountry) {
   QLocale::setDefault(QLocale(QLocale::German));
-  StripChart german(history);
+  const StripChart german(history);
   QLocale::setDefault(QLocale::c());
-  QVector<double> ticks;
-  QVector<QString> labels;
-  german.Plot()->yAxis->ticker()->generate({0, 1}, german.Plot()->locale(), 'f', 1, ticks, nullptr, &labels);
-  EXPECT_TRUE(labels.contains("0.6")) << labels.join(' ').toStdString();
+  EXPECT_EQ(german.Plot()->locale().toString(1234.5), "1234.5");
 }
 
 TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
@@ -156,61 +131,141 @@ TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
   chart.SetAxisUnits("°C", "RPM");
   Post(10);
   Show();
-  const QRect area = chart.Plot()->axisRect()->rect();
+  const QRect area = plot.axisRect()->rect();
   QStringList said;
-  QObject::connect(chart.Plot(), &QCustomPlot::afterLayout, [&] {
-    said << chart.Plot()->yAxis->label() << chart.Plot()->yAxis2->label() << chart.Plot()->xAxis->label();
-    if (const auto* head = qobject_cast<QCPTextElement*>(chart.Plot()->plotLayout()->element(0, 0)))
-      said << head->text();
+  QObject::connect(&plot, &QCustomPlot::afterLayout, [&] {
+    said << plot.yAxis->label() << plot.yAxis2->label() << plot.xAxis->label();
+    if (const auto* head = qobject_cast<QCPTextElement*>(plot.plotLayout()->element(0, 0))) said << head->text();
   });
   const QByteArray png = chart.Picture(ChartFormat::Png, {"A board", "Saved"});
   EXPECT_EQ(said, QStringList({"Temperature (°C)", "Fans (RPM)", "Time (h:m:s)", "A board\nSaved"}));
-  EXPECT_EQ(QImage::fromData(png).size(), chart.Plot()->size() * 2);
+  EXPECT_EQ(QImage::fromData(png).size(), plot.size() * 2);
   EXPECT_TRUE(chart.Picture(ChartFormat::Pdf, {"A board"}).startsWith("%PDF"));
   said.clear();
-  chart.Plot()->replot();
+  plot.replot();
   EXPECT_EQ(said, QStringList({"Temperature", "Fans", ""}));
-  EXPECT_EQ(chart.Plot()->axisRect()->rect(), area);
+  EXPECT_EQ(plot.axisRect()->rect(), area);
 }
 
-TEST_F(StripChartTest, PausedPictureStandsWhileReadingsComeIn) {
+TEST_F(StripChartTest, APausedPictureStandsWhileReadingsComeInAndMovesByKeysAndWheel) {
   Post(10);
+  Show();
   chart.Pause();
   const ChartSpan paused = chart.Shown();
   Post(30'000);
   EXPECT_EQ(chart.Shown(), paused);
   EXPECT_EQ(history.RowCount(), 30'010u);
-  EXPECT_TRUE(chart.findChild<QToolButton*>("pause")->isChecked());
-  Key(Qt::Key_Left);
-  EXPECT_EQ(chart.Shown().Begin, paused.Begin - paused.Length() / 10);
-  Key(Qt::Key_Home);
+  const struct {
+    Qt::Key Key;
+    QPoint Turn;
+    Qt::KeyboardModifiers Modifiers;
+    const char* Moved;
+  } rows[] = {{Qt::Key_Left, {}, {}, "-0.10 1.00"},
+              {Qt::Key_Right, {}, {}, "0.10 1.00"},
+              {Qt::Key_Plus, {}, {}, "0.10 0.80"},
+              {Qt::Key_Equal, {}, {}, "0.10 0.80"},
+              {Qt::Key_Minus, {}, {}, "-0.12 1.25"},
+              {Qt::Key_A, {}, {}, "0.00 1.00"},
+              {{}, {0, 120}, {}, "0.05 0.80"},
+              {{}, {0, -120}, {}, "-0.06 1.25"},
+              {{}, {240, 0}, {}, "-0.20 1.00"},
+              {{}, {0, -120}, Qt::ShiftModifier, "0.10 1.00"},
+              {Qt::Key_Left, {}, Qt::ControlModifier, "0.00 1.00"}};
+  const QRect area = plot.axisRect()->rect();
+  for (const auto& row : rows) {
+    const ChartSpan before = chart.Shown();
+    if (row.Turn.isNull())
+      QTest::keyClick(&plot, row.Key, row.Modifiers);
+    else
+      Wheel({area.left() + area.width() / 4, area.center().y()}, row.Turn, row.Modifiers);
+    EXPECT_EQ(Moved(before), row.Moved) << row.Key << " " << row.Turn.x() << " " << row.Turn.y();
+  }
+  const ChartSpan before = chart.Shown();
+  Wheel({area.left() / 2, area.center().y()}, {0, 120}, {});
+  EXPECT_EQ(chart.Shown(), before) << "beside the picture";
+  QTest::keyClick(&plot, Qt::Key_Home);
   EXPECT_EQ(chart.Mode(), ChartMode::Live);
   EXPECT_EQ(chart.Shown().End, time + 1);
 }
 
+TEST_F(StripChartTest, TheCursorReadsTheTracesUnderItAndTheirChangeSinceTheLeftEdge) {
+  Post(1);
+  celsius = 26;
+  fan = 2400;
+  history.Append(time = 170'000'000, std::vector<float>{celsius, 1.f, fan});
+  Show();
+  auto& cursor = dynamic_cast<TraceCursor&>(*plot.item(1));
+  for (int steps = 0; steps < 2; ++steps) QTest::keyClick(&plot, Qt::Key_Right, Qt::ControlModifier);
+  QTest::keyClick(&plot, Qt::Key_Left, Qt::ControlModifier);
+  EXPECT_EQ(cursor.Position()->x(), plot.axisRect()->rect().center().x() + 4);
+  const auto said = [&] { return plot.accessibleDescription().section(", ", 1).toStdString(); };
+  EXPECT_EQ(said(), "Internal 25.50 C (+0.00 C), Fan1 2412 RPM (+0 RPM)");
+  cursor.SetPosition(QPointF(plot.xAxis->coordToPixel(170), 100));
+  EXPECT_EQ(cursor.Text(), "00:02:50.0, Internal 26.00 C (+0.50 C), Fan1 2400 RPM (-12 RPM)");
+  cursor.SetPosition(QPointF(plot.xAxis->coordToPixel(171), 100));
+  EXPECT_EQ(cursor.Text(), "00:02:51.0, Internal – (), Fan1 – ()") << "nothing is measured there yet";
+  QTest::keyClick(&plot, Qt::Key_Escape);
+  EXPECT_FALSE(cursor.visible() || cursor.Position());
+  for (const auto& [tenths, text] : {std::pair{36'000LL * 12 + 34'567, "12:57:36.7"}, {-9, "-00:00:00.9"}})
+    EXPECT_EQ(ElapsedText(tenths * 100'000), text);
+}
+
 TEST_F(StripChartTest, DrawsAtEveryFifthTickAndNeverWhileHidden) {
-  const int start = redraws;
   Post(100);
-  EXPECT_EQ(Redraws(start), 0);
+  EXPECT_EQ(redraws, 0);
   Show();
   Post(5);  // whatever was left over from showing
-  const int shown = redraws;
+  redraws = 0;
   Post(20);
-  EXPECT_GE(Redraws(shown), 4);
-  EXPECT_LE(Redraws(shown), 10);  // a slow machine may pass the 50 ms now and then
+  EXPECT_GE(redraws, 4);
+  EXPECT_LE(redraws, 10);  // a slow machine may pass the 50 ms now and then
   chart.hide();
-  const int hidden = redraws;
+  redraws = 0;
   Post(20);
-  EXPECT_EQ(Redraws(hidden), 0);
+  EXPECT_EQ(redraws, 0);
+}
+
+TEST(StripChart, ARedrawThatDoesNotFitIntoAWaitIsPutOff) {
+  ScriptedBudget budget;
+  TraceHistory history(1);
+  {
+    StripChart chart(history);
+    chart.SetWaitBudget(&budget);
+    int redraws = 0;
+    QObject::connect(chart.Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
+    chart.show();
+    const auto change = [&](double left, double most) {
+      LiveBench::Run(60);
+      redraws = 0;
+      budget.Left = left;
+      chart.SetValueRange(0, most);
+      LiveBench::Run(60);
+    };
+    change(1e-6, 50);
+    EXPECT_EQ(redraws, 0);
+    ASSERT_TRUE(budget.Afterwards);
+    budget.Left = 1;
+    budget.Afterwards();
+    EXPECT_EQ(redraws, 1);
+    change(0, 60);
+  }
+  EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart's end";
 }
 
 TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
-  fan = 6100.f;
+  fan = 0;
   Post(1);
   Show();
-  EXPECT_EQ(chart.Plot()->yAxis->range().lower, -20);
-  EXPECT_EQ(chart.Plot()->yAxis->range().upper, 120);
-  EXPECT_EQ(chart.Plot()->yAxis2->range().upper, 10'000);
+  EXPECT_LT(plot.yAxis2->coordToPixel(0), plot.axisRect()->bottom() - 2) << "a fan that stands still is seen";
+  fan = 6100.f;
+  Post(1);
+  plot.replot();
+  EXPECT_EQ(plot.yAxis->range(), QCPRange(-20, 120));
+  EXPECT_EQ(plot.yAxis2->range().upper, 10'000);
+  chart.Fit();
+  plot.replot();
+  EXPECT_EQ(plot.yAxis->range(), QCPRange(25.49, 25.51)) << "a flat trace has room, too";
+  EXPECT_EQ(plot.yAxis2->range(), QCPRange(-305, 6405));
   StripChart large(history);
   large.CopySettings(chart);
   large.Clear();
@@ -221,64 +276,89 @@ TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
 TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
   Post(1);
   Show();
-  const QRect area = chart.Plot()->axisRect()->rect();
+  const QRect area = plot.axisRect()->rect();
   const QPoint first = area.topLeft() + QPoint(area.width() / 4, area.height() / 4);
-  const std::int64_t length = chart.Shown().Length();
-  Drag(first, first + QPoint(area.width() / 2, area.height() / 2));
+  const QPoint half(area.width() / 2, area.height() / 2);
+  const ChartSpan live = chart.Shown();
+  Drag(first, first + half);
   EXPECT_EQ(chart.Mode(), ChartMode::Paused);
-  EXPECT_NEAR(static_cast<double>(chart.Shown().Length()) / static_cast<double>(length), 0.5, 0.01);
-  EXPECT_NEAR(chart.Plot()->yAxis->range().size(), 70, 1.5);
-  EXPECT_NEAR(chart.Plot()->yAxis2->range().size(), 2500, 50);
+  EXPECT_EQ(Moved(live), "0.25 0.50");
+  EXPECT_NEAR(plot.yAxis->range().size(), 70, 1.5);
+  EXPECT_NEAR(plot.yAxis2->range().size(), 2500, 50);
   const ChartSpan zoomed = chart.Shown();
-  Drag(first, first + QPoint(area.width() / 2, 0), Qt::ShiftModifier);
-  EXPECT_EQ(chart.Shown().Length(), zoomed.Length());
-  EXPECT_NEAR(static_cast<double>(zoomed.Begin - chart.Shown().Begin) / static_cast<double>(zoomed.Length()), 0.5,
-              0.01);
-  Mouse(QEvent::MouseButtonDblClick, first);
-  Mouse(QEvent::MouseButtonRelease, first);
+  Drag(first, first + QPoint(half.x(), 0), Qt::ShiftModifier);
+  EXPECT_EQ(Moved(zoomed), "-0.50 1.00");
+  QTest::mouseDClick(&plot, Qt::LeftButton, {}, first);
+  QTest::mouseRelease(&plot, Qt::LeftButton, {}, first);
   EXPECT_EQ(chart.Mode(), ChartMode::Live);
-  EXPECT_EQ(chart.Shown().Length(), length);
-  const QPoint arrow(area.right() - 10, area.center().y());
-  Drag(arrow, arrow + QPoint(area.width(), 0));
-  EXPECT_NEAR(static_cast<double>(chart.Shown().Length()) / static_cast<double>(length), 0.5, 0.01);
+  EXPECT_EQ(chart.Shown(), live);
+  plot.replot();
+
+  const QPoint middle = area.center();
+  const struct {
+    QPoint Arrow, By;
+    bool Paused;
+    const char* Moved;
+    QCPRange Values;
+  } rows[] = {{{area.right() - 10, middle.y()}, {area.width(), 0}, false, "0.00 0.50", {-20, 120}},
+              {{area.left() + 10, middle.y()}, {-area.width(), 0}, true, "0.50 0.50", {-20, 120}},
+              {{area.left() + 10, middle.y()}, {-area.width(), 0}, false, "0.00 0.50", {-20, 120}},
+              {{middle.x(), area.top() + 10}, {0, area.height() / -4}, false, "0.00 1.00", {-20, 92}},
+              {{middle.x(), area.bottom() - 10}, {0, area.height() / 4}, false, "0.00 1.00", {8, 120}}};
+  for (const auto& row : rows) {
+    chart.Live();
+    if (row.Paused) chart.Pause();
+    plot.replot();
+    Drag(row.Arrow, row.Arrow + row.By);
+    EXPECT_EQ(Moved(live), row.Moved);
+    EXPECT_NEAR(plot.yAxis->range().lower, row.Values.lower, 1);
+    EXPECT_NEAR(plot.yAxis->range().upper, row.Values.upper, 1);
+  }
 }
 
 TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   XyChart chart({"Temperature °C", 0, 120}, {"PWM %", 0, 100});
   chart.SetTraces({{"Fan1"}, {"Op Point"}});
+  chart.resize(400, 300);
+  chart.show();
   for (int i = 0; i < 1000; ++i) chart.AddPoint(0, 40 + i % 3, 20);
-  chart.AddPoint(0, std::numeric_limits<double>::quiet_NaN(), 1);
+  for (const auto& [x, y] : {std::pair{NAN, 1.f}, {1.f, INFINITY}}) chart.AddPoint(0, x, y);
   EXPECT_EQ(chart.PointCount(0), 3);
-  EXPECT_EQ(chart.Plot()->legend->itemCount(), 2);
-  chart.SetTraceName(1, " ");
-  EXPECT_EQ(chart.Plot()->legend->itemCount(), 1);
+  QCustomPlot& plot = *chart.Plot();
+  auto* curve = qobject_cast<QCPCurve*>(plot.plottable(0));
+  EXPECT_EQ(curve->data()->size(), 3);
+  EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
+  EXPECT_EQ(plot.xAxis->range(), QCPRange(0, 120));
+  EXPECT_EQ(plot.yAxis->range(), QCPRange(0, 100));
   chart.AddLabel("Therm", 0.5);
+  plot.replot();
+  auto* label = qobject_cast<QCPItemText*>(plot.item(0));
+  EXPECT_EQ(label->text(), "Therm");
+  EXPECT_NEAR(label->position->pixelPosition().x(), plot.axisRect()->rect().center().x(), 1);
+  EXPECT_EQ(plot.legend->itemCount(), 2);
+  EXPECT_LE(plot.legend->outerRect().bottom(), plot.axisRect()->top()) << "above the picture";
+  EXPECT_EQ(plot.legend->rowCount(), 1);
+  chart.resize(plot.legend->outerRect().width() / 2, 300);
+  plot.replot();
+  EXPECT_EQ(plot.legend->rowCount(), 2) << "too narrow for both";
+  chart.SetTraceName(1, " ");
+  EXPECT_EQ(plot.legend->itemCount(), 1);
+  chart.SetTraceVisible(0, false);
+  EXPECT_EQ(plot.legend->itemCount(), 0);
   chart.ClearPoints();
-  EXPECT_EQ(chart.PointCount(0), 0);
-  EXPECT_EQ(chart.Plot()->itemCount(), 0);
+  EXPECT_EQ(chart.PointCount(0) + curve->data()->size() + plot.itemCount(), 0);
 }
 
 TEST(TraceLines, AreUprightRunsThatTouchAndBridgesUnlessNothingWasMeasured) {
-  const std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
-  const TraceLines lines = MakeTraceLines(columns, {.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1},
-                                          std::nullopt, std::nullopt);
+  std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
+  const TraceScale scale{.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1};
   const QVector<QLineF> straight{{0.5, 7.5, 0.5, 9.5}, {1.5, 4.5, 1.5, 7.5}, {4.5, 8.5, 6.5, 8.5}};
-  EXPECT_EQ(lines.Straight, straight);
-  EXPECT_EQ(lines.Slanted, QVector<QLineF>({{1.5, 5.5, 4.5, 8.5}}));
-  std::vector<TraceColumn> gap = columns;
-  gap[1].GapAfter = true;
-  const TraceLines parted =
-      MakeTraceLines(gap, {.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1}, std::nullopt, std::nullopt);
-  EXPECT_EQ(parted.Straight, straight);
-  EXPECT_TRUE(parted.Slanted.isEmpty());
-}
-
-TEST(ZoomArrows, DraggedOutwardStretchAndInwardCompress) {
-  const QSizeF size(400, 200);
-  EXPECT_DOUBLE_EQ(DragFactor(ChartEdge::Right, {400, 0}, size), 0.5);
-  EXPECT_DOUBLE_EQ(DragFactor(ChartEdge::Left, {-400, 0}, size), 0.5);
-  EXPECT_DOUBLE_EQ(DragFactor(ChartEdge::Top, {0, 100}, size), 2);
-  EXPECT_DOUBLE_EQ(DragFactor(ChartEdge::Bottom, {0, -1000}, size), 10);
+  for (const bool gap : {false, true}) {
+    columns[1].GapAfter = gap;
+    const TraceLines lines = MakeTraceLines(columns, scale, std::nullopt, std::nullopt);
+    EXPECT_EQ(lines.Straight, straight);
+    EXPECT_EQ(lines.Slanted, gap ? QVector<QLineF>() : QVector<QLineF>({{1.5, 5.5, 4.5, 8.5}}));
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/userdialogs.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -10,6 +11,7 @@
 #include <QTimer>
 #include <stdexcept>
 
+#include "controls/ui/displayguard.h"
 #include "controls/ui/gateddialogs.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
@@ -105,49 +107,56 @@ TEST(GatedDialogsDeathTest, ADebugBuildStopsAtAModalWindowInsideATransfer) {
 }
 #endif
 
+/// Lets `look` handle the box that `open` shows.
+void WithBox(const std::function<void(QMessageBox&)>& look, const std::function<void()>& open) {
+  QTimer::singleShot(0, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    look(*box);
+  });
+  open();
+}
+
 TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsWholeTitleOrTheProgramsName) {
   QGuiApplication::setApplicationDisplayName("The Program");
   QtUserDialogs dialogs;
-  std::vector<std::string> seen;
-  const auto look = [&] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_NE(box, nullptr);
-    seen.push_back(std::to_string(box->icon()) + box->windowTitle().toStdString() + "|" + box->text().toStdString() +
-                   (box->textFormat() == Qt::PlainText ? "" : "?"));
-    const QFontMetrics font = box->fontMetrics();  // the frame has an icon and buttons beside the title
-    EXPECT_GT(box->width(), font.horizontalAdvance(box->windowTitle()) + 5 * font.height());
-    box->accept();
+  Shown seen;
+  const auto look = [&](QMessageBox& box) {
+    seen.push_back(fmt::format("{} {}|{}", int(box.icon()), box.windowTitle().toStdString(), box.text().toStdString()));
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    const QFontMetrics font = box.fontMetrics();  // the frame has an icon and buttons beside the title
+    EXPECT_GT(box.width(), font.horizontalAdvance(box.windowTitle()) + 5 * font.height());
+    box.accept();
   };
-  QTimer::singleShot(0, look);
-  dialogs.Critical("<b>1</b>");
-  QTimer::singleShot(0, look);
-  dialogs.Exclamation("2", "There was a Problem with a long name, much longer than what there is to say of it!");
-  QTimer::singleShot(0, look);
-  dialogs.Information("3");
-  EXPECT_EQ(seen, (std::vector<std::string>{
-                      "3The Program|<b>1</b>",
-                      "2There was a Problem with a long name, much longer than what there is to say of it!|2",
-                      "1The Program|3"}));
+  const std::string title = "There was a Problem with a long name, much longer than what there is to say of it!";
+  WithBox(look, [&] { dialogs.Critical("<b>1</b>"); });
+  WithBox(look, [&] { dialogs.Exclamation("2", QString::fromStdString(title)); });
+  WithBox(look, [&] { dialogs.Information("3"); });
+  EXPECT_EQ(seen, (Shown{"3 The Program|<b>1</b>", "2 " + title + "|2", "1 The Program|3"}));
   QGuiApplication::setApplicationDisplayName({});
 }
 
 TEST(UserDialogs, AQuestionIsAnsweredYesByItsButtonOnly) {
   QtUserDialogs dialogs;
-  const struct {
-    Qt::Key Key;
-    bool Yes;
-  } rows[] = {{Qt::Key_Escape, false}, {Qt::Key_Return, false}, {Qt::Key_Space, true}};
-  for (const auto& row : rows) {
-    QTimer::singleShot(0, [&] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(box, nullptr);
-      for (QAbstractButton* button : box->buttons()) {
-        if (row.Yes && button->text() == "Replace") button->setFocus();
-      }
-      QTest::keyClick(box->focusWidget(), row.Key);
-    });
-    EXPECT_EQ(dialogs.Ask("run.csv exists. Replace it?", "Replace"), row.Yes) << row.Key;
+  for (const auto& [key, yes] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, false}, {Qt::Key_Space, true}}) {
+    const auto press = [&, key = key, yes = yes](QMessageBox& box) {
+      for (QAbstractButton* button : box.buttons())
+        if (yes && button->text() == "Replace") button->setFocus();
+      QTest::keyClick(box.focusWidget(), key);
+    };
+    WithBox(press, [&, yes = yes] { EXPECT_EQ(dialogs.Ask("run.csv exists. Replace it?", "Replace"), yes); });
   }
+}
+
+TEST(DisplayGuardDeathTest, EndsWithTheReasonAndTheWayOutWhenNoWindowCanOpen) {
+  const auto start = [] {
+    const DisplayGuard guard;
+    qInfo("This application failed to start because no Qt platform plugin could be initialized.");
+    qInfo("could not connect to display :9");
+    qFatal("Could not find the Qt platform plugin");
+  };
+  EXPECT_EXIT(start(), ::testing::ExitedWithCode(1),
+              "^krx5580-console: could not connect to display :9\n.*Could not find.*\n.*no window can open here");
 }
 
 }  // namespace

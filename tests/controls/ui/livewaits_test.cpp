@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What runs when in the real event loop: the waits of transfers, the timers' turns, the requests to end.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <time.h>
+
+#include <QAbstractSlider>
+#include <QCursor>
+#include <QWidget>
+#include <cmath>
+#include <csignal>
+#include <stdexcept>
+
+#include "controls/backoff.h"
+#include "controls/ui/endsignals.h"
+#include "link/registeraccess.h"
+#include "support/livebench.h"
+
+namespace krx {
+namespace {
+
+void ReadTimes(LiveBench& bench, int times) {
+  for (int i = 0; i < times; ++i) ReadByte(bench.Bus, 0x26);
+}
+
+/// Notes the mouse moves it is given. The offscreen platform queues one, as user input, when the cursor is placed.
+class MoveCounter : public QWidget {
+ public:
+  explicit MoveCounter(LiveBench& bench) : bench_(bench) {
+    setMouseTracking(true);
+    setGeometry(0, 0, 200, 200);
+    show();
+    QCoreApplication::processEvents();
+  }
+  void Nudge() { QCursor::setPos(100, 50 + ++Nudges); }
+  int Nudges = 0;
+  int Moves = 0;
+  int Inside = 0;  ///< of them in a turn or a transfer
+
+ protected:
+  void mouseMoveEvent(QMouseEvent*) override {
+    ++Moves;
+    if (bench_.Turns.TurnRunning() || bench_.Bus.TransferInProgress()) ++Inside;
+  }
+
+ private:
+  LiveBench& bench_;
+};
+
+double CpuSeconds() {
+  timespec time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
+  LiveBench bench;
+  MoveCounter window(bench);
+  int ticks = 0;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
+  timer.start(1);
+  window.Nudge();
+  ReadTimes(bench, 1);
+  EXPECT_EQ(window.Moves, 0);
+  EXPECT_GT(ticks, 0) << "timers go on during a transfer's wait";
+  bench.Bus.Delay(0.005);
+  EXPECT_EQ(window.Moves, 1) << "held, not lost";
+  window.Nudge();
+  ReadTimes(bench, 1);
+  timer.stop();
+  LiveBench::Run(20);
+  EXPECT_EQ(window.Moves, 2) << "the main loop wakes for what was held, though nothing else happens";
+}
+
+TEST(QtEventPump, WhatAHeldControlRepeatsWaitsLikeOtherInput) {
+  struct Held : QAbstractSlider {
+    Held() { setRepeatAction(SliderSingleStepAdd, 1, 1); }
+  } held;
+  LiveBench bench;
+  int inside = 0;
+  QObject::connect(&held, &QAbstractSlider::valueChanged, [&] { inside += bench.Bus.TransferInProgress() ? 1 : 0; });
+  ReadTimes(bench, 4);
+  EXPECT_EQ(held.value(), 0);
+  QCoreApplication::processEvents();
+  EXPECT_GE(held.value(), 1) << "held, not lost";
+  EXPECT_LE(held.value(), 3) << "twenty that were missed are not made up for";
+  EXPECT_EQ(inside, 0);
+}
+
+TEST(QtEventPump, AWaitIsNeverShortAndSleepsWhileNothingHappens) {
+  LiveBench bench;
+  const auto wait = [&](double seconds) {
+    const double begin = bench.Bus.ElapsedSeconds();
+    bench.Bus.Delay(seconds);
+    EXPECT_GE(bench.Bus.ElapsedSeconds() - begin, seconds);
+  };
+  const double cpu = CpuSeconds();
+  for (int i = 0; i < 40; ++i) wait(0.005);
+  LiveBench::Run(100);  // nor does a wait that is over keep the main loop busy
+  EXPECT_LT(CpuSeconds() - cpu, 0.25 * 0.3);
+  QTimer::singleShot(1, [&] { wait(0.005); });
+  wait(0.03);  // an inner wait does not use up the outer one's timer
+}
+
+TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
+  LiveBench bench;
+  std::string log;
+  double left = 0;
+  int kept = 0;
+  int dropped = 0;
+  EXPECT_TRUE(std::isinf(bench.Pump.SecondsLeft()));
+  QTimer::singleShot(1, [&] {
+    left = bench.Pump.SecondsLeft();
+    bench.Pump.CallAfterwards(&kept, [&] { log += "replaced "; });
+    bench.Pump.CallAfterwards(&kept, [&] { log += bench.Bus.TransferInProgress() ? "inside " : "after "; });
+    bench.Pump.CallAfterwards(&dropped, [&] { log += "forgotten "; });
+    bench.Pump.Forget(&dropped);
+  });
+  ReadTimes(bench, 4);
+  EXPECT_GT(left, 0);
+  EXPECT_LT(left, 0.005);
+  EXPECT_EQ(log, "") << "not between two transfers either: no event is handled there";
+  LiveBench::Run(5);
+  EXPECT_EQ(log, "after ");
+}
+
+/// Ticks of 20 ms of transfers each at intervals of 10 ms: there is always one too many.
+struct Busy : LiveBench {
+  std::unique_ptr<ChipTimer> Timer(char name, std::function<void()> first = {}) {
+    return std::make_unique<ChipTimer>(Turns, std::string(1, name), 10, [this, name, first] {
+      Deepest = std::max(Deepest, ++Depth);
+      Order += name;
+      if (first) first();
+      ReadTimes(*this, 4);
+      --Depth;
+    });
+  }
+  int Depth = 0;
+  int Deepest = 0;
+  std::string Order;
+};
+
+TEST(ChipTurns, OverloadedTimersTakeTurnsOneAtATimeAndInputIsDeliveredBetweenThem) {
+  Busy bench;
+  MoveCounter window(bench);
+  ChipTimer* again = nullptr;
+  const auto a = bench.Timer('a', [&] {
+    window.Nudge();
+    again->Start();  // restarting inside the tick must not nest either
+  });
+  const auto b = bench.Timer('b', [&] { window.Nudge(); });
+  again = a.get();
+  for (auto* timer : {a.get(), b.get()}) timer->Start();
+  ReadTimes(bench, 5);
+  EXPECT_EQ(bench.Order, "") << "no turn begins inside a transfer of the user's";
+  LiveBench::Run(300);
+  EXPECT_EQ(bench.Deepest, 1);
+  EXPECT_GE(bench.Order.size(), 6U);
+  // Neither starves the other, and neither has two turns while the other waits.
+  for (const char* twice : {"aa", "bb"}) EXPECT_EQ(bench.Order.find(twice), std::string::npos) << bench.Order;
+  EXPECT_EQ(window.Inside, 0);
+  EXPECT_GE(window.Moves, window.Nudges - 1);
+}
+
+TEST(ChipTurns, WhatBecomesReadyAsThePauseEndsComesBeforeTheNextTurn) {
+  Busy bench;
+  std::string seen;
+  // A timer that is due later than the pause's, in the same pass of an event loop that was kept busy over both.
+  QObject::connect(&bench.Turns, &ChipTurns::TurnEnded, &bench.Turns, [&] {
+    QTimer::singleShot(0, Qt::PreciseTimer, &bench.Turns, [&] {
+      QTimer::singleShot(3, Qt::PreciseTimer, &bench.Turns,
+                         [&] { seen += bench.Turns.TurnRunning() ? "inside " : "between "; });
+      QElapsedTimer busy;
+      for (busy.start(); busy.elapsed() < 6;) {
+      }
+    });
+  });
+  std::unique_ptr<ChipTimer> timer = bench.Timer('a', [&] {
+    if (bench.Order == "aaaa") timer->Stop();
+  });
+  timer->Start();
+  LiveBench::Run(250);
+  EXPECT_EQ(seen, "between between between between ");
+}
+
+TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
+  Busy bench;
+  std::vector<std::string> failures;
+  const ChipTimer* failing = nullptr;
+  bench.Turns.OnFailure([&](const std::string& name, const CommsError& error) {
+    failures.push_back(fmt::format("{} {} after {} ms", name, error.BoxText(), failing->PauseMilliseconds()));
+  });
+  bench.FailTransfer(1);
+  int ticks = 0;
+  ChipTimer timer(bench.Turns, "visual_timer", 1, [&] {
+    ReadTimes(bench, 1);
+    if (++ticks == 1) throw std::runtime_error("not the link's");
+  });
+  failing = &timer;
+  timer.Start();
+  LiveBench::Run(250);
+  EXPECT_EQ(failures, (std::vector<std::string>{"visual_timer Error: 57, Device I/O error after 0 ms",
+                                                "visual_timer Error: 0, not the link's after 100 ms"}));
+  EXPECT_EQ(timer.PauseMilliseconds(), 0);
+  EXPECT_GT(ticks, 2);
+}
+
+TEST(ChipTurns, AStoppedOrEndedTimerGivesUpItsWaitingTurn) {
+  Busy bench;
+  std::unique_ptr<ChipTimer> stopped = bench.Timer('s');
+  std::unique_ptr<ChipTimer> ended = bench.Timer('e');
+  std::unique_ptr<ChipTimer> first = bench.Timer('f', [&] {
+    stopped->Stop();
+    ended.reset();
+    first.reset();  // its own timer, from inside the tick
+  });
+  for (auto* timer : {first.get(), stopped.get(), ended.get()}) timer->Start();
+  LiveBench::Run(80);
+  EXPECT_EQ(bench.Order, "f");
+  EXPECT_FALSE(stopped->IsActive());
+}
+
+TEST(Backoff, RestsFromTheSecondFailureInARowUntilASuccess) {
+  Backoff backoff;
+  for (int round = 0; round < 2; ++round, backoff.Succeeded()) {
+    EXPECT_EQ(backoff.PauseMilliseconds(), 0);
+    for (const int pause : {0, 100, 200, 400, 800, 1600, 2000, 2000}) {
+      backoff.Failed();
+      EXPECT_EQ(backoff.PauseMilliseconds(), pause);
+    }
+    for (int more = 0; more < 1000; ++more) backoff.Failed();
+    EXPECT_EQ(backoff.PauseMilliseconds(), 2000);
+  }
+}
+
+TEST(EndSignals, ASignalFromOutsideBecomesARequestOnceNothingIsUnderWay) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+    bool busy = false;
+    int requests = 0;
+    EndSignals endSignals([&] { return busy; });
+    QObject::connect(&endSignals, &EndSignals::EndRequested, [&] { ++requests; });
+    std::raise(SIGPIPE);
+    LiveBench::Run(20);
+    EXPECT_EQ(requests, 0) << "a reader that went away ends nothing";
+    EXPECT_FALSE(endSignals.Asked());
+    busy = true;
+    std::raise(signal);
+    EXPECT_TRUE(endSignals.Asked()) << "at once: a transfer under way handles no event";
+    LiveBench::Run(30);
+    EXPECT_EQ(requests, 0);
+    busy = false;
+    LiveBench::Run(50);
+    EXPECT_EQ(requests, 1);
+  }
+}
+
+}  // namespace
+}  // namespace krx
