@@ -39,8 +39,7 @@ TEST(GaugeMarkers, OnlyTheMarkerThatIsMovedIsKeptOnTheScaleAndInOrder) {
   for (const auto& row : rows) {
     GaugeMarkers markers = Temperatures(row.low, row.high);
     const double result = markers.Move(row.moved, row.wanted);
-    EXPECT_EQ(markers.Low(), row.newLow) << row.name;
-    EXPECT_EQ(markers.High(), row.newHigh) << row.name;
+    EXPECT_EQ(std::pair(markers.Low(), markers.High()), std::pair(row.newLow, row.newHigh)) << row.name;
     EXPECT_EQ(result, markers.ValueOf(row.moved)) << row.name;
   }
 }

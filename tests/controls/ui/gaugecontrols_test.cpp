@@ -211,19 +211,17 @@ TEST(DutySlider, TellsAPressAMoveAndAReleaseApart) {
 
 TEST(DutySlider, AKeyStepIsMovedAndReleasedAfterTheMove) {
   Slider slider;
-  const struct {
-    int From;
-    Qt::Key Key;
-    int To;
-  } rows[] = {{254, Qt::Key_Right, 255},
-              {130, Qt::Key_Right, 133},  // 51 %: a step to 131 would still be 51 %, and the next reading takes it back
-              {130, Qt::Key_PageDown, 117},
-              {255, Qt::Key_Right, 255}};
-  for (const auto& row : rows) {
-    slider.SetValue(row.From);
-    QTest::keyClick(&slider, row.Key);
-    EXPECT_EQ(slider.Take(), row.From == row.To ? "" : fmt::format("moving {0};after move {0};", row.To));
-    EXPECT_EQ(slider.value(), row.To);
+  const std::tuple<int, Qt::Key, int> rows[] = {
+      {254, Qt::Key_Right, 255},
+      {130, Qt::Key_Right, 133},  // 51 %: a step to 131 would still be 51 %, and the next reading takes it back
+      {130, Qt::Key_PageDown, 117},
+      {255, Qt::Key_Right, 255},
+  };
+  for (const auto& [from, key, to] : rows) {
+    slider.SetValue(from);
+    QTest::keyClick(&slider, key);
+    EXPECT_EQ(slider.Take(), from == to ? "" : fmt::format("moving {0};after move {0};", to));
+    EXPECT_EQ(slider.value(), to);
   }
 }
 

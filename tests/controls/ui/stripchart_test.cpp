@@ -44,10 +44,6 @@ class StripChartTest : public ::testing::Test {
       QTest::mouseEvent(QTest::MouseMove, &plot, Qt::NoButton, modifiers, at);
     QTest::mouseRelease(&plot, Qt::LeftButton, modifiers, to);
   }
-  void Wheel(QPoint at, QPoint turn, Qt::KeyboardModifiers modifiers) {
-    QWheelEvent event(at, plot.mapToGlobal(at), {}, turn, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&plot, &event);
-  }
   /// How the visible time differs from `before`, in lengths of that: how far it moved and how long it is.
   std::string Moved(ChartSpan before) const {
     const auto length = static_cast<double>(before.Length());
@@ -155,34 +151,33 @@ TEST_F(StripChartTest, APausedPictureStandsWhileReadingsComeInAndMovesByKeysAndW
   Post(30'000);
   EXPECT_EQ(chart.Shown(), paused);
   EXPECT_EQ(history.RowCount(), 30'010u);
-  const struct {
-    Qt::Key Key;
-    QPoint Turn;
-    Qt::KeyboardModifiers Modifiers;
-    const char* Moved;
-  } rows[] = {{Qt::Key_Left, {}, {}, "-0.10 1.00"},
-              {Qt::Key_Right, {}, {}, "0.10 1.00"},
-              {Qt::Key_Plus, {}, {}, "0.10 0.80"},
-              {Qt::Key_Equal, {}, {}, "0.10 0.80"},
-              {Qt::Key_Minus, {}, {}, "-0.12 1.25"},
-              {Qt::Key_A, {}, {}, "0.00 1.00"},
-              {{}, {0, 120}, {}, "0.05 0.80"},
-              {{}, {0, -120}, {}, "-0.06 1.25"},
-              {{}, {240, 0}, {}, "-0.20 1.00"},
-              {{}, {0, -120}, Qt::ShiftModifier, "0.10 1.00"},
-              {Qt::Key_Left, {}, Qt::ControlModifier, "0.00 1.00"}};
-  const QRect area = plot.axisRect()->rect();
-  for (const auto& row : rows) {
+  for (const auto& [keys, moved] : {std::pair{"Left", "-0.10 1.00"},
+                                    {"Right", "0.10 1.00"},
+                                    {"+", "0.10 0.80"},
+                                    {"=", "0.10 0.80"},
+                                    {"-", "-0.12 1.25"},
+                                    {"A", "0.00 1.00"},
+                                    {"Ctrl+Left", "0.00 1.00"}}) {
     const ChartSpan before = chart.Shown();
-    if (row.Turn.isNull())
-      QTest::keyClick(&plot, row.Key, row.Modifiers);
-    else
-      Wheel({area.left() + area.width() / 4, area.center().y()}, row.Turn, row.Modifiers);
-    EXPECT_EQ(Moved(before), row.Moved) << row.Key << " " << row.Turn.x() << " " << row.Turn.y();
+    const QKeyCombination key = QKeySequence(keys)[0];
+    QTest::keyClick(&plot, key.key(), key.keyboardModifiers());
+    EXPECT_EQ(Moved(before), moved) << keys;
   }
-  const ChartSpan before = chart.Shown();
-  Wheel({area.left() / 2, area.center().y()}, {0, 120}, {});
-  EXPECT_EQ(chart.Shown(), before) << "beside the picture";
+  const QRect area = plot.axisRect()->rect();
+  const QPoint quarter(area.left() + area.width() / 4, area.center().y());
+  const std::tuple<QPoint, QPoint, Qt::KeyboardModifiers, const char*> turns[] = {
+      {quarter, {0, 120}, {}, "0.05 0.80"},
+      {quarter, {0, -120}, {}, "-0.06 1.25"},
+      {quarter, {240, 0}, {}, "-0.20 1.00"},
+      {quarter, {0, -120}, Qt::ShiftModifier, "0.10 1.00"},
+      {{area.left() / 2, quarter.y()}, {0, 120}, {}, "0.00 1.00"},  // beside the picture
+  };
+  for (const auto& [at, turn, modifiers, moved] : turns) {
+    const ChartSpan before = chart.Shown();
+    QWheelEvent event(at, plot.mapToGlobal(at), {}, turn, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&plot, &event);
+    EXPECT_EQ(Moved(before), moved) << turn.x() << " " << turn.y();
+  }
   QTest::keyClick(&plot, Qt::Key_Home);
   EXPECT_EQ(chart.Mode(), ChartMode::Live);
   EXPECT_EQ(chart.Shown().End, time + 1);
@@ -211,44 +206,41 @@ TEST_F(StripChartTest, TheCursorReadsTheTracesUnderItAndTheirChangeSinceTheLeftE
 }
 
 TEST_F(StripChartTest, DrawsAtEveryFifthTickAndNeverWhileHidden) {
-  Post(100);
-  EXPECT_EQ(redraws, 0);
+  const auto drawn = [&](int ticks) {
+    redraws = 0;
+    Post(ticks);
+    return redraws;
+  };
+  EXPECT_EQ(drawn(100), 0);
   Show();
-  Post(5);  // whatever was left over from showing
-  redraws = 0;
-  Post(20);
-  EXPECT_GE(redraws, 4);
-  EXPECT_LE(redraws, 10);  // a slow machine may pass the 50 ms now and then
+  drawn(5);  // whatever was left over from showing
+  const int shown = drawn(20);
+  EXPECT_TRUE(shown >= 4 && shown <= 10) << shown;  // a slow machine may pass the 50 ms now and then
   chart.hide();
-  redraws = 0;
-  Post(20);
-  EXPECT_EQ(redraws, 0);
+  EXPECT_EQ(drawn(20), 0);
 }
 
-TEST(StripChart, ARedrawThatDoesNotFitIntoAWaitIsPutOff) {
+TEST_F(StripChartTest, ARedrawThatDoesNotFitIntoAWaitIsPutOff) {
   ScriptedBudget budget;
-  TraceHistory history(1);
-  {
-    StripChart chart(history);
-    chart.SetWaitBudget(&budget);
-    int redraws = 0;
-    QObject::connect(chart.Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
-    chart.show();
-    const auto change = [&](double left, double most) {
-      LiveBench::Run(60);
-      redraws = 0;
-      budget.Left = left;
-      chart.SetValueRange(0, most);
-      LiveBench::Run(60);
-    };
-    change(1e-6, 50);
+  auto large = std::make_unique<StripChart>(history);
+  large->SetWaitBudget(&budget);
+  QObject::connect(large->Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
+  large->show();
+  const auto change = [&](double left, double most) {
+    LiveBench::Run(60);
+    redraws = 0;
+    budget.Left = left;
+    large->SetValueRange(0, most);
+    LiveBench::Run(60);
     EXPECT_EQ(redraws, 0);
     ASSERT_TRUE(budget.Afterwards);
-    budget.Left = 1;
-    budget.Afterwards();
-    EXPECT_EQ(redraws, 1);
-    change(0, 60);
-  }
+  };
+  change(1e-6, 50);
+  budget.Left = 1;
+  std::exchange(budget.Afterwards, nullptr)();
+  EXPECT_EQ(redraws, 1);
+  change(0, 60);
+  large.reset();
   EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart's end";
 }
 

@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QTest>
 #include <QTimer>
 #include <stdexcept>
@@ -28,15 +29,12 @@ TEST(UserDialogs, FiltersAreTranslatedForTheToolkit) {
 
 TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
   ScriptedDialogs dialogs;
-  int held = 0;
-  int heldWhileOpen = -1;
-  dialogs.WhileOpen = [&] { heldWhileOpen = held; };
+  bool held = false;
+  dialogs.WhileOpen = [&] { EXPECT_FALSE(held); };
   EXPECT_FALSE(RunUserAction(dialogs, [&] {
-    const auto guard = std::shared_ptr<void>(&held, [](void* count) { --*static_cast<int*>(count); });
-    ++held;
+    const QScopedValueRollback guard(held, true);
     throw Overflow();
   }));
-  EXPECT_EQ(heldWhileOpen, 0);
   EXPECT_FALSE(RunUserAction(dialogs, [] { throw std::runtime_error("disk full"); }));
   EXPECT_TRUE(RunUserAction(dialogs, [] {}));
   EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|"}));
@@ -64,13 +62,12 @@ TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
     if (++ticks == 1) bench.Gate.Exclamation("in a turn", "its title");
     for (int i = 0; i < 3; ++i) ReadByte(bench.Bus, 0x26);
   });
-  const auto look = bench.Boxes.WhileOpen;
   int behind = 0;
-  bench.Boxes.WhileOpen = [&] {
+  bench.Boxes.WhileOpen = [&, look = bench.Boxes.WhileOpen] {
     look();
-    const int before = ticks;
+    behind -= ticks;
     LiveBench::Run(100);
-    behind = ticks - before;
+    behind += ticks;
   };
   timer.Start();
   LiveBench::Run(150);
