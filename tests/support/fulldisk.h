@@ -13,8 +13,7 @@ class FullDisk {
  public:
   FullDisk() : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
     getrlimit(RLIMIT_FSIZE, &old_);
-    rlimit low = old_;
-    low.rlim_cur = 4096;
+    const rlimit low{4096, old_.rlim_max};
     setrlimit(RLIMIT_FSIZE, &low);
   }
   ~FullDisk() {

@@ -7,17 +7,11 @@
 
 #include <QTest>
 #include <QToolButton>
-#include <cmath>
 
-#include "controls/ui/traceplottable.h"
-#include "controls/ui/xychart.h"
-#include "controls/ui/zoomarrows.h"
 #include "support/livebench.h"
 
 namespace krx {
 namespace {
-
-constexpr std::int64_t kTick = 10'000;
 
 class StripChartTest : public ::testing::Test {
  protected:
@@ -29,7 +23,7 @@ class StripChartTest : public ::testing::Test {
   }
   void Post(int count) {
     for (int i = 0; i < count; ++i) {
-      history.Append(time += kTick, std::vector<float>{celsius, 1.f, fan});
+      history.Append(time += 10'000, std::vector<float>{celsius, 1.f, fan});
       chart.Posted();
     }
   }
@@ -67,8 +61,7 @@ TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExport) {
   QObject::connect(&chart, &StripChart::TraceToggled, [&](int channel, bool) { toggled = channel; });
   EXPECT_EQ(plot.legend->itemCount(), 2);
   chart.SetTraceVisible(0, false);
-  EXPECT_EQ(plot.legend->itemCount(), 1);
-  EXPECT_EQ(plot.legend->elementCount(), 1);  // no hole
+  EXPECT_EQ(std::pair(plot.legend->itemCount(), plot.legend->elementCount()), std::pair(1, 1));  // no hole
   EXPECT_FALSE(Toggle(0)->isVisible());
   EXPECT_EQ(toggled, -1);  // the program's own change is no wish of the user
   Post(1);
@@ -113,13 +106,6 @@ TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
     QTest::keyClick(here, Qt::Key_Tab);
   }
   EXPECT_EQ(order, "live 0 pause 1 fit 2 traces export plot live 0 ");
-}
-
-TEST_F(StripChartTest, NumbersAreWrittenAlikeInEveryCountry) {
-  QLocale::setDefault(QLocale(QLocale::German));
-  const StripChart german(history);
-  QLocale::setDefault(QLocale::c());
-  EXPECT_EQ(german.Plot()->locale().toString(1234.5), "1234.5");
 }
 
 TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
@@ -253,6 +239,7 @@ TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
   Post(1);
   plot.replot();
   EXPECT_EQ(plot.yAxis->range(), QCPRange(-20, 120));
+  for (const QCPAxis* axis : {plot.xAxis, plot.yAxis, plot.yAxis2}) EXPECT_TRUE(axis->visible() && axis->tickLabels());
   EXPECT_EQ(plot.yAxis2->range().upper, 10'000);
   chart.Fit();
   plot.replot();
@@ -305,51 +292,6 @@ TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
     EXPECT_EQ(Moved(live), row.Moved);
     EXPECT_NEAR(plot.yAxis->range().lower, row.Values.lower, 1);
     EXPECT_NEAR(plot.yAxis->range().upper, row.Values.upper, 1);
-  }
-}
-
-TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
-  XyChart chart({"Temperature °C", 0, 120}, {"PWM %", 0, 100});
-  chart.SetTraces({{"Fan1"}, {"Op Point"}});
-  chart.resize(400, 300);
-  chart.show();
-  for (int i = 0; i < 1000; ++i) chart.AddPoint(0, 40 + i % 3, 20);
-  for (const auto& [x, y] : {std::pair{NAN, 1.f}, {1.f, INFINITY}}) chart.AddPoint(0, x, y);
-  EXPECT_EQ(chart.PointCount(0), 3);
-  QCustomPlot& plot = *chart.Plot();
-  auto* curve = qobject_cast<QCPCurve*>(plot.plottable(0));
-  EXPECT_EQ(curve->data()->size(), 3);
-  EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
-  EXPECT_EQ(plot.xAxis->range(), QCPRange(0, 120));
-  EXPECT_EQ(plot.yAxis->range(), QCPRange(0, 100));
-  chart.AddLabel("Therm", 0.5);
-  plot.replot();
-  auto* label = qobject_cast<QCPItemText*>(plot.item(0));
-  EXPECT_EQ(label->text(), "Therm");
-  EXPECT_NEAR(label->position->pixelPosition().x(), plot.axisRect()->rect().center().x(), 1);
-  EXPECT_EQ(plot.legend->itemCount(), 2);
-  EXPECT_LE(plot.legend->outerRect().bottom(), plot.axisRect()->top()) << "above the picture";
-  EXPECT_EQ(plot.legend->rowCount(), 1);
-  chart.resize(plot.legend->outerRect().width() / 2, 300);
-  plot.replot();
-  EXPECT_EQ(plot.legend->rowCount(), 2) << "too narrow for both";
-  chart.SetTraceName(1, " ");
-  EXPECT_EQ(plot.legend->itemCount(), 1);
-  chart.SetTraceVisible(0, false);
-  EXPECT_EQ(plot.legend->itemCount(), 0);
-  chart.ClearPoints();
-  EXPECT_EQ(chart.PointCount(0) + curve->data()->size() + plot.itemCount(), 0);
-}
-
-TEST(TraceLines, AreUprightRunsThatTouchAndBridgesUnlessNothingWasMeasured) {
-  std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
-  const TraceScale scale{.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1};
-  const QVector<QLineF> straight{{0.5, 7.5, 0.5, 9.5}, {1.5, 4.5, 1.5, 7.5}, {4.5, 8.5, 6.5, 8.5}};
-  for (const bool gap : {false, true}) {
-    columns[1].GapAfter = gap;
-    const TraceLines lines = MakeTraceLines(columns, scale, std::nullopt, std::nullopt);
-    EXPECT_EQ(lines.Straight, straight);
-    EXPECT_EQ(lines.Slanted, gap ? QVector<QLineF>() : QVector<QLineF>({{1.5, 5.5, 4.5, 8.5}}));
   }
 }
 
