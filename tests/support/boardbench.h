@@ -29,14 +29,13 @@ struct BoardBench : TestBench {
 inline std::string UpToFailure(TestBench& bench, int nth, const std::function<void()>& handler) {
   bench.BusTraffic();
   bench.FailTransfer(nth);
-  bool thrown = false;
   try {
     handler();
   } catch (const CommsError&) {
-    thrown = true;
+    bench.Sim.ClearFaults();
+    return bench.BusTraffic();
   }
-  bench.Sim.ClearFaults();
-  return thrown ? bench.BusTraffic() : "nothing was thrown";
+  return "nothing was thrown";
 }
 
 /// The first n words of a traffic text, the last of them marked as failed.

@@ -106,7 +106,7 @@ TEST(QtEventPump, AWaitIsNeverShortAndSleepsWhileNothingHappens) {
 TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
   LiveBench bench;
   std::string log;
-  double left = 0;
+  double left = -1;
   int kept = 0;
   int dropped = 0;
   EXPECT_TRUE(std::isinf(bench.Pump.SecondsLeft()));
@@ -118,10 +118,9 @@ TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
     bench.Pump.Forget(&dropped);
   });
   ReadTimes(bench, 4);
-  EXPECT_GT(left, 0);
-  EXPECT_LT(left, 0.005);
+  EXPECT_TRUE(left >= 0 && left < 0.005) << left;
   EXPECT_EQ(log, "") << "not between two transfers either: no event is handled there";
-  LiveBench::Run(5);
+  LiveBench::Run(50);
   EXPECT_EQ(log, "after ");
 }
 

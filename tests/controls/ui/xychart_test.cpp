@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <qcustomplot.h>
 
+#include <QTest>
 #include <cmath>
 
 #include "controls/ui/traceplottable.h"
@@ -32,8 +33,11 @@ TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
   EXPECT_EQ(plot.xAxis->range(), QCPRange(0, 120));
   EXPECT_EQ(plot.yAxis->range(), QCPRange(0, 100));
+  QCoreApplication::processEvents();
+  int redraws = 0;
+  QObject::connect(&plot, &QCustomPlot::afterReplot, [&] { ++redraws; });
   chart.AddLabel("Therm", 0.5);
-  plot.replot();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return redraws > 0; }));
   auto* label = qobject_cast<QCPItemText*>(plot.item(0));
   EXPECT_EQ(label->text(), "Therm");
   EXPECT_NEAR(label->position->pixelPosition().x(), plot.axisRect()->rect().center().x(), 1);
