@@ -131,12 +131,12 @@ TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
 
 TEST_F(StripChartTest, APausedPictureStandsWhileReadingsComeInAndMovesByKeysAndWheel) {
   Post(10);
-  Show();
   chart.Pause();
   const ChartSpan paused = chart.Shown();
   Post(30'000);
   EXPECT_EQ(chart.Shown(), paused);
   EXPECT_EQ(history.RowCount(), 30'010u);
+  Show();
   for (const auto& [keys, moved] : {std::pair{"Left", "-0.10 1.00"},
                                     {"Right", "0.10 1.00"},
                                     {"+", "0.10 0.80"},
