@@ -5,17 +5,42 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 
+#include <qcustomplot.h>
+
 #include "console/visualbench.h"
+#include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "support/fulldisk.h"
 #include "support/scripteddialogs.h"
 
 namespace krx {
 namespace {
+
+TEST(ChartCard, EachChartHasItsTracesUnitsAndScale) {
+  VisualBench bench;
+  ScriptedDialogs dialogs;
+  ChartCard card(bench.Work, dialogs, bench.Model.State());
+  bench.Work.Cycle.Tick();
+  card.Posted();
+  const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
+      {"Strip2", "Temperature|Fans", "2 2 2 0 0 0 0 2 1",
+       "Time (s),Internal (C),External 1 (C),External 2 (C),Fan1 (RPM),Fan2 (RPM),Fan3 (RPM),Fan4 (RPM),"
+       "Proc. Power (W) (W),THERM= % (%)\n"},
+      {"Strip3", "Voltage|", "3 3 3 3 3", "Time (s),5V (V),12V (V),Vccp (V),Vcc (V),2.5V (V)\n"}};
+  for (const auto& [name, axes, digits, heading] : rows) {
+    const auto& chart = *card.findChild<StripChart*>(name);
+    EXPECT_EQ((chart.Plot()->yAxis->label() + '|' + chart.Plot()->yAxis2->label()).toStdString(), axes);
+    QStringList decimals;
+    for (int trace = 0; trace < chart.TraceCount(); ++trace) decimals << QString::number(chart.Trace(trace).Decimals);
+    EXPECT_EQ(decimals.join(' '), digits);
+    EXPECT_TRUE(chart.Values({}).Next(9).starts_with(heading));
+  }
+}
 
 TEST(ChartCard, ExportsNameTheirSourceAndAFullDiskLeavesTheOldFile) {
   VisualBench bench;
@@ -33,10 +58,12 @@ TEST(ChartCard, ExportsNameTheirSourceAndAFullDiskLeavesTheOldFile) {
   const QString name = folder.filePath("chart");
   const auto* chart = card.findChild<StripChart*>("Strip2");
   const QList<QAction*> exports = chart->findChild<QToolButton*>("export")->menu()->actions();
-  const std::pair<const char*, QByteArray> formats[] = {
-      {".png", "\x89PNG"}, {".pdf", "%PDF"}, {".csv", "# KRX5580 · A board\n# Saved 20"}};
+  const std::tuple<const char*, QByteArray, const char*> formats[] = {
+      {".png", "\x89PNG", "save|Pictures (*.png)|*.png|chart.png"},
+      {".pdf", "%PDF", "save|Documents (*.pdf)|*.pdf|chart.pdf"},
+      {".csv", "# KRX5580 · A board\n# Saved 20", "save|Comma-separated values (*.csv)|*.csv|chart.csv"}};
   for (qsizetype i = 0; i < exports.size(); ++i) {
-    const auto& [ending, head] = formats[i];
+    const auto& [ending, head, filter] = formats[i];
     const auto run = [&] {
       notice.clear();
       dialogs.Shown.clear();
@@ -47,6 +74,7 @@ TEST(ChartCard, ExportsNameTheirSourceAndAFullDiskLeavesTheOldFile) {
     };
     ASSERT_TRUE(run());
     EXPECT_EQ(notice, "Saved to " + name + ending);
+    EXPECT_EQ(dialogs.Shown[0], filter);
     const QByteArray saved = Content(name + ending);
     EXPECT_TRUE(saved.startsWith(head)) << saved.left(80).toStdString();
     dialogs.Yes = true;  // replace it
@@ -56,6 +84,12 @@ TEST(ChartCard, ExportsNameTheirSourceAndAFullDiskLeavesTheOldFile) {
     EXPECT_EQ(Content(name + ending), saved) << ending;
     dialogs.Yes = false;
   }
+  dialogs.Files = {name.toStdString() + "2"};
+  for (int twice = 0; twice < 2; ++twice) exports[2]->trigger();
+  EXPECT_EQ(notice, "The values before are still being saved");
+  card.findChild<SavingBar*>()->findChild<QPushButton*>()->click();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return notice == "Cancelled, " + name + "2.csv was not written"; }));
+  EXPECT_FALSE(QFile::exists(name + "2.csv"));
 }
 
 }  // namespace

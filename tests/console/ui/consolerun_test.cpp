@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
@@ -11,6 +12,7 @@
 #include <QPushButton>
 #include <csignal>
 
+#include "link/linux/heldchip.h"
 #include "link/ui/initform.h"
 #include "simulator/simcomms.h"
 #include "simulator/simwords.h"
@@ -35,9 +37,7 @@ struct RunBench {
       Step();
     });
     watch.start(5);
-    const int result = ConsoleRun(*qApp, Time, Boxes,
-                                  {[this] { return Sim.MakeCommsModule(); }, "Simulated board", "", true, 1}, Options)
-                           .Run();
+    const int result = ConsoleRun(*qApp, Time, Boxes, Medium, Options).Run();
     QCoreApplication::removePostedEvents(qApp, QEvent::Quit);  // asked for twice; the next test's loop goes on
     return result;
   }
@@ -47,6 +47,12 @@ struct RunBench {
     for (QWidget* const widget : QApplication::topLevelWidgets())
       if (auto* const wizard = qobject_cast<InitForm*>(widget); wizard != nullptr && wizard->isVisible()) return wizard;
     return nullptr;
+  }
+  /// What a label of the main window says; empty while there is none.
+  static std::string Text(const char* label) {
+    for (const QWidget* const widget : QApplication::topLevelWidgets())
+      if (const auto* const found = widget->findChild<QLabel*>(label)) return found->text().toStdString();
+    return {};
   }
   /// Presses its way to the chip on the SMBus, each press from the event loop as a user's.
   void Press(InitForm& wizard) {
@@ -63,6 +69,7 @@ struct RunBench {
   SystemClock Time;
   Simulation Sim{Time, {}};
   QtUserDialogs Boxes;
+  ConsoleMedium Medium{[this] { return Sim.MakeCommsModule(); }, "Simulated board", "it was chosen", true, 1};
   ConsoleRunOptions Options;
   std::function<void()> Step;
 
@@ -128,6 +135,77 @@ TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
     EXPECT_EQ(bench.Run(), 0);
     EXPECT_EQ(bench.Transfers(), atSignal);
   }
+}
+
+TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
+  for (const bool wizard : {false, true}) {
+    RunBench bench("", wizard);
+    HeldChip held;
+    held.Adapter.Chips = bench.Sim.MakeCommsModule()->ObtainSmbusController();
+    bench.Medium = {[&] { return held.Module(bench.Time); }, "this computer's", "there is an SMBus"};
+    std::string box, note, medium;
+    bench.Step = [&] {
+      if (auto* const asked = RunBench::Box()) {
+        box = asked->text().toStdString();
+        for (auto* const button : asked->buttons())
+          if (button->text() != "Cancel") button->click();
+      } else if (auto* const first = RunBench::Wizard()) {
+        note = RunBench::Text("MediumNoteLBL");
+        bench.Press(*first);
+      } else if (RunBench::Text("lblCycle").find("Not monitoring") != std::string::npos && medium.empty()) {
+        medium = RunBench::Text("lblMedium");
+        std::raise(SIGTERM);
+      }
+    };
+    EXPECT_EQ(bench.Run(), 0);
+    EXPECT_EQ(box, wizard ? wizardtext::Held("krx5580 (process 4711)")
+                          : "The chip is used by krx5580 (process 4711). This console starts read-only: no write "
+                            "reaches chip or board.");
+    EXPECT_EQ(note, wizard ? "Buses: this computer's. there is an SMBus." : "");
+    EXPECT_EQ(medium, "SMBus I801 adapter at 0700, i2c-1 · 2Eh · read-only, 0 writes not made");
+    const auto& transfers = bench.Sim.Trace().Transfers();
+    EXPECT_EQ(std::ranges::count(transfers, Operation::WriteByteData, &Transfer::Op), 0);
+  }
+}
+
+TEST(ConsoleRun, WhereNoChipIsTheSimulatedBoardIsOfferedAndStartedAndTheMenuColoursTheRun) {
+  RunBench bench("", true);
+  SimOptions none;
+  none.BoardPresent = false;
+  none.SmbusChips.clear();
+  Simulation empty(bench.Time, none);
+  bench.Options.SimulatedBoard = [board = bench.Medium] { return board; };
+  bench.Options.Colours = Theme::Light;
+  bench.Medium = {[&] { return empty.MakeCommsModule(); }, "this computer's", ""};
+  std::string first, second, notice, medium;
+  QColor colour;
+  bench.Step = [&] {
+    if (auto* const box = RunBench::Box()) {
+      box->accept();
+    } else if (auto* const wizard = RunBench::Wizard()) {
+      auto* const simulated = wizard->findChild<QPushButton*>("SimulatedCMD");
+      (first.empty() ? first : second) = RunBench::Text("MediumNoteLBL");
+      if (simulated->isVisible()) QMetaObject::invokeMethod(simulated, &QPushButton::click, Qt::QueuedConnection);
+      if (!simulated->isVisible()) bench.Press(*wizard);
+    } else if (notice.empty() && !(notice = RunBench::Text("lblNotice")).empty()) {
+      medium = RunBench::Text("lblMedium");
+      for (const QWidget* const window : QApplication::topLevelWidgets())
+        for (QAction* const action : window->findChildren<QAction*>())
+          if (action->text() == "&Dark") action->trigger();
+      colour = QApplication::palette().color(QPalette::Window);
+      std::raise(SIGTERM);
+    }
+  };
+  EXPECT_EQ(bench.Run(), 0);
+  EXPECT_EQ(first, "Buses: this computer's.");
+  EXPECT_EQ(second,
+            "Buses: Simulated board. it was chosen. The chip with heaters and switches is at its printer port, another "
+            "one on its SMBus.");
+  EXPECT_EQ(notice, "|  Monitoring was started on the simulated chip");
+  EXPECT_EQ(medium, "Simulated board · printer port 2Dh");
+  EXPECT_EQ(bench.Sim.BoardChip().Peek(0x40) & 1, 1);
+  EXPECT_LT(colour.lightness(), 100);
+  ApplyTheme(*qApp, Theme::Light);
 }
 
 }  // namespace

@@ -6,13 +6,17 @@
 #include <QAction>
 #include <QDialog>
 #include <QFocusEvent>
+#include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStyleOptionSpinBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QWheelEvent>
 #include <functional>
+#include <regex>
 
 #include "console/ui/channeltile.h"
 #include "console/ui/formbench.h"
@@ -25,6 +29,7 @@
 #include "controls/ui/stripchart.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
@@ -50,22 +55,132 @@ struct Console : FormBench {
   }
 };
 
-TEST(MainForm, NamesTheMediumAndHasItsFixedCaptionsAndLeavesRoomForItsFrame) {
-  const Console board;
+TEST(MainForm, EachPageSaysItsWordsNamesTheMediumAndLeavesRoomForItsFrame) {
+  const Console board(Console::Medium::Board, {{0x5C, 0xE2}});
   EXPECT_TRUE(board.Form->windowTitle().contains("Simulated board"));
   EXPECT_EQ(board.Text("lblMedium"), "Simulated board · printer port 2Dh");
   const Console smbus(Console::Medium::Smbus);
   EXPECT_EQ(smbus.Text("lblMedium"), "Simulated board · SMBus 2Eh");
   EXPECT_EQ(ConnectionText("SMBus I801 adapter at 0700, i2c-1", smbus.Chip.Bus),
             "SMBus I801 adapter at 0700, i2c-1 · 2Eh");
-  QStringList captions;
-  const auto* tabs = board.Find<QTabWidget>("Main_Form_Tab");
-  for (int tab = 0; tab < tabs->count(); ++tab) captions << tabs->tabText(tab);
-  for (const char* name : {"cmdBigGraph", "cmdGlitchTest", "Command1", "cmdViewEasy", "Command3"})
-    captions << board.Find<QPushButton>(name)->text();
-  EXPECT_EQ(captions.join('|').toStdString(),
-            "Main|Read/Write|Visual Display|Control |Expand Graph|glitch test|Easy Setup|Setup Log...|About");
   EXPECT_LE(board.Form->height(), board.Form->screen()->availableSize().height() - 20);  // which is 800 here
+  const std::pair<const char*, const char*> pages[] = {
+      {"Main", "Simulated board · printer port 2Dh|About"},
+      {"Read/Write",
+       "Current Addr:|3E|Current Reg:|Company ID|Register Value:|41|(Hex)|65|(Dec)|Bit 7|Bit 7|(0)|Bit 6|Bit 6|(1)|"
+       "Bit 5|Bit 5|(0)|Bit 4|Bit 4|(0)|Bit 3|Bit 3|(0)|Bit 2|Bit 2|(0)|Bit 1|Bit 1|(0)|Bit 0|Bit 0|(1)|Write (Hex)|"
+       "Press to update|Write (Dec)|Press to update|Continuous Reading|Continuous Reading is Off"},
+      {"Visual Display",
+       "TEMPERATURES|Local|Remote 1|Remote 2|FANS|Fan 1|Fan 2|Fan 3|Fan 4|VOLTAGES|5V|12V|Vccp|Vcc|2.5V|Live|Pause|"
+       "Fit|Traces|Export|LOCAL|–|not read yet|min – · max –|mean –|Reset|High limit|Low limit|Fan1 PWM|manual|Easy "
+       "Setup|Setup Log...|Fan Test Setup|glitch test|(Expand Graph)|Tmin / operating point|Local|–|/|–|Remote 1|"
+       "–|/|–|Remote 2|–|/|–"},
+      {"Control ",
+       "Fan Configuration|(Configure Temps...)|Switch Access...|Configure Fans...|Set THERM# Read Time|s|File Access|"
+       "(Save Register Values...)|(Recall Previous Setup...)|(Make New Log)|Power and Operating Point|"
+       "(Operating Point Demo)|(Power/Current Parameters)|(Power/Current Display)|Board Control|THERM Setup|"
+       "EnableTHERM|(Input on 5V pin)|(Input on Tach4 pin)|(Enable PROCHOT)|SMBAlert Setup|Enable Alert|"
+       "ALERT on PWM2 pin|ALERT on 2.5V pin|Alert on 2.5V pin|Alert on PWM2 pin|Sensors|Diode1 Enabled|"
+       "Diode2 Enabled|Heaters|Heater1 Enabled|Heater2 Enabled"}};
+  const auto* tabs = board.Find<QTabWidget>("Main_Form_Tab");
+  for (int tab = 0; tab < 4; ++tab) {
+    board.Form->SelectTab(MainForm::Tab(tab));
+    EXPECT_EQ(tabs->tabText(tab).toStdString(), pages[tab].first);
+    const std::string words = Words(*tabs->currentWidget());
+    EXPECT_TRUE(words.ends_with(pages[tab].second)) << words;
+    EXPECT_TRUE(board.Wait([&] { return Flaws(*tabs->currentWidget()).empty(); })) << Flaws(*tabs->currentWidget());
+  }
+  EXPECT_GT(board.Find<QWidget>("picBoard")->grab().toImage().convertToFormat(QImage::Format_Indexed8).colorCount(), 9);
+}
+
+/// Counts how often a widget is drawn.
+struct PaintCount : QObject {
+  explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+  bool eventFilter(QObject*, QEvent* event) override { return Seen += event->type() == QEvent::Paint, false; }
+  int Seen = 0;
+};
+
+/// Triggers what stands in the menus under `text`, its "&" apart.
+void Choose(const MainForm& form, const char* text) {
+  for (QAction* action : form.findChildren<QAction*>())
+    if (action->text().remove('&') == text) return action->trigger();
+  FAIL() << text;
+}
+
+TEST(MainForm, EachKeyAndEntryOfTheMenusDoesWhatItsTextSays) {
+  Console console;
+  const auto* tabs = console.Find<QTabWidget>("Main_Form_Tab");
+  const struct {
+    const char *Entry, *Key;
+    int Tab;
+    const char* Traffic;  ///< a pattern: ticks may come between
+  } rows[] = {
+      {"Show \"Main\"", "Ctrl+1", 0, ""},
+      {"Show \"Read/Write\"", "Ctrl+2", 1, "R3E"},
+      {"Show \"Control\"", "Ctrl+4", 3, "R78 S96:8E R78 S90:52 R7D S96:8E V94 ST ST"},
+      {"Re-read Chip", "F5", 3, "R7B R40 R5C R5D R5E"},
+      {"Show \"Visual Display\"", "Ctrl+3", 2, "R78 S96:8E R78 S90:52 R7D S96:8E.*"},
+      {"Show \"Main\"", "Ctrl+1", 0, ""},
+      {"Easy Setup", "Ctrl+E", 2,
+       "R78 S96:8E R78 S90:52 R7D S96:8E .*R40 W40:01 W50:0A .*W35:3C R78 S96:8E R78 S90:52 R7D S96:8E R50 R51"},
+      {"Bus Journal", "Ctrl+J", 2, ""},
+  };
+  console.Form->activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(console.Form.get()));
+  for (const bool keys : {true, false}) {
+    for (const auto& row : rows) {
+      console.Chip.BusTraffic();
+      if (keys) {
+        const QKeyCombination key = QKeySequence(row.Key)[0];
+        QTest::keyClick(console.Form.get(), key.key(), key.keyboardModifiers());
+      } else {
+        Choose(*console.Form, row.Entry);
+      }
+      const std::string traffic = console.Chip.BusTraffic();
+      EXPECT_TRUE(std::regex_match(traffic, std::regex(row.Traffic))) << row.Entry << traffic;
+      EXPECT_EQ(tabs->currentIndex(), row.Tab) << row.Entry;
+    }
+    EXPECT_EQ(console.Find<QWidget>("dockBusJournal")->isVisible(), keys);
+  }
+  std::vector<Theme> chosen;
+  QObject::connect(console.Form.get(), &MainForm::ThemeChosen, [&](Theme theme) { chosen.push_back(theme); });
+  Choose(*console.Form, "Reset Minima and Maxima");
+  EXPECT_EQ(console.Text("lblNotice"), "|  Minimum, maximum and mean of all channels begin anew");
+  for (const char* theme : {"Dark", "Light", "Theme of the System"}) Choose(*console.Form, theme);
+  EXPECT_EQ(chosen, (std::vector{Theme::Dark, Theme::Light, Theme::System}));
+  console.Form->SetTheme(Theme::Dark);
+  QString ticked;
+  for (const QAction* action : console.Form->findChildren<QAction*>())
+    if (action->actionGroup() != nullptr && action->isChecked()) ticked += action->text();
+  EXPECT_EQ(ticked, "&Dark");
+
+  for (const bool menu : {true, false}) {
+    std::string said;
+    QTimer::singleShot(0, [&] {
+      auto* const about = QApplication::activeModalWidget();
+      said = Words(*about).substr(0, 71) + Flaws(*about);
+      about->findChild<QAbstractButton*>("cmdSysInfo")->click();
+      auto* const system = about->findChild<QDialog*>("frmSysInfo");
+      said += system->isVisible() ? system->findChild<QPlainTextEdit*>()->toPlainText().left(11).toStdString() : "";
+      about->findChild<QAbstractButton*>("cmdOK")->click();
+    });
+    console.Form->SelectTab(MainForm::Main);
+    menu ? Choose(*console.Form, "About") : console.Click("Command3");
+    EXPECT_EQ(said, "<b style='font-size:x-large'>KRX5580 console</b>|Version " KRX_VERSION "|Evaluatikrx5580-con");
+  }
+  console.Click("cmdViewEasy");
+  const QPointer<QDialog> log = console.Find<QDialog>("frmSetupLog");
+  EXPECT_EQ(Words(*log), "Close");
+  auto* const content = log->findChild<QPlainTextEdit*>();
+  EXPECT_TRUE(content->isReadOnly() && content->toPlainText().startsWith("Easy Setup does the following"));
+  EXPECT_TRUE(content->isVisible() && content->horizontalScrollBar()->maximum() == 0) << "no line is cut";
+  content->setFocus();
+  QTest::keyClick(content, Qt::Key_Tab);
+  EXPECT_EQ(log->focusWidget(), log->findChild<QPushButton*>());
+  log->findChild<QPushButton*>()->click();
+  EXPECT_TRUE(console.Wait([&] { return log.isNull(); }));
+  Choose(*console.Form, "Exit");
+  EXPECT_FALSE(console.Form->isVisible());
 }
 
 TEST(MainForm, TilesShowWhatWasMeasured) {
@@ -83,6 +198,8 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
     EXPECT_TRUE(console.Wait([&] { return tile.Value() == row.Value; })) << tile.Value().toStdString();
     EXPECT_EQ(tile.Unit(), row.Unit);
     EXPECT_EQ(console.Text("lblRange"), row.Range);
+    for (const char* strip : {"Strip2", "Strip3"})
+      EXPECT_EQ(console.Find<StripChart>(strip)->isVisible(), (row.Channel == 7) == (strip[5] == '3'));
     EXPECT_EQ(console.Find<QLabel>("lblSummary")->foregroundRole() == QPalette::BrightText, row.Channel == 0);
   }
   EXPECT_EQ(console.Find<Indicator>("SSPanel11_0")->State(), IndicatorState::Bad);
@@ -127,6 +244,7 @@ TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
                            "txtHighLimit", "txtLowLimit", "chkPROCHOT", "opt5V", "optTach4", "chkAlert", "chkPWM2Alert",
                            "chk25vAlert", "opt25V", "optPWM2", "chkSensor1", "chkHeater2", "chkVID_3"})
     EXPECT_FALSE(console.Find<QWidget>(name)->isEnabled()) << name;
+  EXPECT_EQ(console.Text("lblMedium"), "Simulated board · printer port 2Dh · read-only, 0 writes not made");
   for (const char* name : {"visualdisplaytext_1", "cmdViewEasy", "cmdResetRange", "cmdSwitchAccess", "txtProcTime"})
     EXPECT_TRUE(console.Find<QWidget>(name)->isEnabled()) << name;
   EXPECT_FALSE(console.Find<QAction>("actEasySetup")->isEnabled());
@@ -160,15 +278,85 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
     EXPECT_EQ(console.Find<QLabel>(name)->foregroundRole(), QPalette::PlaceholderText) << name;
 }
 
-TEST(StatusLine, ABusThatFailsIsNotCalledMonitored) {
+TEST(ChannelTile, EachOfItsStatesIsDrawnAtOnceAndLooksDifferent) {
+  QWidget window;
+  ChannelTile tile(new Indicator, &window);
+  tile.setText("Fan 1");
+  tile.resize(300, 40);
+  window.show();
+  const auto set = [&](auto change) { return [&tile, change] { change(tile); }; };
+  const std::function<void()> states[] = {
+      [] {},
+      set([](ChannelTile& it) { it.SetReading("2400", "RPM"); }),
+      set([](ChannelTile& it) { it.SetReading("2400", "V"); }),
+      set([](ChannelTile& it) { it.SetTrace(0); }),
+      set([](ChannelTile& it) { it.SetTrace(1); }),
+      set([](ChannelTile& it) { it.SetMark(CaptionMark::FirstShown); }),
+      set([](ChannelTile& it) { it.SetMark(CaptionMark::Selected); }),
+      set([](ChannelTile& it) { it.SetAlarm("low"); }),
+      set([](ChannelTile& it) { it.SetMark(CaptionMark::Plain); }),
+      set([](ChannelTile& it) { it.SetOld(true); }),
+      set([](ChannelTile& it) { it.SetReading("–", "V"); }),
+      set([](ChannelTile& it) { it.setDown(true); }),
+  };
+  std::vector<QImage> pictures;
+  for (const auto& state : states) {
+    QTest::qWait(20);
+    PaintCount paints(tile);
+    for (int twice = 0; twice < 2; ++twice) {
+      const int before = std::exchange(paints.Seen, 0);
+      state();
+      QTest::qWait(20);
+      EXPECT_EQ(paints.Seen > 0, twice == 0 && !pictures.empty()) << pictures.size() << before;
+    }
+    pictures.push_back(tile.grab().toImage());
+    for (std::size_t i = 0; i + 1 < pictures.size(); ++i)
+      EXPECT_NE(pictures[i], pictures.back()) << i << pictures.size();
+  }
+  EXPECT_EQ(tile.accessibleDescription(), "– V, low");
+}
+
+TEST(StatusLine, SaysHowTheCycleTheAlarmsAndTheLinkStand) {
   StatusLine line;
-  line.ShowCycle({.Running = true, .PauseSeconds = 0.4});  // the last good tick was a moment ago
-  EXPECT_EQ(line.findChild<QLabel*>("lblCycle")->text(),
-            "|  The bus fails, next try every 0.4 s, values are out of date");
+  const auto text = [&](const char* label) { return line.findChild<QLabel*>(label)->text().toStdString(); };
+  const std::pair<CycleReport, const char*> cycles[] = {
+      {{.Running = true, .PauseSeconds = 0.4},  // the last good tick was a moment ago
+       "|  The bus fails, next try every 0.4 s, values are out of date"},
+      {{.Running = true, .NotMonitoring = true}, "|  Not monitoring, values are out of date"},
+      {{.Running = true, .ReadsPerTick = 12.4, .TicksPerSecond = 2.26}, "|  Monitoring, 12 reads a tick, 2.3 ticks/s"},
+      {{}, "|  Not reading, values are out of date"},
+  };
+  for (const auto& [report, words] : cycles) {
+    line.ShowCycle(report);
+    EXPECT_EQ(text("lblCycle"), words);
+  }
+  const std::tuple<AlarmReport, bool, const char*> alarms[] = {
+      {{}, true, ""},
+      {{0, "", false}, false, "No alarms"},
+      {{0, "", true}, false, "No alarms (old)"},
+      {{1, "Fan 1: low", false}, false, "◆ 1 alarm"},
+      {{1, "Fan 2: low", false}, false, "◆ 1 alarm"},
+      {{2, "Fan 1: low\nFan 2: low", false}, true, "◆ 2 alarms (old)"},
+  };
+  for (const auto& [report, old, words] : alarms) {
+    line.ShowAlarms(report, old);
+    EXPECT_EQ(text("lblAlarms"), words);
+    EXPECT_EQ(line.findChild<QLabel*>("lblAlarms")->toolTip().toStdString(), report.Details);
+    EXPECT_EQ(line.findChild<QLabel*>("lblAlarms")->foregroundRole() == QPalette::BrightText, report.Count > 0);
+  }
+  EXPECT_EQ(text("lblFaults"), "No link faults");
   const int width = line.minimumSizeHint().width();
   line.ShowConnection(QString(99, QLatin1Char('n')));
   line.CountFault("start-up", CommsError(57, std::string(99, 'n')));
   EXPECT_LE(line.minimumSizeHint().width(), width) << "no text widens the window";
+  EXPECT_TRUE(line.findChild<QLabel*>("lblFaults")->toolTip().startsWith("In start-up: Error: 57, nn"));
+  line.ShowNotice("Saved");
+  EXPECT_EQ(text("lblNotice"), "|  Saved");
+  auto* const end = line.findChild<QTimer*>();
+  EXPECT_GT(end->remainingTime(), 9000) << "long enough to be read";
+  end->start(0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return text("lblNotice").empty(); }));
+  EXPECT_FALSE(end->isActive());
 }
 
 TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
@@ -376,8 +564,10 @@ TEST(MainForm, AFansSpeedAndLimitAreNotKnownUntilThePulsesWereRead) {
   EXPECT_EQ(console.Text("lblReadout"), "–");
   EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
   EXPECT_TRUE(console.Shows("lblFaults", "Link faults: "));
+  EXPECT_TRUE(console.Dialogs.Shown.back().starts_with("critical|Programmed pulses: Error: 57"));
   console.Chip.Sim.ClearFaults();
   console.Find<QAction>("actReReadChip")->trigger();
+  EXPECT_EQ(console.Text("lblNotice"), "|  The chip was read again");
   EXPECT_TRUE(console.Find<LimitBox>("txtLowLimit")->isEnabled());
   EXPECT_TRUE(console.Wait([&] { return console.Tile(3).Value() != "–"; }));
 }
@@ -389,6 +579,7 @@ TEST(MainForm, TheSliderWritesWhileItMovesOnTheBoardAndOnceOnTheSmbusAndAFailedW
     console.Click("visualdisplaytext_6");
     auto* slider = console.Find<DutySlider>("analog_output_slider");
     EXPECT_TRUE(slider->isVisible());
+    EXPECT_EQ(slider->accessibleName(), "Fan3 PWM duty");
     slider->setSliderDown(true);
     console.Chip.Traffic();
     slider->setSliderPosition(128);
@@ -474,7 +665,10 @@ TEST(MainForm, ClosingEndsTheTraffic) {
   Console console(Console::Medium::Smbus);
   EXPECT_TRUE(console.Wait([&] { return !console.Chip.Traffic().empty(); }));
   console.Click("cmdViewEasy");
+  console.Click("cmdGlitchTest");
   EXPECT_TRUE(console.Form->close());
+  EXPECT_FALSE(console.Find<QWidget>("barGlitchTest")->isVisible() ||
+               console.Find<QDialog>("frmSetupLog")->isVisible());
   console.Chip.Traffic();
   EXPECT_FALSE(console.Wait([&] { return !console.Chip.Traffic().empty(); }, 60));
 }

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -11,6 +12,7 @@
 
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
@@ -25,6 +27,10 @@ struct PageBench : TestBench {
   template <typename Widget>
   Widget& Find(const char* name) {
     return *Page.findChild<Widget*>(name);
+  }
+  /// The row of the list that stands for the register in sight.
+  QLabel& Selected() {
+    return Find<QLabel>(("read_writedisplaytext_" + std::to_string(Panel.LastSelectedRow())).c_str());
   }
   std::string Text(const char* name) { return Find<QLabel>(name).text().toStdString(); }
 };
@@ -100,14 +106,71 @@ TEST(ReadWritePage, AReadOnlyRegisterTakesNothingAndContinuousReadingReadsUntilI
   EXPECT_EQ(bench.Traffic(), "");
 }
 
-TEST(ReadWritePage, TheArrowKeysMoveThroughTheList) {
+TEST(ReadWritePage, KeysAndTheSearchMoveThroughTheListAndTheMouseLightsItsRow) {
   PageBench bench;
+  bench.Page.resize(900, 400);
+  bench.Page.show();
   bench.Page.Enter();
-  QTest::keyClick(&bench.Find<QWidget>("lstRegisterRows"), Qt::Key_Down);
-  EXPECT_EQ(bench.Text("current_reg_type_label"), "Revision");
-  QTest::keyClicks(&bench.Find<QLineEdit>("txtFindRegister"), "op point");
-  QTest::keyClick(&bench.Find<QLineEdit>("txtFindRegister"), Qt::Key_Return);
-  EXPECT_EQ(bench.Text("current_reg_type_label"), "Local Op Point") << "the first match from the top";
+  EXPECT_EQ(Flaws(bench.Page), "");
+  auto& list = bench.Find<QWidget>("lstRegisterRows");
+  auto& find = bench.Find<QLineEdit>("txtFindRegister");
+  const struct {
+    const char* Search;  ///< typed, then Return; empty: nothing
+    Qt::Key Key;         ///< in the list
+    const char *Traffic, *Selected;
+  } rows[] = {
+      {"", Qt::Key_Up, "", "Company ID"},
+      {"", Qt::Key_Down, "R3F", "Revision"},
+      {"", Qt::Key_PageDown, "R29", "Tach1 High Byte"},
+      {"", Qt::Key_Up, "R60", "Local Trange/PWM2 Freq."},
+      {"", Qt::Key_PageUp, "R3E", "Company ID"},
+      {"", Qt::Key_End, "R7D", "Configuration Reg. 4"},
+      {"", Qt::Key_Down, "", "Configuration Reg. 4"},
+      {"", Qt::Key_PageUp, "R66", "PWM3 Min. Duty Cycle"},
+      {"", Qt::Key_Home, "R3E", "Company ID"},
+      {"", Qt::Key_A, "", "Company ID"},
+      {"op point", Qt::Key_Up, "R34", "Local Op Point"},
+      {"OP point", Qt::Key_PageDown, "R34 R35", "Remote2 Op Point"},
+      {" 0X7d ", Qt::Key_A, "R7D", "Configuration Reg. 4"},
+      {"3eH", Qt::Key_Down, "R3E", "Company ID"},
+      {"no such", Qt::Key_A, "", "Company ID"},
+  };
+  for (const auto& row : rows) {
+    find.clear();
+    bench.Traffic();
+    if (*row.Search != 0) QTest::keyClicks(&find, row.Search), QTest::keyClick(&find, Qt::Key_Return);
+    QTest::keyClick(&list, row.Key);
+    SCOPED_TRACE(row.Search + std::string(" ") + row.Selected);
+    EXPECT_EQ(bench.Traffic(), row.Traffic);
+    EXPECT_EQ(bench.Text("current_reg_type_label"), row.Selected);
+    EXPECT_EQ(bench.Page.focusWidget(), *row.Search == 0 ? bench.Page.focusWidget() : &list);
+    QTest::qWait(10);
+    EXPECT_EQ(bench.Selected().visibleRegion().isEmpty(), bench.Selected().isHidden());
+  }
+  find.clear();
+  QTest::qWait(10);
+  auto& first = bench.Find<QLabel>("read_writedisplaytext_1");
+  auto& second = bench.Find<QLabel>("read_writedisplaytext_2");
+  EXPECT_FALSE(first.visibleRegion().isEmpty());
+  const auto colours = [&] {
+    return (first.palette().color(first.foregroundRole()).name() +
+            second.palette().color(second.foregroundRole()).name())
+        .toStdString();
+  };
+  const auto move = [&](QLabel& row) {
+    QTest::mouseMove(bench.Page.windowHandle(), row.mapTo(&bench.Page, QPoint(9, 5)));
+    return colours();
+  };
+  EXPECT_EQ(move(second), "#008000#00ff00");
+  EXPECT_EQ(move(first), "#ffff00#66727f");
+  EXPECT_EQ(move(second), "#008000#00ff00");
+  EXPECT_EQ(list.cursor().shape(), Qt::PointingHandCursor);
+  QTest::mouseClick(&second, Qt::RightButton);
+  EXPECT_EQ(bench.Text("current_reg_type_label"), "Company ID");
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&list, &leave);
+  EXPECT_EQ(colours(), "#008000#66727f");
+  EXPECT_EQ(list.cursor().shape(), Qt::ArrowCursor);
 }
 
 }  // namespace

@@ -8,26 +8,30 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTest>
 
-#include "link/linux/fakekernel.h"
-#include "link/linux/linuxcomms.h"
+#include "link/linux/heldchip.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
 
 struct WizardBench {
   explicit WizardBench(SimOptions options = {}, bool simulatedOffered = true)
-      : Chip(TestBench::Medium::Board, std::move(options)), Form(Wizard, Dialogs, "", simulatedOffered) {
+      : Chip(TestBench::Medium::Board, std::move(options)), Form(Wizard, Dialogs, "A note", simulatedOffered) {
     Chip.Bus.CommsMedium = 0;
     Chip.Bus.ChipAddress = 0;
     QObject::connect(&Form, &InitForm::Finished, &Form, [this] { Ends += "finished "; });
     QObject::connect(&Form, &InitForm::Abandoned, &Form, [this] { Ends += "abandoned "; });
     QObject::connect(&Form, &InitForm::ReadOnlyWanted, &Form, [this] { Ends += "read-only "; });
     // The close box, while page 3 shows.
-    QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] { Ends += Form.close() ? "closed " : "kept "; });
+    QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] {
+      During = Words(Form);
+      Ends += Form.close() ? "closed " : "kept ";
+    });
     Form.show();
     Form.Load();
   }
@@ -49,32 +53,52 @@ struct WizardBench {
   ChipSearch Searching{Chip.Bus};
   SearchWizard Wizard{Searching};
   ScriptedDialogs Dialogs;
-  std::string Ends;
+  std::string Ends, During;
   InitForm Form;
 };
 
 TEST(InitForm, LeadsFromWelcomeToTheChosenChip) {
   WizardBench bench;
+  const auto words = [&] { return Words(bench.Form) + Flaws(bench.Form); };
   EXPECT_EQ(bench.Form.windowTitle(), "KRX5580 Search Wizard");
-  EXPECT_FALSE(bench.Enabled("BackCMD"));
+  EXPECT_EQ(words(),
+            "Welcome|This KRX5580 Search Wizard will find any KRX5580s that can be controlled by this software|Click "
+            "'Next' to start.|A note|(< Back)|Next >|Cancel|(Finish)");
   bench.Press("NextCMD");
-  EXPECT_TRUE(bench.Find<QWidget>("SeclectComsMediumPanel").isVisible());
-  EXPECT_EQ(bench.Label("SMBusSearchDescLBL"), "Found an ICH4(82801DB)");
+  EXPECT_EQ(words(),
+            "Search Media|Parallel Printer Port|Remember to connect the KRX5580 evaluation board to the printer port|"
+            "USB|Connect the evaluation board to the printer port|On-Board SMBus|Found an ICH4(82801DB)|Click 'Next' "
+            "to search for the KRX5580.|A note|< Back|Next >|Cancel|(Finish)");
+  EXPECT_EQ(bench.Form.focusWidget(), &bench.Find<QWidget>("NextCMD"));
+  bench.Press("BackCMD");
+  EXPECT_TRUE(bench.Find<QWidget>("WelcomePanel").isVisible());
+  EXPECT_EQ(bench.Form.focusWidget(), &bench.Find<QWidget>("NextCMD"));
+  bench.Press("NextCMD");
   bench.Find<QCheckBox>("PPCheck").click();
   bench.Search();
   EXPECT_EQ(bench.Ends, "kept ") << "the close box does nothing during the search";
+  EXPECT_EQ(bench.During,
+            "Searching|Please wait while searching for available KRX5580s.|A note|(< Back)|(Next >)|(Cancel)|(Finish)");
 
   auto& list = bench.Find<QListWidget>("SearchResultsLIST");
   ASSERT_EQ(list.count(), 2);
-  EXPECT_EQ(list.item(0)->text().toStdString(), bench.Wizard.Rows()[0].Text);
-  EXPECT_EQ(list.item(1)->text().toStdString(), bench.Wizard.Rows()[1].Text);
-  EXPECT_EQ(bench.Label("SearchInsLBL"), "Click 'Finish' to Continue");
+  EXPECT_EQ(words(),
+            "Search Results|Selected: 2Dh on printer port 0|Please select one of the KRX5580s found above.|Click "
+            "'Finish' to Continue|A note|< Back|(Next >)|Cancel|Finish");
+  EXPECT_EQ(bench.Form.focusWidget(), &bench.Find<QWidget>("FinishCMD"));
+  for (const int row : {0, 1}) {
+    EXPECT_EQ(list.item(row)->text().toStdString(), bench.Wizard.Rows()[static_cast<std::size_t>(row)].Text);
+    const auto* drawn = qobject_cast<QStyledItemDelegate*>(list.itemDelegate());
+    EXPECT_TRUE(drawn->displayText(list.item(row)->text(), {}).endsWith(row == 0 ? "port:0h" : "on the SMBus"));
+  }
   EXPECT_EQ(list.item(1)->toolTip(), "2Eh on the SMBus");
-  EXPECT_EQ(bench.Label("PlaceLBL"), "Selected: 2Dh on printer port 0");
   list.clearSelection();
   EXPECT_FALSE(bench.Enabled("FinishCMD")) << "nothing is selected";
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(bench.Ends, "kept ");
   list.setCurrentRow(1);
-  bench.Press("FinishCMD");
+  EXPECT_EQ(bench.Label("PlaceLBL"), "Selected: 2Eh on the SMBus");
+  QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_EQ(bench.Ends, "kept finished ");
   EXPECT_EQ(bench.Chip.Bus.ChipAddress, 0x2E);
   EXPECT_EQ(bench.Chip.Bus.CommsMedium, 0);
@@ -101,6 +125,16 @@ TEST(InitForm, NeedsAMediumAndOffersTheSimulatedBoardWhenNothingIsFound) {
   EXPECT_EQ(bench.Ends, "kept abandoned ");
 }
 
+TEST(InitForm, AnUnsupportedChipsetHasNoSmbusToTick) {
+  SimOptions options;
+  options.ChipsetReport = "Unsupported and unrecognised";
+  WizardBench bench(options);
+  bench.Press("NextCMD");
+  const auto& check = bench.Find<QCheckBox>("SMBusCheck");
+  EXPECT_FALSE(check.isChecked() || check.isEnabled());
+  EXPECT_EQ(check.accessibleDescription(), "The available southbridge or ICH is currently unsupported.");
+}
+
 TEST(InitForm, ReturnThreeTimesReachesTheSimulatedBoard) {
   WizardBench bench({}, false);
   QApplication::setActiveWindow(&bench.Form);
@@ -114,26 +148,18 @@ TEST(InitForm, ReturnThreeTimesReachesTheSimulatedBoard) {
 }
 
 TEST(InitForm, AChipOfAnotherProgramIsTakenReadOnlyOrNotAtAll) {
-  TestRoots roots;
-  FakeKernel kernel;
-  FakeI2cAdapter adapter;
+  HeldChip held;
   WizardBench bench;
-  adapter.Chips = bench.Chip.Sim.MakeCommsModule()->ObtainSmbusController();
-  const std::string node = roots.Roots.Dev + "/i2c-1", holder = "krx5580 (process 4711)";
-  roots.Adapter(1, "SMBus I801 adapter at 0700");
-  roots.File(roots.Roots.Proc + "/4711/comm", "krx5580");
-  kernel.Nodes[node] = [&] { return std::make_unique<FakeI2cFile>(adapter); };
-  kernel.HeldByOthers[{node, 0x2E}] = 4711;
-  LinuxOptions options;
-  options.Roots = roots.Roots;
-  bench.Chip.Root.Change([&] { return std::make_unique<LinuxComms>(options, kernel, bench.Chip.Time); });
+  held.Adapter.Chips = bench.Chip.Sim.MakeCommsModule()->ObtainSmbusController();
+  bench.Chip.Root.Change([&] { return held.Module(bench.Chip.Time); });
   bench.Form.Load();
   bench.Press("NextCMD");
   bench.Search();
   EXPECT_EQ(bench.Label("PlaceLBL"),
             "Selected: 2Eh on SMBus I801 adapter at 0700, i2c-1, used by krx5580 (process 4711)");
   bench.Press("FinishCMD");
-  EXPECT_EQ(bench.Dialogs.Shown, std::vector<std::string>{"ask|" + wizardtext::Held(holder) + "|Go on read-only"});
+  EXPECT_EQ(bench.Dialogs.Shown,
+            std::vector<std::string>{"ask|" + wizardtext::Held("krx5580 (process 4711)") + "|Go on read-only"});
   EXPECT_EQ(bench.Ends, "kept ") << "No leaves the wizard open";
   bench.Dialogs.Yes = true;
   bench.Press("FinishCMD");

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractButton>
+#include <QGroupBox>
+#include <QLabel>
+#include <string>
+
+namespace krx {
+
+/// The words in sight in a window, in their order, what is disabled in brackets: "Easy Setup|(Expand Graph)".
+inline std::string Words(const QWidget& window) {
+  QStringList words;
+  for (const auto* widget : window.findChildren<const QWidget*>()) {
+    const bool labelled = qobject_cast<const QLabel*>(widget) || qobject_cast<const QAbstractButton*>(widget);
+    const QString text = widget->property(labelled ? "text" : "title").toString();
+    if (!text.isEmpty() && widget->isVisible()) words << (widget->isEnabled() ? text : '(' + text + ')');
+  }
+  return words.join('|').toStdString();
+}
+
+/// Of what is in sight in a window: what lies over its neighbour, and what takes the focus without a name to be spoken.
+inline std::string Flaws(const QWidget& window) {
+  QStringList flaws;
+  for (const auto* widget : window.findChildren<const QWidget*>()) {
+    const QString name = widget->metaObject()->className() + (' ' + widget->objectName());
+    if (!widget->isVisible() || name.contains("qt_") || widget->inherits("QCustomPlot")) continue;
+    const bool named = !widget->accessibleName().isEmpty() || !widget->property("text").toString().isEmpty();
+    if (widget->focusPolicy() != Qt::NoFocus && !named) flaws << name + " has no name";
+    for (const auto* other : widget->parentWidget()->findChildren<const QWidget*>(Qt::FindDirectChildrenOnly)) {
+      const QRect common = other->geometry() & widget->geometry();  // a slider's margin is its style's
+      if (other > widget && other->isVisible() && !other->isWindow() && common.width() > 6 && common.height() > 6)
+        flaws << name + " lies over " + other->objectName();
+    }
+  }
+  return flaws.join('\n').toStdString();
+}
+
+}  // namespace krx
