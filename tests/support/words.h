@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAbstractButton>
-#include <QGroupBox>
-#include <QLabel>
+#include <QtWidgets>
 #include <string>
 
 namespace krx {

@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
-#include <QLineEdit>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include "board/boardsync.h"
 #include "console/workbench.h"

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QLabel>
+#include <QtTest>
+#include <QtWidgets>
 #include <memory>
 #include <stdexcept>
 #include <string>

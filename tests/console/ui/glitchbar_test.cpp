@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QLabel>
 
+#include "console/ui/owedturn.h"
 #include "link/registeraccess.h"
 #include "support/livebench.h"
 #include "support/scripteddialogs.h"
@@ -69,6 +70,33 @@ TEST(GlitchBar, ATestThatEndsStopsItsTimerAndSaysSo) {
   EXPECT_EQ(bench.Notices, std::vector<std::string>{"Glitch test ended: PWM2 and PWM3 in manual control at 100 %"});
   EXPECT_TRUE(bench.Bar.isHidden());
   EXPECT_EQ(GlitchBar::intervalMilliseconds, 10'000);
+}
+
+TEST(OwedTurn, WritesWhatIsOverdueOnceTheBusWorksAgainAndNeverWhileAHandlerHoldsTheChip) {
+  LiveBench bench;
+  OwedWrites owed(bench.Bus);
+  int putBack = 0;
+  const OwedTurn turn(
+      owed, bench.Turns, [&] { ++putBack; }, 5);
+  const auto ticket = owed.EnterRegister(0x5C, 0x62, 0xE0);
+  owed.Change(ticket, 0xE2);
+  Fault fault;
+  fault.Onward = true;
+  bench.Sim.AddFault(fault);
+  EXPECT_FALSE(owed.PutBack({ticket}));
+  bench.Sim.ClearFaults();
+  LiveBench::Run(50);
+  EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), 0xE2) << "nothing has shown yet that the bus works";
+  {
+    const ChipTurns::Hold handler(bench.Turns);
+    ReadByte(bench.Bus, 0x26);
+    LiveBench::Run(50);
+    EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), 0xE2);
+  }
+  for (int passes = 0; passes < 100 && putBack == 0; ++passes) LiveBench::Run(20);
+  EXPECT_EQ(bench.Sim.SmbusChip().Peek(0x5C), 0x62);
+  LiveBench::Run(50);
+  EXPECT_EQ(putBack, 1);
 }
 
 }  // namespace

@@ -3,15 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QLabel>
-#include <QListWidget>
-#include <QPushButton>
-#include <QStyledItemDelegate>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
-#include "link/linux/heldchip.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
 #include "support/words.h"
@@ -26,7 +20,6 @@ struct WizardBench {
     Chip.Bus.ChipAddress = 0;
     QObject::connect(&Form, &InitForm::Finished, &Form, [this] { Ends += "finished "; });
     QObject::connect(&Form, &InitForm::Abandoned, &Form, [this] { Ends += "abandoned "; });
-    QObject::connect(&Form, &InitForm::ReadOnlyWanted, &Form, [this] { Ends += "read-only "; });
     // The close box, while page 3 shows.
     QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] {
       During = Words(Form);
@@ -145,25 +138,6 @@ TEST(InitForm, ReturnThreeTimesReachesTheSimulatedBoard) {
   }
   EXPECT_EQ(bench.Ends, "kept finished ");
   EXPECT_EQ(bench.Chip.Bus.CommsMedium, 1);
-}
-
-TEST(InitForm, AChipOfAnotherProgramIsTakenReadOnlyOrNotAtAll) {
-  HeldChip held;
-  WizardBench bench;
-  held.Adapter.Chips = bench.Chip.Sim.MakeCommsModule()->ObtainSmbusController();
-  bench.Chip.Root.Change([&] { return held.Module(bench.Chip.Time); });
-  bench.Form.Load();
-  bench.Press("NextCMD");
-  bench.Search();
-  EXPECT_EQ(bench.Label("PlaceLBL"),
-            "Selected: 2Eh on SMBus I801 adapter at 0700, i2c-1, used by krx5580 (process 4711)");
-  bench.Press("FinishCMD");
-  EXPECT_EQ(bench.Dialogs.Shown,
-            std::vector<std::string>{"ask|" + wizardtext::Held("krx5580 (process 4711)") + "|Go on read-only"});
-  EXPECT_EQ(bench.Ends, "kept ") << "No leaves the wizard open";
-  bench.Dialogs.Yes = true;
-  bench.Press("FinishCMD");
-  EXPECT_EQ(bench.Ends, "kept read-only finished ");
 }
 
 }  // namespace
