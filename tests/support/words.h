@@ -23,8 +23,8 @@ inline std::string Flaws(const QWidget& window) {
   for (const auto* widget : window.findChildren<const QWidget*>()) {
     const QString name = widget->metaObject()->className() + (' ' + widget->objectName());
     if (!widget->isVisible() || name.contains("qt_") || widget->inherits("QCustomPlot")) continue;
-    const bool named = !widget->accessibleName().isEmpty() || !widget->property("text").toString().isEmpty();
-    if (widget->focusPolicy() != Qt::NoFocus && !named) flaws << name + " has no name";
+    const QString spoken = widget->accessibleName() + widget->property("text").toString();
+    if (widget->focusPolicy() != Qt::NoFocus && spoken.isEmpty()) flaws << name + " has no name";
     for (const auto* other : widget->parentWidget()->findChildren<const QWidget*>(Qt::FindDirectChildrenOnly)) {
       const QRect common = other->geometry() & widget->geometry();  // a slider's margin is its style's
       if (other > widget && other->isVisible() && !other->isWindow() && common.width() > 6 && common.height() > 6)

@@ -17,12 +17,18 @@
 namespace krx {
 namespace {
 
-TEST(ChartCard, EachChartHasItsTracesUnitsAndScale) {
+TEST(ChartCard, EachChartHasItsTracesAndUnitsAndAnExportSaysItsSourceAndCanBeCancelled) {
   VisualBench bench;
   ScriptedDialogs dialogs;
   ChartCard card(bench.Work, dialogs, bench.Model.State());
-  bench.Work.Cycle.Tick();
-  card.Posted();
+  card.SetSource("KRX5580 · A board");
+  QString notice;
+  QObject::connect(&card, &ChartCard::Notice, [&](const QString& text) { notice = text; });
+  for (int tick = 0; tick < 600; ++tick) {
+    bench.Work.Cycle.Tick();
+    card.Posted();
+    bench.Advance(0.01);
+  }
   const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
       {"Strip2", "Temperature|Fans", "2 2 2 0 0 0 0 2 1",
        "Time (s),Internal (C),External 1 (C),External 2 (C),Fan1 (RPM),Fan2 (RPM),Fan3 (RPM),Fan4 (RPM),"
@@ -35,20 +41,6 @@ TEST(ChartCard, EachChartHasItsTracesUnitsAndScale) {
     for (int trace = 0; trace < chart.TraceCount(); ++trace) decimals << QString::number(chart.Trace(trace).Decimals);
     EXPECT_EQ(decimals.join(' '), digits);
     EXPECT_TRUE(chart.Values({}).Next(9).starts_with(heading));
-  }
-}
-
-TEST(ChartCard, ExportsAskForANameSayTheirSourceAndCanBeCancelled) {
-  VisualBench bench;
-  ScriptedDialogs dialogs;
-  ChartCard card(bench.Work, dialogs, bench.Model.State());
-  card.SetSource("KRX5580 · A board");
-  QString notice;
-  QObject::connect(&card, &ChartCard::Notice, [&](const QString& text) { notice = text; });
-  for (int tick = 0; tick < 600; ++tick) {
-    bench.Work.Cycle.Tick();
-    card.Posted();
-    bench.Advance(0.01);
   }
   QTemporaryDir folder;
   const QString name = folder.filePath("chart");

@@ -163,34 +163,5 @@ TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
   }
 }
 
-TEST(ConsoleRun, WhereNoChipIsTheSimulatedBoardIsOfferedAndStarted) {
-  RunBench bench("", true);
-  SimOptions none;
-  none.BoardPresent = false;
-  none.SmbusChips.clear();
-  Simulation empty(bench.Time, none);
-  bench.Options.SimulatedBoard = [board = bench.Medium] { return board; };
-  bench.Medium = {[&] { return empty.MakeCommsModule(); }, "this computer's", ""};
-  std::string note, notice, medium;
-  bench.Step = [&] {
-    if (auto* const wizard = RunBench::Wizard()) {
-      auto* const simulated = wizard->findChild<QPushButton*>("SimulatedCMD");
-      note = RunBench::Text("MediumNoteLBL");
-      if (simulated->isVisible()) QMetaObject::invokeMethod(simulated, &QPushButton::click, Qt::QueuedConnection);
-      if (!simulated->isVisible()) bench.Press(*wizard);
-    } else if (notice.empty() && !(notice = RunBench::Text("lblNotice")).empty()) {
-      medium = RunBench::Text("lblMedium");
-      std::raise(SIGTERM);
-    }
-  };
-  EXPECT_EQ(bench.Run(), 0);
-  EXPECT_EQ(note,
-            "Buses: Simulated board. it was chosen. The chip with heaters and switches is at its printer port, another "
-            "one on its SMBus.");
-  EXPECT_EQ(notice, "|  Monitoring was started on the simulated chip");
-  EXPECT_EQ(medium, "Simulated board · printer port 2Dh");
-  EXPECT_EQ(bench.Sim.BoardChip().Peek(0x40) & 1, 1);
-}
-
 }  // namespace
 }  // namespace krx
