@@ -10,7 +10,6 @@
 #include "link/registeraccess.h"
 #include "link/undo.h"
 #include "support/boardbench.h"
-#include "support/fakecomms.h"
 
 namespace krx {
 namespace {
@@ -96,11 +95,11 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
             "15A/64 ?>10 Outer;05A/5C ?>62 Inner;15A/5C 62>70 Inner;15A/64 10>20 Outer;15A/64 20>30! ;15A/64 ?>40 ;"
             "294/00 ?>07 ;294/00 07>3F ;");
   for (const std::int64_t frequency : {1'000'000, 0}) {  // 0: by the other clock
-    FakeClock clock;
+    ManualClock clock;
     clock.CountsPerSecond = frequency;
     BusJournal journal(clock);
     journal.Add({});
-    EXPECT_NEAR(journal.Entries().front().Seconds, 10e-6, 1e-9);
+    EXPECT_NEAR(journal.Entries().front().Seconds, 1e-6, 1e-9);
   }
 }
 

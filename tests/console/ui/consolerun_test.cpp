@@ -7,9 +7,8 @@
 #include <QtWidgets>
 #include <csignal>
 
-#include "link/linux/fakei2c.h"
+#include "link/linux/fakekernel.h"
 #include "link/linux/linuxcomms.h"
-#include "link/linux/testroots.h"
 #include "link/ui/initform.h"
 #include "simulator/simcomms.h"
 #include "simulator/simwords.h"
