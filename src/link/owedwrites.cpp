@@ -146,6 +146,7 @@ void OwedWrites::Passed(std::uint8_t reg, std::optional<std::uint8_t> byte) {
   if (*byte == owed.Byte || !owed.Tried.test(*byte & owed.Mask)) {
     // It holds what the taker never wrote: it has been set anew, by the user or by a failed write that arrived after
     // all.
+    setAnew_ = setAnew_ || *byte != owed.Byte;
     Settle(entry.Number);
   } else {
     owed.Byte = static_cast<std::uint8_t>((*byte & ~owed.Mask) | (owed.Byte & owed.Mask));

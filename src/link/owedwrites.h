@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "link/commserror.h"
@@ -55,6 +56,9 @@ class OwedWrites {
   /// Throws the first failure.
   void TakeTurn();
 
+  /// Whether something that was overdue has been set to another value since the last call, and so is owed no more.
+  bool TakeSetAnew() { return std::exchange(setAnew_, false); }
+
   /// The program has been asked to end. From now on a byte is tried once where the last transfer failed, and no try
   /// begins so late that a hung bus would keep the program for more than 4 s.
   void BeginEnding();
@@ -90,6 +94,7 @@ class OwedWrites {
   CommsError lastFailure_{0, ""};
   std::uint64_t successesBefore_ = 0;  ///< when the last try failed
   bool trying_ = false;
+  bool setAnew_ = false;
   std::optional<double> endingBegan_;
   RegisterImage::Subscription subscription_;
 };

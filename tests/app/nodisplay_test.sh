@@ -31,5 +31,6 @@ said_of() {
 }
 said_of '--theme takes system, light or dark, not "x"' --theme x
 said_of '--connect takes any, printer-port or smbus, not "1"' --connect 1
+said_of 'there is no option "--nope"; see krx5580-console --help' -platform offscreen -reverse --nope
 said_of '--read-only takes no value; see krx5580-console --help' --read-only=0
 exit "$failed"

@@ -25,10 +25,14 @@ TEST(StartUp, ReadsTheChipInOrder) {
   EXPECT_EQ(bench.Work.Display.PwmManual, (std::array<bool, 3>{false, true, false}));
   EXPECT_EQ(bench.Work.Log.ColumnTitles[9], "Fan4 RPM");
   EXPECT_EQ(bench.Work.Log.ColumnTitles[10], "");
-  VisualBench ending(TestBench::Medium::Board);
-  ending.Bus.EndAsked = [] { return true; };
-  EXPECT_TRUE(StartUp(ending.Work).empty());
-  EXPECT_EQ(ending.Sim.Trace().Text(TraceFilter::Bus), "") << "no step begins any more";
+  for (const std::string begun : {"", "ST C00 K", "ST! ST!"}) {
+    VisualBench ending(TestBench::Medium::Board);
+    if (begun == "ST! ST!") ending.Sim.AddFault(*ParseFault("fail=1+,op=status"));
+    const auto all = [&] { return ending.Sim.Trace().Text(TraceFilter::Bus); };
+    ending.Bus.EndAsked = [&] { return all() == begun; };
+    EXPECT_TRUE(StartUp(ending.Work).empty());
+    EXPECT_EQ(all(), begun) << "no step, no heater and no second try begins any more";
+  }
 }
 
 TEST(StartUp, BringsTheBoardInLineByteByByte) {

@@ -94,12 +94,13 @@ TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
   const struct {
     std::uint8_t Register, Byte;
     const char* Turn;
+    bool SetAnew;
   } rows[] = {
-      {0x5C, 0x02, "W30:90"},         // another behaviour
-      {0x5C, 0x62, "W30:90"},         // what it should hold
-      {0x5C, 0xE5, "W30:90 W5C:65"},  // another spin-up: its behaviour is still the taker's
-      {0x30, 0x80, "W5C:62"},         // the slider
-      {0x30, 0x00, "W30:90 W5C:62"},  // still as the taker left it
+      {0x5C, 0x02, "W30:90", true},          // another behaviour
+      {0x5C, 0x62, "W30:90", false},         // what it should hold
+      {0x5C, 0xE5, "W30:90 W5C:65", false},  // another spin-up: its behaviour is still the taker's
+      {0x30, 0x80, "W5C:62", true},          // the slider
+      {0x30, 0x00, "W30:90 W5C:62", false},  // still as the taker left it
   };
   for (const auto& row : rows) {
     OwedBench bench;
@@ -108,6 +109,7 @@ TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
     bench.BusTraffic();
     bench.Owed.TakeTurn();
     EXPECT_EQ(bench.BusTraffic(), row.Turn);
+    EXPECT_EQ(bench.Owed.TakeSetAnew(), row.SetAnew);
   }
 }
 
