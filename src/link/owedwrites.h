@@ -51,6 +51,8 @@ class OwedWrites {
   const CommsError& LastFailure() const { return lastFailure_; }
   /// Called when something has become overdue.
   std::function<void()> BecameOverdue;
+  /// Called when PutBack has succeeded behind a try that failed, with that failure: nobody else hears of it.
+  std::function<void(const CommsError&)> MadeGood;
 
   /// One try at what is overdue, in a turn of its own; nothing unless a transfer has succeeded since the last try.
   /// Throws the first failure.

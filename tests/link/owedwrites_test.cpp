@@ -67,10 +67,13 @@ TEST(OwedWrites, AByteIsTriedThreeTimesFiftyMillisecondsApartWithoutAnotherHandl
 
   OwedBench once;
   once.FailTransfer(1);
+  int madeGood = 0;
+  once.Owed.MadeGood = [&](const CommsError& error) { madeGood += error.Number(); };
   EXPECT_TRUE(once.PutBack());
   EXPECT_EQ(once.BusTraffic(), "W30:90! W5C:62 W30:90");
   EXPECT_TRUE(once.PutBack());
   EXPECT_EQ(once.BusTraffic(), "") << "it is off the list";
+  EXPECT_EQ(madeGood, 57);
 }
 
 TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {

@@ -83,6 +83,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
   bench.Pins.Changed = [this] { control_->PinsChanged(); };
   dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
+  bench.Owed.MadeGood = [this](const CommsError& error) { status_->CountFault("user action", error); };
   dialogs.Around = [this](const std::string& name, const std::function<void()>& action) {
     const BusJournal::ActionScope scope(journal_, name);
     action();
@@ -104,6 +105,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
 MainForm::~MainForm() {
   dialogs_.LinkFault = nullptr;
   bench_.Start.Faulted = nullptr;
+  bench_.Owed.MadeGood = nullptr;
   dialogs_.Around = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
   bench_.Pins.Changed = nullptr;
