@@ -2,9 +2,13 @@
 #include <QApplication>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "app/commandhost.h"
 #include "app/media.h"
@@ -41,6 +45,36 @@ void AddConsoleOptions(CLI::App& app, ConsoleOptions& options) {
       [&](const std::string& text) { options.Connect = ValueOf<SearchMedia>("--connect", text, connectNames); });
 }
 
+// The toolkit takes these out of the arguments itself, with one dash or two.
+constexpr std::array<std::string_view, 14> toolkitValues{
+    "platform",    "platformpluginpath", "platformtheme", "plugin", "qwindowgeometry",
+    "qwindowicon", "qwindowtitle",       "geometry",      "icon",   "title",
+    "style",       "stylesheet",         "session",       "display"};
+constexpr std::array<std::string_view, 4> toolkitFlags{"reverse", "widgetcount", "nograb", "dograb"};
+
+bool Holds(std::span<const std::string_view> names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+/// What is left for us, last one first as the parser takes them.
+std::vector<std::string> OurArguments(const std::vector<std::string>& all) {
+  const auto isFlag = [](std::string_view name) {
+    return Holds(toolkitFlags, name) || name.starts_with("style=") || name.starts_with("stylesheet=");
+  };
+  std::vector<std::string> ours;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    std::string_view name = all[i];
+    for (int dash = 0; dash < 2 && name.starts_with('-'); ++dash) name.remove_prefix(1);
+    const bool dashed = name.size() < all[i].size();
+    if (dashed && Holds(toolkitValues, name)) {
+      ++i;
+    } else if (!dashed || !isFlag(name)) {
+      ours.insert(ours.begin(), all[i]);
+    }
+  }
+  return ours;
+}
+
 ConsoleMedium MediumOf(const MediaOptions& options, Clock& clock) {
   const Media media = ChooseMedia(options, clock);
   const bool simulated = media.Kind == MediumKind::Simulated;
@@ -68,11 +102,9 @@ int main(int argc, char** argv) {
   app.failure_message(UsageLine);
   ConsoleOptions options;
   AddConsoleOptions(app, options);
-  // The toolkit takes its own options out of the arguments, and only then is the rest ours. But a question that needs
-  // no window must not fail for want of a display, so those are answered first.
-  app.allow_extras();
+  // Before the toolkit: what is wrong with the arguments is said where there is no display, too.
   try {
-    app.parse(argc, argv);
+    app.parse(OurArguments({argv + std::min(argc, 1), argv + argc}));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
@@ -82,13 +114,6 @@ int main(int argc, char** argv) {
   // Not as the display name, which the toolkit appends to the title of every window.
   QApplication::setApplicationName(QStringLiteral("KRX5580 console"));
   QApplication::setApplicationVersion(QStringLiteral(KRX_VERSION));
-  app.clear();
-  app.allow_extras(false);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  }
   int result = 1;
   SystemClock clock;
   QtUserDialogs dialogs;

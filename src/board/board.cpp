@@ -27,6 +27,7 @@ Board::Board(Link& link, BoardState& state, OwedWrites& owed)
 void Board::SwitchHeatersOff() {
   std::exception_ptr failure;
   for (Heater& heater : heaters_) {
+    link_.ThrowIfGivenUp();
     try {
       heater.SetHeaterOn(false);
     } catch (const CommsError&) {

@@ -29,9 +29,11 @@ struct Step {
 };
 
 /// Runs a step `tries` times at most, and keeps the list of what is owed. Returns how the last try failed.
-std::optional<std::string> Try(const Step& step, int tries, StartUpState& state) {
+std::optional<std::string> Try(const Step& step, int tries, Workbench& bench) {
+  StartUpState& state = bench.Start;
   std::optional<std::string> problem;
   for (int count = 0; count < tries; ++count) {
+    bench.ChipLink.ThrowIfGivenUp();
     try {
       step.Run();
       state.Owed.erase(step.Name);
@@ -88,9 +90,8 @@ std::vector<Step> Steps(Workbench& bench) {
 /// One try of every owed step and, if `reads`, of every reading step.
 StepProblems TryAgain(Workbench& bench, bool reads) {
   const Link::MayGiveUp readings(bench.ChipLink);
-  StartUpState& state = bench.Start;
   StepProblems problems;
-  const auto owed = state.Owed;
+  const auto owed = bench.Start.Owed;
   bool boardTried = false;
   try {
     for (const Step& step : Steps(bench)) {
@@ -98,8 +99,7 @@ StepProblems TryAgain(Workbench& bench, bool reads) {
       if (step.What == Step::Kind::Board) boardTried = due;
       const bool follows = boardTried && step.What == Step::Kind::Pins;
       if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
-      bench.ChipLink.ThrowIfGivenUp();
-      if (auto problem = Try(step, 1, state)) problems.push_back(*problem);
+      if (auto problem = Try(step, 1, bench)) problems.push_back(*problem);
     }
   } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
   }
@@ -115,8 +115,7 @@ StepProblems StartUp(Workbench& bench) {
   std::vector<std::pair<std::string, std::string>> failed;  // step and problem
   try {
     for (const Step& step : Steps(bench)) {
-      bench.ChipLink.ThrowIfGivenUp();
-      if (auto problem = Try(step, 2, bench.Start)) {
+      if (auto problem = Try(step, 2, bench)) {
         if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
       }
     }

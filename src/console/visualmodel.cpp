@@ -275,12 +275,12 @@ void VisualModel::ShowPwmPanel() {
 }
 
 void VisualModel::ShowSeen() {
+  ShowReadout();
   ShowPwmPanel();
   ShowZones();
 }
 
 void VisualModel::ShowReadings() {
-  ShowReadout();
   ShowSeen();
   ShowDuty();
   state_.Alarms = bench_.Cycle.Alarms;

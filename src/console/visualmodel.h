@@ -95,7 +95,8 @@ class VisualModel {
   void EasySetup();
   /// Captions, visibility, traces and markers by the present labels, modes and pulses, without any transfer.
   void Relabel();
-  /// What follows the bytes last seen on the bus, whoever asked for them: the PWM panel and the zones.
+  /// What follows the bytes last seen on the bus, whoever asked for them, a tick that failed half-way too: the readout,
+  /// the PWM panel and the zones.
   void ShowSeen();
   /// The readings by the present measurement state, without any transfer: for a change of labels or constants.
   void ShowReadings();

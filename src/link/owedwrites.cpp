@@ -86,6 +86,7 @@ std::vector<OwedWrites::Ticket> OwedWrites::OverdueTickets() const {
 bool OwedWrites::PutBack(std::vector<Ticket> tickets) {
   const bool ending = Ending();
   const bool once = ending && link_.LastTransferFailed();
+  bool failed = false;
   for (int round = 0; round < tries && !tickets.empty() && !OutOfTime(); ++round) {
     // What an end interrupts is tried again at the end itself.
     if (round > 0 && (once || Ending() != ending)) break;
@@ -94,6 +95,7 @@ bool OwedWrites::PutBack(std::vector<Ticket> tickets) {
     for (const Ticket ticket : tickets) {
       if (!Try(ticket)) left.push_back(ticket);
     }
+    failed = failed || !left.empty();
     tickets = std::move(left);
   }
   bool overdue = false;
@@ -101,6 +103,7 @@ bool OwedWrites::PutBack(std::vector<Ticket> tickets) {
     if (Entry* const entry = Find(ticket)) overdue = entry->Overdue = true;
   }
   if (overdue && BecameOverdue) BecameOverdue();
+  if (!overdue && failed && MadeGood) MadeGood(lastFailure_);
   return !overdue;
 }
 
@@ -146,6 +149,7 @@ void OwedWrites::Passed(std::uint8_t reg, std::optional<std::uint8_t> byte) {
   if (*byte == owed.Byte || !owed.Tried.test(*byte & owed.Mask)) {
     // It holds what the taker never wrote: it has been set anew, by the user or by a failed write that arrived after
     // all.
+    setAnew_ = setAnew_ || *byte != owed.Byte;
     Settle(entry.Number);
   } else {
     owed.Byte = static_cast<std::uint8_t>((*byte & ~owed.Mask) | (owed.Byte & owed.Mask));
@@ -168,6 +172,7 @@ bool OwedWrites::OutOfTime() {
 void OwedWrites::PutBackAtEnd(std::ostream& err) noexcept {
   try {
     BeginEnding();
+    MadeGood = nullptr;  // there may be no window any more to show it
     std::vector<Ticket> all;
     for (const Entry& entry : entries_) all.push_back(entry.Number);
     if (PutBack(all)) return;

@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "link/commserror.h"
@@ -50,10 +51,15 @@ class OwedWrites {
   const CommsError& LastFailure() const { return lastFailure_; }
   /// Called when something has become overdue.
   std::function<void()> BecameOverdue;
+  /// Called when PutBack has succeeded behind a try that failed, with that failure: nobody else hears of it.
+  std::function<void(const CommsError&)> MadeGood;
 
   /// One try at what is overdue, in a turn of its own; nothing unless a transfer has succeeded since the last try.
   /// Throws the first failure.
   void TakeTurn();
+
+  /// Whether something that was overdue has been set to another value since the last call, and so is owed no more.
+  bool TakeSetAnew() { return std::exchange(setAnew_, false); }
 
   /// The program has been asked to end. From now on a byte is tried once where the last transfer failed, and no try
   /// begins so late that a hung bus would keep the program for more than 4 s.
@@ -90,6 +96,7 @@ class OwedWrites {
   CommsError lastFailure_{0, ""};
   std::uint64_t successesBefore_ = 0;  ///< when the last try failed
   bool trying_ = false;
+  bool setAnew_ = false;
   std::optional<double> endingBegan_;
   RegisterImage::Subscription subscription_;
 };

@@ -37,10 +37,14 @@ TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
     EXPECT_EQ(bench.Work.Display.PwmManual, (std::array<bool, 3>{false, true, false}));
     EXPECT_EQ(bench.Work.Log.ColumnTitles[9] + bench.Work.Log.ColumnTitles[10], "Fan4 RPM");
   }
-  VisualBench ending;
-  ending.Bus.EndAsked = [] { return true; };
-  EXPECT_TRUE(StartUp(ending.Work).empty());
-  EXPECT_EQ(ending.BusTraffic(), "") << "no step begins any more";
+  for (const std::string begun : {"", "ST C00 K", "ST! ST!"}) {
+    VisualBench ending;
+    if (begun == "ST! ST!") ending.Sim.AddFault(*ParseFault("fail=1+,op=status"));
+    const auto all = [&] { return ending.Sim.Trace().Text(TraceFilter::Bus); };
+    ending.Bus.EndAsked = [&] { return all() == begun; };
+    EXPECT_TRUE(StartUp(ending.Work).empty());
+    EXPECT_EQ(all(), begun) << "no step, no heater and no second try begins any more";
+  }
 }
 
 TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {

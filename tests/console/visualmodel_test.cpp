@@ -107,6 +107,9 @@ TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
   bench.FailTransfer(1);
   EXPECT_THROW(bench.Model.SelectChannel(7), CommsError);
   EXPECT_EQ(bench.Model.State().Readout, "5.000 V");
+  bench.Work.Measured.Voltages.fill(4.5F);  // by a tick that has not come to its end
+  bench.Model.ShowSeen();
+  EXPECT_EQ(bench.Model.State().Readout, "4.500 V");
   EXPECT_EQ(bench.Model.State().ShownStrip, Strip::Strip3);
   EXPECT_FALSE(bench.Model.State().Gauge.IsDraggable(Marker::High)) << "the other channel's limit";
 }

@@ -66,10 +66,13 @@ TEST(OwedWrites, AByteIsTriedThreeTimesFiftyMillisecondsApartWithoutAnotherHandl
 
   OwedBench once;
   once.FailTransfer(1);
+  int madeGood = 0;
+  once.Owed.MadeGood = [&](const CommsError& error) { madeGood += error.Number(); };
   EXPECT_TRUE(once.PutBack());
   EXPECT_EQ(once.BusTraffic(), "W30:90! W5C:62 W30:90");
   EXPECT_TRUE(once.PutBack());
   EXPECT_EQ(once.BusTraffic(), "") << "it is off the list";
+  EXPECT_EQ(madeGood, 57);
 }
 
 TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
@@ -88,20 +91,25 @@ TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
 }
 
 TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
-  const std::tuple<std::uint8_t, int, const char*> rows[] = {
-      {0x5C, 0x02, "W30:90"},         // another behaviour
-      {0x5C, 0x62, "W30:90"},         // what it should hold
-      {0x5C, 0xE5, "W30:90 W5C:65"},  // another spin-up: its behaviour is still the taker's
-      {0x30, 0x80, "W5C:62"},         // the slider
-      {0x30, 0x00, "W30:90 W5C:62"},  // still as the taker left it
+  const struct {
+    std::uint8_t Register, Byte;
+    const char* Turn;
+    bool SetAnew;
+  } rows[] = {
+      {0x5C, 0x02, "W30:90", true},          // another behaviour
+      {0x5C, 0x62, "W30:90", false},         // what it should hold
+      {0x5C, 0xE5, "W30:90 W5C:65", false},  // another spin-up: its behaviour is still the taker's
+      {0x30, 0x80, "W5C:62", true},          // the slider
+      {0x30, 0x00, "W30:90 W5C:62", false},  // still as the taker left it
   };
-  for (const auto& [reg, byte, turn] : rows) {
+  for (const auto& row : rows) {
     OwedBench bench;
     bench.LetBecomeOverdue();
-    WriteByte(bench.Bus, reg, byte);
+    WriteByte(bench.Bus, row.Register, row.Byte);
     bench.BusTraffic();
     bench.Owed.TakeTurn();
-    EXPECT_EQ(bench.BusTraffic(), turn);
+    EXPECT_EQ(bench.BusTraffic(), row.Turn);
+    EXPECT_EQ(bench.Owed.TakeSetAnew(), row.SetAnew);
   }
 }
 

@@ -34,6 +34,8 @@ class ChartCard : public QFrame {
   /// Medium and chip, which exports name.
   void SetSource(const QString& source) { source_ = source; }
 
+  SavingBar& Saving() { return *saving_; }
+
   /// Number of the channel's trace in its chart, and of its colour.
   static int TraceNumber(std::size_t channel);
 

@@ -159,6 +159,7 @@ void ConsoleRun::CloseWindows() {
 /// may have no display any more.
 void ConsoleRun::PutBackAtExit() {
   link_.LeaveWindowsAlone();
+  if (mainForm_) mainForm_->GiveUp(std::cerr);
   bench_.Owed.PutBackAtEnd(std::cerr);
 }
 

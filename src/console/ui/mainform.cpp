@@ -4,12 +4,14 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <algorithm>
+#include <iostream>
 
 #include "board/fantests.h"
 #include "board/ui/frmswitchaccess.h"
@@ -28,6 +30,7 @@
 #include "console/undorenewal.h"
 #include "console/workbench.h"
 #include "controls/ui/nowheel.h"
+#include "controls/ui/savingbar.h"
 #include "controls/ui/userdialogs.h"
 #include "fans/applypreview.h"
 #include "fans/manualcontrol.h"
@@ -71,14 +74,16 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   glitch_ = new GlitchBar(bench.Glitch, turns, dialogs);
   addToolBar(Qt::BottomToolBarArea, glitch_);
   connect(glitch_, &GlitchBar::Notice, this, &MainForm::ShowNotice);
-  owedTurn_ =
-      std::make_unique<OwedTurn>(bench.Owed, turns, [this] { ShowNotice(tr("What was owed has been put back")); });
+  owedTurn_ = std::make_unique<OwedTurn>(bench.Owed, turns, [this](bool setAnew) {
+    ShowNotice(setAnew ? tr("Nothing is owed any more: it was set anew") : tr("What was owed has been put back"));
+  });
   MakeMenus();
   status_ = new StatusLine;
   setStatusBar(status_);
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
   bench.Pins.Changed = [this] { control_->PinsChanged(); };
   dialogs.LinkFault = [this](const CommsError& error) { status_->CountFault("user action", error); };
+  bench.Owed.MadeGood = [this](const CommsError& error) { status_->CountFault("user action", error); };
   dialogs.Around = [this](const std::string& name, const std::function<void()>& action) {
     const BusJournal::ActionScope scope(journal_, name);
     action();
@@ -100,6 +105,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
 MainForm::~MainForm() {
   dialogs_.LinkFault = nullptr;
   bench_.Start.Faulted = nullptr;
+  bench_.Owed.MadeGood = nullptr;
   dialogs_.Around = nullptr;
   bench_.EvalBoard.SwitchesChanged = nullptr;
   bench_.Pins.Changed = nullptr;
@@ -393,12 +399,30 @@ void MainForm::ShowAbout() {
   box.exec();
 }
 
+QStringList MainForm::LeftByEnding() const {
+  QStringList lines;
+  if (bench_.Glitch.Running()) lines << tr("Glitch test stopped: ") + QString::fromStdString(bench_.Glitch.Leaves());
+  const QString file = visual_->Saving().Unsaved();
+  if (!file.isEmpty()) lines << tr("Not saved: ") + QDir::toNativeSeparators(file);
+  return lines;
+}
+
+void MainForm::GiveUp(std::ostream& err) {
+  for (const QString& line : LeftByEnding()) err << line.toStdString() << '\n';
+  visual_->Saving().GiveUp();
+}
+
 void MainForm::closeEvent(QCloseEvent* event) {
   // A detection gives up first and puts its output back; the window is closed once more after that.
   if (QApplication::activeModalWidget() != nullptr) {
     QApplication::activeModalWidget()->close();
     event->ignore();
     return;
+  }
+  if (bench_.ChipLink.EndAsked && bench_.ChipLink.EndAsked()) {
+    GiveUp(std::cerr);
+  } else if (const QStringList left = LeftByEnding(); !left.isEmpty()) {
+    if (!dialogs_.Ask(tr("To end now means:\n\n") + left.join(QLatin1Char('\n')), tr("End"))) return event->ignore();
   }
   // First what reads the chip, then the windows that show it.
   StopVisualTimer();

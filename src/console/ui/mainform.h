@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
@@ -72,6 +73,9 @@ class MainForm : public QMainWindow, private MainTimers {
   void SetTheme(Theme theme);
   /// A line in the status bar, for some seconds.
   void ShowNotice(const QString& text);
+  /// The program ends unasked: says what that leaves behind and drops a saving that is under way. The display may be
+  /// gone.
+  void GiveUp(std::ostream& err);
   bool VisualTimerRunning() const override { return visualTimer_.IsActive(); }
 
  signals:
@@ -95,6 +99,7 @@ class MainForm : public QMainWindow, private MainTimers {
   QStringList PreviewFanWrites(const AllFanFields& fields);
   void SwitchesChanged();
   void ShowSkipped();
+  QStringList LeftByEnding() const;
   void TabChanged(int index);
   void Do(const std::function<void()>& action, const std::string& name = {});
   void ReReadChip();

@@ -5,8 +5,8 @@
 
 namespace krx {
 
-OwedTurn::OwedTurn(OwedWrites& owed, ChipTurns& turns, std::function<void()> putBack, int interval)
-    : owed_(owed), putBack_(std::move(putBack)), timer_(turns, "Owed writes", interval, [this] { Tick(); }) {
+OwedTurn::OwedTurn(OwedWrites& owed, ChipTurns& turns, std::function<void(bool)> over, int interval)
+    : owed_(owed), over_(std::move(over)), timer_(turns, "Owed writes", interval, [this] { Tick(); }) {
   owed_.BecameOverdue = [this] { timer_.Start(); };
 }
 
@@ -14,7 +14,7 @@ void OwedTurn::Tick() {
   owed_.TakeTurn();
   if (owed_.AnyOverdue()) return;
   timer_.Stop();
-  putBack_();
+  over_(owed_.TakeSetAnew());
 }
 
 }  // namespace krx

@@ -14,8 +14,9 @@ class OwedTurn {
  public:
   static constexpr int intervalMilliseconds = 1000;
 
-  /// putBack: called when nothing is overdue any more.
-  OwedTurn(OwedWrites& owed, ChipTurns& turns, std::function<void()> putBack, int interval = intervalMilliseconds);
+  /// over: called when nothing is overdue any more, with true when some of it was set anew instead of put back.
+  OwedTurn(OwedWrites& owed, ChipTurns& turns, std::function<void(bool setAnew)> over,
+           int interval = intervalMilliseconds);
   ~OwedTurn() { owed_.BecameOverdue = nullptr; }
   OwedTurn(const OwedTurn&) = delete;
   OwedTurn& operator=(const OwedTurn&) = delete;
@@ -24,7 +25,7 @@ class OwedTurn {
   void Tick();
 
   OwedWrites& owed_;
-  std::function<void()> putBack_;
+  std::function<void(bool)> over_;
   ChipTimer timer_;
 };
 

@@ -265,6 +265,10 @@ void VisualDisplayPage::GapPosted() {
   charts_->GapPosted();
 }
 
+SavingBar& VisualDisplayPage::Saving() {
+  return charts_->Saving();
+}
+
 void VisualDisplayPage::SetSource(const QString& source) {
   charts_->SetSource(source);
 }

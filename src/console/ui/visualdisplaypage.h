@@ -18,6 +18,7 @@ class ChartCard;
 class Indicator;
 class PwmDifference;
 class PwmPanel;
+class SavingBar;
 class UserDialogs;
 class WaitBudget;
 class ZoneRow;
@@ -40,6 +41,8 @@ class VisualDisplayPage : public QWidget {
   /// A tick has appended to the history, one that failed a gap.
   void Posted();
   void GapPosted();
+  /// Of the charts' values.
+  SavingBar& Saving();
   /// Medium and chip, which exports name.
   void SetSource(const QString& source);
 

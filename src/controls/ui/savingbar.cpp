@@ -90,6 +90,7 @@ void SavingBar::Slice() {
 
 // The system may need seconds to bring a large file to its disk, so another thread waits for it.
 void SavingBar::Commit() {
+  if (!Busy()) return;
   if (!committed_.valid()) {
     bar_->setValue(100);
     cancel_->setEnabled(false);
@@ -110,6 +111,14 @@ void SavingBar::Cancel() {
   const QString name = file_->fileName();
   End();
   emit Cancelled(name);
+}
+
+void SavingBar::GiveUp() {
+  next_.stop();
+  shown_.stop();
+  values_.reset();
+  committed_ = {};  // waits
+  file_.reset();
 }
 
 void SavingBar::Fail() {

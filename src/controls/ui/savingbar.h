@@ -32,6 +32,10 @@ class SavingBar : public QWidget {
   /// The history behind the values is to outlive the bar. Not while it is busy.
   void Save(ChartCsv values, const QString& fileName);
   bool Busy() const { return values_.has_value(); }
+  /// The file that would not be written if all ended now; empty when there is none.
+  QString Unsaved() const { return Busy() && !committed_.valid() ? file_->fileName() : QString(); }
+  /// The program ends, maybe without a display: drops what is not written and waits for what is just being replaced.
+  void GiveUp();
 
  signals:
   void Saved(const QString& fileName);

@@ -71,7 +71,7 @@ TEST(OwedTurn, WritesWhatIsOverdueOnceTheBusWorksAgainAndNeverWhileAHandlerHolds
   OwedWrites owed(bench.Bus);
   int putBack = 0;
   const OwedTurn turn(
-      owed, bench.Turns, [&] { ++putBack; }, 5);
+      owed, bench.Turns, [&](bool setAnew) { putBack += setAnew ? 100 : 1; }, 5);
   const auto ticket = owed.EnterRegister(0x5C, 0x62, 0xE0);
   owed.Change(ticket, 0xE2);
   Fault fault;

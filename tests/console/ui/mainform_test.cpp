@@ -12,12 +12,15 @@
 #include "console/ui/limitbox.h"
 #include "console/ui/statusline.h"
 #include "controls/ui/dutyslider.h"
+#include "controls/ui/filesaving.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
+#include "support/fulldisk.h"
 #include "support/words.h"
 
 namespace krx {
@@ -478,6 +481,26 @@ TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
     }
   }
   ApplyTheme(*qApp, Theme::Light);
+}
+
+TEST(MainForm, ClosingAsksWhereItLeavesSomethingBehindAndASignalOnlySaysIt) {
+  Console console;
+  QTemporaryDir folder;
+  const QString name = folder.filePath("run.csv");
+  SaveWhole(name, "old");
+  console.Click("cmdGlitchTest");
+  console.Bench.History.Append(1, std::vector<float>(traceCount));
+  console.Form->findChild<SavingBar*>()->Save({console.Bench.History, {0, 2}, {{0, "A"}}, {}}, name);
+  EXPECT_FALSE(console.Form->close());
+  const std::string left =
+      "Glitch test stopped: PWM2 and PWM3 in manual control at 0 %\nNot saved: " + name.toStdString();
+  EXPECT_EQ(console.Dialogs.Shown.back(), "ask|To end now means:\n\n" + left + "|End");
+  console.Chip.Bus.EndAsked = [] { return true; };
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(console.Form->close());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), left + "\n");
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("run.csv"));
+  EXPECT_EQ(Content(name), "old");
 }
 
 TEST(MainForm, ClosingEndsTheTraffic) {
