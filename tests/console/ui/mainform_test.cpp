@@ -15,6 +15,7 @@
 #include <functional>
 
 #include "console/ui/channeltile.h"
+#include "console/ui/connectiontext.h"
 #include "console/ui/formbench.h"
 #include "console/ui/limitbox.h"
 #include "console/ui/statusline.h"
