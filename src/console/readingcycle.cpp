@@ -20,7 +20,6 @@ constexpr std::uint8_t dutyRegister = 0x30;  // PWM1; PWM2 and PWM3 follow
 constexpr std::uint8_t thermTimer = 0x79;
 
 constexpr std::size_t vccpSlot = 2;
-constexpr std::size_t vccpChannel = 9;
 constexpr std::size_t senseSlot = 4;  // the 2.5V input
 
 constexpr std::size_t fanTraces = 3;
@@ -57,7 +56,7 @@ std::int16_t Signed(std::uint8_t byte) {
 }  // namespace
 
 ReadingCycle::ReadingCycle(Link& link, ReadingCycleState state)
-    : link_(link), state_(state), start_(link.ElapsedSeconds()) {}
+    : link_(link), state_(state), series_(link, state.Fans, state.Power, state.Ranges), start_(link.ElapsedSeconds()) {}
 
 void ReadingCycle::Tick() {
   constexpr std::int64_t late = 1'000'000;
@@ -108,13 +107,14 @@ void ReadingCycle::Steps(Row& row) {
   ThermStep(row);
 }
 
-void ReadingCycle::Took(ChannelKind kind, std::size_t slot, float value) {
+void ReadingCycle::Took(ChannelKind kind, std::size_t slot) {
   const auto found =
       std::ranges::find_if(channels, [&](const Channel& row) { return row.Kind == kind && row.Slot == slot; });
   const auto channel = static_cast<std::size_t>(found - channels.begin());
   const bool measured = state_.First.Took(channel);
   measured_[found->Trace] = measured;
-  if (measured) state_.Ranges.Add(channel, value);
+  if (measured && state_.First.Measured(channel, state_.Power))
+    series_.Add(channel, ChannelValue(channel, state_.Measured, state_.Power));
 }
 
 void ReadingCycle::TemperatureStep(Row& row) {
@@ -124,7 +124,7 @@ void ReadingCycle::TemperatureStep(Row& row) {
   const std::uint8_t byte = ReadByte(link_, tempChannels[channel].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Temperatures[channel] = TempFromByte(byte, fraction);
-  Took(ChannelKind::Temperature, channel, measured.Temperatures[channel]);
+  Took(ChannelKind::Temperature, channel);
   Post(row, 0, measured.Temperatures);
   if (measured_[voltageTraces + senseSlot] && measured_[voltageTraces + vccpSlot])
     row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
@@ -139,7 +139,7 @@ void ReadingCycle::TachStep(Row& row) {
   Measurements& measured = state_.Measured;
   if (state_.Fans.PulsesKnown) {
     measured.FanSpeeds[fan] = state_.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), fan);
-    Took(ChannelKind::Fan, fan, measured.FanSpeeds[fan]);
+    Took(ChannelKind::Fan, fan);
   } else {
     measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
   }
@@ -153,7 +153,7 @@ void ReadingCycle::VoltageStep(Row& row) {
   const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
-  Took(ChannelKind::Voltage, slot, measured.Voltages[slot]);
+  Took(ChannelKind::Voltage, slot);
   Post(row, voltageTraces, measured.Voltages);
 }
 

@@ -14,6 +14,7 @@
 #include "console/firstvalues.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
+#include "console/rangeseries.h"
 #include "console/seenranges.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
@@ -85,10 +86,11 @@ class ReadingCycle {
   void HysteresisStep();
   void TminOpPointStep();
   void ThermStep(Row& row);
-  void Took(ChannelKind kind, std::size_t slot, float value);
+  void Took(ChannelKind kind, std::size_t slot);
 
   Link& link_;
   ReadingCycleState state_;
+  RangeSeries series_;
   double start_;                             ///< clock reading that the history's times count from
   std::array<bool, traceCount> measured_{};  ///< read in the last attempt, and measured by the chip
   std::optional<std::int64_t> lastTick_;     ///< end of the last tick; none while the cycle stands still

@@ -9,7 +9,7 @@ namespace krx {
 std::string VisualModel::AlarmWords(std::size_t channel) const {
   if (!state_.ChannelShown.at(channel) || state_.Alarms.at(channel) != AlarmState::Bad) return {};
   std::optional<double> value;
-  if (bench_.First.Measured(channel)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
+  if (bench_.First.Measured(channel, bench_.Power)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
   return AlarmReason(channel, value, bench_.ChipLink.Seen, Limits());
 }
 

@@ -59,7 +59,7 @@ TEST(Limits, ADragWritesOnceOnEitherMedium) {
 TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerGoesBack) {
   VisualBench bench;
   bench.Work.Power.PowerMode = true;
-  bench.Work.Measured.Voltages[2] = 1.5F;
+  bench.MeasureVccp(1.5F);
   bench.Model.SelectChannel(11);
   bench.Traffic();
   bench.Model.MarkerMoving(Marker::High, 100);  // 2.7 V
@@ -185,7 +185,7 @@ TEST(LimitEntry, ATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
       VisualBench bench(medium);
       bench.Work.Fans.ProgrammedPulses.fill(2);
       bench.Work.Power.PowerMode = row.Channel == currentChannel;
-      bench.Work.Measured.Voltages[2] = 1.5F;
+      bench.MeasureVccp(1.5F);
       bench.Poke(channels[row.Channel].LowLimitRegister, row.Low);
       bench.Poke(channels[row.Channel].HighLimitRegister, row.High);
       bench.Model.SelectChannel(row.Channel);

@@ -112,14 +112,15 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
     summary = tr("old value");
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
-  ShowRange(report.Range, channel);
+  ShowRange(report.Range, channel, report.PowerMode);
   gauge_->SetValue(report.Measured ? state.Gauge.Value() : std::numeric_limits<double>::quiet_NaN());
   gauge_->SetStale(report.Old);
 }
 
-void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel) {
+void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel, bool powerMode) {
   const ChannelKind kind = channels[channel].Kind;
-  const int decimals = kind == ChannelKind::Temperature ? 2 : kind == ChannelKind::Fan ? 0 : 3;
+  const bool hundredths = kind == ChannelKind::Temperature || (channel == currentChannel && powerMode);
+  const int decimals = hundredths ? 2 : kind == ChannelKind::Fan ? 0 : 3;
   const auto text = [&](double value) {
     return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : QStringLiteral("–");
   };
@@ -131,12 +132,20 @@ void ChannelCard::SetStepEnd(std::function<double(double, double)> stepEnd) {
   gauge_->SetStepEnd(std::move(stepEnd));
 }
 
-LimitBox& ChannelCard::Box(Marker marker) {
+LimitBox& ChannelCard::Box(Marker marker) const {
   return marker == Marker::High ? *highBox_ : *lowBox_;
 }
 
 void ChannelCard::Refuse(Marker marker, const QString& range) {
   Box(marker).Refuse(range);
+}
+
+bool ChannelCard::IsRefused(Marker marker) const {
+  return Box(marker).IsRefused();
+}
+
+bool ChannelCard::HasLimits() const {
+  return gauge_->Markers().IsPlaced(Marker::Low);
 }
 
 void ChannelCard::Release(Marker marker) {

@@ -103,7 +103,7 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
   EXPECT_TRUE(console.Shows("lblCycle", "12 reads a tick")) << console.Text("lblCycle");
 }
 
-TEST(MainForm, ACurrentHasNoRangeInVolts) {
+TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   Console console;
   console.Poke({{0x20, 0x60}});
   console.Click("visualdisplaytext_11");
@@ -111,8 +111,17 @@ TEST(MainForm, ACurrentHasNoRangeInVolts) {
   console.Poke({{0x40, 0x11}, {0x23, 0xC0}});
   console.Find<QAction>("actReReadChip")->trigger();
   EXPECT_EQ(console.Text("lblRange"), "min – · max –");
-  EXPECT_EQ(console.Tile(11).Unit(), "A");
-  EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled()) << "its volts would be written as a current";
+  const auto* low = console.Find<LimitBox>("txtLowLimit");
+  EXPECT_EQ(console.Tile(11).Value() + console.Tile(11).Unit() + console.Text("lblReadout").c_str(), "–A–");
+  EXPECT_FALSE(low->isEnabled()) << "what it would write depends on Vccp";
+  console.Poke({{0x20, 0xFF}, {0x21, 0x20}});
+  EXPECT_TRUE(console.Wait([&] { return low->isEnabled(); }));
+  EXPECT_EQ(low->text(), "-425.01 A");
+  console.Chip.Advance(1.1);
+  console.Poke({{0x20, 0xFF}, {0x21, 0x20}, {0x23, 0xC0}, {0x76, 0}});
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(11).Value() == "662.99" && console.Tile(7).Value() == "4.992"; }));
+  console.Find<QAction>("actResetRanges")->trigger();
+  EXPECT_TRUE(console.Shows("lblRange", "min 662.99 · max 662.99")) << console.Text("lblRange");
   console.Click("visualdisplaytext_7");
   EXPECT_TRUE(console.Shows("lblMean", "mean 4.992"));
   console.Find<QAction>("actResetRanges")->trigger();
@@ -301,6 +310,9 @@ TEST(MainForm, ATypedLimitIsWrittenARefusedOneKeepsItsTextAndTheWheelWritesNothi
   EXPECT_EQ(console.Chip.Traffic(), "W4E:C3 W4F:EC");
   EXPECT_EQ(low.text(), "-61 °C");
   EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Low(), -61);
+  Type(high, "150");
+  QTest::keyClick(&low, Qt::Key_Down);
+  EXPECT_EQ(range.text(), "⚠ -62 to 127 °C, whole degrees") << "the range that holds now";
   EXPECT_TRUE(console.Dialogs.Shown.empty());
 }
 
