@@ -100,7 +100,8 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   const bool known = !std::isnan(state.Gauge.Value());
   SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]),
                report.Measured ? QString::fromStdString(state.Readout) : QStringLiteral("–"));
-  SetBad(*readout_, alarm && !report.Old, report.Old || !known);
+  const bool old = report.Old || report.Failed;
+  SetBad(*readout_, alarm && !report.Old, old || !known);
   QString summary = alarm                                     ? QString::fromStdString(report.AlarmWords)
                     : state.Alarms[channel] == AlarmState::Ok ? tr("within limits")
                                                               : tr("not read yet");
@@ -110,11 +111,13 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
     summary = tr("not monitoring");
   else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
     summary = tr("old value");
+  else if (report.Failed && !alarm)
+    summary = tr("old value: it cannot be read");
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
   ShowRange(report.Range, channel, report.PowerMode);
   gauge_->SetValue(report.Measured ? state.Gauge.Value() : std::numeric_limits<double>::quiet_NaN());
-  gauge_->SetStale(report.Old);
+  gauge_->SetStale(old);
 }
 
 void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel, bool powerMode) {

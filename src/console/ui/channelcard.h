@@ -24,6 +24,7 @@ struct ChannelReport {
   std::string AlarmWords;      ///< empty without an alarm
   bool Old = false;            ///< the value is no longer refreshed
   bool NotMonitoring = false;  ///< because the chip does not measure
+  bool Failed = false;         ///< only this value: the last attempt to read it failed
 };
 
 /// The selected channel: large readout, its range so far with a reset, the gauge and a typed box for each limit. Its

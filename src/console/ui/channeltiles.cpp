@@ -98,15 +98,14 @@ void ChannelTiles::ShowFrames(const VisualState& state) {
   }
 }
 
-void ChannelTiles::ShowReading(const VisualState& state, std::size_t channel, const QString& readout, bool measured,
-                               bool old, const QString& alarm) {
-  const auto [value, unit] = SplitReadout(readout);
+void ChannelTiles::ShowReading(const VisualState& state, std::size_t channel, const TileReading& reading) {
+  const auto [value, unit] = SplitReadout(reading.Readout);
   ChannelTile& tile = *tiles_[channel];
-  tile.SetReading(measured ? value : QStringLiteral("–"), unit);
-  tile.SetOld(old && measured && value != QStringLiteral("–"));
-  tile.SetAlarm(old ? QString() : alarm);
+  tile.SetReading(reading.Measured ? value : QStringLiteral("–"), unit);
+  tile.SetOld(reading.Old && reading.Measured && value != QStringLiteral("–"));
+  tile.SetAlarm(reading.LampOld ? QString() : reading.Alarm);
   lamps_[channel]->SetState(LampOf(state, channel));
-  lamps_[channel]->SetStale(old);  // also where the tile has no value that could be old
+  lamps_[channel]->SetStale(reading.LampOld);  // also where the tile has no value that could be old
 }
 
 }  // namespace krx

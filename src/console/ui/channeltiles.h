@@ -12,6 +12,15 @@ namespace krx {
 class ChannelTile;
 class Indicator;
 
+/// What a tile says beside its caption.
+struct TileReading {
+  QString Readout;  ///< with its unit
+  bool Measured = false;
+  bool Old = false;      ///< the value is no longer refreshed
+  QString Alarm;         ///< why the alarm is set; empty: it is not
+  bool LampOld = false;  ///< nor is the alarm
+};
+
 /// The column of the twelve channels in their groups; it scrolls in a low window.
 class ChannelTiles : public QScrollArea {
   Q_OBJECT
@@ -20,9 +29,7 @@ class ChannelTiles : public QScrollArea {
 
   /// Captions, marks, trace colours and which channels there are.
   void ShowFrames(const VisualState& state);
-  /// A channel's readout with its unit. old: it is no longer refreshed. alarm: why its alarm is set.
-  void ShowReading(const VisualState& state, std::size_t channel, const QString& readout, bool measured, bool old,
-                   const QString& alarm);
+  void ShowReading(const VisualState& state, std::size_t channel, const TileReading& reading);
 
  signals:
   void Selected(std::size_t channel);

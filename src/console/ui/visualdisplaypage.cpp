@@ -210,9 +210,12 @@ void VisualDisplayPage::ShowReadings(bool old) {
   const bool outOfDate = old || notMonitoring;
   const VisualState& state = model_.State();
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    tiles_->ShowReading(state, channel, QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)),
-                        bench_.First.Measured(channel, bench_.Power), outOfDate,
-                        QString::fromStdString(model_.AlarmWords(channel)));
+    tiles_->ShowReading(state, channel,
+                        {.Readout = QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)),
+                         .Measured = bench_.First.Measured(channel, bench_.Power),
+                         .Old = outOfDate || bench_.Cycle.ReadFailed(channel),
+                         .Alarm = QString::fromStdString(model_.AlarmWords(channel)),
+                         .LampOld = outOfDate});
   }
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
   card_->ShowReading(state, selected,
@@ -221,13 +224,15 @@ void VisualDisplayPage::ShowReadings(bool old) {
                       .Measured = bench_.First.Measured(selected, bench_.Power),
                       .AlarmWords = model_.AlarmWords(selected),
                       .Old = outOfDate,
-                      .NotMonitoring = notMonitoring});
+                      .NotMonitoring = notMonitoring,
+                      .Failed = bench_.Cycle.ReadFailed(selected)});
   // Placed by a tick, which measured what they rest on.
   if (state.Gauge.IsPlaced(Marker::Low) && !card_->HasLimits()) ShowLimits();
   for (const Marker marker : {Marker::Low, Marker::High}) {
     if (card_->IsRefused(marker)) card_->Refuse(marker, QString::fromStdString(model_.LimitRange(marker)));
   }
-  pwm_->Show(state, outOfDate);
+  const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
+  pwm_->Show(state, outOfDate || bench_.Cycle.DutyFailed(output));
   pwmDifference_->Show(state.Pwm);
   notMonitoring_->setVisible(notMonitoring);
   zoneRow_->ShowReading(state, outOfDate);

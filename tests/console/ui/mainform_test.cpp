@@ -437,6 +437,11 @@ TEST(MainForm, AFailingTickIsCountedInTheStatusBarAndAFailingClickShowsOneBoxToo
   console.Click("visualdisplaytext_2");
   EXPECT_EQ(console.Dialogs.Shown, std::vector<std::string>{"critical|Error: 57, Device I/O error|"});
   EXPECT_EQ(console.Text("lblFaults"), "Link faults: 2, last: Error: 57, Device I/O error");
+  console.Poke({{0x25, 0x20}});
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(1).Value() == "32.00"; }));
+  console.Chip.Sim.AddFault(*ParseFault("fail=1+,reg=25"));
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(1).IsOld(); })) << "only its readings fail";
+  EXPECT_FALSE(console.Tile(0).IsOld());
 }
 
 TEST(MainForm, AsksBeforeADetectionWithoutMonitoringAndTriesAgainToPutItsOutputBack) {
