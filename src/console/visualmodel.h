@@ -103,6 +103,8 @@ class VisualModel {
   /// Why the channel's alarm is set; empty while it is not, and for a channel that is not shown.
   std::string AlarmWords(std::size_t channel) const;
   AlarmReport ReportAlarms() const;
+  /// A fan's pulses were changed behind the console's back: its speed is not the one shown until they are read again.
+  bool PulsesDiffer(std::size_t channel) const;
 
   /// Repeats the start-up's reading steps and shows what they change.
   StepProblems ReReadChip();

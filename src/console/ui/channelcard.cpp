@@ -113,6 +113,8 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
     summary = tr("old value");
   else if (report.Failed && !alarm)
     summary = tr("old value: it cannot be read");
+  else if (report.PulsesDiffer && !alarm)
+    summary = tr("other pulses in 7Bh now: F5 takes them");
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
   ShowRange(report.Range, channel, report.PowerMode);

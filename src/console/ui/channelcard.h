@@ -24,6 +24,7 @@ struct ChannelReport {
   std::string AlarmWords;      ///< empty without an alarm
   bool Old = false;            ///< the value is no longer refreshed
   bool NotMonitoring = false;  ///< because the chip does not measure
+  bool PulsesDiffer = false;   ///< of a fan: the chip has others than the speed is told with
   bool Failed = false;         ///< only this value: the last attempt to read it failed
 };
 

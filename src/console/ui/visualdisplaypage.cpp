@@ -225,6 +225,7 @@ void VisualDisplayPage::ShowReadings(bool old) {
                       .AlarmWords = model_.AlarmWords(selected),
                       .Old = outOfDate,
                       .NotMonitoring = notMonitoring,
+                      .PulsesDiffer = model_.PulsesDiffer(selected),
                       .Failed = bench_.Cycle.ReadFailed(selected)});
   // Placed by a tick, which measured what they rest on.
   if (state.Gauge.IsPlaced(Marker::Low) && !card_->HasLimits()) ShowLimits();

@@ -24,6 +24,7 @@
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/palette.h"
 #include "controls/ui/stripchart.h"
+#include "link/registeraccess.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
 
@@ -194,6 +195,9 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
   EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
+  WriteByte(console.Chip.Bus, 0x7B, 0x59);  // as Read/Write would
+  console.Click("visualdisplaytext_4");
+  EXPECT_EQ(console.Text("lblSummary"), "other pulses in 7Bh now: F5 takes them");
   console.Click("visualdisplaytext_3");  // no limit
   console.Form->activateWindow();
   gauge->setFocus();
