@@ -119,7 +119,7 @@ WatchRow MeasureRow(Workbench& bench) {
     row.Captions[channel] = ChannelCaption(channel, bench.Fans, row.PowerMode);
     if (!InUse(channel, bench.Pins) || !StoredSince(channel, bench.Measured)) continue;
     row.AnythingRead = true;
-    if (!bench.First.Measured(channel)) continue;
+    if (!bench.First.Measured(channel, bench.Power)) continue;
     const double value = ChannelValue(channel, bench.Measured, bench.Power);
     // A current rests on Vccp, too.
     if (!std::isnan(value)) row.Values[channel] = value;

@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/alarmtext.h"
 
-#include <cstdint>
-
+#include "console/diodefault.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t interruptStatus2 = 0x42;
-constexpr std::size_t remote1Channel = 1, remote2Channel = 2;
-constexpr int diode1Bit = 6, diode2Bit = 7;
-
-bool DiodeFault(std::size_t channel, const RegisterImage& seen) {
-  if (channel != remote1Channel && channel != remote2Channel) return false;
-  const int bit = channel == remote1Channel ? diode1Bit : diode2Bit;
-  return (seen.Byte(interruptStatus2).value_or(0) >> bit & 1) != 0;
-}
 
 std::string LimitText(std::size_t channel, double limit, bool powerMode) {
   switch (channels.at(channel).Kind) {

@@ -34,6 +34,7 @@ struct Channel {
 };
 
 inline constexpr std::size_t channelCount = 12;
+inline constexpr std::size_t vccpChannel = 9;
 inline constexpr std::size_t currentChannel = 11;  ///< 2.5V, or the processor current while PowerMode is set
 
 inline constexpr GaugeScale temperatureScale{-55, 127};

@@ -25,6 +25,10 @@ class FirstValues {
   bool Took(std::size_t channel);
   /// What was read last is, or once was, a measured value.
   bool Measured(std::size_t channel) const { return measured_[channel]; }
+  /// The same of the channel's value as it is shown: a current that rests on Vccp, too, needs both.
+  bool Measured(std::size_t channel, const PowerSettings& power) const {
+    return Measured(channel) && (channel != currentChannel || !power.NeedsVccp() || Measured(vccpChannel));
+  }
 
   /// Bit 0 of 0x40 as last seen on the bus; nothing when it is not known.
   std::optional<bool> Monitoring() const;

@@ -18,6 +18,12 @@ bool LimitsAreCurrents(std::size_t channel, const LimitContext& context) {
   return channel == currentChannel && context.Power.PowerMode;
 }
 
+/// False while a limit's bytes are no value, nothing that could be shown or moved.
+bool IsConvertible(std::size_t channel, const LimitContext& context) {
+  if (channels.at(channel).Kind == ChannelKind::Fan) return context.Fans.PulsesKnown;
+  return channel != currentChannel || context.VccpKnown || !context.Power.NeedsVccp();
+}
+
 double LimitFromByte(std::size_t channel, std::uint8_t byte, const LimitContext& context) {
   const Channel& row = channels.at(channel);
   if (row.Kind == ChannelKind::Temperature) return TempFromByte(byte, 0);
@@ -59,12 +65,15 @@ void WriteFanLimit(Link& link, const Channel& row, const Bytes& low, GaugeMarker
   markers.Park(Marker::High, fanScale.Maximum);
 }
 
-void PlaceFanLimit(const Channel& row, std::uint8_t low, std::uint8_t high, const LimitContext& context,
-                   GaugeMarkers& markers) {
-  markers.Park(Marker::High, fanScale.Maximum);
-  // Without the pulses the count is no speed: nothing that could be shown, and nothing to be moved.
-  if (!context.Fans.PulsesKnown) return;
-  markers.Place(Marker::Low, FanLimitFromBytes(row, low, high, context), Bytes{low, high});
+void PlaceBytes(std::size_t channel, std::uint8_t low, std::uint8_t high, const LimitContext& context,
+                GaugeMarkers& markers) {
+  const Channel& row = channels.at(channel);
+  const bool fan = row.Kind == ChannelKind::Fan;
+  if (fan) markers.Park(Marker::High, fanScale.Maximum);
+  if (!IsConvertible(channel, context)) return;
+  if (fan) return markers.Place(Marker::Low, FanLimitFromBytes(row, low, high, context), Bytes{low, high});
+  markers.Place(Marker::Low, LimitFromByte(channel, low, context), Bytes{low});
+  markers.Place(Marker::High, LimitFromByte(channel, high, context), Bytes{high});
 }
 
 void WriteLimit(Link& link, std::uint8_t reg, Marker marker, const Bytes& bytes, GaugeMarkers& markers) {
@@ -81,16 +90,14 @@ void PlaceLimits(Link& link, std::size_t channel, const LimitContext& context, G
   markers.SetScale(scale.Minimum, scale.Maximum);
   const std::uint8_t low = ReadByte(link, row.LowLimitRegister);
   const std::uint8_t high = ReadByte(link, row.HighLimitRegister);
-  if (row.Kind == ChannelKind::Fan) return PlaceFanLimit(row, low, high, context, markers);
-  markers.Place(Marker::Low, LimitFromByte(channel, low, context), Bytes{low});
-  markers.Place(Marker::High, LimitFromByte(channel, high, context), Bytes{high});
+  PlaceBytes(channel, low, high, context, markers);
 }
 
-void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
+void PlaceSeenLimits(const Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
   const Channel& row = channels.at(channel);
   const auto low = link.Seen.Byte(row.LowLimitRegister);
   const auto high = link.Seen.Byte(row.HighLimitRegister);
-  if (low && high) PlaceFanLimit(row, *low, *high, context, markers);
+  if (low && high) PlaceBytes(channel, *low, *high, context, markers);
 }
 
 std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, Marker marker,
@@ -98,8 +105,9 @@ std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, 
   const Channel& row = channels.at(channel);
   const auto low = seen.Byte(row.LowLimitRegister);
   const auto high = seen.Byte(row.HighLimitRegister);
+  if (!IsConvertible(channel, context)) return std::nullopt;
   if (row.Kind == ChannelKind::Fan) {
-    if (marker == Marker::High || !low || !high || !context.Fans.PulsesKnown) return std::nullopt;
+    if (marker == Marker::High || !low || !high) return std::nullopt;
     return FanLimitFromBytes(row, *low, *high, context);
   }
   const auto byte = marker == Marker::Low ? low : high;

@@ -18,16 +18,17 @@ struct LimitContext {
   const FanCommon& Fans;
   const PowerSettings& Power;
   const Measurements& Measured;
+  bool VccpKnown = true;  ///< Vccp was measured: until then no limit in A that rests on it can be told
 };
 
 /// Sets the gauge up for a channel: its scale, then both limits read (low register first), converted and placed with
-/// their bytes. A fan's high marker is parked at 20000, and its low one is placed only when the pulses are known. When
-/// a read fails neither marker is placed.
+/// their bytes. A fan's high marker is parked at 20000, and its low one is placed only when the pulses are known; the
+/// markers of a current that rests on Vccp only when that is. When a read fails neither marker is placed.
 void PlaceLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
 
-/// Places a fan's limit again by the pulses known now, from the bytes last seen on the bus: for pulses that were read
-/// after the channel was selected. Nothing is placed from bytes that were never seen.
-void PlaceSeenFanLimit(const Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
+/// Places the limits by the pulses or the Vccp known now, from the bytes last seen on the bus: for what was read after
+/// the channel was selected. Nothing is placed from bytes that were never seen.
+void PlaceSeenLimits(const Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers);
 
 /// Writes both limits, low register first; of a fan only the low limit, low byte first. A marker that was moved is
 /// converted; another one writes the bytes it was placed from, since the encodings round down and an untouched limit

@@ -20,7 +20,6 @@ constexpr std::uint8_t dutyRegister = 0x30;  // PWM1; PWM2 and PWM3 follow
 constexpr std::uint8_t thermTimer = 0x79;
 
 constexpr std::size_t vccpSlot = 2;
-constexpr std::size_t vccpChannel = 9;
 constexpr std::size_t senseSlot = 4;  // the 2.5V input
 
 constexpr std::size_t fanTraces = 3;
@@ -57,7 +56,7 @@ std::int16_t Signed(std::uint8_t byte) {
 }  // namespace
 
 ReadingCycle::ReadingCycle(Link& link, ReadingCycleState state)
-    : link_(link), state_(state), start_(link.ElapsedSeconds()) {}
+    : link_(link), state_(state), series_(link, state.Fans, state.Power, state.Ranges), start_(link.ElapsedSeconds()) {}
 
 void ReadingCycle::Tick() {
   constexpr std::int64_t late = 1'000'000;
@@ -108,23 +107,31 @@ void ReadingCycle::Steps(Row& row) {
   ThermStep(row);
 }
 
-void ReadingCycle::Took(ChannelKind kind, std::size_t slot, float value) {
+std::size_t ReadingCycle::Begin(ChannelKind kind, std::size_t slot) {
   const auto found =
       std::ranges::find_if(channels, [&](const Channel& row) { return row.Kind == kind && row.Slot == slot; });
   const auto channel = static_cast<std::size_t>(found - channels.begin());
+  measured_[found->Trace] = false;
+  failed_[channel] = true;
+  return channel;
+}
+
+void ReadingCycle::Took(std::size_t channel) {
+  failed_[channel] = false;
   const bool measured = state_.First.Took(channel);
-  measured_[found->Trace] = measured;
-  if (measured) state_.Ranges.Add(channel, value);
+  measured_[channels[channel].Trace] = measured;
+  if (measured && state_.First.Measured(channel, state_.Power))
+    series_.Add(channel, ChannelValue(channel, state_.Measured, state_.Power));
 }
 
 void ReadingCycle::TemperatureStep(Row& row) {
-  const std::size_t channel = Next(Counters.Temperature, wrapOfThree, 3);
-  measured_[channel] = false;
-  const float fraction = TempFraction(link_, static_cast<int>(channel)).Value;
-  const std::uint8_t byte = ReadByte(link_, tempChannels[channel].ValueRegister);
+  const std::size_t slot = Next(Counters.Temperature, wrapOfThree, 3);
+  const std::size_t channel = Begin(ChannelKind::Temperature, slot);
+  const float fraction = TempFraction(link_, static_cast<int>(slot)).Value;
+  const std::uint8_t byte = ReadByte(link_, tempChannels[slot].ValueRegister);
   Measurements& measured = state_.Measured;
-  measured.Temperatures[channel] = TempFromByte(byte, fraction);
-  Took(ChannelKind::Temperature, channel, measured.Temperatures[channel]);
+  measured.Temperatures[slot] = TempFromByte(byte, fraction);
+  Took(channel);
   Post(row, 0, measured.Temperatures);
   if (measured_[voltageTraces + senseSlot] && measured_[voltageTraces + vccpSlot])
     row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
@@ -132,15 +139,16 @@ void ReadingCycle::TemperatureStep(Row& row) {
 
 void ReadingCycle::TachStep(Row& row) {
   const std::size_t fan = Next(Counters.Tach, wrapOfFourAndFive, 4);
-  measured_[fanTraces + fan] = false;
+  const std::size_t channel = Begin(ChannelKind::Fan, fan);
   const auto lowRegister = static_cast<std::uint8_t>(0x28 + 2 * fan);
   const int low = ReadByte(link_, lowRegister);
   const int high = ReadByte(link_, static_cast<std::uint8_t>(lowRegister + 1));
   Measurements& measured = state_.Measured;
   if (state_.Fans.PulsesKnown) {
     measured.FanSpeeds[fan] = state_.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), fan);
-    Took(ChannelKind::Fan, fan, measured.FanSpeeds[fan]);
+    Took(channel);
   } else {
+    failed_[channel] = false;
     measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
   }
   Post(row, fanTraces, measured.FanSpeeds);
@@ -148,12 +156,12 @@ void ReadingCycle::TachStep(Row& row) {
 
 void ReadingCycle::VoltageStep(Row& row) {
   const std::size_t slot = Next(Counters.Voltage, wrapOfFourAndFive, 5);
-  measured_[voltageTraces + slot] = false;
+  const std::size_t channel = Begin(ChannelKind::Voltage, slot);
   const int extension = VoltageExtension(link_, static_cast<int>(slot));
   const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
   Measurements& measured = state_.Measured;
   measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
-  Took(ChannelKind::Voltage, slot, measured.Voltages[slot]);
+  Took(channel);
   Post(row, voltageTraces, measured.Voltages);
 }
 
@@ -165,7 +173,9 @@ void ReadingCycle::AlarmStep() {
 
 void ReadingCycle::DutyStep() {
   const std::size_t output = Next(Counters.Duty, wrapOfThree, 3);
+  dutyFailed_[output] = true;
   const std::uint8_t duty = ReadByte(link_, static_cast<std::uint8_t>(dutyRegister + output));
+  dutyFailed_[output] = false;
   state_.Measured.DutyTexts[output] = DutyText(DutyToPercent(duty));
 }
 

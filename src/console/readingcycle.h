@@ -14,6 +14,7 @@
 #include "console/firstvalues.h"
 #include "console/measurements.h"
 #include "console/pinsettings.h"
+#include "console/rangeseries.h"
 #include "console/seenranges.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
@@ -67,6 +68,11 @@ class ReadingCycle {
   /// The duty step alone: reads the next output's duty into DutyTexts.
   void DutyStep();
 
+  /// The last attempt to read the channel, or the duty of output 0..2, failed: what is kept of it is older than the
+  /// tick.
+  bool ReadFailed(std::size_t channel) const { return failed_.at(channel); }
+  bool DutyFailed(std::size_t output) const { return dutyFailed_.at(output); }
+
   double ThermPeriod = 1;     ///< seconds between two readings of the THERM timer; negative counts as 0
   double ThermReadStart = 0;  ///< clock reading at which the present period began
   ReadingCounters Counters;
@@ -85,13 +91,17 @@ class ReadingCycle {
   void HysteresisStep();
   void TminOpPointStep();
   void ThermStep(Row& row);
-  void Took(ChannelKind kind, std::size_t slot, float value);
+  std::size_t Begin(ChannelKind kind, std::size_t slot);
+  void Took(std::size_t channel);
 
   Link& link_;
   ReadingCycleState state_;
+  RangeSeries series_;
   double start_;                             ///< clock reading that the history's times count from
   std::array<bool, traceCount> measured_{};  ///< read in the last attempt, and measured by the chip
-  std::optional<std::int64_t> lastTick_;     ///< end of the last tick; none while the cycle stands still
+  std::array<bool, channelCount> failed_{};
+  std::array<bool, 3> dutyFailed_{};
+  std::optional<std::int64_t> lastTick_;  ///< end of the last tick; none while the cycle stands still
 };
 
 }  // namespace krx

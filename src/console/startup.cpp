@@ -108,6 +108,12 @@ StepProblems TryAgain(Workbench& bench, bool reads) {
 
 }  // namespace
 
+std::string ProblemText(const StepProblems& problems) {
+  std::string text;
+  for (const std::string& problem : problems) text += (text.empty() ? "" : "\n") + problem;
+  return text;
+}
+
 StepProblems StartUp(Workbench& bench) {
   const Link::MayGiveUp readings(bench.ChipLink);
   // The other start values are those that the state was made with.

@@ -16,6 +16,9 @@ struct Workbench;
 /// "Programmed pulses: Error: 7, text".
 using StepProblems = std::vector<std::string>;
 
+/// As a box shows them: a line each.
+std::string ProblemText(const StepProblems& problems);
+
 /// Which steps of the start-up have not succeeded yet.
 struct StartUpState {
   std::set<std::string> Owed;  ///< by name

@@ -177,28 +177,6 @@ void VisualModel::WriteSlider(int value) {
   WriteByte(bench_.ChipLink, output->Register, value);
 }
 
-void VisualModel::MarkerMoving(Marker marker, double value) {
-  MoveMarker(marker, value);
-  if (bench_.ChipLink.EvalBoardMedium == boardMedium) WriteMarkers(marker);
-}
-
-void VisualModel::MarkerReleased(Marker marker, double value) {
-  // On the board the last move has written it, or put the marker back.
-  if (bench_.ChipLink.EvalBoardMedium != smbusMedium) return;
-  MoveMarker(marker, value);
-  WriteMarkers(marker);
-}
-
-void VisualModel::MoveMarker(Marker marker, double value) {
-  // A value that it has already leaves the marker unmoved, with the bytes it was placed from.
-  if (value != state_.Gauge.ValueOf(marker) || !state_.Gauge.IsKnown(marker)) state_.Gauge.Move(marker, value);
-}
-
-void VisualModel::WriteMarkers(Marker dragged) {
-  if (!state_.Gauge.IsDraggable(dragged)) return;
-  WriteLimits(bench_.ChipLink, static_cast<std::size_t>(bench_.Display.SelectedChannel), Limits(), state_.Gauge);
-}
-
 StepProblems VisualModel::ReReadChip() {
   bench_.Cycle.StandStill();  // no tick comes between its reads
   const bool powerMode = bench_.Power.PowerMode;
@@ -215,6 +193,8 @@ void VisualModel::ShowReRead(bool powerModeBefore) {
     state_.Gauge.SetScale(scale.Minimum, scale.Maximum);
     state_.ShownStrip = ChannelChart(currentChannel, bench_.Power.PowerMode);
   }
+  // Its volts are no amperes.
+  if (bench_.Power.PowerMode != powerModeBefore) bench_.Ranges.Reset(currentChannel);
   Relabel();
   ShowPwmPanel();
   ShowReadings();
@@ -226,17 +206,7 @@ void VisualModel::Relabel() {
   LabelByAlertPin();
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
   RenewLimits(bench_.ChipLink.Seen, selected, Limits(), state_.Gauge);
-  // The pulses may have become known since the fan was selected, by whatever read them.
-  if (channels[selected].Kind == ChannelKind::Fan && !state_.Gauge.IsPlaced(Marker::Low)) {
-    PlaceSeenFanLimit(bench_.ChipLink, selected, Limits(), state_.Gauge);
-  }
-}
-
-void VisualModel::SawByte(std::uint8_t reg) {
-  const auto channel = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  const Channel& row = channels.at(channel);
-  if (reg != row.LowLimitRegister && reg != row.HighLimitRegister) return;
-  RenewLimits(bench_.ChipLink.Seen, channel, Limits(), state_.Gauge);
+  if (channels[selected].Kind == ChannelKind::Fan) PlaceAwaitedLimits();
 }
 
 void VisualModel::LabelByPowerMode() {
@@ -284,6 +254,7 @@ void VisualModel::ShowReadings() {
   ShowSeen();
   ShowDuty();
   state_.Alarms = bench_.Cycle.Alarms;
+  if (bench_.Power.PowerMode && bench_.Display.SelectedChannel == currentChannel) PlaceAwaitedLimits();
 }
 
 void VisualModel::ShowReadout() {
@@ -293,11 +264,15 @@ void VisualModel::ShowReadout() {
 }
 
 void VisualModel::ShowDuty() {
-  const std::string& text = bench_.Measured.DutyTexts.at(static_cast<std::size_t>(bench_.Display.SelectedPwm - 1));
-  if (text.empty()) return;  // not read yet
-  state_.PwmText = text;
+  const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
+  std::string text = bench_.Measured.DutyTexts.at(output);
+  // The cycle may stand still, and somebody else have read it.
+  const auto seen = bench_.ChipLink.Seen.Byte(sliderOutputs.at(output).Register);
+  if (text.empty() && seen) text = DutyText(DutyToPercent(*seen));
+  state_.PwmText = text.empty() ? "–" : text;
   if (sliderPressed_) return;  // it is the user's
-  state_.DutyCycleText = text;
+  state_.DutyCycleText = state_.PwmText;
+  if (text.empty()) return;
   // Times 2.55, in an order that is exact: 50 % is 127.5 and becomes 128.
   state_.SliderValue = CInt(Val(text) * 255 / 100);
 }
@@ -314,10 +289,6 @@ void VisualModel::ShowZones() {
     state_.TminTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, tminRegisters[zone]) : "Disabled";
     state_.OpPointTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, opPointRegisters[zone]) : "Disabled";
   }
-}
-
-LimitContext VisualModel::Limits() const {
-  return {bench_.Fans, bench_.Power, bench_.Measured};
 }
 
 }  // namespace krx

@@ -59,13 +59,13 @@ struct VisualState {
   GaugeMarkers Gauge;  ///< of the selected channel; its value is the channel's
   std::string Readout;
 
-  bool SliderShown = false;      ///< pnlSlider; pnlPWM is shown in the opposite case
-  std::string PanelCaption;      ///< "Fan1 PWM"
-  std::string SliderCaption;     ///< "Fan1": chooses the register that the slider writes
-  std::string PwmText = "100%";  ///< lblPWM
-  PwmBehaviour Pwm;              ///< of the selected output
-  std::string DutyCycleText;     ///< lblDutyCycle1
-  int SliderValue = 255;         ///< 0..255
+  bool SliderShown = false;   ///< pnlSlider; pnlPWM is shown in the opposite case
+  std::string PanelCaption;   ///< "Fan1 PWM"
+  std::string SliderCaption;  ///< "Fan1": chooses the register that the slider writes
+  std::string PwmText;        ///< lblPWM; "–" where the duty was never seen
+  PwmBehaviour Pwm;           ///< of the selected output
+  std::string DutyCycleText;  ///< lblDutyCycle1
+  int SliderValue = 255;      ///< 0..255
 
   // "40", "Disabled", or "–" where the register was never seen.
   std::array<std::string, 3> TminTexts;
@@ -104,6 +104,8 @@ class VisualModel {
   /// Why the channel's alarm is set; empty while it is not, and for a channel that is not shown.
   std::string AlarmWords(std::size_t channel) const;
   AlarmReport ReportAlarms() const;
+  /// A fan's pulses were changed behind the console's back: its speed is not the one shown until they are read again.
+  bool PulsesDiffer(std::size_t channel) const;
 
   /// Repeats the start-up's reading steps and shows what they change.
   StepProblems ReReadChip();
@@ -124,6 +126,8 @@ class VisualModel {
   // nothing either.
   void TypeLimit(Marker marker, const std::string& text);
   void StepLimit(Marker marker, int steps);
+  /// What may be typed into the box of a limit now.
+  std::string LimitRange(Marker marker) const;
   /// Where a step of the gauge's keys from one value to another ends, which a fan without such a count passes over.
   double LimitStepEnd(double from, double wanted) const;
 
@@ -142,6 +146,7 @@ class VisualModel {
   void MoveMarker(Marker marker, double value);
   void EnterLimit(Marker marker, std::optional<double> value);
   void WriteMarkers(Marker dragged);
+  void PlaceAwaitedLimits();
   LimitContext Limits() const;
   void SawByte(std::uint8_t reg);
 

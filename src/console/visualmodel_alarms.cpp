@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the display says of the alarms; its handlers are in visualmodel.cpp.
+// What the display says beside the values; its handlers are in visualmodel.cpp.
 #include "console/alarmtext.h"
 #include "console/visualmodel.h"
 #include "console/workbench.h"
@@ -9,7 +9,7 @@ namespace krx {
 std::string VisualModel::AlarmWords(std::size_t channel) const {
   if (!state_.ChannelShown.at(channel) || state_.Alarms.at(channel) != AlarmState::Bad) return {};
   std::optional<double> value;
-  if (bench_.First.Measured(channel)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
+  if (bench_.First.Measured(channel, bench_.Power)) value = ChannelValue(channel, bench_.Measured, bench_.Power);
   return AlarmReason(channel, value, bench_.ChipLink.Seen, Limits());
 }
 
@@ -24,6 +24,14 @@ AlarmReport VisualModel::ReportAlarms() const {
     report.Details += (report.Details.empty() ? "" : "\n") + state_.Captions[channel] + ": " + words;
   }
   return report;
+}
+
+bool VisualModel::PulsesDiffer(std::size_t channel) const {
+  constexpr std::uint8_t fanPulses = 0x7B;
+  const Channel& row = channels.at(channel);
+  const auto fields = bench_.ChipLink.Seen.Byte(fanPulses);
+  return row.Kind == ChannelKind::Fan && bench_.Fans.PulsesKnown && fields &&
+         !bench_.Fans.AgreesWith(*fields, row.Slot);
 }
 
 }  // namespace krx

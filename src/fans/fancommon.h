@@ -53,6 +53,11 @@ struct FanCommon {
     PulsesKnown = true;
   }
 
+  /// False when a byte of 0x7B holds other pulses for the tach than speeds are told with.
+  bool AgreesWith(std::uint8_t fields, std::size_t tach) const {
+    return ProgrammedPulses.at(tach) == static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
+  }
+
   /// The RPM of a shown speed or limit from the one that the count alone gives. Multiplied before it is divided: the
   /// quotient first would round differently, and at a half to another count.
   float Corrected(float rpm, std::size_t tach) const { return rpm * ProgrammedPulses.at(tach) / ActualPulses.at(tach); }

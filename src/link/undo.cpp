@@ -11,7 +11,7 @@
 namespace krx {
 namespace {
 
-constexpr const char* neverSeen = "what it held before was never read";
+constexpr const char* neverSeen = "what it held before was never read; it keeps what was written";
 
 std::uint8_t ChipOf(const Link& link) {
   return static_cast<std::uint8_t>(link.ChipAddress);

@@ -11,6 +11,10 @@ struct PowerSettings {
   float SenseRoutOffset = -0.9F;  ///< V
   float SenseScale = 0.0125F;     ///< V per A
   float SenseOffset = 1.0F;       ///< V at zero current
+
+  /// The 2.5V channel's value and limits rest on Vccp, too.
+  bool NeedsVccp() const { return PowerMode && PowerEquation; }
+  bool operator==(const PowerSettings&) const = default;
 };
 
 }  // namespace krx

@@ -82,7 +82,7 @@ TEST(Limits, ADragATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
       VisualBench bench(medium);
       bench.Work.Fans.ProgrammedPulses.fill(2);
       bench.Work.Power.PowerMode = row.PowerMode;
-      bench.Work.Measured.Voltages[2] = 1.5F;
+      bench.MeasureVccp(1.5F);
       const Channel& channel = channels[row.Channel];
       bench.Poke({{channel.LowLimitRegister, row.Low}, {channel.HighLimitRegister, row.High}});
       const auto drag = [&](double value) {
@@ -115,7 +115,7 @@ TEST(Limits, ADragATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
 TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerGoesBack) {
   VisualBench bench;
   bench.Work.Power.PowerMode = true;
-  bench.Work.Measured.Voltages[2] = 1.5F;
+  bench.MeasureVccp(1.5F);
   bench.Model.SelectChannel(11);
   bench.Traffic();
   bench.Model.MarkerMoving(Marker::High, 100);  // 2.7 V

@@ -202,6 +202,58 @@ TEST(FirstValues, AChipThatDoesNotMonitorMeasuresNothing) {
   EXPECT_EQ(bench.Work.First.Monitoring(), std::nullopt);
 }
 
+TEST(RangeSeries, BeginsAnewWhenAReadingStandsForSomethingElse) {
+  const struct {
+    int Register, Bits;
+    const char* Anew;  ///< channels
+  } rows[] = {
+      {0x7B, 0x0C, "4 "}, {0x73, 0x24, "5 7 8 9 10 11 "}, {0x71, 0x01, "0 "}, {0x70, 0x80, "1 "}, {0x78, 0x02, "6 7 "},
+      {0x78, 0x04, ""},   {0x7D, 0x03, "6 7 11 "},        {0x40, 0x11, "11 "}};
+  for (const auto& row : rows) {
+    VisualBench bench;
+    SeenRanges ranges;
+    RangeSeries series(bench.Bus, bench.Work.Fans, bench.Work.Power, ranges);
+    const auto empty = [&] {
+      std::string channels;
+      for (std::size_t channel = 0; channel < channelCount; ++channel)
+        if (!ranges.Of(channel).Any()) channels += std::to_string(channel) + " ";
+      return channels;
+    };
+    const auto addAll = [&] {
+      for (std::size_t channel = 0; channel < channelCount; ++channel) series.Add(channel, 1);
+      return empty();
+    };
+    const auto reg = static_cast<std::uint8_t>(row.Register);
+    const std::uint8_t before = ReadByte(bench.Bus, reg);
+    EXPECT_EQ(addAll(), "");
+    WriteByte(bench.Bus, reg, before);
+    EXPECT_EQ(empty(), "") << "the same byte again";
+    WriteByte(bench.Bus, reg, before ^ row.Bits);
+    EXPECT_EQ(empty(), row.Anew);
+    EXPECT_EQ(addAll(), row.Anew) << "perhaps converted before the write";
+    bench.Advance(1.1);
+    EXPECT_EQ(addAll(), "");
+    bench.Work.Fans.ActualPulses[3] = 2;
+    bench.Work.Power.SenseScale = 1;
+    for (const std::size_t channel : {6U, 11U}) {
+      series.Add(channel, 5);
+      EXPECT_EQ(ranges.Of(channel).Minimum, 5);
+    }
+  }
+}
+
+TEST(RangeSeries, AnOpenDiodesCodeIsNoTemperature) {
+  VisualBench bench;
+  SeenRanges ranges;
+  RangeSeries series(bench.Bus, bench.Work.Fans, bench.Work.Power, ranges);
+  for (const std::size_t channel : {0U, 1U, 2U}) series.Add(channel, -128);
+  bench.Bus.Seen.Saw(0x42, 0x80);  // D2
+  for (const std::size_t channel : {1U, 2U}) series.Add(channel, 30);
+  EXPECT_EQ(ranges.Of(0).Minimum, -128) << "the chip's own sensor has no diode to open";
+  EXPECT_EQ(ranges.Of(1).Minimum, 30);
+  EXPECT_FALSE(ranges.Of(2).Any());
+}
+
 TEST(SeenRanges, MinimumMaximumAndMeanUntilTheReset) {
   SeenRanges ranges;
   const SeenRange& range = ranges.Of(2);

@@ -31,6 +31,12 @@ struct VisualBench : TestBench {
   explicit VisualBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {
     Work.Fans.PulsesKnown = true;
   }
+  /// The chip has measured Vccp, on which a current rests.
+  void MeasureVccp(float volts) {
+    Bus.Seen.Saw(channels[vccpChannel].ValueRegister, 0x80);
+    Work.First.Took(vccpChannel);
+    Work.Measured.Voltages[channels[vccpChannel].Slot] = volts;
+  }
   Workbench Work{Bus};
   RecordingTimers Timers;
   VisualModel Model{Work, Timers};

@@ -117,6 +117,11 @@ TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
 TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
   VisualBench bench;
   bench.Work.Display.SelectedPwm = 2;  // the first output that a fresh cycle reads
+  bench.Model.ShowReadings();
+  EXPECT_EQ(bench.Model.State().PwmText + bench.Model.State().DutyCycleText, "––") << "never read";
+  WriteByte(bench.Bus, 0x31, 0x80);
+  bench.Model.ShowReadings();
+  EXPECT_EQ(bench.Model.State().PwmText + bench.Model.State().DutyCycleText, "50%50%");
   bench.Model.SliderPressed();
   bench.Model.SliderMoving(10);
   bench.Poke(0x31, 0x80);

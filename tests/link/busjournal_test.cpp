@@ -125,7 +125,7 @@ TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
 
 class UndoActions : public testing::Test, protected JournalBench {};
 
-constexpr const char* neverRead = "what it held before was never read";
+constexpr const char* neverRead = "what it held before was never read; it keeps what was written";
 
 TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
   for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(Bus, reg);

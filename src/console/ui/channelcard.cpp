@@ -100,7 +100,8 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   const bool known = !std::isnan(state.Gauge.Value());
   SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]),
                report.Measured ? QString::fromStdString(state.Readout) : QStringLiteral("–"));
-  SetBad(*readout_, alarm && !report.Old, report.Old || !known);
+  const bool old = report.Old || report.Failed;
+  SetBad(*readout_, alarm && !report.Old, old || !known);
   QString summary = alarm                                     ? QString::fromStdString(report.AlarmWords)
                     : state.Alarms[channel] == AlarmState::Ok ? tr("within limits")
                                                               : tr("not read yet");
@@ -110,16 +111,21 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
     summary = tr("not monitoring");
   else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
     summary = tr("old value");
+  else if (report.Failed && !alarm)
+    summary = tr("old value: it cannot be read");
+  else if (report.PulsesDiffer && !alarm)
+    summary = tr("other pulses in 7Bh now: F5 takes them");
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
-  ShowRange(report.Range, channel);
+  ShowRange(report.Range, channel, report.PowerMode);
   gauge_->SetValue(report.Measured ? state.Gauge.Value() : std::numeric_limits<double>::quiet_NaN());
-  gauge_->SetStale(report.Old);
+  gauge_->SetStale(old);
 }
 
-void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel) {
+void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel, bool powerMode) {
   const ChannelKind kind = channels[channel].Kind;
-  const int decimals = kind == ChannelKind::Temperature ? 2 : kind == ChannelKind::Fan ? 0 : 3;
+  const bool hundredths = kind == ChannelKind::Temperature || (channel == currentChannel && powerMode);
+  const int decimals = hundredths ? 2 : kind == ChannelKind::Fan ? 0 : 3;
   const auto text = [&](double value) {
     return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : QStringLiteral("–");
   };
@@ -131,12 +137,20 @@ void ChannelCard::SetStepEnd(std::function<double(double, double)> stepEnd) {
   gauge_->SetStepEnd(std::move(stepEnd));
 }
 
-LimitBox& ChannelCard::Box(Marker marker) {
+LimitBox& ChannelCard::Box(Marker marker) const {
   return marker == Marker::High ? *highBox_ : *lowBox_;
 }
 
 void ChannelCard::Refuse(Marker marker, const QString& range) {
   Box(marker).Refuse(range);
+}
+
+bool ChannelCard::IsRefused(Marker marker) const {
+  return Box(marker).IsRefused();
+}
+
+bool ChannelCard::HasLimits() const {
+  return gauge_->Markers().IsPlaced(Marker::Low);
 }
 
 void ChannelCard::Release(Marker marker) {

@@ -19,10 +19,13 @@ class LimitGauge;
 /// What the card says of its channel beside the value.
 struct ChannelReport {
   SeenRange Range;
+  bool PowerMode = false;      ///< channel 11 is a current
   bool Measured = false;       ///< by the chip; the value is no reading before
   std::string AlarmWords;      ///< empty without an alarm
   bool Old = false;            ///< the value is no longer refreshed
   bool NotMonitoring = false;  ///< because the chip does not measure
+  bool PulsesDiffer = false;   ///< of a fan: the chip has others than the speed is told with
+  bool Failed = false;         ///< only this value: the last attempt to read it failed
 };
 
 /// The selected channel: large readout, its range so far with a reset, the gauge and a typed box for each limit. Its
@@ -42,8 +45,10 @@ class ChannelCard : public QFrame {
   void ShowReading(const VisualState& state, std::size_t channel, const ChannelReport& report);
   /// Puts scale, markers and boxes to where the state has them.
   void ShowLimits(const GaugeMarkers& markers, std::size_t channel, bool powerMode);
-  /// The text in a marker's box stays, and what it may be stands below it.
+  bool HasLimits() const;
+  /// The text in a marker's box stays, and what it may be stands below it; again when that changes.
   void Refuse(Marker marker, const QString& range);
+  bool IsRefused(Marker marker) const;
   /// The entry in a marker's box was taken: the next ShowLimits shows the limit there.
   void Release(Marker marker);
 
@@ -59,8 +64,8 @@ class ChannelCard : public QFrame {
 
  private:
   QWidget* MakeRange();
-  void ShowRange(const SeenRange& range, std::size_t channel);
-  LimitBox& Box(Marker marker);
+  void ShowRange(const SeenRange& range, std::size_t channel, bool powerMode);
+  LimitBox& Box(Marker marker) const;
 
   QLabel* caption_;
   QLabel* readout_;

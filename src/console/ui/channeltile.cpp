@@ -97,7 +97,7 @@ int ChannelTile::LampLeft() const {
 
 QSize ChannelTile::sizeHint() const {
   const int line = fontMetrics().height();
-  return {fontMetrics().averageCharWidth() * 32 + line, line * 12 / 5};
+  return {fontMetrics().averageCharWidth() * 34 + line, line * 12 / 5};
 }
 
 QSize ChannelTile::minimumSizeHint() const {

@@ -29,7 +29,7 @@ void LimitBox::ShowLimit(const QString& limit) {
 void LimitBox::Put(const QString& limit) {
   released_ = false;
   limit_ = limit;
-  range_->hide();
+  HideRange();
   if (text() != limit) lineEdit()->setText(limit);
 }
 
@@ -43,12 +43,21 @@ void LimitBox::Refuse(const QString& range) {
   setAccessibleDescription(range);
 }
 
+bool LimitBox::IsRefused() const {
+  return !range_->isHidden();
+}
+
+void LimitBox::HideRange() {
+  range_->hide();
+  setAccessibleDescription({});
+}
+
 void LimitBox::Finish() {
   // The box that a failed write opens takes the focus, which finishes the same entry once more.
   if (finishing_) return;
   const QScopedValueRollback finishing(finishing_, true);
   if (text() == limit_) {
-    range_->hide();
+    HideRange();
   } else {
     emit Typed(text());
   }
@@ -56,7 +65,7 @@ void LimitBox::Finish() {
 
 void LimitBox::stepBy(int steps) {
   Finish();  // what was typed comes first
-  if (range_->isHidden()) emit Stepped(steps);
+  if (!IsRefused()) emit Stepped(steps);
 }
 
 QAbstractSpinBox::StepEnabled LimitBox::stepEnabled() const {

@@ -22,7 +22,9 @@ class LimitBox : public QAbstractSpinBox {
   void ShowLimit(const QString& limit);
   /// The entry has been dealt with: the next ShowLimit replaces it.
   void Release();
+  /// Again while IsRefused: the range has changed.
   void Refuse(const QString& range);
+  bool IsRefused() const;
 
   void stepBy(int steps) override;
   QSize sizeHint() const override;
@@ -40,6 +42,7 @@ class LimitBox : public QAbstractSpinBox {
  private:
   void Finish();
   void Put(const QString& limit);
+  void HideRange();
 
   QLabel* range_;
   QString limit_;

@@ -1,58 +1,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/mainform.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
-#include <algorithm>
 #include <iostream>
 
 #include "board/fantests.h"
-#include "board/ui/frmswitchaccess.h"
 #include "console/startup.h"
-#include "console/ui/aboutbox.h"
+#include "console/ui/connectiontext.h"
 #include "console/ui/controlpage.h"
 #include "console/ui/glitchbar.h"
 #include "console/ui/journaldock.h"
+#include "console/ui/mainmenu.h"
 #include "console/ui/mainpage.h"
 #include "console/ui/owedturn.h"
 #include "console/ui/readwritepage.h"
-#include "console/ui/setuplog.h"
 #include "console/ui/statusline.h"
-#include "console/ui/textdialog.h"
 #include "console/ui/visualdisplaypage.h"
+#include "console/ui/windowopener.h"
 #include "console/undorenewal.h"
 #include "console/workbench.h"
 #include "controls/ui/nowheel.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/userdialogs.h"
-#include "fans/applypreview.h"
-#include "fans/manualcontrol.h"
-#include "fans/ui/frmautodetect.h"
-#include "fans/ui/frmfanconfig.h"
 
 namespace krx {
 namespace {
 
 constexpr int showMilliseconds = 50;  ///< a reader sees no more than 20 values a second
 constexpr int reportMilliseconds = 1000;
-constexpr int freshMilliseconds = 1500;  ///< without a whole tick for so long the values are old
 
 }  // namespace
-
-QString ConnectionText(const QString& medium, const Link& link) {
-  const bool onPort = link.CommsMedium == 1;
-  const QString bus = onPort ? QObject::tr("printer port") : QObject::tr("SMBus");
-  const int chip = onPort ? link.ChipAddress / 2 : link.ChipAddress;
-  const QString address = QStringLiteral("%1").arg(chip, 2, 16, QLatin1Char('0')).toUpper();
-  return QStringLiteral("%1 · %2%3h").arg(medium, medium.contains(bus) ? QString() : bus + QLatin1Char(' '), address);
-}
 
 MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, BusJournal& journal,
                    const MainFormOptions& options)
@@ -65,6 +48,12 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
       visualTimer_(turns, "visual_timer", tickMilliseconds, [this] { VisualTick(); }) {
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(tr("KRX5580 console - %1").arg(options.Medium));
+  windows_ = new WindowOpener(bench, turns, dialogs, options.ReadOnly, options.FanSecondsPerSecond, this);
+  connect(windows_, &WindowOpener::Notice, this, &MainForm::ShowNotice);
+  connect(windows_, &WindowOpener::FansApplied, this, [this] {
+    model_.Relabel();
+    visual_->ShowAll();
+  });
   MakeTabs();
   journalDock_ = new JournalDock(bench.ChipLink, journal, dialogs, options.ReadOnly);
   addDockWidget(Qt::BottomDockWidgetArea, journalDock_);
@@ -77,7 +66,12 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   owedTurn_ = std::make_unique<OwedTurn>(bench.Owed, turns, [this](bool setAnew) {
     ShowNotice(setAnew ? tr("Nothing is owed any more: it was set anew") : tr("What was owed has been put back"));
   });
-  MakeMenus();
+  menu_ = new MainMenu(*this, *tabs_, *journalDock_->toggleViewAction(), options.ReadOnly);
+  connect(menu_, &MainMenu::ReReadRequested, this, &MainForm::ReReadChip);
+  connect(menu_, &MainMenu::EasySetupRequested, this, &MainForm::EasySetup);
+  connect(menu_, &MainMenu::ResetRangesRequested, this, &MainForm::ResetRanges);
+  connect(menu_, &MainMenu::AboutRequested, windows_, &WindowOpener::ShowAbout);
+  connect(menu_, &MainMenu::ThemeChosen, this, &MainForm::ThemeChosen);
   status_ = new StatusLine;
   setStatusBar(status_);
   bench.EvalBoard.SwitchesChanged = [this] { SwitchesChanged(); };
@@ -94,7 +88,6 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   };
   connect(&cycleReport_, &QTimer::timeout, this, &MainForm::ShowCycle);
   cycleReport_.start(reportMilliseconds);
-  sinceReport_.start();
   sinceShown_.start();
   // The room for what the window manager puts around it, which nobody tells before the window is shown.
   const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
@@ -127,10 +120,7 @@ void MainForm::Start() {
 }
 
 void MainForm::ShowProblems(const std::vector<std::string>& problems) {
-  if (problems.empty()) return;
-  QStringList lines;
-  for (const std::string& problem : problems) lines << QString::fromStdString(problem);
-  dialogs_.Critical(lines.join(QLatin1Char('\n')));
+  if (!problems.empty()) dialogs_.Critical(QString::fromStdString(ProblemText(problems)));
 }
 
 void MainForm::MakeTabs() {
@@ -149,58 +139,19 @@ void MainForm::MakeTabs() {
   tabs_->addTab(control_, tr("Control "));
   setCentralWidget(tabs_);
   connect(tabs_, &QTabWidget::currentChanged, this, &MainForm::TabChanged);
-  connect(main_, &MainPage::AboutRequested, this, &MainForm::ShowAbout);
+  connect(main_, &MainPage::AboutRequested, windows_, &WindowOpener::ShowAbout);
   connect(visual_, &VisualDisplayPage::EasySetupRequested, this, &MainForm::EasySetup);
-  connect(visual_, &VisualDisplayPage::SetupLogRequested, this, &MainForm::ShowSetupLog);
+  connect(visual_, &VisualDisplayPage::SetupLogRequested, windows_, &WindowOpener::OpenSetupLog);
   connect(visual_, &VisualDisplayPage::LimitRejected, this, &MainForm::ShowNotice);
   connect(visual_, &VisualDisplayPage::Notice, this, &MainForm::ShowNotice);
-  connect(visual_, &VisualDisplayPage::FanTestRequested, this, &MainForm::FanTest);
+  connect(visual_, &VisualDisplayPage::FanTestRequested, this, [this] {
+    RunUserAction(
+        dialogs_, [this] { FanTestSetup(bench_.ChipLink); }, "Fan Test Setup");
+  });
   connect(visual_, &VisualDisplayPage::GlitchTestRequested, this, [this] { glitch_->Start(); });
   connect(visual_, &VisualDisplayPage::ReReadRequested, this, &MainForm::ReReadChip);
-  connect(control_, &ControlPage::SwitchAccessWanted, this, &MainForm::OpenSwitchAccess);
-  connect(control_, &ControlPage::FanConfigWanted, this, &MainForm::OpenFanConfig);
-}
-
-void MainForm::MakeMenus() {
-  QMenu* file = menuBar()->addMenu(tr("&File"));
-  file->addAction(tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &QWidget::close);
-
-  QMenu* chip = menuBar()->addMenu(tr("&Chip"));
-  chip->addAction(tr("&Re-read Chip"), QKeySequence(Qt::Key_F5), this, &MainForm::ReReadChip)
-      ->setObjectName(QStringLiteral("actReReadChip"));
-  chip->addAction(tr("&Easy Setup"), QKeySequence(Qt::CTRL | Qt::Key_E), this,
-                  [this] {
-                    tabs_->setCurrentIndex(VisualDisplay);
-                    EasySetup();
-                  })
-      ->setObjectName(QStringLiteral("actEasySetup"));
-  findChild<QAction*>(QStringLiteral("actEasySetup"))->setEnabled(!options_.ReadOnly);
-
-  chip->addSeparator();
-  chip->addAction(tr("Reset Minima and &Maxima"), this, &MainForm::ResetRanges)
-      ->setObjectName(QStringLiteral("actResetRanges"));
-
-  QMenu* view = menuBar()->addMenu(tr("&View"));
-  for (int tab = 0; tab < tabs_->count(); ++tab) {
-    view->addAction(tr("Show \"%1\"").arg(tabs_->tabText(tab).trimmed()), QKeySequence(Qt::CTRL | (Qt::Key_1 + tab)),
-                    this, [this, tab] { tabs_->setCurrentIndex(tab); });
-  }
-  view->addSeparator();
-  QAction* journal = journalDock_->toggleViewAction();
-  journal->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
-  view->addAction(journal);
-  view->addSeparator();
-  themes_ = new QActionGroup(this);
-  const std::pair<QString, Theme> choices[] = {
-      {tr("Theme of the &System"), Theme::System}, {tr("&Light"), Theme::Light}, {tr("&Dark"), Theme::Dark}};
-  for (const auto& [text, theme] : choices) {
-    QAction* action = view->addAction(text, this, [this, theme = theme] { emit ThemeChosen(theme); });
-    action->setCheckable(true);
-    action->setData(static_cast<int>(theme));
-    themes_->addAction(action);
-  }
-
-  menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainForm::ShowAbout);
+  connect(control_, &ControlPage::SwitchAccessWanted, windows_, &WindowOpener::OpenSwitchAccess);
+  connect(control_, &ControlPage::FanConfigWanted, windows_, &WindowOpener::OpenFanConfig);
 }
 
 void MainForm::SetWaitBudget(WaitBudget* budget) {
@@ -208,15 +159,12 @@ void MainForm::SetWaitBudget(WaitBudget* budget) {
 }
 
 void MainForm::SelectTab(Tab tab) {
-  if (tabs_->currentIndex() == tab) {
-    TabChanged(tab);
-  } else {
-    tabs_->setCurrentIndex(tab);
-  }
+  if (tabs_->currentIndex() == tab) return TabChanged(tab);
+  tabs_->setCurrentIndex(tab);
 }
 
 void MainForm::SetTheme(Theme theme) {
-  for (QAction* action : themes_->actions()) action->setChecked(action->data().toInt() == static_cast<int>(theme));
+  menu_->SetTheme(theme);
 }
 
 void MainForm::ShowNotice(const QString& text) {
@@ -246,54 +194,7 @@ void MainForm::StopContinuousReading() {
 
 void MainForm::SwitchesChanged() {
   control_->SwitchesChanged();
-  if (switchAccess_) switchAccess_->ShowLamps();
-}
-
-void MainForm::FanTest() {
-  RunUserAction(
-      dialogs_, [this] { FanTestSetup(bench_.ChipLink); }, "Fan Test Setup");
-}
-
-void MainForm::OpenSwitchAccess() {
-  if (!switchAccess_) switchAccess_ = new FrmSwitchAccess(bench_.EvalBoard, dialogs_, options_.ReadOnly, this);
-  switchAccess_->Open();
-  switchAccess_->raise();
-}
-
-QStringList MainForm::PreviewFanWrites(const AllFanFields& fields) {
-  const ApplyPreview preview = PreviewApply(bench_.ChipLink, bench_.Fans, fields);
-  QStringList lines;
-  if (preview.Refusal) lines << QString::fromStdString(preview.Refusal->Message);
-  for (const PlannedWrite& write : preview.Writes) lines << QString::fromStdString(PlannedWriteText(write));
-  return lines;
-}
-
-void MainForm::OpenFanConfig() {
-  if (fanConfig_) {
-    fanConfig_->raise();
-    fanConfig_->activateWindow();
-    return;
-  }
-  const FrmFanConfig::Services services{[this](std::size_t index) {
-                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_,
-                                                                  options_.FanSecondsPerSecond, fanConfig_);
-                                          return detection.Run(index);
-                                        },
-                                        [this] { return MonitoringWarning(bench_.ChipLink); },
-                                        [this](std::size_t index) {
-                                          bench_.Owed.PutBackOverdue();
-                                          return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
-                                        },
-                                        [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
-  fanConfig_ = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, this);
-  fanConfig_->SetReadOnly(options_.ReadOnly);
-  connect(fanConfig_, &FrmFanConfig::Applied, this, [this] {
-    model_.Relabel();
-    visual_->ShowAll();
-  });
-  connect(fanConfig_, &FrmFanConfig::Notice, this, &MainForm::ShowNotice);
-  connect(fanConfig_, &FrmFanConfig::Closed, fanConfig_, &QObject::deleteLater);
-  if (!fanConfig_->Open()) delete fanConfig_;
+  windows_->SwitchesChanged();
 }
 
 void MainForm::ReReadChip() {
@@ -305,6 +206,7 @@ void MainForm::ReReadChip() {
 }
 
 void MainForm::EasySetup() {
+  tabs_->setCurrentIndex(VisualDisplay);
   Do([this] { model_.EasySetup(); }, "Easy Setup");
 }
 
@@ -322,13 +224,13 @@ void MainForm::AfterUndo(const UndoResult& undone) {
   model_.ShowReadings();
   visual_->ShowAll();
   control_->PinsChanged();
-  if (fanConfig_) fanConfig_->Renew();
+  windows_->RenewFanConfig();
 }
 
 void MainForm::StartVisualTimer() {
   visualTimer_.SetInterval(tickMilliseconds);
   visualTimer_.Start();
-  sinceGoodTick_.start();
+  meter_.Started();
 }
 
 void MainForm::StopVisualTimer() {
@@ -343,9 +245,7 @@ void MainForm::VisualTick() {
     visual_->GapPosted();
     throw;
   }
-  transfers_ += bench_.ChipLink.TransferCount() - before;
-  ++ticks_;
-  sinceGoodTick_.start();
+  meter_.Ticked(bench_.ChipLink.TransferCount() - before);
   visual_->Posted();
   ShowDue();
 }
@@ -364,17 +264,11 @@ void MainForm::ResetRanges() {
 }
 
 void MainForm::ShowCycle() {
-  const bool fresh = visualTimer_.IsActive() && sinceGoodTick_.elapsed() < freshMilliseconds;
+  const bool fresh = visualTimer_.IsActive() && meter_.IsFresh();
   // A rate takes its time, that the cycle stands still does not.
-  if (!fresh || sinceReport_.elapsed() >= reportMilliseconds / 2) {
-    const double seconds = static_cast<double>(std::max<qint64>(sinceReport_.restart(), 1)) / 1000;
-    status_->ShowCycle({.Running = fresh,
-                        .NotMonitoring = bench_.First.Monitoring() == false,
-                        .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,
-                        .TicksPerSecond = ticks_ / seconds,
-                        .PauseSeconds = visualTimer_.IsActive() ? visualTimer_.PauseMilliseconds() / 1000.0 : 0});
-    ticks_ = 0;
-    transfers_ = 0;
+  if (!fresh || meter_.IsRateDue()) {
+    const double pause = visualTimer_.IsActive() ? visualTimer_.PauseMilliseconds() / 1000.0 : 0;
+    status_->ShowCycle(meter_.Report(fresh, bench_.First.Monitoring() == false, pause));
   }
   if (!fresh) {
     model_.ShowSeen();  // without a tick: what a dialog wrote, say
@@ -388,15 +282,6 @@ void MainForm::ShowSkipped() {
   status_->ShowConnection(tr("%1 · read-only, %2 writes not made")
                               .arg(ConnectionText(options_.Medium, bench_.ChipLink))
                               .arg(journal_.SkippedCount()));
-}
-
-void MainForm::ShowSetupLog() {
-  TextDialog::Open(this, QStringLiteral("frmSetupLog"), tr("Setup Log"), SetupLogText());
-}
-
-void MainForm::ShowAbout() {
-  AboutBox box(this);
-  box.exec();
 }
 
 QStringList MainForm::LeftByEnding() const {

@@ -3,7 +3,6 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
-#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <iosfwd>
@@ -11,22 +10,20 @@
 #include <string>
 #include <vector>
 
+#include "console/ui/cyclemeter.h"
 #include "console/visualmodel.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
-#include "fans/fanconfig.h"
 
-class QActionGroup;
 class QTabWidget;
 
 namespace krx {
 
 class BusJournal;
 class ControlPage;
-class FrmFanConfig;
-class FrmSwitchAccess;
 class GlitchBar;
 class JournalDock;
+class MainMenu;
 class MainPage;
 class ReadWritePage;
 class OwedTurn;
@@ -34,12 +31,9 @@ class StatusLine;
 class UserDialogs;
 class VisualDisplayPage;
 class WaitBudget;
+class WindowOpener;
 struct UndoResult;
 struct Workbench;
-
-/// "Simulated board · printer port 2Dh", "SMBus I801 adapter at 0700, i2c-1 · 2Dh": the medium, its bus where the
-/// medium does not name it, and the chip's 7-bit address.
-QString ConnectionText(const QString& medium, const Link& link);
 
 /// How the run was asked for.
 struct MainFormOptions {
@@ -48,7 +42,7 @@ struct MainFormOptions {
   double FanSecondsPerSecond = 1;  ///< how much faster than the clock the fans live; 1 on hardware
 };
 
-/// The main window: its tabs, its timers, and what the menu offers.
+/// The main window: its tabs, its timers, and who hears whom.
 class MainForm : public QMainWindow, private MainTimers {
   Q_OBJECT
  public:
@@ -89,14 +83,8 @@ class MainForm : public QMainWindow, private MainTimers {
   void StopVisualTimer() override;
   void StopContinuousReading() override;
 
-  void MakeMenus();
   void MakeTabs();
-  void MakeBoardMenu();
   void ShowProblems(const std::vector<std::string>& problems);
-  void FanTest();
-  void OpenSwitchAccess();
-  void OpenFanConfig();
-  QStringList PreviewFanWrites(const AllFanFields& fields);
   void SwitchesChanged();
   void ShowSkipped();
   QStringList LeftByEnding() const;
@@ -105,8 +93,6 @@ class MainForm : public QMainWindow, private MainTimers {
   void ReReadChip();
   void AfterUndo(const UndoResult& undone);
   void EasySetup();
-  void ShowSetupLog();
-  void ShowAbout();
   void VisualTick();
   void ShowDue();
   void ResetRanges();
@@ -126,17 +112,13 @@ class MainForm : public QMainWindow, private MainTimers {
   StatusLine* status_ = nullptr;
   GlitchBar* glitch_ = nullptr;
   JournalDock* journalDock_ = nullptr;
-  QPointer<FrmSwitchAccess> switchAccess_;
-  QPointer<FrmFanConfig> fanConfig_;
-  QActionGroup* themes_ = nullptr;
+  WindowOpener* windows_ = nullptr;
+  MainMenu* menu_ = nullptr;
   ChipTimer visualTimer_;
   QTimer cycleReport_;
   std::unique_ptr<OwedTurn> owedTurn_;
   QElapsedTimer sinceShown_;
-  QElapsedTimer sinceReport_;
-  QElapsedTimer sinceGoodTick_;
-  int ticks_ = 0;                ///< since the last report
-  std::uint64_t transfers_ = 0;  ///< made by those ticks
+  CycleMeter meter_;
 };
 
 }  // namespace krx

@@ -15,6 +15,7 @@ PwmPanel::PwmPanel(QWidget* parent) : QWidget(parent) {
   panelCaption_ = MakeLabel("lblPanelCaption", 1.0, true);
   panelBehaviour_ = MakeLabel("lblPanelBehaviour", 1.0, false, true);
   panelText_ = MakeLabel("lblPWM", 1.5, true);
+  panelText_->setText(QStringLiteral("100%"));  // by design; the first reading replaces it
   auto* panelRow = new QHBoxLayout(panel_);
   panelRow->setContentsMargins(0, 0, 0, 0);
   for (QLabel* label : {panelCaption_, panelBehaviour_, panelText_}) panelRow->addWidget(label);
@@ -56,8 +57,9 @@ void PwmPanel::Show(const VisualState& state, bool old) {
   SetTextIfChanged(*panelBehaviour_, state.Pwm.Word);
   // Where it differs, a line of its own says it: beside the slider a long word would widen the window.
   SetTextIfChanged(*sliderBehaviour_, state.Pwm.Difference.empty() ? state.Pwm.Word : std::string());
-  SetMuted(*panelText_, old);
-  SetMuted(*dutyText_, old);
+  const QString unknown = QStringLiteral("–");
+  SetMuted(*panelText_, old || panelText_->text() == unknown);
+  SetMuted(*dutyText_, old || dutyText_->text() == unknown);
   const QString slider = QString::fromStdString(state.SliderCaption);
   if (slider_->Caption() != slider) slider_->SetCaption(slider);
   slider_->SetValue(state.SliderValue);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/statusline.h"
 
+#include <QPainter>
+#include <QStyle>
 #include <QTimer>
 
 #include "console/ui/labels.h"
@@ -11,24 +13,33 @@ namespace {
 
 constexpr int noticeMilliseconds = 12'000;
 
-/// Messages may be longer than a narrow window: such a label gives way and cuts its text instead of widening it.
+/// Texts may be longer than a narrow window: such a label gives way, instead of widening it, and shows that there is
+/// more.
 class YieldingLabel : public QLabel {
  public:
-  explicit YieldingLabel(const char* name) {
+  YieldingLabel(const char* name, int characters) {
     setObjectName(QString::fromLatin1(name));
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 4);
+    setMinimumWidth(fontMetrics().averageCharWidth() * characters);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                          fontMetrics().elidedText(text(), Qt::ElideRight, width()), foregroundRole());
   }
 };
 
 }  // namespace
 
 StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
-  connection_ = MakeLabel("lblMedium", 1, false);
+  // The title has the whole of the one, the tool tips that of the others.
+  connection_ = new YieldingLabel("lblMedium", 16);
   cycle_ = MakeLabel("lblCycle", 1, false);
-  notice_ = new YieldingLabel("lblNotice");
+  notice_ = new YieldingLabel("lblNotice", 4);
+  notice_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   SetMuted(*notice_, true);
-  faultLabel_ = MakeLabel("lblFaults", 1, false);
+  faultLabel_ = new YieldingLabel("lblFaults", 16);
   faultLabel_->setText(tr("No link faults"));
   setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
   addWidget(connection_);
@@ -37,8 +48,6 @@ StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
   alarms_ = MakeLabel("lblAlarms", 1, false);
   addPermanentWidget(alarms_);
   addPermanentWidget(faultLabel_);
-  // The longest texts give way, too: the title has the one and the tool tip the other.
-  for (QLabel* label : {connection_, faultLabel_}) label->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
   noticeEnd_ = new QTimer(this);
   noticeEnd_->setSingleShot(true);
   connect(noticeEnd_, &QTimer::timeout, notice_, [this] { notice_->clear(); });

@@ -2,58 +2,24 @@
 #include "console/ui/visualdisplaypage.h"
 
 #include <QFrame>
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QVBoxLayout>
-#include <optional>
-#include <utility>
 
 #include "console/ui/channelcard.h"
-#include "console/ui/channeltile.h"
+#include "console/ui/channeltiles.h"
 #include "console/ui/chartcard.h"
 #include "console/ui/labels.h"
 #include "console/ui/pwmdifference.h"
 #include "console/ui/pwmpanel.h"
 #include "console/ui/zonerow.h"
 #include "console/workbench.h"
-#include "controls/ui/indicator.h"
 #include "controls/ui/palette.h"
 #include "controls/ui/userdialogs.h"
 #include "link/commserror.h"
 
 namespace krx {
 namespace {
-
-struct Group {
-  const char* Title;
-  std::size_t First;
-  std::size_t End;
-};
-constexpr std::array<Group, 3> groups{
-    {{QT_TR_NOOP("TEMPERATURES"), 0, 3}, {QT_TR_NOOP("FANS"), 3, 7}, {QT_TR_NOOP("VOLTAGES"), 7, 12}}};
-
-/// A readout's number and its unit: "47.25C" and "2400 RPM" part at the first character that belongs to no number.
-std::pair<QString, QString> SplitReadout(const QString& readout) {
-  qsizetype end = 0;
-  while (end < readout.size() && (readout[end].isDigit() || QStringLiteral("-.+–").contains(readout[end]))) ++end;
-  return {readout.left(end), readout.mid(end).trimmed()};
-}
-
-IndicatorState LampOf(const VisualState& state, std::size_t channel) {
-  if (!state.ChannelShown[channel]) return IndicatorState::Hidden;
-  switch (state.Alarms[channel]) {
-    case AlarmState::Ok:
-      return IndicatorState::Ok;
-    case AlarmState::Bad:
-      return IndicatorState::Bad;
-    case AlarmState::Unread:
-      break;
-  }
-  return IndicatorState::Unknown;
-}
 
 /// As the journal names it.
 const char* LimitOrigin(Marker marker) {
@@ -80,9 +46,12 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(10, 10, 10, 6);
   row->setSpacing(10);
-  row->insertWidget(0, MakeTiles());
+  tiles_ = new ChannelTiles;
+  row->addWidget(tiles_);
   row->addLayout(right, 1);
 
+  connect(tiles_, &ChannelTiles::Selected, this,
+          [this](std::size_t channel) { Do([&] { model_.SelectChannel(channel); }); });
   connect(card_, &ChannelCard::MarkerMoving, this, [this](Marker marker, double value) {
     MoveLimit(
         marker, [&] { model_.MarkerMoving(marker, value); }, true);
@@ -110,45 +79,6 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, Workbench& bench, UserD
   connect(pwm_, &PwmPanel::SliderReleasedAfterMove, this, [this](int value) {
     if (!Do([&] { model_.SliderReleasedAfterMove(value); })) pwm_->LetGo();
   });
-}
-
-QWidget* VisualDisplayPage::MakeTiles() {
-  auto* tiles = new QWidget;
-  auto* column = new QVBoxLayout(tiles);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(5);
-  for (const Group& group : groups) {
-    QLabel* title = MakeLabel("", 0.9, true, true);
-    title->setText(tr(group.Title));
-    column->addWidget(title);
-    for (std::size_t channel = group.First; channel < group.End; ++channel) {
-      lamps_[channel] = new Indicator;
-      lamps_[channel]->setObjectName(QStringLiteral("SSPanel11_%1").arg(channel));
-      auto* tile = new ChannelTile(lamps_[channel]);
-      tiles_[channel] = tile;
-      tile->setObjectName(QStringLiteral("visualdisplaytext_%1").arg(channel));
-      tile->setToolTip(tr("Clicking will cause the bargraph to measure details of this parameter"));
-      connect(tile, &ChannelTile::clicked, this, [this, channel] { Do([&] { model_.SelectChannel(channel); }); });
-      column->addWidget(tile, 1);
-    }
-    column->addSpacing(4);
-  }
-  column->addStretch(1);
-
-  auto* scroll = new QScrollArea;  // for large fonts in a low window
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setWidgetResizable(true);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidget(tiles);
-  // The bar of a low window stands beside the tiles, not over their units.
-  const int width = tiles_[0]->sizeHint().width();
-  scroll->setFixedWidth(width);
-  connect(scroll->verticalScrollBar(), &QScrollBar::rangeChanged, scroll, [scroll, width](int, int maximum) {
-    scroll->setFixedWidth(width + (maximum > 0 ? scroll->verticalScrollBar()->sizeHint().width() : 0));
-  });
-  scroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-  return scroll;
 }
 
 QPushButton* VisualDisplayPage::AddButton(const char* name, const QString& text) {
@@ -247,10 +177,15 @@ void VisualDisplayPage::EnterLimit(Marker marker, const std::function<void()>& a
 }
 
 void VisualDisplayPage::ShowAll() {
-  ShowFrames();
+  tiles_->ShowFrames(model_.State());
+  charts_->ShowState(model_.State());
+  ShowLimits();
+  ShowReadings(old_);
+}
+
+void VisualDisplayPage::ShowLimits() {
   card_->ShowLimits(model_.State().Gauge, static_cast<std::size_t>(bench_.Display.SelectedChannel),
                     bench_.Power.PowerMode);
-  ShowReadings(old_);
 }
 
 void VisualDisplayPage::SetWaitBudget(WaitBudget* budget) {
@@ -273,47 +208,36 @@ void VisualDisplayPage::SetSource(const QString& source) {
   charts_->SetSource(source);
 }
 
-void VisualDisplayPage::ShowFrames() {
-  const VisualState& state = model_.State();
-  for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    ChannelTile& tile = *tiles_[channel];
-    tile.setText(QString::fromStdString(state.Captions[channel]));
-    tile.setAccessibleName(tile.text());
-    lamps_[channel]->setAccessibleName(tr("Alarm of %1").arg(tile.text()));
-    tile.SetMark(state.Marks[channel]);
-    tile.setVisible(state.ChannelShown[channel]);
-    // Only what the chart in sight draws has a colour: the other chart uses the same ones again.
-    const bool drawn = channels[channel].Chart == state.ShownStrip;
-    tile.SetTrace(drawn ? std::optional(ChartCard::TraceNumber(channel)) : std::nullopt);
-  }
-  charts_->ShowState(state);
-}
-
-void VisualDisplayPage::ShowTile(std::size_t channel, bool old) {
-  const auto [value, unit] = SplitReadout(QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)));
-  const bool measured = bench_.First.Measured(channel);
-  tiles_[channel]->SetReading(measured ? value : QStringLiteral("–"), unit);
-  tiles_[channel]->SetOld(old && measured && value != QStringLiteral("–"));
-  tiles_[channel]->SetAlarm(old ? QString() : QString::fromStdString(model_.AlarmWords(channel)));
-  lamps_[channel]->SetState(LampOf(model_.State(), channel));
-  lamps_[channel]->SetStale(old);  // also where the tile has no value that could be old
-}
-
 void VisualDisplayPage::ShowReadings(bool old) {
   old_ = old;
   const bool notMonitoring = bench_.First.Monitoring() == false;
   const bool outOfDate = old || notMonitoring;
   const VisualState& state = model_.State();
-  for (std::size_t channel = 0; channel < channelCount; ++channel) ShowTile(channel, outOfDate);
+  for (std::size_t channel = 0; channel < channelCount; ++channel) {
+    tiles_->ShowReading(state, channel,
+                        {.Readout = QString::fromStdString(ReadoutText(channel, bench_.Measured, bench_.Power)),
+                         .Measured = bench_.First.Measured(channel, bench_.Power),
+                         .Old = outOfDate || bench_.Cycle.ReadFailed(channel),
+                         .Alarm = QString::fromStdString(model_.AlarmWords(channel)),
+                         .LampOld = outOfDate});
+  }
   const auto selected = static_cast<std::size_t>(bench_.Display.SelectedChannel);
-  const bool current = selected == currentChannel && bench_.Power.PowerMode;  // the range is that of the voltage
   card_->ShowReading(state, selected,
-                     {.Range = current ? SeenRange{} : bench_.Ranges.Of(selected),
-                      .Measured = bench_.First.Measured(selected),
+                     {.Range = bench_.Ranges.Of(selected),
+                      .PowerMode = bench_.Power.PowerMode,
+                      .Measured = bench_.First.Measured(selected, bench_.Power),
                       .AlarmWords = model_.AlarmWords(selected),
                       .Old = outOfDate,
-                      .NotMonitoring = notMonitoring});
-  pwm_->Show(state, outOfDate);
+                      .NotMonitoring = notMonitoring,
+                      .PulsesDiffer = model_.PulsesDiffer(selected),
+                      .Failed = bench_.Cycle.ReadFailed(selected)});
+  // Placed by a tick, which measured what they rest on.
+  if (state.Gauge.IsPlaced(Marker::Low) && !card_->HasLimits()) ShowLimits();
+  for (const Marker marker : {Marker::Low, Marker::High}) {
+    if (card_->IsRefused(marker)) card_->Refuse(marker, QString::fromStdString(model_.LimitRange(marker)));
+  }
+  const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
+  pwm_->Show(state, outOfDate || bench_.Cycle.DutyFailed(output));
   pwmDifference_->Show(state.Pwm);
   notMonitoring_->setVisible(notMonitoring);
   zoneRow_->ShowReading(state, outOfDate);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <functional>
 
 #include "console/visualmodel.h"
@@ -13,9 +12,8 @@ class QPushButton;
 namespace krx {
 
 class ChannelCard;
-class ChannelTile;
+class ChannelTiles;
 class ChartCard;
-class Indicator;
 class PwmDifference;
 class PwmPanel;
 class SavingBar;
@@ -59,11 +57,9 @@ class VisualDisplayPage : public QWidget {
   void LimitRejected(const QString& reason);
 
  private:
-  QWidget* MakeTiles();
   QWidget* MakeBottom(bool readOnly);
   QPushButton* AddButton(const char* name, const QString& text);
-  void ShowFrames();
-  void ShowTile(std::size_t channel, bool old);
+  void ShowLimits();
   bool Do(const std::function<void()>& action);
   void MoveLimit(Marker marker, const std::function<void()>& action, bool dragging);
   void EnterLimit(Marker marker, const std::function<void()>& action);
@@ -71,8 +67,7 @@ class VisualDisplayPage : public QWidget {
   VisualModel& model_;
   Workbench& bench_;
   UserDialogs& dialogs_;
-  std::array<ChannelTile*, channelCount> tiles_{};
-  std::array<Indicator*, channelCount> lamps_{};
+  ChannelTiles* tiles_ = nullptr;
   ChartCard* charts_ = nullptr;
   ChannelCard* card_ = nullptr;
   PwmPanel* pwm_ = nullptr;

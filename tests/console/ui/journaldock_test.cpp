@@ -99,7 +99,7 @@ TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
   EXPECT_EQ(window.Notice(), "Undo of \"Easy Setup\": 51h = 7Eh, 50h = 81h, 40h = 00h");
   EXPECT_EQ(window.Dialogs.Shown.back(),
             "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: what it held before was never "
-            "read|");
+            "read; it keeps what was written|");
 }
 
 TEST(OriginFilter, AHeldKeyIsOneAction) {

@@ -8,6 +8,7 @@
 #include <regex>
 
 #include "console/ui/channeltile.h"
+#include "console/ui/connectiontext.h"
 #include "console/ui/formbench.h"
 #include "console/ui/limitbox.h"
 #include "console/ui/statusline.h"
@@ -18,6 +19,7 @@
 #include "controls/ui/palette.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
+#include "link/registeraccess.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
 #include "support/fulldisk.h"
@@ -179,7 +181,7 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
   EXPECT_TRUE(console.Shows("lblCycle", "12 reads a tick")) << console.Text("lblCycle");
 }
 
-TEST(MainForm, ACurrentHasNoRangeInVolts) {
+TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   Console console;
   console.Poke({{0x20, 0x60}});
   console.Click("visualdisplaytext_11");
@@ -188,7 +190,21 @@ TEST(MainForm, ACurrentHasNoRangeInVolts) {
   console.Find<QAction>("actReReadChip")->trigger();
   EXPECT_EQ(console.Text("lblRange"), "min – · max –");
   EXPECT_EQ(console.Tile(11).Unit(), "A");
-  EXPECT_FALSE(console.Find<LimitBox>("txtLowLimit")->isEnabled()) << "its volts would be written as a current";
+  const auto* low = console.Find<LimitBox>("txtLowLimit");
+  EXPECT_EQ(console.Tile(11).Value() + console.Tile(11).Unit() + console.Text("lblReadout").c_str(), "–A–");
+  EXPECT_FALSE(low->isEnabled()) << "what it would write depends on Vccp";
+  console.Poke({{0x20, 0xFF}, {0x21, 0x20}});
+  EXPECT_TRUE(console.Wait([&] { return low->isEnabled(); }));
+  EXPECT_EQ(low->text(), "-425.01 A");
+  console.Chip.Advance(1.1);
+  console.Poke({{0x20, 0xFF}, {0x21, 0x20}, {0x23, 0xC0}, {0x76, 0}});
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(11).Value() == "662.99" && console.Tile(7).Value() == "4.992"; }));
+  console.Find<QAction>("actResetRanges")->trigger();
+  EXPECT_TRUE(console.Shows("lblRange", "min 662.99 · max 662.99")) << console.Text("lblRange");
+  console.Click("visualdisplaytext_7");
+  EXPECT_TRUE(console.Shows("lblMean", "mean 4.992"));
+  console.Find<QAction>("actResetRanges")->trigger();
+  EXPECT_EQ(console.Text("lblMean"), "mean –");
 }
 
 TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
@@ -283,6 +299,9 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
   EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
+  WriteByte(console.Chip.Bus, 0x7B, 0x59);  // as Read/Write would
+  console.Click("visualdisplaytext_4");
+  EXPECT_EQ(console.Text("lblSummary"), "other pulses in 7Bh now: F5 takes them");
   console.Click("visualdisplaytext_3");  // no limit
   console.Form->activateWindow();
   gauge->setFocus();
@@ -378,6 +397,9 @@ TEST(MainForm, ATypedLimitIsWrittenARefusedOneKeepsItsTextAndTheWheelWritesNothi
   EXPECT_EQ(console.Chip.Traffic(), "W4E:C3 W4F:EC");
   EXPECT_EQ(low.text(), "-61 °C");
   EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Low(), -61);
+  Type(high, "150");
+  QTest::keyClick(&low, Qt::Key_Down);
+  EXPECT_EQ(range.text(), "⚠ -62 to 127 °C, whole degrees") << "the range that holds now";
   EXPECT_TRUE(console.Dialogs.Shown.empty());
   for (LimitBox* box : {&high, &low}) Type(*box, "999");
   QTest::qWait(20);
@@ -461,6 +483,11 @@ TEST(MainForm, AFailingTickIsCountedInTheStatusBarAndAFailingClickShowsOneBoxToo
   console.Click("visualdisplaytext_2");
   EXPECT_EQ(console.Dialogs.Shown, std::vector<std::string>{"critical|Error: 57, Device I/O error|"});
   EXPECT_EQ(console.Text("lblFaults"), "Link faults: 2, last: Error: 57, Device I/O error");
+  console.Poke({{0x25, 0x20}});
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(1).Value() == "32.00"; }));
+  console.Chip.Sim.AddFault(*ParseFault("fail=1+,reg=25"));
+  EXPECT_TRUE(console.Wait([&] { return console.Tile(1).IsOld(); })) << "only its readings fail";
+  EXPECT_FALSE(console.Tile(0).IsOld());
   console.Chip.FailTransfer(1, true);
   EXPECT_TRUE(console.Shows("lblCycle", "The bus fails, next try every "));
 }
