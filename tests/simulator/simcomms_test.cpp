@@ -194,7 +194,8 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
       {"hunt=5", "hunt= takes a whole number from 1 to 4"},
       {"diode=3", "diode= takes a whole number from 1 to 2"},
       {"company=100", "company" + hex},
-      {"stuck=40:", "stuck" + hex},
+      {"stuck=100", "stuck" + hex},
+      {"stuck=40:00", "stuck=RR: takes a hexadecimal number from 01 to FF"},
       {"slow=10", "taken"},
       {"stuck=40:0F", "taken"},
   };
