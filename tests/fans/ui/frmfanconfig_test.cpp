@@ -166,7 +166,11 @@ TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
 
   dialog.Detected = {0, DetectionEnd::NoneFound, "", {}, "", {}};
   dialog.Press("cmdAutoDetect_1");
-  EXPECT_EQ(dialog.Find<QLabel>("lblMinPWMRemark_1").text(), "no tested duty kept the fan running");
+  const QLabel& remark = dialog.Find<QLabel>("lblMinPWMRemark_1");
+  EXPECT_EQ(remark.text(), "no tested duty kept the fan running");
+  QCoreApplication::processEvents();
+  EXPECT_GE(remark.height(), remark.heightForWidth(remark.width())) << "not cut";
+  EXPECT_GE(remark.width(), remark.sizeHint().width());
 
   dialog.Detected = {100, DetectionEnd::Absent, "Fan Not Present!", {}, "", {}};
   dialog.Press("cmdAutoDetect_1");
