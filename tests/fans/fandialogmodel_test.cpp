@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "link/registeraccess.h"
 #include "support/fanbench.h"
 
 namespace krx {
@@ -26,10 +27,16 @@ TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNoEdit) {
   bench.Model.Edited(FanSetting::MinimumDuty, 0);
   bench.Model.Apply();
   EXPECT_EQ(bench.Traffic(), "R5E W5E:60 W64:80") << "what was applied before is written again";
+  bench.Model.Fields[0].MinimumDuty = "10";
+  bench.Model.Edited(FanSetting::MinimumDuty, 0);
+  WriteByte(bench.Bus, 0x5E, 0x62);
+  bench.Model.Renew();
+  bench.Model.Apply();
+  EXPECT_EQ(bench.Traffic(), "W5E:62 R5E W5E:62 W64:1A") << "but not what an undo has put back since";
   bench.Model.ShowTab(0);
   bench.Model.Edited(FanSetting::MinimumDuty, 0);
   bench.Model.Apply();
-  EXPECT_EQ(bench.Traffic(), "W64:80") << "showing a tab without pending edits clears the flags";
+  EXPECT_EQ(bench.Traffic(), "W64:1A") << "showing a tab without pending edits clears the flags";
   bench.Poke(0x5E, 0x65);
   bench.Model.Open();
   bench.Model.ShowTab(2);
