@@ -445,13 +445,6 @@ TEST(MainForm, AsksBeforeADetectionWithoutMonitoringAndTriesAgainToPutItsOutputB
   EXPECT_EQ(console.Text("lblFaults"), "Link faults: 1, last: Error: 57, Device I/O error");
 }
 
-TEST(MainForm, SaysInTheStatusBarWhatAStoppedGlitchTestLeaves) {
-  Console console;
-  console.Click("cmdGlitchTest");
-  console.Find<QAction>("actStopGlitchTest")->trigger();
-  EXPECT_TRUE(console.Shows("lblNotice", "PWM2 and PWM3 in manual control at 0 %"));
-}
-
 TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
   ApplyTheme(*qApp, Theme::Light);
   {
