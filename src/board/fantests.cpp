@@ -18,6 +18,14 @@ constexpr std::uint8_t testBits = 0x30;
 constexpr int dutyStep = 25;
 constexpr int fullDuty = 255;
 
+/// How an output stands, by what was last seen of it: "in manual control at 29 %".
+std::string Stands(const Link& link, std::size_t output) {
+  const auto byte = link.Seen.Byte(static_cast<std::uint8_t>(pwm1Configuration + output));
+  if (!byte) return "in an unknown state";
+  if ((*byte & manualControl) != manualControl) return "not in manual control";
+  return "in manual control at " + SeenDuty(link, output);
+}
+
 void SetBits(Link& link, std::uint8_t reg, std::uint8_t bits) {
   UpdateBits(link, reg, bits, bits);
 }
@@ -72,10 +80,13 @@ void GlitchTest::Stop() {
   finished_ = false;
 }
 
+bool GlitchTest::Drives(std::uint8_t reg) {
+  return reg == pwm3Configuration || reg == pwm2Configuration || reg == pwm3Duty || reg == pwm2Duty;
+}
+
 std::string GlitchTest::Leaves() const {
-  const std::string second = SeenDuty(link_, 1), third = SeenDuty(link_, 2);
-  if (second == third) return "PWM2 and PWM3 in manual control at " + second;
-  return "PWM2 in manual control at " + second + ", PWM3 at " + third;
+  const std::string second = Stands(link_, 1), third = Stands(link_, 2);
+  return second == third ? "PWM2 and PWM3 " + second : "PWM2 " + second + ", PWM3 " + third;
 }
 
 double GlitchTest::RemainingSeconds() {

@@ -46,6 +46,9 @@ class GlitchTest {
   /// Until the tick that ends the test; 0 when none runs.
   double RemainingSeconds();
 
+  /// True of the registers that the test writes: with one of them put back it has nothing to go on with.
+  static bool Drives(std::uint8_t reg);
+
   /// Called when a test has ended and a log is open.
   std::function<void()> StopLog;
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "board/switchmap.h"
 #include "registers/registermap.h"
 
 namespace krx {
@@ -39,7 +40,11 @@ std::string Transfer(BusOperation operation) {
 
 std::string Device(const JournalEntry& entry) {
   if (entry.Operation == BusOperation::ControlByte || entry.Operation == BusOperation::StatusByte) return "Board port";
-  return (entry.PrinterPort ? "Board " : "SMBus ") + Hex(entry.Address);
+  if (!entry.PrinterPort) return "SMBus " + Hex(entry.Address);
+  // The chip's address is in the 7-bit form everywhere; a switch device goes by its designator.
+  if (OfRegister(entry)) return "Board " + Hex(static_cast<std::uint8_t>(entry.Address >> 1));
+  const auto name = SwitchDeviceName(entry.Address);
+  return "Board " + (name ? std::string(*name) : Hex(entry.Address));
 }
 
 std::string Register(const JournalEntry& entry) {

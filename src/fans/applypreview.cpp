@@ -14,9 +14,7 @@ std::string PlaceOf(const RecordedWrite& write) {
     const RegisterEntry* entry = LookupAddress(write.Address);
     return fmt::format("{:X}h {}", write.Address, entry == nullptr ? "" : entry->PanelName);
   }
-  constexpr std::array<const char*, 4> devices{"U5", "U6", "U4", "U3"};
-  return fmt::format("{:X}h switches {}", write.Address,
-                     devices.at(static_cast<std::size_t>((write.Address - SwitchDeviceAddress(SwitchDevice::U5)) / 2)));
+  return fmt::format("{:X}h switches {}", write.Address, SwitchDeviceName(write.Address).value_or(""));
 }
 
 }  // namespace

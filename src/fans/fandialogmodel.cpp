@@ -15,6 +15,24 @@ constexpr std::array<FanSetting, 8> outputSettings{
 constexpr std::array<FanSetting, 4> tachSettings{FanSetting::TachLimit, FanSetting::TachSource,
                                                  FanSetting::ProgrammedPulses, FanSetting::ActualPulses};
 
+constexpr std::array<std::string FanFields::*, 9> texts{
+    &FanFields::FanType,   &FanFields::Behaviour,        &FanFields::SpinUp,
+    &FanFields::Frequency, &FanFields::MinimumDuty,      &FanFields::RampRate,
+    &FanFields::TachLimit, &FanFields::ProgrammedPulses, &FanFields::ActualPulses};
+constexpr std::array<bool FanFields::*, 4> marks{&FanFields::HysteresisOn, &FanFields::ActiveHigh,
+                                                 &FanFields::EnhancedAcoustics, &FanFields::TwoWire};
+
+/// Takes what was seen, but for what the user has changed since it was known.
+void TakeUnedited(FanFields& fields, const FanFields& known, const FanFields& seen) {
+  const auto take = [&](const auto& members) {
+    for (const auto member : members) {
+      if (fields.*member == known.*member) fields.*member = seen.*member;
+    }
+  };
+  take(texts);
+  take(marks);
+}
+
 }  // namespace
 
 FanDialogModel::FanDialogModel(FanConfig& config, FanCommon& fans) : config_(config), fans_(fans) {}
@@ -37,7 +55,7 @@ void FanDialogModel::Load(std::size_t fan) {
   // Into a copy: a failing transfer must not leave half a fan that the next Apply would write.
   FanFields fields;
   config_.LoadFanSettings(fan, fields);
-  Fields.at(fan) = std::move(fields);
+  Fields.at(fan) = known_.at(fan) = std::move(fields);
   if (fan < pwmCount) {
     for (const FanSetting setting : outputSettings) Edited(setting, fan);
   }
@@ -46,15 +64,16 @@ void FanDialogModel::Load(std::size_t fan) {
 }
 
 void FanDialogModel::Renew() {
-  if (applyEnabled_) return;
   for (std::size_t fan = 0; fan < fanCount; ++fan) {
-    FanFields fields;
+    FanFields seen;
     if (!loaded_.at(fan)) continue;
-    config_.LoadSeen(fan, fields);
-    Fields.at(fan) = std::move(fields);
+    config_.LoadSeen(fan, seen);
+    // Whatever is flagged, by an edit of another fan or by a former Apply, must not write the old byte again.
+    TakeUnedited(Fields.at(fan), applyEnabled_ ? known_.at(fan) : Fields.at(fan), seen);
+    known_.at(fan) = std::move(seen);
   }
   // As after any load: what an earlier Apply wrote is no edit any more.
-  ClearEdits();
+  if (!applyEnabled_) ClearEdits();
 }
 
 void FanDialogModel::ClearEdits() {
@@ -77,6 +96,7 @@ const std::string& FanDialogModel::EditTachLimit(std::size_t fan, std::string te
 std::optional<FanRefusal> FanDialogModel::Apply() {
   if (auto refusal = config_.Check(Fields)) return refusal;
   config_.ApplyFanSettings(Fields);
+  known_ = Fields;
   applyEnabled_ = false;
   return std::nullopt;
 }

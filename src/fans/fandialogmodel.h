@@ -32,8 +32,8 @@ class FanDialogModel {
   /// Writes what is pending. A refusal writes nothing and leaves Apply enabled; so does a failing transfer.
   std::optional<FanRefusal> Apply();
 
-  /// The chip was changed from elsewhere: takes the loaded fans as they were last seen on the bus. Pending edits stay,
-  /// and all fields with them.
+  /// The chip was changed from elsewhere: takes the loaded fans as they were last seen on the bus. Fields that the user
+  /// has changed and not yet applied stay.
   void Renew();
 
   bool ApplyEnabled() const { return applyEnabled_; }
@@ -48,6 +48,7 @@ class FanDialogModel {
   FanConfig& config_;
   FanCommon& fans_;
   std::array<bool, fanCount> loaded_{};
+  AllFanFields known_;  ///< as last loaded or applied
   bool applyEnabled_ = false;
 };
 

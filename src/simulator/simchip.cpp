@@ -18,7 +18,8 @@ bool IsDuty(std::uint8_t reg) {
 
 }  // namespace
 
-SimChip::SimChip(const SimOptions& options) : measure_(SimNoise(options.Seed, options.Noise), options.RealPulses) {}
+SimChip::SimChip(const SimOptions& options)
+    : measure_(SimNoise(options.Seed, options.Noise), options.RealPulses, options.Speed) {}
 
 std::uint8_t SimChip::Read(std::uint8_t reg, double seconds) {
   HoldUpperBytes(reg, seconds);

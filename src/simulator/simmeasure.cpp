@@ -173,7 +173,7 @@ void SimMeasure::CountProchot(SimRegisters& registers, const PlantState& plant, 
   const bool routed = (ThermOn5V(registers) && pins.ProchotOn5V) || (ThermOnTach4(registers) && pins.ProchotOnTach4);
   prochot_ = routed && plant.ProchotShare > 0;
   if (!prochot_) return;
-  prochotMilliseconds_ += plant.ProchotShare * SimPlant::stepSeconds * 1000;
+  prochotMilliseconds_ += plant.ProchotShare * SimPlant::stepSeconds * 1000 / speed_;
   while (prochotMilliseconds_ >= prochotCountMilliseconds) {
     prochotMilliseconds_ -= prochotCountMilliseconds;
     if (registers[Reg::ProchotStatus] < 255) ++registers[Reg::ProchotStatus];

@@ -14,11 +14,13 @@ namespace krx {
 /// The chip's converters: fills the value registers 0x20 to 0x2F, 0x76, 0x77 and 0x79 and the interrupt status.
 ///
 /// Temperatures and voltages are converted when STRT is set and then every 100 ms, the tachometers when their pulses
-/// arrive and then every second (250 ms with FAST) whatever STRT is. A pin that serves as THERM input or as alert
-/// output is not measured: voltages read 0, the tachometer 0xFFFF, and their alarms stay clear.
+/// arrive and then every second (250 ms with FAST) whatever STRT is. The time that THERM is asserted is the reader's:
+/// he sets it against a period of his own clock. A pin that serves as THERM input or as alert output is not measured:
+/// voltages read 0, the tachometer 0xFFFF, and their alarms stay clear.
 class SimMeasure {
  public:
-  SimMeasure(SimNoise noise, std::array<double, 4> realPulses) : noise_(noise), realPulses_(realPulses) {}
+  SimMeasure(SimNoise noise, std::array<double, 4> realPulses, double speed)
+      : noise_(noise), realPulses_(realPulses), speed_(speed) {}
 
   void Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step);
   /// Converts at once: STRT has just been set.
@@ -45,6 +47,7 @@ class SimMeasure {
 
   SimNoise noise_;
   std::array<double, 4> realPulses_;
+  double speed_;  ///< model seconds per second of whoever reads the chip
   int conversionSteps_ = 0;
   int tachSteps_ = 0;
   bool measured_ = false;

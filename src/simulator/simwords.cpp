@@ -34,12 +34,12 @@ int WholeNumber(std::string_view word, std::string_view text, int low, int high)
   return static_cast<int>(Number(word, text, low, high, true));
 }
 
-std::uint8_t HexByte(std::string_view word, std::string_view text) {
+std::uint8_t HexByte(std::string_view what, std::string_view text, int low = 0) {
   int value = 0;
   const char* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, value, 16);
-  if (result.ec != std::errc() || result.ptr != end || value < 0 || value > 0xFF) {
-    throw Refused{fmt::format("{}= takes a hexadecimal number from 00 to FF", word)};
+  if (result.ec != std::errc() || result.ptr != end || value < low || value > 0xFF) {
+    throw Refused{fmt::format("{} takes a hexadecimal number from {:02X} to FF", what, low)};
   }
   return static_cast<std::uint8_t>(value);
 }
@@ -97,7 +97,7 @@ Fault FailOf(std::string_view text) {
     if (parts[i] == "noack") {
       fault.NoAck = true;
     } else if (word == "reg") {
-      fault.Register = HexByte(word, value);
+      fault.Register = HexByte("reg=", value);
     } else if (word == "number") {
       fault.Number = WholeNumber(word, value, 1, 65535);
     } else if (word == "op") {
@@ -113,8 +113,8 @@ Fault StuckOf(std::string_view text) {
   Fault fault;
   fault.What = Fault::Kind::StuckBits;
   const std::size_t colon = text.find(':');
-  fault.Register = HexByte("stuck", text.substr(0, colon));
-  fault.Value = colon == std::string_view::npos ? std::uint8_t{0xFF} : HexByte("stuck", text.substr(colon + 1));
+  fault.Register = HexByte("stuck=", text.substr(0, colon));
+  fault.Value = colon == std::string_view::npos ? std::uint8_t{0xFF} : HexByte("stuck=RR:", text.substr(colon + 1), 1);
   return fault;
 }
 
@@ -141,7 +141,7 @@ Fault FaultOf(std::string_view text) {
   Fault fault;
   if (word == "company") {
     fault.What = Fault::Kind::WrongCompanyId;
-    fault.Value = HexByte(word, value);
+    fault.Value = HexByte("company=", value);
     return fault;
   }
   for (const NumberFault& row : numberFaults) {

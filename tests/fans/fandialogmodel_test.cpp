@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "link/registeraccess.h"
 #include "support/fanbench.h"
 
 namespace krx {
@@ -29,9 +30,14 @@ TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNoEdit) {
   EXPECT_EQ(apply(), "R5E W5E:60");
   bench.Model.Edited(MinimumDuty, 0);
   EXPECT_EQ(apply(), "R5E W5E:60 W64:80") << "what was applied before is written again";
+  bench.Model.Fields[0].MinimumDuty = "10";
+  bench.Model.Edited(MinimumDuty, 0);
+  WriteByte(bench.Bus, 0x5E, 0x62);
+  bench.Model.Renew();
+  EXPECT_EQ(apply(), "R5E W5E:62 W64:1A") << "but not what an undo has put back since";
   bench.Model.ShowTab(0);
   bench.Model.Edited(MinimumDuty, 0);
-  EXPECT_EQ(apply(), "W64:80") << "showing a tab without pending edits clears the flags";
+  EXPECT_EQ(apply(), "W64:1A") << "showing a tab without pending edits clears the flags";
   bench.Poke("5E:65");
   bench.Model.Open();
   bench.Model.ShowTab(2);

@@ -171,6 +171,7 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
       {"reg" + hex, {"fail=1,reg=G1"}},
       {"company" + hex, {"company=100"}},
       {"stuck" + hex, {"stuck=40:"}},
+      {"stuck=RR: takes a hexadecimal number from 01 to FF", {"stuck=40:00"}},
       {"taken", {"slow=10", "stuck=40:0F"}},
   };
   const Row boards[] = {

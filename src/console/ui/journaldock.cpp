@@ -81,6 +81,9 @@ JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, 
   }
   layout->addWidget(table_, 1);
   setWidget(content);
+  const QScrollBar* const bar = table_->verticalScrollBar();
+  connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) { atEnd_ = value == bar->maximum(); });
+  connect(bar, &QScrollBar::rangeChanged, this, &JournalDock::ShowEnd);
   refresh_.setInterval(refreshMilliseconds);
   connect(&refresh_, &QTimer::timeout, this, &JournalDock::Refresh);
 }
@@ -139,12 +142,14 @@ void JournalDock::hideEvent(QHideEvent* event) {
 }
 
 void JournalDock::Refresh() {
-  const QScrollBar& bar = *table_->verticalScrollBar();
-  const bool atEnd = bar.value() == bar.maximum();
   model_.Follow();
-  // Whoever scrolled back wants to read, not to be carried off.
-  if (atEnd) table_->scrollToBottom();
+  ShowEnd();
   count_->setText(QString("%1 transfers").arg(journal_.Count()));
+}
+
+void JournalDock::ShowEnd() {
+  // Whoever scrolled back wants to read, not to be carried off.
+  if (atEnd_) table_->scrollToBottom();
 }
 
 void JournalDock::ApplyFilter() {

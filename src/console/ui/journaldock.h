@@ -38,6 +38,7 @@ class JournalDock : public QDockWidget {
  private:
   QWidget* MakeControls(bool readOnly);
   void Refresh();
+  void ShowEnd();
   void ApplyFilter();
   void Copy();
   void Save();
@@ -49,6 +50,7 @@ class JournalDock : public QDockWidget {
   JournalModel model_;
   QTimer refresh_;
   QTableView* table_;
+  bool atEnd_ = true;  ///< the user has not scrolled back
   QLineEdit* filter_ = nullptr;
   QCheckBox* writesOnly_ = nullptr;
   QCheckBox* userOnly_ = nullptr;

@@ -211,6 +211,8 @@ void MainForm::EasySetup() {
 }
 
 void MainForm::AfterUndo(const UndoResult& undone) {
+  const auto drives = [](const UndoStep& step) { return GlitchTest::Drives(step.Register); };
+  if (std::ranges::any_of(undone.Written, drives)) glitch_->Stop();
   RunUserAction(
       dialogs_, [&] { RenewAfterUndo(bench_, undone.Written); }, undoOrigin);
   constexpr std::uint8_t configuration1 = 0x40;

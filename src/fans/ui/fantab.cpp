@@ -112,9 +112,9 @@ void FanTab::MakeOutputFields(QFormLayout& layout) {
   layout.addRow("Min PWM", minimum);
   minimumRemark_ = new QLabel;
   minimumRemark_->setObjectName(Named("lblMinPWMRemark"));
-  minimumRemark_->setWordWrap(true);
   minimumRemark_->hide();
-  layout.addRow(QString(), minimumRemark_);
+  // A row of its own, unwrapped: a window does not grow for a text that wraps, and would cut it.
+  layout.addRow(minimumRemark_);
   saveEvidence_ = new QPushButton("Save evidence...");
   saveEvidence_->setObjectName(Named("cmdSaveEvidence"));
   saveEvidence_->hide();

@@ -54,6 +54,9 @@ TEST(GlitchBar, EachControlMakesItsTransfersAndStopSaysWhatItLeaves) {
   bench.Bar.Start();
   EXPECT_EQ(bench.Dialogs.Shown.size(), 1U);
   EXPECT_TRUE(bench.Bar.isHidden());
+  EXPECT_EQ(bench.Test.Leaves(), "PWM2 in manual control at an unknown duty, PWM3 in manual control at 0 %");
+  WriteByte(bench.Bus, 0x5E, 0x62);
+  EXPECT_EQ(bench.Test.Leaves(), "PWM2 in manual control at an unknown duty, PWM3 not in manual control");
 }
 
 TEST(GlitchBar, ATestThatEndsStopsItsTimerAndSaysSo) {

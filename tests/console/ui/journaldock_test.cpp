@@ -163,6 +163,14 @@ TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   EXPECT_EQ(pulses.currentText(), "2");
   EXPECT_EQ(window.Bench.Fans.ProgrammedPulses[0], 2);
   EXPECT_TRUE(window.Rows().ends_with("Undo: write 7Bh 57h 55h"));
+
+  window.Form->SelectTab(MainForm::VisualDisplay);
+  window.Press("cmdGlitchTest");
+  window.Find<QAction>("actStopGlitchTest")->trigger();
+  EXPECT_EQ(window.Notice(), "Glitch test stopped: PWM2 and PWM3 in manual control at 0 %");
+  window.Press("cmdGlitchTest");
+  window.Press("cmdUndoLast");
+  EXPECT_TRUE(window.Find<QWidget>("barGlitchTest")->isHidden()) << "the test does not raise what was put back";
 }
 
 TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
@@ -197,6 +205,13 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   window.Press("chkJournalWrites");
   EXPECT_EQ(window.Rows().find("; read 7Bh"), std::string::npos);
   EXPECT_NE(window.Rows().find("; send byte"), std::string::npos);
+
+  QTableView& table = *window.Find<QTableView>("tblBusJournal");
+  const auto device = [&](int row) { return table.model()->index(row, 1).data().toString(); };
+  EXPECT_EQ(device(2) + ", " + device(window.RowCount - 1), "Board U3, Board 2Dh") << "in the form of the title";
+  table.setFixedHeight(table.height() / 2);
+  QApplication::processEvents();
+  EXPECT_EQ(table.verticalScrollBar()->value(), table.verticalScrollBar()->maximum()) << "a smaller table stays there";
 }
 
 TEST(JournalDock, StaysWhereTheUserScrolledToAndElseAtItsEnd) {

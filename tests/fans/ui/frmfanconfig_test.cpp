@@ -155,10 +155,15 @@ TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
   dialog.Press("cmdApply");
   EXPECT_EQ(dialog.BusTraffic(), "W65:40");
 
-  dialog.Detected = {0, DetectionEnd::NoneFound, "", {}, "", {}};
+  dialog.Detected = {0, DetectionEnd::NoneFound, "", {DutyEvidence{}}, "", {}};
   dialog.Press("cmdAutoDetect_1");
   EXPECT_EQ(remark.text(), "no tested duty kept the fan running");
   EXPECT_FALSE(remark.isHidden());
+  dialog.Form.resize(1, 1);
+  QCoreApplication::processEvents();
+  const QRect room(0, 0, remark.width(), 1000);
+  EXPECT_GE(remark.height(), remark.fontMetrics().boundingRect(room, Qt::TextWordWrap, remark.text()).height());
+
   dialog.Detected = {100, DetectionEnd::Absent, "Fan Not Present!", {}, "", {}};
   dialog.Press("cmdAutoDetect_1");
   EXPECT_EQ(dialog.Line("txtMinPWM_1"), "0") << "an absent fan leaves the field";
