@@ -170,8 +170,7 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
       {"diode= takes a whole number from 1 to 2", {"diode=3"}},
       {"reg" + hex, {"fail=1,reg=G1"}},
       {"company" + hex, {"company=100"}},
-      {"stuck" + hex, {"stuck=40:"}},
-      {"stuck=RR: takes a hexadecimal number from 01 to FF", {"stuck=40:00"}},
+      {"stuck=RR: takes a hexadecimal number from 01 to FF", {"stuck=40:", "stuck=40:00"}},
       {"taken", {"slow=10", "stuck=40:0F"}},
   };
   const Row boards[] = {

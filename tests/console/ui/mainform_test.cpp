@@ -70,7 +70,7 @@ TEST(MainForm, EachPageSaysItsWordsNamesTheMediumAndLeavesRoomForItsFrame) {
       "Simulated board · printer port 2Dh|Abo\nCompany ID|Revision|Configuration Reg. \n"
       "Fan Configuration|(Configure Temps...)|\nTEMPERATURES|Local|Remote 1|Remote 2|FANS|Fan 1|Fan 2|Fan 3|Fan 4|"
       "VOLTAGES|5V|12V|Vccp|Vcc|2.5V|Live|Pause|Fit|Traces|Export|LOCAL|–|not read yet|min – · max –|mean –|"
-      "Reset|High limit|Low limit|Fan1 PWM|manual|Easy Setup|Setup Log...|Fan Test Setup|glitch test|"
+      "Reset|High limit|Low limit|Fan1 PWM|manual|–|Easy Setup|Setup Log...|Fan Test Setup|glitch test|"
       "(Expand Graph)|Tmin / operating point|Local|–|/|–|Remote 1|–|/|–|Remote 2|–|/|–\n");
   const QImage picture = board.Find<QWidget>("picBoard")->grab().toImage();
   EXPECT_NE(picture.pixel(picture.rect().center()), picture.pixel(0, 0));
@@ -538,6 +538,7 @@ TEST(MainForm, ClosingEndsTheTraffic) {
   console.Find<QAction>("actStopGlitchTest")->trigger();
   EXPECT_TRUE(console.Shows("lblNotice", "PWM2 and PWM3 in manual control at 0 %"));
   console.Click("cmdGlitchTest");
+  console.Dialogs.Yes = true;
   EXPECT_TRUE(console.Form->close());
   EXPECT_FALSE(console.Find<QWidget>("barGlitchTest")->isVisible() ||
                console.Find<QDialog>("frmSetupLog")->isVisible());
