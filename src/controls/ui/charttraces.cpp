@@ -159,7 +159,11 @@ std::vector<CsvColumn> ChartTraces::Columns() const {
   for (const ShownTrace& trace : traces_) {
     if (!trace.Visible()) continue;
     const QString& unit = trace.Settings.Unit;
-    const QString heading = unit.isEmpty() ? trace.Settings.Name : QString("%1 (%2)").arg(trace.Settings.Name, unit);
+    QString heading = trace.Settings.Name;
+    const QString inBrackets = QString("(%1)").arg(unit);
+    // Some names say the unit themselves: "Proc. Power (W)", "THERM= %".
+    const bool said = unit.isEmpty() || heading.endsWith(inBrackets) || heading.endsWith("= " + unit);
+    if (!said) heading += QLatin1Char(' ') + inBrackets;
     columns.push_back({trace.Settings.HistoryIndex, heading.toStdString()});
   }
   return columns;

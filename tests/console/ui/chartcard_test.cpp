@@ -32,7 +32,7 @@ TEST(ChartCard, EachChartHasItsTracesAndUnitsAndAnExportSaysItsSourceAndCanBeCan
   const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
       {"Strip2", "Temperature|Fans", "2 2 2 0 0 0 0 2 1",
        "Time (s),Internal (C),External 1 (C),External 2 (C),Fan1 (RPM),Fan2 (RPM),Fan3 (RPM),Fan4 (RPM),"
-       "Proc. Power (W) (W),THERM= % (%)\n"},
+       "Proc. Power (W),THERM= %\n"},
       {"Strip3", "Voltage|", "3 3 3 3 3", "Time (s),5V (V),12V (V),Vccp (V),Vcc (V),2.5V (V)\n"}};
   for (const auto& [name, axes, digits, heading] : rows) {
     const auto& chart = *card.findChild<StripChart*>(name);
