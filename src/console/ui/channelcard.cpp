@@ -110,7 +110,7 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   else if (report.NotMonitoring)
     summary = tr("not monitoring");
   else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
-    summary = tr("old value");
+    summary = report.Measured ? tr("old value") : tr("not read yet");
   else if (report.Failed && !alarm)
     summary = tr("old value: it cannot be read");
   else if (report.PulsesDiffer && !alarm)

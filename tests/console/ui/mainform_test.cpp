@@ -488,8 +488,10 @@ TEST(MainForm, AFailingTickIsCountedInTheStatusBarAndAFailingClickShowsOneBoxToo
   console.Chip.Sim.AddFault(*ParseFault("fail=1+,reg=25"));
   EXPECT_TRUE(console.Wait([&] { return console.Tile(1).IsOld(); })) << "only its readings fail";
   EXPECT_FALSE(console.Tile(0).IsOld());
+  console.Click("visualdisplaytext_9");
   console.Chip.FailTransfer(1, true);
   EXPECT_TRUE(console.Shows("lblCycle", "The bus fails, next try every "));
+  EXPECT_TRUE(console.Shows("lblSummary", "not read yet")) << "not an old value";
 }
 
 TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
