@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

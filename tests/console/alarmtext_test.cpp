@@ -44,6 +44,7 @@ TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
       {1, 62.25, {{0x4E, 0x0A}, {0x4F, 62}}, "above high limit 62 °C"},
       {0, -11, {{0x50, 0xF6}, {0x51, 0x50}}, "below low limit -10 °C"},
       {0, 62, {{0x50, 0xF6}, {0x51, 62}}, "out of limits"},
+      {0, -10, {{0x50, 0xF6}, {0x51, 62}}, "out of limits"},
       {0, 99, {{0x50, 0x0A}}, "out of limits"},
       {0, std::nullopt, {{0x50, 0x0A}, {0x51, 62}}, "out of limits"},
       {4, 1999, {{0x56, 0x94}, {0x57, 0x11}}, "below low limit 2400 RPM"},  // 4500 counts, two pulses for one

@@ -28,6 +28,7 @@ struct DetectionBench : FanBench, DetectionMonitor {
   void Show(const DetectionProgress& progress) override {
     if (Waits.empty()) First = progress;
     Last = progress;
+    LeastStandstill = std::min(LeastStandstill, progress.StandstillSecondsLeft.value_or(LeastStandstill));
   }
   double Seconds() override { return Time.Seconds(); }
   bool Wait(double seconds) override {
@@ -40,6 +41,7 @@ struct DetectionBench : FanBench, DetectionMonitor {
   void Break(Fault::Kind kind, int fan) { Sim.AddFault({.What = kind, .Index = fan}); }
   MinimumPwm Detection{Bus, Owed, Fans, *this};
   DetectionProgress First, Last;
+  double LeastStandstill = 99;
   double Waited = 0;
   std::vector<double> Waits;
   double CancelAfter = 1e9;
@@ -84,6 +86,7 @@ TEST(MinimumPwm, FindsWhereEachSimulatedFanStartsAndPutsTheConfigurationBack) {
     EXPECT_EQ(result.Evidence.back().Duty, duty);
     EXPECT_EQ(bench.Last.Values + bench.Last.Readings, 200);
     EXPECT_NEAR(bench.First.SecondsLeft, 8 * 22.5, 0.01);
+    EXPECT_LT(bench.LeastStandstill, 30) << "shown while it is waited for";
     EXPECT_EQ(bench.Peek(static_cast<std::uint8_t>(0x5C + index)), 0x62);
     EXPECT_NE(bench.BusTraffic().find(written), std::string::npos);
     // For each duty half a second at 0 %, the polls for the standstill, one second and twenty-one readings.

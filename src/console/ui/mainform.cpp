@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDir>
 #include <QScreen>
 #include <QStyle>
@@ -225,7 +226,6 @@ void MainForm::AfterUndo(const UndoResult& undone) {
   model_.Relabel();
   model_.ShowReadings();
   visual_->ShowAll();
-  control_->PinsChanged();
   windows_->RenewFanConfig();
 }
 
