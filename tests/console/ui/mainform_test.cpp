@@ -31,9 +31,7 @@ struct Console : FormBench {
   using Medium = TestBench::Medium;
   using Bytes = std::initializer_list<std::pair<int, int>>;
   /// What the chip holds when the console finds it; it monitors unless told otherwise.
-  explicit Console(Medium medium = Medium::Board, Bytes bytes = {}, bool readOnly = false, const char* fault = nullptr)
-      : FormBench(medium) {
-    if (fault != nullptr) Chip.Sim.AddFault(*ParseFault(fault));
+  explicit Console(Medium medium = Medium::Board, Bytes bytes = {}, bool readOnly = false) : FormBench(medium) {
     Poke({{0x40, 0x01}});
     Poke(bytes);
     Open(readOnly);
