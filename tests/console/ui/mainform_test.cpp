@@ -193,10 +193,13 @@ TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   EXPECT_TRUE(console.Wait([&] { return console.Tile(11).Value() == "662.99" && console.Tile(7).Value() == "4.992"; }));
   console.Find<QAction>("actResetRanges")->trigger();
   EXPECT_TRUE(console.Shows("lblRange", "min 662.99 · max 662.99")) << console.Text("lblRange");
-  console.Poke({{0x40, 0x01}});
-  console.Find<QAction>("actReReadChip")->trigger();
-  EXPECT_EQ(console.Text("lblNotice"), "|  The chip was read again");
-  EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Scale().Maximum, 4) << "volts again";
+  for (const auto& [mode, maximum] : {std::pair(0x01, 4), {0x11, 180}}) {  // volts, and a current again
+    console.Poke({{0x40, mode}});
+    console.Find<QAction>("actReReadChip")->trigger();
+    EXPECT_EQ(console.Text("lblNotice"), "|  The chip was read again");
+    EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Scale().Maximum, maximum);
+    console.Click("visualdisplaytext_11");
+  }
   console.Click("visualdisplaytext_7");
   EXPECT_TRUE(console.Shows("lblMean", "mean 4.992"));
   console.Find<QAction>("actResetRanges")->trigger();
