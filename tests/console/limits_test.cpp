@@ -47,14 +47,10 @@ const LimitRow limitRows[] = {
     {4, 0x1C, 0x02, lowLimit, "step 1", ""},  // 20000 RPM
     {7, 0x10, 0xC0, highLimit, "step 1", "W4A:10 W4B:C1"},
 
-    {1, 0x81, 0x7F, highLimit, "150", "!-127 to 127 °C, whole degrees"},
     {1, 0x81, 0x7F, highLimit, "25.5", "!-127 to 127 °C, whole degrees"},
-    {1, 0x81, 0x7F, highLimit, "hot", "!-127 to 127 °C, whole degrees"},
     {1, 0x81, 0x7F, highLimit, "1e999", "!-127 to 127 °C, whole degrees"},
-    {1, 0x81, 0x7F, highLimit, "-20", "W4E:81 W4F:EC"},
     {1, 0x81, 0x7F, highLimit, " 60 °C ", "W4E:81 W4F:3C"},
     {1, 0x81, 0x7F, highLimit, "127", ""},
-    {1, 0x81, 0x7F, lowLimit, "-60", "W4E:C4 W4F:7F"},
     {0, 0x0A, 0x50, lowLimit, "-128", "W50:80 W51:50"},
     {0, 0x0A, 0x50, lowLimit, "-129", "!-128 to 80 °C, whole degrees"},
     {0, 0x0A, 0x50, lowLimit, "81", "!-128 to 80 °C, whole degrees"},
@@ -62,7 +58,6 @@ const LimitRow limitRows[] = {
     {4, 0xE8, 0x03, lowLimit, "164", "!0 or at least 165 RPM"},
     {4, 0xE8, 0x03, lowLimit, "165", "W56:AF W57:FF"},
     {4, 0xE8, 0x03, lowLimit, "0 RPM", "W56:FF W57:FF"},
-    {4, 0xE8, 0x03, lowLimit, "10800", ""},
     {4, 0xE8, 0x03, lowLimit, "25000", "W56:B0 W57:01"},
     {4, 0xE8, 0x03, highLimit, "5000", ""},
     {7, 0x10, 0xC0, highLimit, "6.630 V", "W4A:10 W4B:FF"},

@@ -111,11 +111,15 @@ TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {
   bench.Model.TypeLimit(Marker::Low, "3000");
   bench.Model.StepLimit(Marker::Low, 1);
   EXPECT_EQ(bench.Traffic(), "");
+  for (int tick = 0; tick < 4; ++tick) bench.Work.Cycle.Tick();
+  bench.Model.ShowReadings();
   EXPECT_EQ(bench.Model.State().Readout, "– RPM");
+  EXPECT_FALSE(bench.Work.History.LastUpTo(3, std::numeric_limits<std::int64_t>::max())) << "no point in the chart";
   bench.Sim.ClearFaults();
   bench.Work.Fans.TakePulses(0x55);  // the fan dialog
   bench.Model.Relabel();
   EXPECT_EQ(bench.Model.State().Gauge.Low(), 2400) << "from the bytes read before";
+  bench.Traffic();
   EXPECT_TRUE(bench.Model.ReReadChip().empty());
   EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E");
   bench.Model.TypeLimit(Marker::Low, "3000");

@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's own start-up order on the live event pump, over the SMBus, where every transfer handles events.
+// The program's own start-up order and its main window on the live event pump, over the SMBus, where every transfer
+// handles events.
 #include "console/ui/consolerun.h"
 
 #include <gtest/gtest.h>
 
+#include <QtTest>
 #include <QtWidgets>
 #include <csignal>
+#include <regex>
 
+#include "controls/ui/dutyslider.h"
 #include "link/linux/fakekernel.h"
 #include "link/linux/linuxcomms.h"
 #include "link/ui/initform.h"
 #include "simulator/simcomms.h"
 #include "simulator/simwords.h"
+#include "support/livebench.h"
 
 namespace krx {
 namespace {
@@ -119,6 +124,20 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
   }
 }
 
+TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
+  for (const std::size_t transfer : {1, 6, 200}) {  // of the search, of the start-up, and of a tick
+    RunBench bench("");
+    std::size_t atSignal = 0;
+    bench.Step = [&] {
+      if (atSignal > 0 || bench.Transfers() < transfer) return;
+      std::raise(SIGTERM);
+      atSignal = bench.Transfers();
+    };
+    EXPECT_EQ(bench.Run(), 0);
+    EXPECT_EQ(bench.Transfers(), atSignal);
+  }
+}
+
 TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
   for (const bool wizard : {false, true}) {
     RunBench bench("", wizard);
@@ -160,6 +179,51 @@ TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
     EXPECT_EQ(medium, "SMBus I801 adapter at 0700, i2c-1 · 2Eh · read-only, 0 writes not made");
     EXPECT_EQ(bench.Sim.Trace().Text(TraceFilter::Registers).find('W'), std::string::npos);
   }
+}
+
+TEST(MainFormLive, AHeldGrooveWritesBetweenTicksAndNotBehindTheBoxOfAFailedWrite) {
+  LiveBench live;
+  for (const auto& [reg, byte] : {std::pair(0x40, 0x01), {0x5C, 0xE2}, {0x30, 0x00}})  // PWM1 by hand
+    live.Sim.SmbusChip().Poke(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(byte));
+  const auto busy = [&] { return live.Bus.TransferInProgress() || live.Turns.TurnRunning(); };
+  BusJournal journal(live.Time);
+  QtUserDialogs boxes;
+  GatedDialogs gate(boxes, live.Pump, busy);
+  Workbench bench{live.Bus};
+  MainForm form(bench, live.Turns, gate, journal, {"Simulated board"});
+  form.Start();
+  form.SelectTab(MainForm::VisualDisplay);
+  const auto& slider = *form.findChild<DutySlider*>();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return slider.isVisible() && slider.value() == 0; }));
+  live.Sim.Trace().Clear();
+  live.Sim.AddFault(*ParseFault("fail=5,op=write,reg=30"));
+  const auto& transfers = live.Sim.Trace().Transfers();
+  const auto writes = [&] { return std::ranges::count(transfers, Operation::WriteByteData, &Transfer::Op); };
+
+  int inside = 0;
+  QObject::connect(&slider, &DutySlider::ValueMoving, [&] { inside += busy() ? 1 : 0; });
+  int shown = 0;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, [&] {
+    QMessageBox* const box = RunBench::Box();
+    if (box == nullptr || live.Bus.TransferInProgress()) return;
+    ++shown;
+    QTest::mouseRelease(box->windowHandle(), Qt::LeftButton, {}, QPoint(2, 2));  // it takes the release
+    LiveBench::Run(400);
+    EXPECT_EQ(writes(), 5) << "nothing behind the box";
+    box->accept();
+  });
+  watch.start(20);
+  const QPoint end(slider.width() - 12, slider.height() / 2);
+  QTest::mousePress(form.windowHandle(), Qt::LeftButton, {}, slider.mapTo(&form, end));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown > 0; }));
+  LiveBench::Run(400);
+  form.close();
+  EXPECT_EQ(std::tuple(shown, inside, writes()), std::tuple(1, 0, 5)) << "the press, and four repeats";
+  const std::regex whole(  // tick or write
+      "R77 R2[5-7] (R2[8-F] ){2}R7[67] R2[0-4] R41 R42 R3[0-2] R6[DE] R6[7-9] R3[3-5] (R79 R78 )?|W30:[0-9A-F]{2}!? ");
+  const std::string traffic = live.Sim.Trace().Text(TraceFilter::Registers) + " ";
+  EXPECT_EQ(std::regex_replace(traffic, whole, ""), "") << traffic;
 }
 
 }  // namespace
