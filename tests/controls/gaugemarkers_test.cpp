@@ -90,11 +90,9 @@ TEST(GaugeScale, GraduationStepsAndDecimalsSuitEachScale) {
 
 TEST(GaugeScale, AValueOutsideStandsAtTheEndStop) {
   const GaugeScale scale{-55, 127};
-  EXPECT_EQ(scale.Fraction(200), 1);
-  EXPECT_EQ(scale.Fraction(-128), 0);
-  EXPECT_EQ(scale.Fraction(36), 0.5);
-  EXPECT_EQ(scale.ValueAt(0.5), 36);
-  EXPECT_EQ(scale.ValueAt(2), 127);
+  for (const auto& [value, share] : {std::pair{200, 1.0}, {-128, 0.0}, {36, 0.5}})
+    EXPECT_EQ(scale.Fraction(value), share) << value;
+  EXPECT_EQ(std::pair(scale.ValueAt(0.5), scale.ValueAt(2)), std::pair(36.0, 127.0));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// What the user is asked and told, and the files that come of it.
 #include "controls/ui/userdialogs.h"
 
 #include <fmt/format.h>
@@ -6,16 +7,22 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QScopedValueRollback>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <stdexcept>
 
 #include "controls/ui/displayguard.h"
+#include "controls/ui/filesaving.h"
 #include "controls/ui/gateddialogs.h"
+#include "controls/ui/savingbar.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
+#include "support/fulldisk.h"
 #include "support/livebench.h"
 #include "support/scripteddialogs.h"
 
@@ -40,27 +47,31 @@ TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
   EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|"}));
 }
 
+using Shown = std::vector<std::string>;
+
 struct GateBench : LiveBench {
   GateBench() {
     Boxes.WhileOpen = [this] { Inside += Bus.TransferInProgress() || Turns.TurnRunning() ? 1 : 0; };
   }
   ScriptedDialogs Boxes;
   GatedDialogs Gate{Boxes, Pump, [this] { return Bus.TransferInProgress() || Turns.TurnRunning(); }};
+  void Read() {
+    for (int i = 0; i < 3; ++i) ReadByte(Bus, 0x26);
+  }
   int Inside = 0;
 };
-using Shown = std::vector<std::string>;
 
 TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
   GateBench bench;
   bench.Gate.Critical("at once");
   EXPECT_EQ(bench.Boxes.Shown, (Shown{"critical|at once|"}));
   QTimer::singleShot(1, [&] { bench.Gate.Critical("in a transfer"); });
-  for (int i = 0; i < 3; ++i) ReadByte(bench.Bus, 0x26);
+  bench.Read();
   EXPECT_EQ(bench.Boxes.Shown.size(), 1U);
   int ticks = 0;
   ChipTimer timer(bench.Turns, "t", 1, [&] {
     if (++ticks == 1) bench.Gate.Exclamation("in a turn", "its title");
-    for (int i = 0; i < 3; ++i) ReadByte(bench.Bus, 0x26);
+    bench.Read();
   });
   int behind = 0;
   bench.Boxes.WhileOpen = [&, look = bench.Boxes.WhileOpen] {
@@ -135,13 +146,14 @@ TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsWholeTitleOrTheProgramsName) {
 
 TEST(UserDialogs, AQuestionIsAnsweredYesByItsButtonOnly) {
   QtUserDialogs dialogs;
-  for (const auto& [key, yes] : {std::pair{Qt::Key_Escape, false}, {Qt::Key_Return, false}, {Qt::Key_Space, true}}) {
-    const auto press = [&, key = key, yes = yes](QMessageBox& box) {
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space}) {
+    const bool yes = key == Qt::Key_Space;
+    const auto press = [&](QMessageBox& box) {
       for (QAbstractButton* button : box.buttons())
         if (yes && button->text() == "Replace") button->setFocus();
       QTest::keyClick(box.focusWidget(), key);
     };
-    WithBox(press, [&, yes = yes] { EXPECT_EQ(dialogs.Ask("run.csv exists. Replace it?", "Replace"), yes); });
+    WithBox(press, [&] { EXPECT_EQ(dialogs.Ask("run.csv exists. Replace it?", "Replace"), yes); });
   }
 }
 
@@ -154,6 +166,105 @@ TEST(DisplayGuardDeathTest, EndsWithTheReasonAndTheWayOutWhenNoWindowCanOpen) {
   };
   EXPECT_EXIT(start(), ::testing::ExitedWithCode(1),
               "^krx5580-console: could not connect to display :9\n.*Could not find.*\n.*no window can open here");
+}
+
+TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName) {
+  QTemporaryDir folder;
+  const std::string at = folder.path().toStdString() + '/';
+  ASSERT_EQ(SaveWhole(folder.filePath("there.csv"), "old"), "");
+  const struct {
+    const char* Typed;
+    bool Yes;
+    const char* Asked;
+    const char* Name;
+  } rows[] = {{"new", false, "", "new.csv"},
+              {"new.", false, "", "new.csv"},
+              {"new.txt", false, "", "new.txt"},
+              {"there.csv", false, "", "there.csv"},
+              {"there", true, "there.csv exists. Replace it?|Replace", "there.csv"},
+              {"there", false, "there.csv exists. Replace it?|Replace", "given up"},
+              {"no.folder/a", false, "", "no.folder/a.csv"}};
+  for (const auto& row : rows) {
+    ScriptedDialogs dialogs;
+    dialogs.Files = {at + row.Typed};
+    dialogs.Yes = row.Yes;
+    const auto name = AskSaveName(dialogs, "CSV|*.csv", "chart.csv");
+    EXPECT_EQ(name.value_or(folder.filePath("given up")).toStdString(), at + row.Name);
+    Shown shown{"save|CSV|*.csv|chart.csv"};
+    if (*row.Asked) shown.push_back("ask|" + at + row.Asked);
+    EXPECT_EQ(dialogs.Shown, shown) << row.Typed;
+  }
+}
+
+TEST(FileSaving, AFullDiskLeavesTheOldFileAndNoOther) {
+  QTemporaryDir folder;
+  const QString name = folder.filePath("run.txt");
+  ScriptedDialogs dialogs;
+  EXPECT_EQ(SaveAndTell(dialogs, "The run", name, "old"), "Saved to " + name);
+  {
+    const FullDisk full;
+    EXPECT_EQ(SaveAndTell(dialogs, "The run", name, QByteArray(10'000, 'x')), "");
+  }
+  ASSERT_EQ(dialogs.Shown.size(), 1U);
+  EXPECT_TRUE(dialogs.Shown[0].starts_with("critical|The run could not be saved: ")) << dialogs.Shown[0];
+  EXPECT_EQ(Content(name), "old");
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("run.txt"));
+}
+
+struct Saving {
+  Saving() {
+    for (int i = 0; i < 20'000; ++i) History.Append(i * 10'000, std::vector<float>{1.5f});
+    const auto ends = [this](const char* how) { return [this, how] { End = how; }; };
+    QObject::connect(&Bar, &SavingBar::Saved, ends("saved "));
+    QObject::connect(&Bar, &SavingBar::Cancelled, ends("cancelled "));
+    QObject::connect(&Bar, &SavingBar::Failed, ends("failed "));
+    SaveWhole(Name, "old");
+  }
+  void Start() { Bar.Save({History, {0, History.LastTime() + 1}, {{0, "A"}}, {}}, Name); }
+  TraceHistory History{1};
+  QTemporaryDir Folder;
+  QString Name = Folder.filePath("run.csv");
+  SavingBar Bar;
+  QString End;
+};
+
+TEST(SavingBar, LeavesTheOldFileWhenCancelledElseSavesInSlicesBetweenOtherWorkWhatWasThereWhenItBegan) {
+  Saving saving;
+  saving.Start();
+  saving.Bar.findChild<QPushButton*>("cmdCancelSaving")->click();
+  EXPECT_EQ(saving.End + Content(saving.Name), "cancelled old");
+  EXPECT_FALSE(saving.Bar.Busy());
+  int turns = 0;
+  QTimer other;
+  QObject::connect(&other, &QTimer::timeout, [&] {
+    ++turns;
+    saving.History.Append(saving.History.LastTime() + 10'000, std::vector<float>{2.f});
+  });
+  other.start(0);
+  saving.Start();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return saving.End == "saved "; }, 60'000));
+  EXPECT_GE(turns, 3);
+  const QByteArray text = Content(saving.Name);
+  EXPECT_EQ(text.count('\n'), 20'001);
+  EXPECT_TRUE(text.endsWith("199.990000,1.5\n"));
+}
+
+TEST(SavingBar, MakesNoTransferLateAndTellsOnlyBetweenTransfersThatAFullDiskLeftTheOldFile) {
+  ScriptedBudget budget;
+  budget.Left = 0.001;  // a transfer comes soon
+  Saving saving;
+  saving.Bar.SetWaitBudget(&budget);
+  saving.Start();
+  QTest::qWait(50);
+  EXPECT_EQ(saving.Bar.findChild<QProgressBar*>("barSaving")->value(), 0);
+  EXPECT_TRUE(saving.Bar.Busy());
+  const FullDisk full;
+  budget.Left = 0.005;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return budget.Afterwards != nullptr; }, 60'000));
+  EXPECT_EQ(saving.End, "");
+  budget.Left = std::numeric_limits<double>::infinity();
+  budget.Afterwards();
+  EXPECT_EQ(saving.End + Content(saving.Name), "failed old");
 }
 
 }  // namespace
