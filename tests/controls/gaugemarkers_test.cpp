@@ -69,7 +69,7 @@ TEST(GaugeMarkers, WhatNoChannelHasPlacedCannotBeDragged) {
   EXPECT_FALSE(markers.IsDraggable(Marker::Low)) << "the marker of another channel";
 }
 
-TEST(GaugeScale, GraduationStepsAndDecimalsSuitEachScale) {
+TEST(GaugeScale, GraduationStepsDecimalsAndPlacesSuitEachScale) {
   const struct {
     double Minimum, Maximum;
     const char* Wanted;  // three ticks, their number; step and decimals
@@ -85,11 +85,9 @@ TEST(GaugeScale, GraduationStepsAndDecimalsSuitEachScale) {
                           scale.Step(), scale.Decimals()),
               row.Wanted);
   }
-  EXPECT_LE(GaugeScale(-55, 127).Ticks(2).size(), 2U);
-}
-
-TEST(GaugeScale, AValueOutsideStandsAtTheEndStop) {
   const GaugeScale scale{-55, 127};
+  EXPECT_LE(scale.Ticks(2).size(), 2U);
+  // A value outside stands at the end stop.
   for (const auto& [value, share] : {std::pair{200, 1.0}, {-128, 0.0}, {36, 0.5}})
     EXPECT_EQ(scale.Fraction(value), share) << value;
   EXPECT_EQ(std::pair(scale.ValueAt(0.5), scale.ValueAt(2)), std::pair(36.0, 127.0));

@@ -24,27 +24,21 @@ void ReadTimes(LiveBench& bench, int times) {
 }
 
 /// Notes the mouse moves it is given. The offscreen platform queues one, as user input, when the cursor is placed.
-class MoveCounter : public QWidget {
- public:
-  explicit MoveCounter(LiveBench& bench) : bench_(bench) {
+struct MoveCounter : QWidget {
+  explicit MoveCounter(LiveBench& bench) : Bench(bench) {
     setMouseTracking(true);
     setGeometry(0, 0, 200, 200);
     show();
     QCoreApplication::processEvents();
   }
   void Nudge() { QCursor::setPos(100, 50 + ++Nudges); }
-  int Nudges = 0;
-  int Moves = 0;
-  int Inside = 0;  ///< of them in a turn or a transfer
-
- protected:
   void mouseMoveEvent(QMouseEvent*) override {
     ++Moves;
-    if (bench_.Turns.TurnRunning() || bench_.Bus.TransferInProgress()) ++Inside;
+    Inside += Bench.Turns.TurnRunning() || Bench.Bus.TransferInProgress() ? 1 : 0;
   }
-
- private:
-  LiveBench& bench_;
+  LiveBench& Bench;
+  int Nudges = 0, Moves = 0;
+  int Inside = 0;  ///< of the moves in a turn or a transfer
 };
 
 TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
@@ -97,8 +91,7 @@ TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
   LiveBench bench;
   std::string log;
   double left = -1;
-  int kept = 0;
-  int dropped = 0;
+  const int kept = 0, dropped = 0;
   EXPECT_TRUE(std::isinf(bench.Pump.SecondsLeft()));
   QTimer::singleShot(1, [&] {
     left = bench.Pump.SecondsLeft();
@@ -125,8 +118,7 @@ struct Busy : LiveBench {
       --Depth;
     });
   }
-  int Depth = 0;
-  int Deepest = 0;
+  int Depth = 0, Deepest = 0;
   std::string Order;
 };
 
