@@ -3,12 +3,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
-#include <QSpinBox>
-#include <QTest>
-#include <QToolButton>
-#include <QVBoxLayout>
-#include <QWheelEvent>
+#include <QtTest>
+#include <QtWidgets>
 #include <cmath>
 #include <tuple>
 
@@ -51,11 +47,6 @@ struct Gauge : LimitGauge {
     QObject::connect(this, &LimitGauge::MarkerReleased, note("released"));
   }
   QPointF Grip(Marker marker, double units = 0) { return {120, MarkerY(marker) - units * PixelsPerUnit}; }
-  /// Takes the marker beside its middle and lets it go where `value` stands.
-  void DragTo(Marker marker, double value) {
-    const QPointF beside(0, 2);
-    DragMouse(*this, Grip(marker) + beside, Grip(marker, value - Markers().ValueOf(marker)) + beside);
-  }
   std::string Take() { return std::exchange(Log, {}); }
   void paintEvent(QPaintEvent* event) override {
     ++Paints;
@@ -68,23 +59,26 @@ struct Gauge : LimitGauge {
 
 TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
   Gauge gauge;
-  gauge.DragTo(Marker::High, 60);
-  EXPECT_EQ(gauge.Take(), "moving High 60;released High 60;");
-  gauge.DragTo(Marker::Low, 90);
-  EXPECT_EQ(gauge.Take(), "moving Low 60;released Low 60;") << "stopped by the other marker";
+  const std::tuple<Marker, double, double, const char*> rows[] = {
+      // From here to there, in the scale's units above the marker.
+      {Marker::High, -0.6, -20.6, "moving High 60;released High 60;"},  // taken beside its middle
+      {Marker::Low, -0.6, 79.4, "moving Low 60;released Low 60;"},      // stopped by the other marker
+      {Marker::Low, 0, 0, ""},                                          // nothing to write
+      // Where both stand the side of the mouse decides which is taken.
+      {Marker::Low, -1, -11, "moving Low 50;released Low 50;"},
+      {Marker::High, 1, 11, "moving High 70;released High 70;"},
+      {Marker::High, 15, 20, ""},  // far from both
+  };
+  for (const auto& [marker, from, to, log] : rows) {
+    DragMouse(gauge, gauge.Grip(marker, from), gauge.Grip(marker, to));
+    EXPECT_EQ(gauge.Take(), log);
+  }
+  DragMouse(gauge, gauge.Grip(Marker::High) - QPointF(118, 0), gauge.Grip(Marker::High, 20) - QPointF(118, 0));
+  EXPECT_EQ(gauge.Take(), "") << "beside the bar";
   Mouse(gauge, QEvent::MouseMove, gauge.Grip(Marker::Low), true);
   EXPECT_EQ(gauge.cursor().shape(), Qt::SizeVerCursor);
-  gauge.DragTo(Marker::Low, 60);
+  DragMouse(gauge, gauge.Grip(Marker::Low), gauge.Grip(Marker::Low));
   EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "put back on release";
-  EXPECT_EQ(gauge.Take(), "") << "pressed and let go: nothing to write";
-  EXPECT_EQ(gauge.accessibleDescription(), "High 60, Low 60");
-  // Where both stand the side of the mouse decides which is taken.
-  DragMouse(gauge, gauge.Grip(Marker::Low, -1), gauge.Grip(Marker::Low, -11));
-  DragMouse(gauge, gauge.Grip(Marker::High, 1), gauge.Grip(Marker::High, 11));
-  EXPECT_EQ(gauge.Take(), "moving Low 50;released Low 50;moving High 70;released High 70;");
-  DragMouse(gauge, gauge.Grip(Marker::High) - QPointF(118, 0), gauge.Grip(Marker::High, 20) - QPointF(118, 0));
-  DragMouse(gauge, gauge.Grip(Marker::High, 15), gauge.Grip(Marker::High, 20));
-  EXPECT_EQ(gauge.Take(), "") << "beside the bar, or far from both markers";
   gauge.PutBack(Marker::High);
   EXPECT_EQ(gauge.accessibleDescription(), "High 80, Low 50") << "a rejected value";
 }

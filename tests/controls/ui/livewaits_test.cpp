@@ -3,9 +3,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <QAbstractSlider>
-#include <QCursor>
-#include <QWidget>
+#include <QtWidgets>
 #include <cmath>
 #include <csignal>
 #include <ctime>

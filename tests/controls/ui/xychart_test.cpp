@@ -12,21 +12,17 @@
 namespace krx {
 namespace {
 
-TEST(PlotStyle, NumbersAreWrittenAlikeInEveryCountry) {
-  QLocale::setDefault(QLocale(QLocale::German));
-  const XyChart german({"x", 0, 1}, {"y", 0, 1});
-  QLocale::setDefault(QLocale::c());
-  EXPECT_EQ(german.Plot()->locale().toString(1234.5), "1234.5");
-}
-
 TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
+  QLocale::setDefault(QLocale(QLocale::German));
   XyChart chart({"Temperature °C", 0, 120}, {"PWM %", 0, 100});
+  QLocale::setDefault(QLocale::c());
   chart.SetTraces({{"Fan1"}, {"Op Point"}});
   chart.resize(400, 300);
   chart.show();
   for (int i = 0; i < 1000; ++i) chart.AddPoint(0, 40 + i % 3, 20);
   for (const auto& [x, y] : {std::pair{NAN, 1.f}, {1.f, INFINITY}}) chart.AddPoint(0, x, y);
   QCustomPlot& plot = *chart.Plot();
+  EXPECT_EQ(plot.locale().toString(1234.5), "1234.5") << "numbers are written alike in every country";
   auto* curve = qobject_cast<QCPCurve*>(plot.plottable(0));
   EXPECT_EQ(std::pair(chart.PointCount(0), curve->data()->size()), std::pair(3, 3));
   EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
