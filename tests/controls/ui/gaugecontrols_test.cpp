@@ -230,7 +230,6 @@ TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheWholePartOfWhatIsTyped) 
   QTest::keyClick(&edit.Field(), Qt::Key_Down);
   QTest::keyClick(&edit.Field(), Qt::Key_Backspace);
   EXPECT_EQ(log, "99;100;100;99;98;9;");
-  EXPECT_EQ(edit.Text(), "9");
   EXPECT_TRUE(up->autoRepeat() && down->autoRepeat());
   EXPECT_EQ(edit.focusProxy(), &edit.Field());
 }

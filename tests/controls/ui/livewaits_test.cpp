@@ -2,6 +2,7 @@
 // What runs when in the real event loop: the waits of transfers, the timers' turns, the requests to end.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <qcustomplot.h>
 
 #include <QtWidgets>
 #include <cmath>
@@ -11,15 +12,11 @@
 
 #include "controls/backoff.h"
 #include "controls/ui/endsignals.h"
-#include "link/registeraccess.h"
+#include "controls/ui/stripchart.h"
 #include "support/livebench.h"
 
 namespace krx {
 namespace {
-
-void ReadTimes(LiveBench& bench, int times) {
-  for (int i = 0; i < times; ++i) ReadByte(bench.Bus, 0x26);
-}
 
 /// Notes the mouse moves it is given. The offscreen platform queues one, as user input, when the cursor is placed.
 struct MoveCounter : QWidget {
@@ -47,13 +44,13 @@ TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
   QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
   timer.start(1);
   window.Nudge();
-  ReadTimes(bench, 1);
+  bench.Read(1);
   EXPECT_EQ(window.Moves, 0);
   EXPECT_GT(ticks, 0) << "timers go on during a transfer's wait";
   bench.Bus.Delay(0.005);
   EXPECT_EQ(window.Moves, 1) << "held, not lost";
   window.Nudge();
-  ReadTimes(bench, 1);
+  bench.Read(1);
   timer.stop();
   LiveBench::Run(20);
   EXPECT_EQ(window.Moves, 2) << "the main loop wakes for what was held, though nothing else happens";
@@ -64,7 +61,7 @@ TEST(QtEventPump, WhatAHeldControlRepeatsWaitsLikeOtherInput) {
     Held() { setRepeatAction(SliderSingleStepAdd, 1, 1); }
   } held;
   LiveBench bench;
-  ReadTimes(bench, 4);
+  bench.Read(4);
   EXPECT_EQ(held.value(), 0) << "not inside a transfer";
   QCoreApplication::processEvents();
   EXPECT_TRUE(held.value() >= 1 && held.value() <= 3) << "held, not lost, nor are twenty made up for: " << held.value();
@@ -98,7 +95,7 @@ TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
     bench.Pump.CallAfterwards(&dropped, [&] { log += "forgotten "; });
     bench.Pump.Forget(&dropped);
   });
-  ReadTimes(bench, 4);
+  bench.Read(4);
   EXPECT_TRUE(left >= 0 && left < 0.005) << left;
   EXPECT_EQ(log, "") << "not between two transfers either: no event is handled there";
   LiveBench::Run(50);
@@ -112,7 +109,7 @@ struct Busy : LiveBench {
       Deepest = std::max(Deepest, ++Depth);
       Order += name;
       if (first) first();
-      ReadTimes(*this, 4);
+      Read(4);
       --Depth;
     });
   }
@@ -127,7 +124,7 @@ TEST(ChipTurns, OverloadedTimersTakeTurnsOneAtATimeAndInputIsDeliveredBetweenThe
   const std::unique_ptr<ChipTimer> a = bench.Timer('a', [&] { window.Nudge(), a->Start(); });
   const std::unique_ptr<ChipTimer> b = bench.Timer('b', [&] { window.Nudge(); });
   for (auto* timer : {a.get(), b.get()}) timer->Start();
-  ReadTimes(bench, 5);
+  bench.Read(5);
   EXPECT_EQ(bench.Order, "") << "no turn begins inside a transfer of the user's";
   LiveBench::Run(300);
   EXPECT_EQ(bench.Deepest, 1);
@@ -164,7 +161,7 @@ TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
   std::string failures;
   int ticks = 0;
   ChipTimer timer(bench.Turns, "visual_timer", 1, [&] {
-    ReadTimes(bench, 1);
+    bench.Read(1);
     if (++ticks == 1) throw std::runtime_error("not the link's");
   });
   bench.Turns.OnFailure([&](const std::string& name, const CommsError& error) {
@@ -192,6 +189,42 @@ TEST(ChipTurns, AStoppedOrEndedTimerGivesUpItsWaitingTurn) {
   for (auto* timer : {first.get(), stopped.get(), ended.get()}) timer->Start();
   LiveBench::Run(80);
   EXPECT_EQ(bench.Order, "f");
+}
+
+TEST(ChartRedraw, DrawsAtEveryFifthTickNeverWhileHiddenAndPutsOffWhatDoesNotFitIntoAWait) {
+  const TraceHistory history(1);
+  ScriptedBudget budget;
+  auto chart = std::make_unique<StripChart>(history);
+  chart->SetWaitBudget(&budget);
+  int redraws = 0;
+  QObject::connect(chart->Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
+  const auto drawn = [&](int ticks) {
+    redraws = 0;
+    for (int i = 0; i < ticks; ++i) chart->Posted();
+    return redraws;
+  };
+  EXPECT_EQ(drawn(100), 0);
+  chart->show();
+  LiveBench::Run(60);
+  drawn(5);  // whatever was left over from showing
+  const int shown = drawn(20);
+  EXPECT_TRUE(shown >= 4 && shown <= 10) << shown;  // a slow machine may pass the 50 ms now and then
+  chart->hide();
+  EXPECT_EQ(drawn(20), 0);
+  chart->show();
+  for (const double left : {1e-6, 0.0}) {
+    budget.Left = 1;
+    if (budget.Afterwards) std::exchange(budget.Afterwards, nullptr)();
+    LiveBench::Run(60);
+    EXPECT_GE(std::exchange(redraws, 0), 1);
+    budget.Left = left;
+    chart->SetValueRange(0, 50);
+    LiveBench::Run(60);
+    EXPECT_EQ(redraws, 0);
+    ASSERT_TRUE(budget.Afterwards);
+  }
+  chart.reset();
+  EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart's end";
 }
 
 TEST(Backoff, RestsFromTheSecondFailureInARowUntilASuccess) {

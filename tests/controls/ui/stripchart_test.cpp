@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The charts over time and over each other's values.
 #include "controls/ui/stripchart.h"
 
 #include <fmt/format.h>
@@ -7,8 +8,10 @@
 
 #include <QTest>
 #include <QToolButton>
+#include <cmath>
 
-#include "support/livebench.h"
+#include "controls/ui/traceplottable.h"
+#include "controls/ui/xychart.h"
 
 namespace krx {
 namespace {
@@ -59,7 +62,6 @@ class StripChartTest : public ::testing::Test {
 TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExportAndOnesThatAreSwitchedOffKeepAGreyEntry) {
   int toggled = -1;
   QObject::connect(&chart, &StripChart::TraceToggled, [&](int channel, bool) { toggled = channel; });
-  EXPECT_EQ(plot.legend->itemCount(), 2);
   chart.SetTraceVisible(0, false);
   EXPECT_EQ(std::pair(plot.legend->itemCount(), plot.legend->elementCount()), std::pair(1, 1));  // no hole
   EXPECT_FALSE(Toggle(0)->isVisible());
@@ -82,7 +84,9 @@ TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExportAndOnesThatAreSwitche
   EXPECT_EQ(Entry(0)->textColor(), Palette::Dark().mutedText);
   StripChart large(history);
   large.CopySettings(chart);
-  EXPECT_FALSE(large.TraceVisible(0));
+  large.Clear();
+  EXPECT_TRUE(!large.TraceVisible(0) && large.TraceVisible(1));
+  EXPECT_EQ(large.Shown().Begin, time + 1) << "starts empty";
   clickEntry();
   EXPECT_TRUE(chart.TraceVisible(0) && toggled == 0);
   EXPECT_EQ(Entry(0)->textColor(), Palette::Dark().text);
@@ -181,42 +185,6 @@ TEST_F(StripChartTest, TheCursorReadsTheTracesUnderItAndTheirChangeSinceTheLeftE
     EXPECT_EQ(ElapsedText(tenths * 100'000), text);
 }
 
-TEST_F(StripChartTest, DrawsAtEveryFifthTickAndNeverWhileHidden) {
-  const auto drawn = [&](int ticks) {
-    redraws = 0;
-    Post(ticks);
-    return redraws;
-  };
-  EXPECT_EQ(drawn(100), 0);
-  Show();
-  drawn(5);  // whatever was left over from showing
-  const int shown = drawn(20);
-  EXPECT_TRUE(shown >= 4 && shown <= 10) << shown;  // a slow machine may pass the 50 ms now and then
-  chart.hide();
-  EXPECT_EQ(drawn(20), 0);
-}
-
-TEST_F(StripChartTest, ARedrawThatDoesNotFitIntoAWaitIsPutOff) {
-  ScriptedBudget budget;
-  auto large = std::make_unique<StripChart>(history);
-  large->SetWaitBudget(&budget);
-  QObject::connect(large->Plot(), &QCustomPlot::afterReplot, [&] { ++redraws; });
-  large->show();
-  for (const double left : {1e-6, 0.0}) {
-    budget.Left = 1;
-    if (budget.Afterwards) std::exchange(budget.Afterwards, nullptr)();
-    LiveBench::Run(60);
-    EXPECT_GE(std::exchange(redraws, 0), 1);
-    budget.Left = left;
-    large->SetValueRange(0, 50);
-    LiveBench::Run(60);
-    EXPECT_EQ(redraws, 0);
-    ASSERT_TRUE(budget.Afterwards);
-  }
-  large.reset();
-  EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart's end";
-}
-
 TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
   fan = 0;
   Post(1);
@@ -232,11 +200,6 @@ TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
   plot.replot();
   EXPECT_EQ(plot.yAxis->range(), QCPRange(25.49, 25.51)) << "a flat trace has room, too";
   EXPECT_EQ(plot.yAxis2->range(), QCPRange(-305, 6405));
-  StripChart large(history);
-  large.CopySettings(chart);
-  large.Clear();
-  EXPECT_EQ(large.Shown().Begin, time + 1);  // starts empty
-  EXPECT_EQ(large.TraceCount(), 2);
 }
 
 TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
@@ -275,6 +238,55 @@ TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
     EXPECT_EQ(Moved(live), moved);
     EXPECT_NEAR(plot.yAxis->range().lower, values.lower, 1);
     EXPECT_NEAR(plot.yAxis->range().upper, values.upper, 1);
+  }
+}
+
+TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
+  QLocale::setDefault(QLocale(QLocale::German));
+  XyChart chart({"Temperature °C", 0, 120}, {"PWM %", 0, 100});
+  QLocale::setDefault(QLocale::c());
+  chart.SetTraces({{"Fan1"}, {"Op Point"}});
+  chart.resize(400, 300);
+  chart.show();
+  for (int i = 0; i < 1000; ++i) chart.AddPoint(0, 40 + i % 3, 20);
+  for (const auto& [x, y] : {std::pair{NAN, 1.f}, {1.f, INFINITY}}) chart.AddPoint(0, x, y);
+  QCustomPlot& plot = *chart.Plot();
+  EXPECT_EQ(plot.locale().toString(1234.5), "1234.5") << "numbers are written alike in every country";
+  auto* curve = qobject_cast<QCPCurve*>(plot.plottable(0));
+  EXPECT_EQ(std::pair(chart.PointCount(0), curve->data()->size()), std::pair(3, 3));
+  EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
+  EXPECT_EQ(std::pair(plot.xAxis->range(), plot.yAxis->range()), std::pair(QCPRange(0, 120), QCPRange(0, 100)));
+  QCoreApplication::processEvents();
+  int redraws = 0;
+  QObject::connect(&plot, &QCustomPlot::afterReplot, [&] { ++redraws; });
+  chart.AddLabel("Therm", 0.5);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return redraws > 0; }));
+  auto* label = qobject_cast<QCPItemText*>(plot.item(0));
+  EXPECT_EQ(label->text(), "Therm");
+  EXPECT_NEAR(label->position->pixelPosition().x(), plot.axisRect()->rect().center().x(), 1);
+  EXPECT_EQ(plot.legend->itemCount(), 2);
+  EXPECT_LE(plot.legend->outerRect().bottom(), plot.axisRect()->top()) << "above the picture";
+  EXPECT_EQ(plot.legend->rowCount(), 1);
+  chart.resize(plot.legend->outerRect().width() / 2, 300);
+  plot.replot();
+  EXPECT_EQ(plot.legend->rowCount(), 2) << "too narrow for both";
+  chart.SetTraceName(1, " ");
+  EXPECT_EQ(plot.legend->itemCount(), 1);
+  chart.SetTraceVisible(0, false);
+  EXPECT_EQ(plot.legend->itemCount(), 0);
+  chart.ClearPoints();
+  EXPECT_EQ(chart.PointCount(0) + curve->data()->size() + plot.itemCount(), 0);
+}
+
+TEST(TraceLines, AreUprightRunsThatTouchAndBridgesUnlessNothingWasMeasured) {
+  std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
+  const TraceScale scale{.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1};
+  const QVector<QLineF> straight{{0.5, 7.5, 0.5, 9.5}, {1.5, 4.5, 1.5, 7.5}, {4.5, 8.5, 6.5, 8.5}};
+  for (const bool gap : {false, true}) {
+    columns[1].GapAfter = gap;
+    const TraceLines lines = MakeTraceLines(columns, scale, std::nullopt, std::nullopt);
+    EXPECT_EQ(lines.Straight, straight);
+    EXPECT_EQ(lines.Slanted, gap ? QVector<QLineF>() : QVector<QLineF>({{1.5, 5.5, 4.5, 8.5}}));
   }
 }
 

@@ -14,7 +14,6 @@
 #include "controls/ui/gateddialogs.h"
 #include "controls/ui/savingbar.h"
 #include "link/commserror.h"
-#include "link/registeraccess.h"
 #include "support/fulldisk.h"
 #include "support/livebench.h"
 #include "support/scripteddialogs.h"
@@ -48,9 +47,6 @@ struct GateBench : LiveBench {
   }
   ScriptedDialogs Boxes;
   GatedDialogs Gate{Boxes, Pump, [this] { return Bus.TransferInProgress() || Turns.TurnRunning(); }};
-  void Read() {
-    for (int i = 0; i < 3; ++i) ReadByte(Bus, 0x26);
-  }
   int Inside = 0;
 };
 
@@ -59,12 +55,12 @@ TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
   bench.Gate.Critical("at once");
   EXPECT_EQ(bench.Boxes.Shown, (Shown{"critical|at once|"}));
   QTimer::singleShot(1, [&] { bench.Gate.Critical("in a transfer"); });
-  bench.Read();
+  bench.Read(3);
   EXPECT_EQ(bench.Boxes.Shown.size(), 1U);
   int ticks = 0;
   ChipTimer timer(bench.Turns, "t", 1, [&] {
     if (++ticks == 1) bench.Gate.Exclamation("in a turn", "its title");
-    bench.Read();
+    bench.Read(3);
   });
   int behind = 0;
   bench.Boxes.WhileOpen = [&, look = bench.Boxes.WhileOpen] {
