@@ -38,13 +38,12 @@ struct Gauge : LimitGauge {
     Place(Marker::Low, 10, GaugeMarkers::RegisterBytes{10});
     Place(Marker::High, 80, GaugeMarkers::RegisterBytes{80});
     PixelsPerUnit = (MarkerY(Marker::Low) - MarkerY(Marker::High)) / 70;
-    const auto note = [this](const char* what) {
-      return [this, what](Marker marker, double value) {
-        Log += fmt::format("{} {} {:g};", what, marker == Marker::Low ? "Low" : "High", value);
-      };
-    };
-    QObject::connect(this, &LimitGauge::MarkerMoving, note("moving"));
-    QObject::connect(this, &LimitGauge::MarkerReleased, note("released"));
+    QObject::connect(this, &LimitGauge::MarkerMoving, [this](Marker it, double value) { Note("moving", it, value); });
+    QObject::connect(this, &LimitGauge::MarkerReleased,
+                     [this](Marker it, double value) { Note("released", it, value); });
+  }
+  void Note(const char* what, Marker marker, double value) {
+    Log += fmt::format("{} {} {:g};", what, marker == Marker::Low ? "Low" : "High", value);
   }
   QPointF Grip(Marker marker, double units = 0) { return {120, MarkerY(marker) - units * PixelsPerUnit}; }
   std::string Take() { return std::exchange(Log, {}); }
@@ -103,12 +102,11 @@ TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWould) {
   Gauge gauge;
   Gauge unplaced;
   unplaced.SetScale(0, 8);
-  for (const auto& [key, value] :
-       {std::pair{Qt::Key_Up, 81}, {Qt::Key_PageDown, 71}, {Qt::Key_Down, 70}, {Qt::Key_PageUp, 80}}) {
-    QTest::keyClick(&gauge, key);
-    EXPECT_EQ(gauge.Take(), fmt::format("moving High {0};released High {0};", value));
-    QTest::keyClick(&unplaced, key);
-  }
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_PageUp})
+    for (Gauge* each : {&gauge, &unplaced}) QTest::keyClick(each, key);
+  EXPECT_EQ(gauge.Take(),
+            "moving High 81;released High 81;moving High 71;released High 71;"
+            "moving High 70;released High 70;moving High 80;released High 80;");
   EXPECT_EQ(unplaced.Take(), "");
   gauge.Place(Marker::High, 127, std::nullopt);
   QTest::keyClick(&gauge, Qt::Key_Up);
@@ -212,8 +210,7 @@ TEST(Wheel, NeverChangesAValueButScrollsWhatTheControlStandsIn) {
     QCoreApplication::sendEvent(control, &turn);
     EXPECT_FALSE(turn.isAccepted());
   }
-  EXPECT_EQ(gauge.Take() + slider.Take(), "");
-  EXPECT_EQ(box.value(), 0);
+  EXPECT_EQ(gauge.Take() + slider.Take() + std::to_string(box.value()), "0");
 }
 
 TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheWholePartOfWhatIsTyped) {
