@@ -70,20 +70,18 @@ TEST(GaugeMarkers, WhatNoChannelHasPlacedCannotBeDragged) {
 }
 
 TEST(GaugeScale, GraduationStepsDecimalsAndPlacesSuitEachScale) {
-  const struct {
-    double Minimum, Maximum;
-    const char* Wanted;  // three ticks, their number; step and decimals
-  } rows[] = {
+  const std::tuple<double, double, const char*> rows[] = {
+      // Three ticks, their number; step and decimals.
       {-55, 127, "-40 -20 120 9; 1 0"},     {0, 20000, "0 2000 20000 11; 100 0"}, {0, 8, "0 1 8 9; 0.05 2"},
       {0, 18, "0 2 18 10; 0.1 2"},          {0, 4, "0 0.5 4 9; 0.02 2"},          {0, 180, "0 20 180 10; 1 0"},
       {0, 0.07, "0 0.01 0.07 8; 0.0005 2"},
   };
-  for (const auto& row : rows) {
-    const GaugeScale scale{row.Minimum, row.Maximum};
-    const auto ticks = scale.Ticks(11);
+  for (const auto& [least, most, wanted] : rows) {
+    const GaugeScale range{least, most};
+    const auto ticks = range.Ticks(11);
     EXPECT_EQ(fmt::format("{:g} {:g} {:g} {}; {:g} {}", ticks.at(0) + 0.0, ticks.at(1), ticks.back(), ticks.size(),
-                          scale.Step(), scale.Decimals()),
-              row.Wanted);
+                          range.Step(), range.Decimals()),
+              wanted);
   }
   const GaugeScale scale{-55, 127};
   EXPECT_LE(scale.Ticks(2).size(), 2U);

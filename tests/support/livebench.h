@@ -34,6 +34,8 @@ struct LiveBench {
     loop.exec();
   }
 
+  bool UnderWay() const { return Bus.TransferInProgress() || Turns.TurnRunning(); }
+
   /// Some transfers, with their live waits.
   void Read(int times) {
     for (int i = 0; i < times; ++i) ReadByte(Bus, 0x26);

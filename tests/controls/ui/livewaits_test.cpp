@@ -29,7 +29,7 @@ struct MoveCounter : QWidget {
   void Nudge() { QCursor::setPos(100, 50 + ++Nudges); }
   void mouseMoveEvent(QMouseEvent*) override {
     ++Moves;
-    Inside += Bench.Turns.TurnRunning() || Bench.Bus.TransferInProgress() ? 1 : 0;
+    Inside += Bench.UnderWay() ? 1 : 0;
   }
   LiveBench& Bench;
   int Nudges = 0, Moves = 0;

@@ -43,10 +43,10 @@ using Shown = std::vector<std::string>;
 
 struct GateBench : LiveBench {
   GateBench() {
-    Boxes.WhileOpen = [this] { Inside += Bus.TransferInProgress() || Turns.TurnRunning() ? 1 : 0; };
+    Boxes.WhileOpen = [this] { Inside += UnderWay() ? 1 : 0; };
   }
   ScriptedDialogs Boxes;
-  GatedDialogs Gate{Boxes, Pump, [this] { return Bus.TransferInProgress() || Turns.TurnRunning(); }};
+  GatedDialogs Gate{Boxes, Pump, [this] { return UnderWay(); }};
   int Inside = 0;
 };
 
@@ -152,27 +152,23 @@ TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName)
   QTemporaryDir folder;
   const std::string at = folder.path().toStdString() + '/';
   ASSERT_EQ(SaveWhole(folder.filePath("there.csv"), "old"), "");
-  const struct {
-    const char* Typed;
-    bool Yes;
-    const char* Asked;
-    const char* Name;
-  } rows[] = {{"new", false, "", "new.csv"},
-              {"new.", false, "", "new.csv"},
-              {"new.txt", false, "", "new.txt"},
-              {"there.csv", false, "", "there.csv"},
-              {"there", true, "there.csv exists. Replace it?|Replace", "there.csv"},
-              {"there", false, "there.csv exists. Replace it?|Replace", "given up"},
-              {"no.folder/a", false, "", "no.folder/a.csv"}};
-  for (const auto& row : rows) {
+  const std::tuple<const char*, bool, const char*, const char*> rows[] = {
+      {"new", false, "", "new.csv"},
+      {"new.", false, "", "new.csv"},
+      {"new.txt", false, "", "new.txt"},
+      {"there.csv", false, "", "there.csv"},
+      {"there", true, "there.csv exists. Replace it?|Replace", "there.csv"},
+      {"there", false, "there.csv exists. Replace it?|Replace", "given up"},
+      {"no.folder/a", false, "", "no.folder/a.csv"}};
+  for (const auto& [typed, yes, asked, wanted] : rows) {
     ScriptedDialogs dialogs;
-    dialogs.Files = {at + row.Typed};
-    dialogs.Yes = row.Yes;
+    dialogs.Files = {at + typed};
+    dialogs.Yes = yes;
     const auto name = AskSaveName(dialogs, "CSV|*.csv", "chart.csv");
-    EXPECT_EQ(name.value_or(folder.filePath("given up")).toStdString(), at + row.Name);
+    EXPECT_EQ(name.value_or(folder.filePath("given up")).toStdString(), at + wanted);
     Shown shown{"save|CSV|*.csv|chart.csv"};
-    if (*row.Asked) shown.push_back("ask|" + at + row.Asked);
-    EXPECT_EQ(dialogs.Shown, shown) << row.Typed;
+    if (*asked) shown.push_back("ask|" + at + asked);
+    EXPECT_EQ(dialogs.Shown, shown) << typed;
   }
 }
 
@@ -192,10 +188,9 @@ TEST(FileSaving, AFullDiskLeavesTheOldFileAndNoOther) {
 struct Saving {
   Saving() {
     for (int i = 0; i < 20'000; ++i) History.Append(i * 10'000, std::vector<float>{1.5f});
-    const auto ends = [this](const char* how) { return [this, how] { End = how; }; };
-    QObject::connect(&Bar, &SavingBar::Saved, ends("saved "));
-    QObject::connect(&Bar, &SavingBar::Cancelled, ends("cancelled "));
-    QObject::connect(&Bar, &SavingBar::Failed, ends("failed "));
+    QObject::connect(&Bar, &SavingBar::Saved, [this] { End = "saved "; });
+    QObject::connect(&Bar, &SavingBar::Cancelled, [this] { End = "cancelled "; });
+    QObject::connect(&Bar, &SavingBar::Failed, [this] { End = "failed "; });
     SaveWhole(Name, "old");
   }
   void Start() { Bar.Save({History, {0, History.LastTime() + 1}, {{0, "A"}}, {}}, Name); }
