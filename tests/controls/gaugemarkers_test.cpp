@@ -69,32 +69,26 @@ TEST(GaugeMarkers, WhatNoChannelHasPlacedCannotBeDragged) {
   EXPECT_FALSE(markers.IsDraggable(Marker::Low)) << "the marker of another channel";
 }
 
-TEST(GaugeScale, GraduationStepsAndDecimalsSuitEachScale) {
-  const struct {
-    double Minimum, Maximum;
-    const char* Wanted;  // three ticks, their number; step and decimals
-  } rows[] = {
+TEST(GaugeScale, GraduationStepsDecimalsAndPlacesSuitEachScale) {
+  const std::tuple<double, double, const char*> rows[] = {
+      // Three ticks, their number; step and decimals.
       {-55, 127, "-40 -20 120 9; 1 0"},     {0, 20000, "0 2000 20000 11; 100 0"}, {0, 8, "0 1 8 9; 0.05 2"},
       {0, 18, "0 2 18 10; 0.1 2"},          {0, 4, "0 0.5 4 9; 0.02 2"},          {0, 180, "0 20 180 10; 1 0"},
       {0, 0.07, "0 0.01 0.07 8; 0.0005 2"},
   };
-  for (const auto& row : rows) {
-    const GaugeScale scale{row.Minimum, row.Maximum};
-    const auto ticks = scale.Ticks(11);
+  for (const auto& [least, most, wanted] : rows) {
+    const GaugeScale range{least, most};
+    const auto ticks = range.Ticks(11);
     EXPECT_EQ(fmt::format("{:g} {:g} {:g} {}; {:g} {}", ticks.at(0) + 0.0, ticks.at(1), ticks.back(), ticks.size(),
-                          scale.Step(), scale.Decimals()),
-              row.Wanted);
+                          range.Step(), range.Decimals()),
+              wanted);
   }
-  EXPECT_LE(GaugeScale(-55, 127).Ticks(2).size(), 2U);
-}
-
-TEST(GaugeScale, AValueOutsideStandsAtTheEndStop) {
   const GaugeScale scale{-55, 127};
-  EXPECT_EQ(scale.Fraction(200), 1);
-  EXPECT_EQ(scale.Fraction(-128), 0);
-  EXPECT_EQ(scale.Fraction(36), 0.5);
-  EXPECT_EQ(scale.ValueAt(0.5), 36);
-  EXPECT_EQ(scale.ValueAt(2), 127);
+  EXPECT_LE(scale.Ticks(2).size(), 2U);
+  // A value outside stands at the end stop.
+  for (const auto& [value, share] : {std::pair{200, 1.0}, {-128, 0.0}, {36, 0.5}})
+    EXPECT_EQ(scale.Fraction(value), share) << value;
+  EXPECT_EQ(std::pair(scale.ValueAt(0.5), scale.ValueAt(2)), std::pair(36.0, 127.0));
 }
 
 }  // namespace

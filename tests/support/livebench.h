@@ -6,6 +6,7 @@
 
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/qteventpump.h"
+#include "link/registeraccess.h"
 #include "simulator/simcomms.h"
 
 namespace krx {
@@ -31,6 +32,13 @@ struct LiveBench {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
+  }
+
+  bool UnderWay() const { return Bus.TransferInProgress() || Turns.TurnRunning(); }
+
+  /// Some transfers, with their live waits.
+  void Read(int times) {
+    for (int i = 0; i < times; ++i) ReadByte(Bus, 0x26);
   }
 
   void FailTransfer(int nth) {

@@ -3,13 +3,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
-#include <QSpinBox>
-#include <QStyleOptionSlider>
-#include <QTest>
-#include <QToolButton>
-#include <QVBoxLayout>
-#include <QWheelEvent>
+#include <QtTest>
+#include <QtWidgets>
 #include <cmath>
 #include <tuple>
 
@@ -26,7 +21,7 @@ namespace {
 void Mouse(QWidget& widget, QEvent::Type type, QPointF at, bool hover = false) {
   const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
   const auto held = hover || type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-  QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+  QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, {});
   QCoreApplication::sendEvent(&widget, &event);
 }
 
@@ -36,13 +31,6 @@ void DragMouse(QWidget& widget, QPointF from, QPointF to) {
   Mouse(widget, QEvent::MouseButtonRelease, to);
 }
 
-/// Whether the widget kept the turn for itself; else it goes to what scrolls the widget.
-bool KeepsWheel(QWidget& widget) {
-  QWheelEvent event({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-  QCoreApplication::sendEvent(&widget, &event);
-  return event.isAccepted();
-}
-
 struct Gauge : LimitGauge {
   Gauge() {
     resize(240, 480);
@@ -50,20 +38,14 @@ struct Gauge : LimitGauge {
     Place(Marker::Low, 10, GaugeMarkers::RegisterBytes{10});
     Place(Marker::High, 80, GaugeMarkers::RegisterBytes{80});
     PixelsPerUnit = (MarkerY(Marker::Low) - MarkerY(Marker::High)) / 70;
-    const auto note = [this](const char* what) {
-      return [this, what](Marker marker, double value) {
-        Log += fmt::format("{} {} {:g};", what, marker == Marker::Low ? "Low" : "High", value);
-      };
-    };
-    QObject::connect(this, &LimitGauge::MarkerMoving, note("moving"));
-    QObject::connect(this, &LimitGauge::MarkerReleased, note("released"));
+    QObject::connect(this, &LimitGauge::MarkerMoving, [this](Marker it, double value) { Note("moving", it, value); });
+    QObject::connect(this, &LimitGauge::MarkerReleased,
+                     [this](Marker it, double value) { Note("released", it, value); });
+  }
+  void Note(const char* what, Marker marker, double value) {
+    Log += fmt::format("{} {} {:g};", what, marker == Marker::Low ? "Low" : "High", value);
   }
   QPointF Grip(Marker marker, double units = 0) { return {120, MarkerY(marker) - units * PixelsPerUnit}; }
-  /// Takes the marker beside its middle and lets it go where `value` stands.
-  void DragTo(Marker marker, double value) {
-    const QPointF beside(0, 2);
-    DragMouse(*this, Grip(marker) + beside, Grip(marker, value - Markers().ValueOf(marker)) + beside);
-  }
   std::string Take() { return std::exchange(Log, {}); }
   void paintEvent(QPaintEvent* event) override {
     ++Paints;
@@ -76,23 +58,26 @@ struct Gauge : LimitGauge {
 
 TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
   Gauge gauge;
-  gauge.DragTo(Marker::High, 60);
-  EXPECT_EQ(gauge.Take(), "moving High 60;released High 60;");
-  gauge.DragTo(Marker::Low, 90);
-  EXPECT_EQ(gauge.Take(), "moving Low 60;released Low 60;") << "stopped by the other marker";
+  const std::tuple<Marker, double, double, const char*> rows[] = {
+      // From here to there, in the scale's units above the marker.
+      {Marker::High, -0.6, -20.6, "moving High 60;released High 60;"},  // taken beside its middle
+      {Marker::Low, -0.6, 79.4, "moving Low 60;released Low 60;"},      // stopped by the other marker
+      {Marker::Low, 0, 0, ""},                                          // nothing to write
+      // Where both stand the side of the mouse decides which is taken.
+      {Marker::Low, -1, -11, "moving Low 50;released Low 50;"},
+      {Marker::High, 1, 11, "moving High 70;released High 70;"},
+      {Marker::High, 15, 20, ""},  // far from both
+  };
+  for (const auto& [marker, from, to, log] : rows) {
+    DragMouse(gauge, gauge.Grip(marker, from), gauge.Grip(marker, to));
+    EXPECT_EQ(gauge.Take(), log);
+  }
+  DragMouse(gauge, gauge.Grip(Marker::High) - QPointF(118, 0), gauge.Grip(Marker::High, 20) - QPointF(118, 0));
+  EXPECT_EQ(gauge.Take(), "") << "beside the bar";
   Mouse(gauge, QEvent::MouseMove, gauge.Grip(Marker::Low), true);
   EXPECT_EQ(gauge.cursor().shape(), Qt::SizeVerCursor);
-  gauge.DragTo(Marker::Low, 60);
+  DragMouse(gauge, gauge.Grip(Marker::Low), gauge.Grip(Marker::Low));
   EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "put back on release";
-  EXPECT_EQ(gauge.Take(), "") << "pressed and let go: nothing to write";
-  EXPECT_EQ(gauge.accessibleDescription(), "High 60, Low 60");
-  // Where both stand the side of the mouse decides which is taken.
-  DragMouse(gauge, gauge.Grip(Marker::Low, -1), gauge.Grip(Marker::Low, -11));
-  DragMouse(gauge, gauge.Grip(Marker::High, 1), gauge.Grip(Marker::High, 11));
-  EXPECT_EQ(gauge.Take(), "moving Low 50;released Low 50;moving High 70;released High 70;");
-  DragMouse(gauge, gauge.Grip(Marker::High) - QPointF(118, 0), gauge.Grip(Marker::High, 20) - QPointF(118, 0));
-  DragMouse(gauge, gauge.Grip(Marker::High, 15), gauge.Grip(Marker::High, 20));
-  EXPECT_EQ(gauge.Take(), "") << "beside the bar, or far from both markers";
   gauge.PutBack(Marker::High);
   EXPECT_EQ(gauge.accessibleDescription(), "High 80, Low 50") << "a rejected value";
 }
@@ -113,16 +98,15 @@ TEST(LimitGauge, ADragThatLostItsReleaseEndsWhereItWasAndOneOfAnotherChannelEnds
   EXPECT_EQ(gauge.Take(), "");
 }
 
-TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWould) {
+TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWouldAndTabReachesBothAndThenLeaves) {
   Gauge gauge;
   Gauge unplaced;
   unplaced.SetScale(0, 8);
-  for (const auto& [key, value] :
-       {std::pair{Qt::Key_Up, 81}, {Qt::Key_PageDown, 71}, {Qt::Key_Down, 70}, {Qt::Key_PageUp, 80}}) {
-    QTest::keyClick(&gauge, key);
-    EXPECT_EQ(gauge.Take(), fmt::format("moving High {0};released High {0};", value));
-    QTest::keyClick(&unplaced, key);
-  }
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_PageUp})
+    for (Gauge* each : {&gauge, &unplaced}) QTest::keyClick(each, key);
+  EXPECT_EQ(gauge.Take(),
+            "moving High 81;released High 81;moving High 71;released High 71;"
+            "moving High 70;released High 70;moving High 80;released High 80;");
   EXPECT_EQ(unplaced.Take(), "");
   gauge.Place(Marker::High, 127, std::nullopt);
   QTest::keyClick(&gauge, Qt::Key_Up);
@@ -130,21 +114,32 @@ TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWould) {
   gauge.SetStepEnd([](double from, double wanted) { return wanted < from ? -20 : wanted; });
   QTest::keyClick(&gauge, Qt::Key_Down);
   EXPECT_EQ(gauge.Take(), "moving High 10;released High 10;") << "stopped by the other marker";
+  QWidget window;
+  auto* inWindow = new Gauge;
+  inWindow->setParent(&window);
+  auto* next = new DutySlider(&window);
+  window.show();
+  window.activateWindow();
+  inWindow->setFocus(Qt::TabFocusReason);
+  QCoreApplication::processEvents();
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Tab, Qt::Key_Up, Qt::Key_Backtab, Qt::Key_Up, Qt::Key_Tab, Qt::Key_Tab})
+    QTest::keyClick(QApplication::focusWidget(), key);
+  EXPECT_EQ(inWindow->Take(),
+            "moving High 81;released High 81;moving Low 11;released Low 11;moving High 82;released High 82;");
+  EXPECT_TRUE(next->hasFocus());
 }
 
 TEST(LimitGauge, ShowsAtOnceAndWithoutAWordWhatTheProgramChanges) {
   Gauge gauge;
   gauge.show();
+  const GaugeMarkers::RegisterBytes allOnes{0xFF, 0xFF};
   const std::pair<const char*, std::function<void()>> rows[] = {
       {"High 80, Low 10", [&] { gauge.SetValue(50); }},
       {"High 80, Low 10", [&] { gauge.SetStale(true); }},
       {"High not known, Low 10", [&] { gauge.Place(Marker::High, 20, std::nullopt); }},
       {"High not known", [&] { gauge.Park(Marker::Low, -55); }},
       {"", [&] { gauge.SetScale(0, 20000); }},
-      {"Low none",
-       [&] {
-         gauge.Place(Marker::Low, INFINITY, GaugeMarkers::RegisterBytes{0xFF, 0xFF});
-       }},
+      {"Low none", [&] { gauge.Place(Marker::Low, INFINITY, allOnes); }},
   };
   for (const auto& [description, change] : rows) {
     QCoreApplication::processEvents();
@@ -157,38 +152,14 @@ TEST(LimitGauge, ShowsAtOnceAndWithoutAWordWhatTheProgramChanges) {
   EXPECT_EQ(gauge.Take(), "");
 }
 
-TEST(LimitGauge, TabReachesBothMarkersAndThenLeaves) {
-  QWidget window;
-  Gauge* gauge = new Gauge;
-  gauge->setParent(&window);
-  auto* next = new DutySlider(&window);
-  window.show();
-  window.activateWindow();
-  gauge->setFocus(Qt::TabFocusReason);
-  QCoreApplication::processEvents();
-  for (const auto& [key, log] : {std::pair{Qt::Key_Tab, "moving Low 11;released Low 11;"},
-                                 {Qt::Key_Backtab, "moving High 81;released High 81;"}}) {
-    QTest::keyClick(gauge, key);
-    QTest::keyClick(gauge, Qt::Key_Up);
-    EXPECT_EQ(gauge->Take(), log);
-  }
-  for (int markers = 0; markers < 2; ++markers) QTest::keyClick(gauge, Qt::Key_Tab);
-  EXPECT_TRUE(next->hasFocus());
-}
-
 struct Slider : DutySlider {
   Slider() {
     resize(400, 30);
     QObject::connect(this, &DutySlider::Pressed, [this] { Log += "pressed;"; });
-    QObject::connect(this, &DutySlider::ValueMoving, [this](int value) { Log += fmt::format("moving {};", value); });
+    QObject::connect(this, &DutySlider::ValueMoving, [this](int to) { Log += fmt::format("moving {};", to); });
     QObject::connect(this, &DutySlider::Released, [this] { Log += "released;"; });
     QObject::connect(this, &DutySlider::ReleasedAfterMove,
-                     [this](int value) { Log += fmt::format("after move {};", value); });
-  }
-  QPointF Handle() const {
-    QStyleOptionSlider option;
-    initStyleOption(&option);
-    return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this).center();
+                     [this](int to) { Log += fmt::format("after move {};", to); });
   }
   std::string Take() { return std::exchange(Log, {}); }
   std::string Log;
@@ -197,8 +168,7 @@ struct Slider : DutySlider {
 TEST(DutySlider, TellsAPressAMoveAndAReleaseApart) {
   Slider slider;
   EXPECT_TRUE(slider.SetValue(128));
-  EXPECT_EQ(slider.Take(), "") << "the program's own values are silent";
-  const QPointF handle = slider.Handle();
+  const QPointF handle = slider.rect().center();
   DragMouse(slider, handle, handle);
   EXPECT_EQ(slider.Take(), "pressed;released;");
   Mouse(slider, QEvent::MouseButtonPress, handle);
@@ -218,10 +188,9 @@ TEST(DutySlider, AKeyStepIsMovedAndReleasedAfterTheMove) {
       {255, Qt::Key_Right, 255},
   };
   for (const auto& [from, key, to] : rows) {
-    slider.SetValue(from);
+    slider.SetValue(from);  // silent
     QTest::keyClick(&slider, key);
     EXPECT_EQ(slider.Take(), from == to ? "" : fmt::format("moving {0};after move {0};", to));
-    EXPECT_EQ(slider.value(), to);
   }
 }
 
@@ -230,17 +199,19 @@ TEST(Wheel, NeverChangesAValueButScrollsWhatTheControlStandsIn) {
   Slider slider;
   QSpinBox box;
   IgnoreWheel(box);
-  for (QWidget* control : std::initializer_list<QWidget*>{&gauge, &slider, &box}) EXPECT_FALSE(KeepsWheel(*control));
-  EXPECT_EQ(gauge.Take() + slider.Take(), "");
-  EXPECT_EQ(box.value(), 0);
+  for (QWidget* control : std::initializer_list<QWidget*>{&gauge, &slider, &box}) {
+    QWheelEvent turn({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(control, &turn);
+    EXPECT_FALSE(turn.isAccepted());
+  }
+  EXPECT_EQ(gauge.Take() + slider.Take() + std::to_string(box.value()), "0");
 }
 
 TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheWholePartOfWhatIsTyped) {
   UpDownEdit edit("duty", "Duty", 0, 100);
   QString log;
   QObject::connect(&edit, &UpDownEdit::Edited, [&](const QString& text) { log += text + ";"; });
-  edit.SetText("98.7");
-  EXPECT_EQ(log, "") << "the program's own text is silent";
+  edit.SetText("98.7");  // silent
   auto* up = edit.findChild<QToolButton*>("dutyUp");
   auto* down = edit.findChild<QToolButton*>("dutyDown");
   QTest::keyClick(&edit.Field(), Qt::Key_Up);
@@ -249,7 +220,6 @@ TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheWholePartOfWhatIsTyped) 
   QTest::keyClick(&edit.Field(), Qt::Key_Down);
   QTest::keyClick(&edit.Field(), Qt::Key_Backspace);
   EXPECT_EQ(log, "99;100;100;99;98;9;");
-  EXPECT_EQ(edit.Text(), "9");
   EXPECT_TRUE(up->autoRepeat() && down->autoRepeat());
   EXPECT_EQ(edit.focusProxy(), &edit.Field());
 }
@@ -259,7 +229,7 @@ TEST(Indicator, EveryStateHasItsOwnPictureAndWord) {
   lamp.resize(lamp.sizeHint());
   EXPECT_EQ(lamp.toolTip(), "Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled");
   EXPECT_EQ(lamp.accessibleDescription(), "Not read yet");
-  std::vector<QImage> pictures;
+  QImage before;
   const std::tuple<IndicatorState, bool, const char*> rows[] = {
       {IndicatorState::Hidden, false, "Disabled"}, {IndicatorState::Unknown, false, "Not read yet"},
       {IndicatorState::Ok, false, "OK"},           {IndicatorState::Bad, false, "Bad"},
@@ -270,10 +240,9 @@ TEST(Indicator, EveryStateHasItsOwnPictureAndWord) {
     lamp.SetStale(stale);
     EXPECT_EQ(lamp.accessibleDescription(), word);
     // Without colour: the shape alone must tell them apart.
-    pictures.push_back(lamp.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither));
+    const QImage shape = lamp.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+    EXPECT_NE(std::exchange(before, shape), shape) << word;
   }
-  for (const auto& [one, other] : {std::pair{0, 1}, {1, 2}, {2, 3}, {4, 5}})
-    EXPECT_NE(pictures[static_cast<std::size_t>(one)], pictures[static_cast<std::size_t>(other)]) << one;
 }
 
 double Luminance(const QColor& colour) {
