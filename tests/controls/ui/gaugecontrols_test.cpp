@@ -62,6 +62,7 @@ TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
       // From here to there, in the scale's units above the marker.
       {Marker::High, -0.6, -20.6, "moving High 60;released High 60;"},  // taken beside its middle
       {Marker::Low, -0.6, 79.4, "moving Low 60;released Low 60;"},      // stopped by the other marker
+      {Marker::Low, -0.6, 20, ""},                                      // stopped there already: nothing to write
       {Marker::Low, 0, 0, ""},                                          // nothing to write
       // Where both stand the side of the mouse decides which is taken.
       {Marker::Low, -1, -11, "moving Low 50;released Low 50;"},
