@@ -4,6 +4,8 @@
 #include "simulator/simwords.h"
 #include "support/testbench.h"
 
+#include <fmt/chrono.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -89,6 +89,15 @@ TEST(GatedDialogs, BoxesThatWaitTogetherAreOneAndFileDialogsNeverWait) {
   EXPECT_EQ(bench.Gate.SaveFile("*"), "f");
 }
 
+#ifndef QT_NO_DEBUG
+TEST(GatedDialogsDeathTest, ADebugBuildStopsAtAModalWindowInsideATransfer) {
+  GateBench bench;
+  QMessageBox box;
+  QTimer::singleShot(1, &box, [&] { box.open(); });
+  EXPECT_DEATH(ReadByte(bench.Bus, 0x26), "modal window was shown inside a transfer");
+}
+#endif
+
 /// Lets `look` handle the box that `open` shows.
 void WithBox(const std::function<void(QMessageBox&)>& look, const std::function<void()>& open) {
   QTimer::singleShot(0, [&] {
