@@ -116,7 +116,7 @@ TEST(FrmFanConfig, EachControlIsWrittenByApplyAndOkAndByNothingElse) {
       dialog.Use(control, value);
       EXPECT_EQ(dialog.BusTraffic(), "") << control;
       EXPECT_TRUE(dialog.Enabled("cmdApply")) << control;
-      EXPECT_EQ(dialog.Find<QCheckBox>("chkAcoustics_1").text(), "Enable Enhanced Acoustics on PWM2");
+      EXPECT_EQ(dialog.Find<QAbstractButton>("chkAcoustics_1").text(), "Enable Enhanced Acoustics on PWM2");
       dialog.Press(button.c_str());
       const bool cancelled = button == "cmdCancel";
       EXPECT_EQ(dialog.BusTraffic(), cancelled ? "" : traffic) << control << ' ' << button;
