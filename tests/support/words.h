@@ -17,7 +17,8 @@ inline std::string Words(const QWidget& window) {
   return words.join('|').toStdString();
 }
 
-/// Of what is in sight in a window: what lies over its neighbour, and what takes the focus without a name to be spoken.
+/// Of what is in sight in a window: what lies over its neighbour, what takes the focus without a name to be spoken, and
+/// what a wheel that passes would take the focus to.
 inline std::string Flaws(const QWidget& window) {
   QStringList flaws;
   for (const auto* widget : window.findChildren<const QWidget*>()) {
@@ -25,6 +26,8 @@ inline std::string Flaws(const QWidget& window) {
     if (!widget->isVisible() || name.contains("qt_") || widget->inherits("QCustomPlot")) continue;
     const QString spoken = widget->accessibleName() + widget->property("text").toString();
     if (widget->focusPolicy() != Qt::NoFocus && spoken.isEmpty()) flaws << name + " has no name";
+    const bool stepped = widget->inherits("QAbstractSpinBox") || widget->inherits("QComboBox");
+    if (stepped && widget->focusPolicy() == Qt::WheelFocus) flaws << name + " takes the focus by the wheel";
     for (const auto* other : widget->parentWidget()->findChildren<const QWidget*>(Qt::FindDirectChildrenOnly)) {
       const QRect common = other->geometry() & widget->geometry();  // a slider's margin is its style's
       if (other > widget && other->isVisible() && !other->isWindow() && common.width() > 6 && common.height() > 6)
