@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtWidgets>
+#include <functional>
 #include <string>
 
 namespace krx {
@@ -15,6 +16,22 @@ inline std::string Words(const QWidget& window) {
     if (!text.isEmpty() && widget->isVisible()) words << (widget->isEnabled() ? text : '(' + text + ')');
   }
   return words.join('|').toStdString();
+}
+
+/// Whether what a change does to a window in sight asks for a new picture of `part`.
+inline bool Repaints(QWidget& part, const std::function<void()>& change) {
+  struct Counter : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::Paint) ++Paints;
+      return false;
+    }
+    int Paints = 0;
+  } counter;
+  QApplication::processEvents();
+  part.installEventFilter(&counter);
+  change();
+  QApplication::processEvents();
+  return counter.Paints > 0;
 }
 
 /// Of what is in sight in a window: what lies over its neighbour, what takes the focus without a name to be spoken, and

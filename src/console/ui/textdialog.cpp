@@ -17,7 +17,6 @@ TextDialog::TextDialog(const QString& name, const QString& title, const QString&
   view->setAccessibleName(title);
   view->setReadOnly(true);
   view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));  // the texts are aligned in columns
-  view->setTabChangesFocus(true);
   view->setLineWrapMode(QPlainTextEdit::NoWrap);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -9,9 +9,11 @@
 #include <QTest>
 
 #include "board/switches.h"
+#include "board/ui/switchsymbol.h"
 #include "controls/ui/palette.h"
 #include "support/boardbench.h"
 #include "support/scripteddialogs.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
@@ -60,6 +62,9 @@ TEST(FrmSwitchAccess, ReadsTheBoardTogglesWholeBytesAndFollowsOtherWriters) {
   EXPECT_EQ(dialog.Dialogs.Shown.size(), 1U);
   EXPECT_EQ(dialog.Lamp("U5A"), "○ open") << "what could not be read stays as it was known";
 
+  SwitchSymbol symbol(0);
+  symbol.show();
+  EXPECT_TRUE(Repaints(symbol, [&] { symbol.SetClosed(true); }));
   dialog.Form.close();
   EXPECT_FALSE(dialog.Form.isVisible());
   dialog.Form.Open();

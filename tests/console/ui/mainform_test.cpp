@@ -251,6 +251,13 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
     EXPECT_EQ(console.Find<QLabel>(name)->foregroundRole(), QPalette::PlaceholderText) << name;
 }
 
+TEST(ChannelTile, IsPaintedAnewWithItsTrace) {
+  ChannelTile tile(new Indicator);
+  tile.show();
+  EXPECT_TRUE(Repaints(tile, [&] { tile.SetTrace(3); }));
+  EXPECT_FALSE(Repaints(tile, [&] { tile.SetTrace(3); }));
+}
+
 TEST(StatusLine, SaysHowTheCycleTheAlarmsAndTheLinkStand) {
   StatusLine line;
   const auto text = [&](const char* label) { return line.findChild<QLabel*>(label)->text().toStdString(); };

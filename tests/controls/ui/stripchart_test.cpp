@@ -171,6 +171,12 @@ TEST_F(StripChartTest, TheCursorReadsTheTracesUnderItAndTheirChangeSinceTheLeftE
   history.Append(time = 170'000'000, std::vector<float>{celsius, 1.f, fan});
   Show();
   auto& cursor = dynamic_cast<TraceCursor&>(*plot.item(1));
+  EXPECT_FALSE(cursor.visible());
+  const QPointF over = plot.axisRect()->rect().center() + QPoint(30, 10);
+  QMouseEvent move(QEvent::MouseMove, over, plot.mapToGlobal(over), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+  QApplication::sendEvent(&plot, &move);
+  EXPECT_EQ(cursor.Position(), over);
+  QTest::keyClick(&plot, Qt::Key_Escape);
   for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left})
     QTest::keyClick(&plot, key, Qt::ControlModifier);
   EXPECT_TRUE(cursor.visible() && cursor.Position()->x() == plot.axisRect()->rect().center().x() + 4);

@@ -43,6 +43,8 @@ TEST(FrmAutoDetect, CancelEndsTheRunAndPutsTheConfigurationBackWhileTimersWait) 
   LiveBench::Run(50);
   EXPECT_GT(ticks, 0);
 
+  FrmAutoDetect patient(bench.Bus, owed, fans, bench.Turns, 1, nullptr);
+  EXPECT_TRUE(static_cast<DetectionMonitor&>(patient).Wait(0.01)) << "nobody cancelled it";
   static_cast<DetectionMonitor&>(form).Show({15, 12.5, 40, 1200, 119.2, 2.5});
   const auto text = [&](const char* name) { return form.findChild<QLabel*>(name)->text().toStdString(); };
   EXPECT_EQ(text("lblChecking"), "Checking PWM =15%");
