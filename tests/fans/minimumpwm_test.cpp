@@ -41,8 +41,7 @@ struct DetectionBench : FanBench, DetectionMonitor {
   void Break(Fault::Kind kind, int fan) { Sim.AddFault({.What = kind, .Index = fan}); }
   MinimumPwm Detection{Bus, Owed, Fans, *this};
   DetectionProgress First, Last;
-  double LeastStandstill = 99;
-  double Waited = 0;
+  double LeastStandstill = 99, Waited = 0;
   std::vector<double> Waits;
   double CancelAfter = 1e9;
   std::function<void()> OnWait;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtTest>
 #include <QtWidgets>
 #include <functional>
 #include <string>
@@ -27,15 +28,17 @@ inline bool Repaints(QWidget& part, const std::function<void()>& change) {
     }
     int Paints = 0;
   } counter;
-  QApplication::processEvents();
   part.installEventFilter(&counter);
+  do {
+    counter.Paints = 0;
+    QTest::qWait(20);
+  } while (counter.Paints > 0);
   change();
-  QApplication::processEvents();
+  QTest::qWait(20);
   return counter.Paints > 0;
 }
 
-/// Of what is in sight in a window: what lies over its neighbour, what takes the focus without a name to be spoken, and
-/// what a wheel that passes would take the focus to.
+/// Of what is in sight: what lies over its neighbour, what takes the focus without a name or from a passing wheel.
 inline std::string Flaws(const QWidget& window) {
   QStringList flaws;
   for (const auto* widget : window.findChildren<const QWidget*>()) {

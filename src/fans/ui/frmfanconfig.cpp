@@ -38,6 +38,7 @@ FrmFanConfig::FrmFanConfig(FanConfig& config, FanCommon& fans, UserDialogs& dial
   auto* const layout = new QVBoxLayout(this);
   tabs_ = new QTabWidget;
   tabs_->setObjectName("tabFans");
+  tabs_->setAccessibleName(tr("Fans"));
   layout->addWidget(tabs_, 1);
   for (std::size_t fan = 0; fan < fanCount; ++fan) {
     auto* const page = new FanTab(model_, fan);

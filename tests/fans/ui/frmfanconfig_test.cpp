@@ -18,6 +18,7 @@
 #include "link/registeraccess.h"
 #include "support/fanbench.h"
 #include "support/scripteddialogs.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
@@ -160,6 +161,7 @@ TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
   dialog.Press("cmdAutoDetect_1");
   EXPECT_EQ(remark.text(), "no tested duty kept the fan running");
   EXPECT_FALSE(remark.isHidden());
+  EXPECT_EQ(Flaws(dialog.Form), "");
   dialog.Form.resize(1, 1);
   QCoreApplication::processEvents();
   const QRect room(0, 0, remark.width(), 1000);
