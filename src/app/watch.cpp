@@ -13,12 +13,10 @@
 #include "console/workbench.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t configuration1 = 0x40;
-constexpr std::uint8_t startBit = 0x01;
 
 constexpr int pageLines = 19;
 
@@ -114,10 +112,10 @@ class MonitoringStart {
   std::optional<std::string> Try() {
     if (settled_) return std::nullopt;
     try {
-      const std::uint8_t configuration = ReadByte(link_, configuration1);
-      const bool on = (configuration & startBit) != 0;
+      const std::uint8_t configuration = ReadByte(link_, chip::Configuration1);
+      const bool on = (configuration & chip::Start) != 0;
       if (!on && mayWrite_) {
-        UpdateBits(link_, configuration1, startBit, startBit);
+        UpdateBits(link_, chip::Configuration1, chip::Start, chip::Start);
         host_.Err() << "krx5580: monitoring was off and has been started\n";
       } else if (!on) {
         host_.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";

@@ -22,23 +22,16 @@ constexpr int ticksForAll = 5;
 // A value that no tick has stored since.
 constexpr float unread = std::numeric_limits<float>::quiet_NaN();
 
-struct KindFormat {
-  int Width;
-  int Decimals;
-  std::string_view Unit;
-};
-
-KindFormat FormatOf(std::size_t channel, bool powerMode) {
-  if (channel == currentChannel && powerMode) return {9, 2, "A"};
+std::size_t WidthOf(std::size_t channel) {
   switch (channels[channel].Kind) {
     case ChannelKind::Temperature:
-      return {10, 2, "C"};
+      return 10;
     case ChannelKind::Fan:
-      return {8, 0, "RPM"};
+      return 8;
     case ChannelKind::Voltage:
       break;
   }
-  return {9, 3, "V"};
+  return 9;
 }
 
 constexpr std::array<std::string_view, channelCount> jsonKeys{"local", "remote1", "remote2", "fan1", "fan2", "fan3",
@@ -81,7 +74,7 @@ void ForgetReadings(Workbench& bench) {
 
 std::string ValueText(const WatchRow& row, std::size_t channel) {
   if (!row.Values[channel]) return "-";
-  return FormatFixed(*row.Values[channel], FormatOf(channel, row.PowerMode).Decimals);
+  return FormatFixed(*row.Values[channel], ChannelQuantity(channel, row.PowerMode).Decimals);
 }
 
 std::string DutyValueText(std::optional<int> duty) {
@@ -135,9 +128,9 @@ std::string TableHeader(const WatchRow& row) {
   std::string captions = fmt::format("{:<8}", "Time");
   std::string units(captions.size(), ' ');
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    const KindFormat format = FormatOf(channel, row.PowerMode);
-    captions += fmt::format("{:>{}} ", row.Captions[channel], format.Width - 1);
-    units += fmt::format("{:>{}} ", format.Unit, format.Width - 1);
+    const std::size_t width = WidthOf(channel) - 1;
+    captions += fmt::format("{:>{}} ", row.Captions[channel], width);
+    units += fmt::format("{:>{}} ", ChannelQuantity(channel, row.PowerMode).ReadoutUnit, width);
   }
   for (std::size_t output = 0; output < row.Duties.size(); ++output) {
     captions += fmt::format("{:>5}{}", "PWM", output + 1);
@@ -149,8 +142,7 @@ std::string TableHeader(const WatchRow& row) {
 std::string TableLine(const WatchRow& row) {
   std::string line = LocalTime(row.Time);
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
-    line += fmt::format("{:>{}}{}", ValueText(row, channel), FormatOf(channel, row.PowerMode).Width - 1,
-                        Alarmed(row, channel) ? '!' : ' ');
+    line += fmt::format("{:>{}}{}", ValueText(row, channel), WidthOf(channel) - 1, Alarmed(row, channel) ? '!' : ' ');
   }
   for (const auto& duty : row.Duties) line += fmt::format("{:>6}", DutyValueText(duty));
   return line;
@@ -184,7 +176,7 @@ std::string ScreenPage(const WatchRow& row, const std::string& title) {
   std::string page = fmt::format("{}   {}\n\n", title, LocalTime(row.Time));
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
     page += fmt::format("  {:<10} {:>9} {:<3}  {}\n", row.Captions[channel], ValueText(row, channel),
-                        FormatOf(channel, row.PowerMode).Unit, Alarmed(row, channel) ? "ALARM" : "");
+                        ChannelQuantity(channel, row.PowerMode).ReadoutUnit, Alarmed(row, channel) ? "ALARM" : "");
   }
   page += '\n';
   for (std::size_t output = 0; output < row.Duties.size(); ++output) {

@@ -5,14 +5,10 @@
 
 #include "board/switches.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t vidRegister = 0x43;
-constexpr std::uint8_t configuration2 = 0x73;
-constexpr std::uint8_t configuration3 = 0x78;
-constexpr std::uint8_t configuration4 = 0x7D;
 
 // Bits of the devices, by the letter of the designator.
 constexpr int bitA = 0, bitB = 1, bitC = 2, bitD = 3, bitE = 4, bitG = 6, bitH = 7;
@@ -48,7 +44,7 @@ void ProbeVidDrive(Board& board) {
   for (const bool closed : {false, true}) {
     u3.SetStatus(bitD, closed);
     u3.WriteSwitch();
-    bits[closed ? 1 : 0] = Bit(ReadByte(board.GetLink(), vidRegister), 3);
+    bits[closed ? 1 : 0] = Bit(ReadByte(board.GetLink(), chip::Vid), 3);
   }
   board.State().VidProbeSteady = bits[0] == bits[1];
   board.State().VidProbed = !board.GetLink().WritesHeldBack;
@@ -57,8 +53,8 @@ void ProbeVidDrive(Board& board) {
 std::int16_t SyncTach4Switches(Board& board) {
   const Board::ReportScope report(board);
   Link& link = board.GetLink();
-  const bool enabled = Bit(ReadByte(link, configuration3), 1);
-  const bool on5v = enabled && Bit(ReadByte(link, configuration4), 1);
+  const bool enabled = Bit(ReadByte(link, chip::Configuration3), 1);
+  const bool on5v = enabled && Bit(ReadByte(link, chip::Configuration4), 1);
   const bool onTach4 = enabled && !on5v;
   Switch& u3 = board.Device(SwitchDevice::U3);
   u3.SetStatus(bitG, onTach4);
@@ -76,14 +72,14 @@ AlertModes SyncAlertSwitches(Board& board) {
   const Board::ReportScope report(board);
   Link& link = board.GetLink();
   AlertModes modes{};
-  const bool onPwm2 = Bit(ReadByte(link, configuration3), 0);
+  const bool onPwm2 = Bit(ReadByte(link, chip::Configuration3), 0);
   modes.AlertPwm2Mode = onPwm2 ? 2 : 1;
   Switch& u5 = board.Device(SwitchDevice::U5);
   u5.SetStatus(bitE, !onPwm2);
   u5.SetStatus(bitD, onPwm2);
   u5.WriteSwitch();
   if (board.State().VidProbeSteady) {
-    const bool on25v = Bit(ReadByte(link, configuration4), 0);
+    const bool on25v = Bit(ReadByte(link, chip::Configuration4), 0);
     modes.Alert25vMode = static_cast<std::int16_t>(on25v ? 2 : 1);
     Switch& u3 = board.Device(SwitchDevice::U3);
     u3.SetStatus(bitB, !on25v);
@@ -101,7 +97,7 @@ void RouteTach(Board& board, int tach, bool twoWire) {
 
 void RouteTachsFromChip(Board& board) {
   const Board::ReportScope report(board);
-  const std::uint8_t sources = ReadByte(board.GetLink(), configuration2);
+  const std::uint8_t sources = ReadByte(board.GetLink(), chip::Configuration2);
   for (int tach = 0; tach < static_cast<int>(tachGroups.size()); ++tach) {
     const TachGroup& group = tachGroups.at(static_cast<std::size_t>(tach));
     Switch& device = board.Device(group.Device);

@@ -4,15 +4,16 @@
 #include <algorithm>
 
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 #include "registers/chipreadings.h"
 
 namespace krx {
 namespace {
 
-constexpr std::uint8_t pwm1Configuration = 0x5C, pwm2Configuration = 0x5D, pwm3Configuration = 0x5E;
-constexpr std::uint8_t pwm2Duty = 0x31, pwm3Duty = 0x32;
-constexpr std::uint8_t configuration3 = 0x78;
-constexpr std::uint8_t manualControl = 0xE0;
+constexpr const chip::Output& pwm1 = chip::Outputs[0];
+constexpr const chip::Output& pwm2 = chip::Outputs[1];
+constexpr const chip::Output& pwm3 = chip::Outputs[2];
+constexpr std::uint8_t manualControl = chip::BehaviourMask;
 constexpr std::uint8_t testBits = 0x30;
 
 constexpr int dutyStep = 25;
@@ -20,7 +21,7 @@ constexpr int fullDuty = 255;
 
 /// How an output stands, by what was last seen of it: "in manual control at 29 %".
 std::string Stands(const Link& link, std::size_t output) {
-  const auto byte = link.Seen.Byte(static_cast<std::uint8_t>(pwm1Configuration + output));
+  const auto byte = link.Seen.Byte(chip::Outputs.at(output).Configuration);
   if (!byte) return "in an unknown state";
   if ((*byte & manualControl) != manualControl) return "not in manual control";
   return "in manual control at " + SeenDuty(link, output);
@@ -33,16 +34,16 @@ void SetBits(Link& link, std::uint8_t reg, std::uint8_t bits) {
 }  // namespace
 
 void FanTestSetup(Link& link) {
-  SetBits(link, pwm1Configuration, manualControl);
-  SetBits(link, pwm2Configuration, manualControl);
-  SetBits(link, configuration3, testBits);
+  SetBits(link, pwm1.Configuration, manualControl);
+  SetBits(link, pwm2.Configuration, manualControl);
+  SetBits(link, chip::Configuration3, testBits);
 }
 
 void GlitchTest::Start() {
-  SetBits(link_, pwm3Configuration, manualControl);
-  SetBits(link_, pwm2Configuration, manualControl);
-  WriteByte(link_, pwm3Duty, 0);
-  WriteByte(link_, pwm2Duty, 0);
+  SetBits(link_, pwm3.Configuration, manualControl);
+  SetBits(link_, pwm2.Configuration, manualControl);
+  WriteByte(link_, pwm3.Duty, 0);
+  WriteByte(link_, pwm2.Duty, 0);
   step_ = 0;
   duty_ = 0;
   if (!running_) lastTick_ = link_.ElapsedSeconds();
@@ -66,8 +67,8 @@ GlitchTest::TickResult GlitchTest::Tick() {
     return TickResult::Ended;
   }
   bool pwm3Capped = false, pwm2Capped = false;
-  const std::uint8_t duty = Raise(pwm3Duty, pwm3Capped);
-  Raise(pwm2Duty, pwm2Capped);
+  const std::uint8_t duty = Raise(pwm3.Duty, pwm3Capped);
+  Raise(pwm2.Duty, pwm2Capped);
   // Behind the transfers: after a failed one the next tick has to try again instead of ending the test.
   duty_ = duty;
   finished_ = pwm3Capped;
@@ -81,7 +82,7 @@ void GlitchTest::Stop() {
 }
 
 bool GlitchTest::Drives(std::uint8_t reg) {
-  return reg == pwm3Configuration || reg == pwm2Configuration || reg == pwm3Duty || reg == pwm2Duty;
+  return reg == pwm3.Configuration || reg == pwm2.Configuration || reg == pwm3.Duty || reg == pwm2.Duty;
 }
 
 std::string GlitchTest::Leaves() const {

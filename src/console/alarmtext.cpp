@@ -8,15 +8,8 @@ namespace krx {
 namespace {
 
 std::string LimitText(std::size_t channel, double limit, bool powerMode) {
-  switch (channels.at(channel).Kind) {
-    case ChannelKind::Temperature:
-      return FormatFixed(limit, 0) + " °C";
-    case ChannelKind::Fan:
-      return FormatFixed(limit, 0) + " RPM";
-    case ChannelKind::Voltage:
-      break;
-  }
-  return channel == currentChannel && powerMode ? FormatFixed(limit, 2) + " A" : FormatFixed(limit, 3) + " V";
+  const Quantity& quantity = ChannelQuantity(channel, powerMode);
+  return FormatFixed(limit, quantity.LimitDecimals) + " " + std::string(quantity.Unit);
 }
 
 }  // namespace

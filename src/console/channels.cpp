@@ -5,12 +5,11 @@
 #include <cmath>
 
 #include "power/processorpower.h"
+#include "registers/chip.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::size_t vccpSlot = 2;
 
 bool MeasuresCurrent(std::size_t channel, bool powerMode) {
   return channel == currentChannel && powerMode;
@@ -32,6 +31,10 @@ GaugeScale ChannelScale(std::size_t channel, bool powerMode) {
   return MeasuresCurrent(channel, powerMode) ? currentScale : channels.at(channel).Scale;
 }
 
+const Quantity& ChannelQuantity(std::size_t channel, bool powerMode) {
+  return MeasuresCurrent(channel, powerMode) ? currentQuantity : channels.at(channel).Quantity;
+}
+
 Strip ChannelChart(std::size_t channel, bool powerMode) {
   return MeasuresCurrent(channel, powerMode) ? Strip::Strip2 : channels.at(channel).Chart;
 }
@@ -49,7 +52,7 @@ double ChannelValue(std::size_t channel, const Measurements& measured, const Pow
   const float volts = measured.Voltages.at(row.Slot);
   if (!MeasuresCurrent(channel, power.PowerMode)) return volts;
   // In this order a value that is not known stays so.
-  return std::max(ProcessorCurrent(volts, measured.Voltages[vccpSlot], power), 0.0F);
+  return std::max(ProcessorCurrent(volts, measured.Voltages[chip::VccpSupply], power), 0.0F);
 }
 
 std::string ReadoutText(std::size_t channel, const Measurements& measured, const PowerSettings& power) {

@@ -11,6 +11,7 @@
 #include "controls/gaugemarkers.h"
 #include "fans/fancommon.h"
 #include "power/powersettings.h"
+#include "registers/chip.h"
 
 namespace krx {
 
@@ -21,6 +22,18 @@ enum class ChannelKind { Temperature, Fan, Voltage };
 /// Which of the two strip charts; one is visible at a time.
 enum class Strip { Strip2, Strip3 };
 
+/// How a measured quantity is written.
+struct Quantity {
+  std::string_view Unit;
+  std::string_view ReadoutUnit;  ///< without the sign of the degree, as it directly follows a shown value
+  int Decimals;                  ///< of a measured value
+  int LimitDecimals;             ///< of a limit
+};
+inline constexpr Quantity temperatureQuantity{"°C", "C", 2, 0};
+inline constexpr Quantity speedQuantity{"RPM", "RPM", 0, 0};
+inline constexpr Quantity voltageQuantity{"V", "V", 3, 3};
+inline constexpr Quantity currentQuantity{"A", "A", 2, 2};
+
 struct Channel {
   std::string_view Caption;  ///< of a fan: while its label is none of the five of `fanPlaceLabels`
   ChannelKind Kind;
@@ -29,6 +42,7 @@ struct Channel {
   std::uint8_t LowLimitRegister;   ///< of a fan: the low byte of the tach minimum
   std::uint8_t HighLimitRegister;  ///< of a fan: the high byte of the tach minimum
   GaugeScale Scale;
+  krx::Quantity Quantity;
   Strip Chart;
   std::size_t Trace;  ///< number in the trace history
 };
@@ -41,19 +55,35 @@ inline constexpr GaugeScale temperatureScale{-55, 127};
 inline constexpr GaugeScale fanScale{0, 20000};
 inline constexpr GaugeScale currentScale{0, 180};  ///< channel 11 while PowerMode is set, A
 
+constexpr Channel TemperatureChannel(std::string_view caption, std::size_t zone) {
+  const chip::Zone& row = chip::Zones[zone];
+  return {caption,          ChannelKind::Temperature, zone,          row.Value, row.LowLimit, row.HighLimit,
+          temperatureScale, temperatureQuantity,      Strip::Strip2, zone};
+}
+constexpr Channel FanChannel(std::string_view caption, std::size_t tach) {
+  const chip::Tach& row = chip::Tachs[tach];
+  return {caption,       ChannelKind::Fan, tach,          row.Low,       row.LimitLow,
+          row.LimitHigh, fanScale,         speedQuantity, Strip::Strip2, 3 + tach};
+}
+constexpr Channel VoltageChannel(std::size_t supply, double fullScale) {
+  const chip::Supply& row = chip::Supplies[supply];
+  return {row.Name,      ChannelKind::Voltage, supply,          row.Value,     row.LowLimit,
+          row.HighLimit, {0, fullScale},       voltageQuantity, Strip::Strip3, 9 + supply};
+}
+
 inline constexpr std::array<Channel, channelCount> channels{{
-    {"Local", ChannelKind::Temperature, 0, 0x26, 0x50, 0x51, temperatureScale, Strip::Strip2, 0},
-    {"Remote 1", ChannelKind::Temperature, 1, 0x25, 0x4E, 0x4F, temperatureScale, Strip::Strip2, 1},
-    {"Remote 2", ChannelKind::Temperature, 2, 0x27, 0x52, 0x53, temperatureScale, Strip::Strip2, 2},
-    {"Fan 1", ChannelKind::Fan, 0, 0x28, 0x54, 0x55, fanScale, Strip::Strip2, 3},
-    {"Fan 2", ChannelKind::Fan, 1, 0x2A, 0x56, 0x57, fanScale, Strip::Strip2, 4},
-    {"Fan 3", ChannelKind::Fan, 2, 0x2C, 0x58, 0x59, fanScale, Strip::Strip2, 5},
-    {"Fan 4", ChannelKind::Fan, 3, 0x2E, 0x5A, 0x5B, fanScale, Strip::Strip2, 6},
-    {"5V", ChannelKind::Voltage, 0, 0x23, 0x4A, 0x4B, {0, 8}, Strip::Strip3, 9},
-    {"12V", ChannelKind::Voltage, 1, 0x24, 0x4C, 0x4D, {0, 18}, Strip::Strip3, 10},
-    {"Vccp", ChannelKind::Voltage, 2, 0x21, 0x46, 0x47, {0, 4}, Strip::Strip3, 11},
-    {"Vcc", ChannelKind::Voltage, 3, 0x22, 0x48, 0x49, {0, 6}, Strip::Strip3, 12},
-    {"2.5V", ChannelKind::Voltage, 4, 0x20, 0x44, 0x45, {0, 4}, Strip::Strip3, 13},
+    TemperatureChannel("Local", 0),
+    TemperatureChannel("Remote 1", 1),
+    TemperatureChannel("Remote 2", 2),
+    FanChannel("Fan 1", 0),
+    FanChannel("Fan 2", 1),
+    FanChannel("Fan 3", 2),
+    FanChannel("Fan 4", 3),
+    VoltageChannel(0, 8),
+    VoltageChannel(1, 18),
+    VoltageChannel(2, 4),
+    VoltageChannel(3, 6),
+    VoltageChannel(4, 4),
 }};
 
 // Traces of the history: Strip2's channels 0..8, then Strip3's 0..4.
@@ -73,6 +103,9 @@ std::string ChannelCaption(std::size_t channel, const FanCommon& fans, bool powe
 
 /// The gauge's scale; channel 11 in power mode has its own.
 GaugeScale ChannelScale(std::size_t channel, bool powerMode);
+
+/// How the channel's values and limits are written; channel 11 in power mode is a current.
+const Quantity& ChannelQuantity(std::size_t channel, bool powerMode);
 
 /// The chart shown when the channel is selected; channel 11 in power mode shows Strip2, where the power trace is.
 Strip ChannelChart(std::size_t channel, bool powerMode);

@@ -6,17 +6,11 @@
 #include "board/switches.h"
 #include "console/workbench.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t configuration3 = 0x78;
-constexpr std::uint8_t alertBit = 0x01;
-constexpr std::uint8_t thermBit = 0x02;
-constexpr std::uint8_t configuration4 = 0x7D;
-constexpr std::uint8_t alert25vBit = 0x01;
-constexpr std::uint8_t therm5vBit = 0x02;
 
 std::uint8_t Bits(bool set) {
   return set ? 0xFF : 0x00;
@@ -64,22 +58,22 @@ void ControlModel::ShowPins() {
 }
 
 void ControlModel::SetTherm(bool enabled) {
-  UpdateBits(bench_.ChipLink, configuration3, thermBit, Bits(enabled));
+  UpdateBits(bench_.ChipLink, chip::Configuration3, chip::ThermEnabled, Bits(enabled));
   RefreshTherm();
 }
 
 void ControlModel::SetThermPin(bool on5v) {
-  UpdateBits(bench_.ChipLink, configuration4, therm5vBit, Bits(on5v));
+  UpdateBits(bench_.ChipLink, chip::Configuration4, chip::ThermOn5V, Bits(on5v));
   RefreshTherm();
 }
 
 void ControlModel::SetAlertOnPwm2(bool on) {
-  UpdateBits(bench_.ChipLink, configuration3, alertBit, Bits(on));
+  UpdateBits(bench_.ChipLink, chip::Configuration3, chip::AlertOnPwm2, Bits(on));
   RefreshAlert();
 }
 
 void ControlModel::SetAlertOn25v(bool on) {
-  UpdateBits(bench_.ChipLink, configuration4, alert25vBit, Bits(on));
+  UpdateBits(bench_.ChipLink, chip::Configuration4, chip::AlertOn25V, Bits(on));
   RefreshAlert();
 }
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/firstvalues.h"
 
+#include "registers/chip.h"
+
 namespace krx {
 namespace {
-
-constexpr std::uint8_t configuration1 = 0x40;
-constexpr std::uint8_t startBit = 0x01;
 
 constexpr double firstConversionSeconds = 1;  ///< a tachometer's, the slowest
 
@@ -31,16 +30,16 @@ bool UnlikeReset(const RegisterImage& seen, const Channel& channel) {
 }
 
 bool Starts(std::optional<std::uint8_t> configuration) {
-  return configuration && (*configuration & startBit) != 0;
+  return configuration && (*configuration & chip::Start) != 0;
 }
 
 }  // namespace
 
 FirstValues::FirstValues(Link& link)
     : link_(link), watch_(link.Seen.Subscribe([this](std::uint8_t reg, std::optional<std::uint8_t> byte) {
-        if (reg == configuration1) SawMonitoring(Starts(byte));
+        if (reg == chip::Configuration1) SawMonitoring(Starts(byte));
       })) {
-  SawMonitoring(Starts(link.Seen.Byte(configuration1)));
+  SawMonitoring(Starts(link.Seen.Byte(chip::Configuration1)));
 }
 
 void FirstValues::SawMonitoring(bool on) {
@@ -59,7 +58,7 @@ bool FirstValues::Took(std::size_t channel) {
 }
 
 std::optional<bool> FirstValues::Monitoring() const {
-  const auto configuration = link_.Seen.Byte(configuration1);
+  const auto configuration = link_.Seen.Byte(chip::Configuration1);
   if (!configuration) return std::nullopt;
   return Starts(configuration);
 }

@@ -9,33 +9,27 @@
 #include "console/channels.h"
 #include "link/commserror.h"
 #include "power/processorpower.h"
+#include "registers/chip.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
 
-constexpr std::size_t vccpSlot = 2;
 constexpr std::uint8_t fullScale = 255;
 constexpr float largestCount = 65535;
 
-struct Unit {
-  std::string_view Name;
-  int Decimals;
-  double Step;  ///< of an arrow
-};
-
-Unit UnitOf(std::size_t channel, bool powerMode) {
+/// Of an arrow, in the channel's unit.
+double StepOf(std::size_t channel, bool powerMode) {
   switch (channels.at(channel).Kind) {
     case ChannelKind::Temperature:
-      return {"°C", 0, 1};
+      return 1;
     case ChannelKind::Fan:
-      return {"RPM", 0, 50};
+      return 50;
     case ChannelKind::Voltage:
       break;
   }
-  if (channel == currentChannel && powerMode) return {"A", 2, 1};
-  return {"V", 3, 0.05};
+  return channel == currentChannel && powerMode ? 1 : 0.05;
 }
 
 struct Range {
@@ -50,7 +44,7 @@ Range RegisterRange(std::size_t channel, const LimitContext& context) {
   if (row.Kind == ChannelKind::Fan) return {0, std::numeric_limits<double>::infinity()};
   const float volts = VoltageFromByte(static_cast<int>(row.Slot), fullScale);
   if (channel != currentChannel || !context.Power.PowerMode) return {0, volts};
-  const float vccp = context.Measured.Voltages[vccpSlot];
+  const float vccp = context.Measured.Voltages[chip::VccpSupply];
   const auto [least, most] =
       std::minmax({ProcessorCurrent(0, vccp, context.Power), ProcessorCurrent(volts, vccp, context.Power)});
   return {least, most};
@@ -85,8 +79,8 @@ double SlowestFanLimit(std::size_t channel, const FanCommon& fans) {
 }
 
 /// A bound as the window writes it: what is shown as the range, or stands in the other box, must be accepted.
-double Shown(double bound, const Unit& unit) {
-  return Val(FormatFixed(bound, unit.Decimals));
+double Shown(double bound, const Quantity& unit) {
+  return Val(FormatFixed(bound, unit.LimitDecimals));
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -97,16 +91,16 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 /// The number of a text that holds nothing else, but the unit perhaps.
-std::optional<double> NumberOf(std::string_view text, const Unit& unit) {
+std::optional<double> NumberOf(std::string_view text, const Quantity& unit) {
   text = Trimmed(text);
-  if (text.ends_with(unit.Name)) text = Trimmed(text.substr(0, text.size() - unit.Name.size()));
+  if (text.ends_with(unit.Unit)) text = Trimmed(text.substr(0, text.size() - unit.Unit.size()));
   if (!IsNumber(text) || !std::isfinite(Val(text))) return std::nullopt;
   return Val(text);
 }
 
 bool Allowed(double value, std::size_t channel, Marker marker, const LimitContext& context,
              const GaugeMarkers& markers) {
-  const Unit unit = UnitOf(channel, context.Power.PowerMode);
+  const Quantity& unit = ChannelQuantity(channel, context.Power.PowerMode);
   const Range range = AllowedRange(channel, marker, context, markers);
   if (value < std::min(range.Minimum, Shown(range.Minimum, unit))) return false;
   if (value > std::max(range.Maximum, Shown(range.Maximum, unit))) return false;
@@ -125,26 +119,26 @@ bool Allowed(double value, std::size_t channel, Marker marker, const LimitContex
 
 std::string LimitText(std::size_t channel, Marker marker, bool powerMode, const GaugeMarkers& markers) {
   if (!markers.IsPlaced(marker) || !markers.IsKnown(marker)) return {};
-  const Unit unit = UnitOf(channel, powerMode);
-  return FormatFixed(markers.ValueOf(marker), unit.Decimals) + " " + std::string(unit.Name);
+  const Quantity& unit = ChannelQuantity(channel, powerMode);
+  return FormatFixed(markers.ValueOf(marker), unit.LimitDecimals) + " " + std::string(unit.Unit);
 }
 
 std::string LimitRangeText(std::size_t channel, Marker marker, const LimitContext& context,
                            const GaugeMarkers& markers) {
-  const Unit unit = UnitOf(channel, context.Power.PowerMode);
-  const std::string name(unit.Name);
+  const Quantity& unit = ChannelQuantity(channel, context.Power.PowerMode);
+  const std::string name(unit.Unit);
   if (channels.at(channel).Kind == ChannelKind::Fan) {
     return "0 or at least " + FormatFixed(SlowestFanLimit(channel, context.Fans), 0) + " " + name;
   }
   const Range range = AllowedRange(channel, marker, context, markers);
-  const std::string text =
-      FormatFixed(range.Minimum, unit.Decimals) + " to " + FormatFixed(range.Maximum, unit.Decimals) + " " + name;
+  const std::string text = FormatFixed(range.Minimum, unit.LimitDecimals) + " to " +
+                           FormatFixed(range.Maximum, unit.LimitDecimals) + " " + name;
   return channels[channel].Kind == ChannelKind::Temperature ? text + ", whole degrees" : text;
 }
 
 std::optional<double> TypedLimit(const std::string& text, std::size_t channel, Marker marker,
                                  const LimitContext& context, const GaugeMarkers& markers) {
-  const Unit unit = UnitOf(channel, context.Power.PowerMode);
+  const Quantity& unit = ChannelQuantity(channel, context.Power.PowerMode);
   if (!markers.IsDraggable(marker)) return std::nullopt;
   const auto value = NumberOf(text, unit);
   const double standing = markers.ValueOf(marker);
@@ -162,13 +156,13 @@ double LimitStepEnd(std::size_t channel, const FanCommon& fans, double from, dou
 
 std::optional<double> SteppedLimit(int steps, std::size_t channel, Marker marker, const LimitContext& context,
                                    const GaugeMarkers& markers) {
-  const Unit unit = UnitOf(channel, context.Power.PowerMode);
+  const Quantity& unit = ChannelQuantity(channel, context.Power.PowerMode);
   if (!markers.IsDraggable(marker) || !markers.IsKnown(marker)) return std::nullopt;
   const double from = markers.ValueOf(marker);
   Range range = AllowedRange(channel, marker, context, markers);
   // No arrow is needed beyond the gauge where the register has no end.
   if (std::isinf(range.Maximum)) range.Maximum = std::max(from, channels.at(channel).Scale.Maximum);
-  const double wanted = Shown(from + steps * unit.Step, unit);
+  const double wanted = Shown(from + steps * StepOf(channel, context.Power.PowerMode), unit);
   // A limit that stands outside stays there until the step leads back.
   const double end = LimitStepEnd(channel, context.Fans, from,
                                   std::clamp(wanted, std::min(range.Minimum, from), std::max(range.Maximum, from)));

@@ -4,13 +4,12 @@
 #include "console/channels.h"
 #include "link/registeraccess.h"
 #include "power/processorpower.h"
+#include "registers/chip.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::size_t vccpSlot = 2;
 
 using Bytes = GaugeMarkers::RegisterBytes;
 
@@ -29,7 +28,7 @@ double LimitFromByte(std::size_t channel, std::uint8_t byte, const LimitContext&
   if (row.Kind == ChannelKind::Temperature) return TempFromByte(byte, 0);
   const float volts = VoltageFromByte(static_cast<int>(row.Slot), byte);
   if (!LimitsAreCurrents(channel, context)) return volts;
-  return ProcessorCurrent(volts, context.Measured.Voltages[vccpSlot], context.Power);
+  return ProcessorCurrent(volts, context.Measured.Voltages[chip::VccpSupply], context.Power);
 }
 
 std::uint8_t LimitToByte(std::size_t channel, double value, const LimitContext& context) {
@@ -37,9 +36,9 @@ std::uint8_t LimitToByte(std::size_t channel, double value, const LimitContext& 
   if (row.Kind == ChannelKind::Temperature) return TempToByte(CInt(value));
   auto volts = static_cast<float>(value);
   if (LimitsAreCurrents(channel, context)) {
-    volts = SenseVoltsFor(volts, context.Measured.Voltages[vccpSlot], context.Power);
+    volts = SenseVoltsFor(volts, context.Measured.Voltages[chip::VccpSupply], context.Power);
   }
-  return VoltageToByte(voltageChannels.at(row.Slot).Name, volts);
+  return VoltageToByte(chip::Supplies.at(row.Slot).Name, volts);
 }
 
 float FanLimitFromBytes(const Channel& row, std::uint8_t low, std::uint8_t high, const LimitContext& context) {

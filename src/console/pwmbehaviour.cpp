@@ -2,18 +2,15 @@
 #include "console/pwmbehaviour.h"
 
 #include "fans/fantables.h"
+#include "registers/chip.h"
 
 namespace krx {
-namespace {
-
-constexpr std::size_t pwmConfiguration = 0x5C;  // PWM1; PWM2 and PWM3 follow
-
-}  // namespace
+namespace {}  // namespace
 
 PwmBehaviour PwmBehaviourOf(const RegisterImage& seen, std::size_t output, bool manual) {
-  const auto byte = seen.Byte(static_cast<std::uint8_t>(pwmConfiguration + output));
+  const auto byte = seen.Byte(chip::Outputs.at(output).Configuration);
   if (!byte) return {"not read", "", ""};
-  const std::size_t code = *byte >> 5;
+  const std::size_t code = *byte >> chip::BehaviourShift;
   const std::string item(behaviourItems[code]);
   PwmBehaviour behaviour{code == manualBehaviour ? "manual" : item, "", ""};
   if ((code == manualBehaviour) == manual) return behaviour;

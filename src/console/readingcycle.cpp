@@ -7,6 +7,7 @@
 
 #include "link/registeraccess.h"
 #include "power/processorpower.h"
+#include "registers/chip.h"
 #include "registers/chipreadings.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
@@ -14,13 +15,6 @@
 namespace krx {
 namespace {
 
-constexpr std::uint8_t interruptStatus1 = 0x41;
-constexpr std::uint8_t interruptStatus2 = 0x42;
-constexpr std::uint8_t dutyRegister = 0x30;  // PWM1; PWM2 and PWM3 follow
-constexpr std::uint8_t thermTimer = 0x79;
-
-constexpr std::size_t vccpSlot = 2;
-constexpr std::size_t senseSlot = 4;  // the 2.5V input
 
 constexpr std::size_t fanTraces = 3;
 constexpr std::size_t voltageTraces = 9;
@@ -34,14 +28,12 @@ constexpr auto nothing = [] {
 constexpr std::int16_t wrapOfThree = 99;
 constexpr std::int16_t wrapOfFourAndFive = 100;
 
-/// One member's Tmin and operating-point registers, which belong to different zones.
+/// One member's Tmin and operating point, which belong to different zones.
 struct TminOpPointRow {
-  std::uint8_t TminRegister;
   std::size_t TminZone;
-  std::uint8_t OpPointRegister;
   std::size_t OpPointZone;
 };
-constexpr std::array<TminOpPointRow, 3> tminOpPointRows{{{0x68, 0, 0x33, 1}, {0x67, 1, 0x34, 0}, {0x69, 2, 0x35, 2}}};
+constexpr std::array<TminOpPointRow, 3> tminOpPointRows{{{0, 1}, {1, 0}, {2, 2}}};
 
 /// Advances a counter and returns the member it stands for.
 std::size_t Next(std::int16_t& counter, std::int16_t wrap, int members) {
@@ -128,21 +120,21 @@ void ReadingCycle::TemperatureStep(Row& row) {
   const std::size_t slot = Next(Counters.Temperature, wrapOfThree, 3);
   const std::size_t channel = Begin(ChannelKind::Temperature, slot);
   const float fraction = TempFraction(link_, static_cast<int>(slot)).Value;
-  const std::uint8_t byte = ReadByte(link_, tempChannels[slot].ValueRegister);
+  const std::uint8_t byte = ReadByte(link_, chip::Zones[slot].Value);
   Measurements& measured = state_.Measured;
   measured.Temperatures[slot] = TempFromByte(byte, fraction);
   Took(channel);
   Post(row, 0, measured.Temperatures);
-  if (measured_[voltageTraces + senseSlot] && measured_[voltageTraces + vccpSlot])
-    row[powerTrace] = ProcessorPower(measured.Voltages[senseSlot], measured.Voltages[vccpSlot], state_.Power);
+  if (measured_[voltageTraces + chip::CurrentSupply] && measured_[voltageTraces + chip::VccpSupply])
+    row[powerTrace] =
+        ProcessorPower(measured.Voltages[chip::CurrentSupply], measured.Voltages[chip::VccpSupply], state_.Power);
 }
 
 void ReadingCycle::TachStep(Row& row) {
   const std::size_t fan = Next(Counters.Tach, wrapOfFourAndFive, 4);
   const std::size_t channel = Begin(ChannelKind::Fan, fan);
-  const auto lowRegister = static_cast<std::uint8_t>(0x28 + 2 * fan);
-  const int low = ReadByte(link_, lowRegister);
-  const int high = ReadByte(link_, static_cast<std::uint8_t>(lowRegister + 1));
+  const int low = ReadByte(link_, chip::Tachs[fan].Low);
+  const int high = ReadByte(link_, chip::Tachs[fan].High);
   Measurements& measured = state_.Measured;
   if (state_.Fans.PulsesKnown) {
     measured.FanSpeeds[fan] = state_.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), fan);
@@ -158,7 +150,7 @@ void ReadingCycle::VoltageStep(Row& row) {
   const std::size_t slot = Next(Counters.Voltage, wrapOfFourAndFive, 5);
   const std::size_t channel = Begin(ChannelKind::Voltage, slot);
   const int extension = VoltageExtension(link_, static_cast<int>(slot));
-  const int byte = ReadByte(link_, voltageChannels[slot].ValueRegister);
+  const int byte = ReadByte(link_, chip::Supplies[slot].Value);
   Measurements& measured = state_.Measured;
   measured.Voltages[slot] = VoltageFromCode(static_cast<int>(slot), byte * 4 + extension);
   Took(channel);
@@ -166,15 +158,15 @@ void ReadingCycle::VoltageStep(Row& row) {
 }
 
 void ReadingCycle::AlarmStep() {
-  const std::uint8_t status1 = ReadByte(link_, interruptStatus1);
-  const std::uint8_t status2 = ReadByte(link_, interruptStatus2);
+  const std::uint8_t status1 = ReadByte(link_, chip::InterruptStatus1);
+  const std::uint8_t status2 = ReadByte(link_, chip::InterruptStatus2);
   ApplyAlarms(status1, status2, Alarms);
 }
 
 void ReadingCycle::DutyStep() {
   const std::size_t output = Next(Counters.Duty, wrapOfThree, 3);
   dutyFailed_[output] = true;
-  const std::uint8_t duty = ReadByte(link_, static_cast<std::uint8_t>(dutyRegister + output));
+  const std::uint8_t duty = ReadByte(link_, chip::Outputs[output].Duty);
   dutyFailed_[output] = false;
   state_.Measured.DutyTexts[output] = DutyText(DutyToPercent(duty));
 }
@@ -186,8 +178,8 @@ void ReadingCycle::HysteresisStep() {
 
 void ReadingCycle::TminOpPointStep() {
   const TminOpPointRow& row = tminOpPointRows[Next(Counters.TminOpPoint, wrapOfThree, 3)];
-  const std::uint8_t tmin = ReadByte(link_, row.TminRegister);
-  const std::uint8_t opPoint = ReadByte(link_, row.OpPointRegister);
+  const std::uint8_t tmin = ReadByte(link_, chip::Zones[row.TminZone].Tmin);
+  const std::uint8_t opPoint = ReadByte(link_, chip::Zones[row.OpPointZone].OperatingPoint);
   state_.Zones.ZoneTmin[row.TminZone] = Signed(tmin);
   state_.Zones.ZoneOpPoint[row.OpPointZone] = Signed(opPoint);
 }
@@ -199,7 +191,7 @@ void ReadingCycle::ThermStep(Row& row) {
     row[thermTrace] = measured.ThermPercent;
     return;
   }
-  const std::uint8_t count = ReadByte(link_, thermTimer);
+  const std::uint8_t count = ReadByte(link_, chip::ThermTimer);
   measured.ThermPercent = ThermShare(count, static_cast<float>(period)).value_or(measured.ThermPercent);
   row[thermTrace] = measured.ThermPercent;
   measured.ThermReading = state_.Log.ThermLogMode == 2 ? ThermTime(count) : static_cast<float>(count);

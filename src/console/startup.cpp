@@ -10,14 +10,11 @@
 #include "link/commserror.h"
 #include "link/registeraccess.h"
 #include "records/logcolumns.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
 
-constexpr std::uint8_t configuration1 = 0x40;
-constexpr std::uint8_t powerModeBit = 0x10;  // "V*I"
-constexpr std::uint8_t fanPulses = 0x7B;
-constexpr std::uint8_t pwmConfiguration = 0x5C;  // PWM1; PWM2 and PWM3 follow
 constexpr std::uint8_t manualBehaviour = 7;
 
 struct Step {
@@ -55,16 +52,16 @@ void SwitchHeatersOff(Board& board) {
 }
 
 void ReadProgrammedPulses(Workbench& bench) {
-  bench.Fans.TakePulses(ReadByte(bench.ChipLink, fanPulses));
+  bench.Fans.TakePulses(ReadByte(bench.ChipLink, chip::FanPulses));
 }
 
 void ReadPowerMode(Workbench& bench) {
-  bench.Power.PowerMode = (ReadByte(bench.ChipLink, configuration1) & powerModeBit) != 0;
+  bench.Power.PowerMode = (ReadByte(bench.ChipLink, chip::Configuration1) & chip::CurrentInput) != 0;
 }
 
 void ReadBehaviour(Workbench& bench, std::size_t output) {
-  const std::uint8_t byte = ReadByte(bench.ChipLink, static_cast<std::uint8_t>(pwmConfiguration + output));
-  bench.Display.BehaviourCode[output] = static_cast<std::uint8_t>(byte >> 5);
+  const std::uint8_t byte = ReadByte(bench.ChipLink, chip::Outputs.at(output).Configuration);
+  bench.Display.BehaviourCode[output] = static_cast<std::uint8_t>(byte >> chip::BehaviourShift);
   bench.Display.PwmManual[output] = bench.Display.BehaviourCode[output] == manualBehaviour;
 }
 

@@ -6,14 +6,12 @@
 #include "console/easysetup.h"
 #include "console/workbench.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t configuration1 = 0x40;
-constexpr std::uint8_t startBit = 0x01;
 
 constexpr std::size_t fan4Channel = 6;
 constexpr std::size_t fiveVoltChannel = 7;
@@ -24,10 +22,6 @@ constexpr std::int16_t thermOn5v = 1;
 constexpr std::int16_t thermOnTach4 = 2;
 constexpr std::int16_t alertOn25v = 2;
 
-/// Registers of the zones Local, Remote1, Remote2.
-constexpr std::array<std::uint8_t, 3> tminRegisters{0x68, 0x67, 0x69};
-constexpr std::array<std::uint8_t, 3> opPointRegisters{0x34, 0x33, 0x35};
-
 /// A temperature register as last seen on the bus.
 std::string SeenDegrees(const RegisterImage& seen, std::uint8_t reg) {
   const auto byte = seen.Byte(reg);
@@ -37,12 +31,8 @@ std::string SeenDegrees(const RegisterImage& seen, std::uint8_t reg) {
 constexpr std::int16_t boardMedium = 1;
 constexpr std::int16_t smbusMedium = 0;
 
-/// The slider's captions and the duty registers they stand for; the place is the output's index.
-struct SliderOutput {
-  std::string_view Caption;
-  std::uint8_t Register;
-};
-constexpr std::array<SliderOutput, 3> sliderOutputs{{{"Fan1", 0x30}, {"Fan2", 0x31}, {"Fan3", 0x32}}};
+/// The slider's captions, by output.
+constexpr std::array<std::string_view, 3> sliderCaptions{"Fan1", "Fan2", "Fan3"};
 
 /// The output (1..3) that drives each fan: fans 3 and 4 share the third.
 constexpr std::array<std::int16_t, 4> fanOutputs{1, 2, 3, 3};
@@ -83,13 +73,13 @@ void VisualModel::EnterVisualDisplay() {
   }
   ShowReadout();
   if (bench_.Log.TimerStateAtLogStart) return;
-  if (bench_.Display.EasySetupUsed || (ReadByte(bench_.ChipLink, configuration1) & startBit) != 0) {
+  if (bench_.Display.EasySetupUsed || (ReadByte(bench_.ChipLink, chip::Configuration1) & chip::Start) != 0) {
     StartCycle();
   }
 }
 
 void VisualModel::ConfigurationWritten(std::uint8_t byte) {
-  if ((byte & startBit) != 0 && !bench_.Log.TimerStateAtLogStart) StartCycle();
+  if ((byte & chip::Start) != 0 && !bench_.Log.TimerStateAtLogStart) StartCycle();
 }
 
 void VisualModel::EnterReadWrite() {
@@ -134,7 +124,7 @@ void VisualModel::SelectChannel(std::size_t channel) {
     ShowPwmPanel();
     ShowDuty();
     const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
-    const std::uint8_t duty = ReadByte(bench_.ChipLink, sliderOutputs.at(output).Register);
+    const std::uint8_t duty = ReadByte(bench_.ChipLink, chip::Outputs.at(output).Duty);
     if (state_.SliderShown) ShowSlider(duty);
   }
   StartCycle();
@@ -171,10 +161,11 @@ void VisualModel::SliderReleasedAfterMove(int value) {
 }
 
 void VisualModel::WriteSlider(int value) {
-  const auto output = std::ranges::find(sliderOutputs, state_.SliderCaption, &SliderOutput::Caption);
-  if (output == sliderOutputs.end()) return;
-  bench_.Measured.DutyTexts.at(static_cast<std::size_t>(output - sliderOutputs.begin())) = state_.DutyCycleText;
-  WriteByte(bench_.ChipLink, output->Register, value);
+  const auto caption = std::ranges::find(sliderCaptions, state_.SliderCaption);
+  if (caption == sliderCaptions.end()) return;
+  const auto output = static_cast<std::size_t>(caption - sliderCaptions.begin());
+  bench_.Measured.DutyTexts.at(output) = state_.DutyCycleText;
+  WriteByte(bench_.ChipLink, chip::Outputs.at(output).Duty, value);
 }
 
 StepProblems VisualModel::ReReadChip() {
@@ -240,7 +231,7 @@ void VisualModel::ShowPwmPanel() {
   const auto index = static_cast<std::size_t>(output - 1);
   state_.SliderShown = bench_.Display.PwmManual.at(index);
   state_.PanelCaption = "Fan" + std::to_string(output) + " PWM";
-  state_.SliderCaption = sliderOutputs.at(index).Caption;
+  state_.SliderCaption = sliderCaptions.at(index);
   state_.Pwm = PwmBehaviourOf(bench_.ChipLink.Seen, index, state_.SliderShown);
 }
 
@@ -267,7 +258,7 @@ void VisualModel::ShowDuty() {
   const auto output = static_cast<std::size_t>(bench_.Display.SelectedPwm - 1);
   std::string text = bench_.Measured.DutyTexts.at(output);
   // The cycle may stand still, and somebody else have read it.
-  const auto seen = bench_.ChipLink.Seen.Byte(sliderOutputs.at(output).Register);
+  const auto seen = bench_.ChipLink.Seen.Byte(chip::Outputs.at(output).Duty);
   if (text.empty() && seen) text = DutyText(DutyToPercent(*seen));
   state_.PwmText = text.empty() ? "–" : text;
   if (sliderPressed_) return;  // it is the user's
@@ -286,8 +277,9 @@ void VisualModel::ShowZones() {
   const ZoneState& zones = bench_.Zones;
   for (std::size_t zone = 0; zone < zones.ZoneTmin.size(); ++zone) {
     const bool enabled = zones.ZoneOpEnable[zone];
-    state_.TminTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, tminRegisters[zone]) : "Disabled";
-    state_.OpPointTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, opPointRegisters[zone]) : "Disabled";
+    state_.TminTexts[zone] = enabled ? SeenDegrees(bench_.ChipLink.Seen, chip::Zones[zone].Tmin) : "Disabled";
+    state_.OpPointTexts[zone] =
+        enabled ? SeenDegrees(bench_.ChipLink.Seen, chip::Zones[zone].OperatingPoint) : "Disabled";
   }
 }
 

@@ -9,46 +9,12 @@
 #include "link/commserror.h"
 #include "link/recordingmodule.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t acoustics1 = 0x62;
-constexpr std::uint8_t acoustics2 = 0x63;
-constexpr std::uint8_t configuration2 = 0x73;
-constexpr std::uint8_t fanPulses = 0x7B;
-
-constexpr std::uint8_t behaviourMask = 0xE0;
-constexpr int behaviourShift = 5;
-constexpr std::uint8_t polarityMask = 0x10;
-constexpr std::uint8_t spinUpMask = 0x07;
-constexpr std::uint8_t frequencyMask = 0x07;
-
-/// Where an output's fields lie.
-struct OutputRegisters {
-  std::uint8_t Configuration;
-  std::uint8_t Frequency;
-  std::uint8_t MinimumDuty;
-  std::uint8_t Acoustics;  ///< holds enable and ramp rate
-  std::uint8_t EnableMask;
-  int RampShift;
-  std::uint8_t HysteresisMask;  ///< in 0x62 for all three
-};
-constexpr std::array<OutputRegisters, pwmCount> outputs{{
-    {0x5C, 0x5F, 0x64, acoustics1, 0x08, 0, 0x20},
-    {0x5D, 0x60, 0x65, acoustics2, 0x80, 4, 0x40},
-    {0x5E, 0x61, 0x66, acoustics2, 0x08, 0, 0x80},
-}};
-constexpr std::uint8_t rampField = 0x07;
-
-constexpr std::uint8_t TachMinimumLow(std::size_t t) {
-  return static_cast<std::uint8_t>(0x54 + 2 * t);
-}
-constexpr std::uint8_t TachMinimumHigh(std::size_t t) {
-  return static_cast<std::uint8_t>(0x55 + 2 * t);
-}
 
 std::uint8_t Shifted(std::uint8_t field, std::size_t by) {
   return static_cast<std::uint8_t>(field << by);
@@ -95,23 +61,23 @@ void FanConfig::LoadSeen(std::size_t index, FanFields& fields) {
 }
 
 void FanConfig::LoadOutput(std::size_t k, FanFields& fields) {
-  const OutputRegisters& output = outputs.at(k);
+  const chip::Output& output = chip::Outputs.at(k);
   const std::uint8_t configuration = ReadByte(link_, output.Configuration);
-  fields.Behaviour = Item(behaviourItems, configuration >> behaviourShift);
-  fields.ActiveHigh = (configuration & polarityMask) != 0;
-  fields.SpinUp = Item(spinUpItems, configuration & spinUpMask);
+  fields.Behaviour = Item(behaviourItems, configuration >> chip::BehaviourShift);
+  fields.ActiveHigh = (configuration & chip::PolarityMask) != 0;
+  fields.SpinUp = Item(spinUpItems, configuration & chip::SpinUpMask);
   fields.MinimumDuty = std::to_string(CInt(ReadByte(link_, output.MinimumDuty) * 100.0 / 255));
-  fields.HysteresisOn = (ReadByte(link_, acoustics1) & output.HysteresisMask) == 0;
-  fields.Frequency = Item(frequencyItems, ReadByte(link_, output.Frequency) & frequencyMask);
-  fields.EnhancedAcoustics = (ReadByte(link_, output.Acoustics) & output.EnableMask) != 0;
-  fields.RampRate = Item(rampRateItems, ReadByte(link_, output.Acoustics) >> output.RampShift & rampField);
+  fields.HysteresisOn = (ReadByte(link_, chip::Acoustics1) & output.StayAtMinimum) == 0;
+  fields.Frequency = Item(frequencyItems, ReadByte(link_, output.Frequency) & chip::FrequencyMask);
+  fields.EnhancedAcoustics = (ReadByte(link_, output.Acoustics) & output.AcousticsEnable) != 0;
+  fields.RampRate = Item(rampRateItems, ReadByte(link_, output.Acoustics) >> output.RampShift & chip::RampMask);
 }
 
 void FanConfig::LoadTach(std::size_t t, FanFields& fields) {
-  const int high = ReadByte(link_, TachMinimumHigh(t));
-  const int count = high * 256 + ReadByte(link_, TachMinimumLow(t));
-  fields.TwoWire = (ReadByte(link_, configuration2) >> t & 1) != 0;
-  const std::uint8_t pulses = ReadByte(link_, fanPulses);
+  const int high = ReadByte(link_, chip::Tachs.at(t).LimitHigh);
+  const int count = high * 256 + ReadByte(link_, chip::Tachs.at(t).LimitLow);
+  fields.TwoWire = (ReadByte(link_, chip::Configuration2) >> t & 1) != 0;
+  const std::uint8_t pulses = ReadByte(link_, chip::FanPulses);
   // Where the start-up could not read them this is the first time that they are seen.
   if (!fans_.PulsesKnown) fans_.TakePulses(pulses);
   fields.TachLimit = std::to_string(CInt(fans_.Corrected(TachToRPM(static_cast<float>(count)), t)));
@@ -145,7 +111,7 @@ std::optional<FanRefusal> FanConfig::Check(const AllFanFields& fields) const {
 void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
   const auto forOutputs = [&](FanSetting setting, auto apply) {
     for (std::size_t k = 0; k < pwmCount; ++k) {
-      if (Pending(setting, k)) apply(outputs.at(k), fields.at(k), k);
+      if (Pending(setting, k)) apply(chip::Outputs.at(k), fields.at(k), k);
     }
   };
   const auto forTachs = [&](FanSetting setting, auto apply) {
@@ -155,34 +121,35 @@ void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
   };
   // Every step reads its register afresh, so that steps which share one do not undo each other.
   forOutputs(FanSetting::Behaviour,
-             [&](const OutputRegisters&, const FanFields& fan, std::size_t k) { ApplyBehaviour(k, fan); });
-  forOutputs(FanSetting::Frequency, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+             [&](const chip::Output&, const FanFields& fan, std::size_t k) { ApplyBehaviour(k, fan); });
+  forOutputs(FanSetting::Frequency, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
     if (const auto code = CodeOf(fan.Frequency, frequencyItems)) {
-      UpdateBits(link_, output.Frequency, frequencyMask, *code);
+      UpdateBits(link_, output.Frequency, chip::FrequencyMask, *code);
     }
   });
-  forOutputs(FanSetting::SpinUp, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
-    if (const auto code = CodeOf(fan.SpinUp, spinUpItems)) UpdateBits(link_, output.Configuration, spinUpMask, *code);
+  forOutputs(FanSetting::SpinUp, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
+    if (const auto code = CodeOf(fan.SpinUp, spinUpItems))
+      UpdateBits(link_, output.Configuration, chip::SpinUpMask, *code);
   });
-  forOutputs(FanSetting::MinimumDuty, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+  forOutputs(FanSetting::MinimumDuty, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
     if (const auto byte = MinimumDutyByte(Val(fan.MinimumDuty))) WriteByte(link_, output.MinimumDuty, *byte);
   });
   forTachs(FanSetting::ProgrammedPulses, [&](const FanFields& fan, std::size_t t) { ApplyPulses(t, fan); });
-  forOutputs(FanSetting::Hysteresis, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
-    UpdateBits(link_, acoustics1, output.HysteresisMask, AllBits(!fan.HysteresisOn));
+  forOutputs(FanSetting::Hysteresis, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, chip::Acoustics1, output.StayAtMinimum, AllBits(!fan.HysteresisOn));
   });
-  forOutputs(FanSetting::Polarity, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
-    UpdateBits(link_, output.Configuration, polarityMask, AllBits(fan.ActiveHigh));
+  forOutputs(FanSetting::Polarity, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, output.Configuration, chip::PolarityMask, AllBits(fan.ActiveHigh));
   });
   forTachs(FanSetting::TachSource, [&](const FanFields& fan, std::size_t t) { ApplyTachSource(t, fan); });
   forTachs(FanSetting::TachLimit, [&](const FanFields& fan, std::size_t t) { ApplyTachLimit(t, fan); });
-  forOutputs(FanSetting::Acoustics, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
-    UpdateBits(link_, output.Acoustics, output.EnableMask, AllBits(fan.EnhancedAcoustics));
+  forOutputs(FanSetting::Acoustics, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
+    UpdateBits(link_, output.Acoustics, output.AcousticsEnable, AllBits(fan.EnhancedAcoustics));
   });
-  forOutputs(FanSetting::RampRate, [&](const OutputRegisters& output, const FanFields& fan, std::size_t) {
+  forOutputs(FanSetting::RampRate, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
     const auto shift = static_cast<std::size_t>(output.RampShift);
     if (const auto code = RampRateCode(fan.RampRate)) {
-      UpdateBits(link_, output.Acoustics, Shifted(rampField, shift), Shifted(*code, shift));
+      UpdateBits(link_, output.Acoustics, Shifted(chip::RampMask, shift), Shifted(*code, shift));
     }
   });
   forTachs(FanSetting::ActualPulses, [&](const FanFields& fan, std::size_t t) {
@@ -196,29 +163,29 @@ void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
 void FanConfig::ApplyBehaviour(std::size_t k, const FanFields& fields) {
   const auto code = CodeOf(fields.Behaviour, behaviourItems);
   if (!code) return;
-  UpdateBits(link_, outputs.at(k).Configuration, behaviourMask, Shifted(*code, behaviourShift));
+  UpdateBits(link_, chip::Outputs.at(k).Configuration, chip::BehaviourMask, Shifted(*code, chip::BehaviourShift));
   behaviourCodes_.at(k) = *code;
 }
 
 void FanConfig::ApplyPulses(std::size_t t, const FanFields& fields) {
   const auto pulses = Pulses(fields.ProgrammedPulses);
   if (!pulses) return;
-  UpdateBits(link_, fanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
+  UpdateBits(link_, chip::FanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
   // The byte holds all four fields, so that the other fans' are known with this one's.
-  if (const auto all = link_.Seen.Byte(fanPulses); all && !fans_.PulsesKnown) fans_.TakePulses(*all);
+  if (const auto all = link_.Seen.Byte(chip::FanPulses); all && !fans_.PulsesKnown) fans_.TakePulses(*all);
   fans_.ProgrammedPulses.at(t) = static_cast<float>(*pulses);
 }
 
 void FanConfig::ApplyTachSource(std::size_t t, const FanFields& fields) {
-  UpdateBits(link_, configuration2, Shifted(1, t), AllBits(fields.TwoWire));
+  UpdateBits(link_, chip::Configuration2, Shifted(1, t), AllBits(fields.TwoWire));
   RouteTach(board_, static_cast<int>(t), fields.TwoWire);
 }
 
 void FanConfig::ApplyTachLimit(std::size_t t, const FanFields& fields) {
   const int count = TachLimitCount(LimitRpm(fields.TachLimit), fans_.ProgrammedPulses.at(t), fans_.ActualPulses.at(t));
   // High byte first here; a dragged limit marker writes the low byte first.
-  WriteByte(link_, TachMinimumHigh(t), count >> 8);
-  WriteByte(link_, TachMinimumLow(t), count & 0xFF);
+  WriteByte(link_, chip::Tachs.at(t).LimitHigh, count >> 8);
+  WriteByte(link_, chip::Tachs.at(t).LimitLow, count & 0xFF);
 }
 
 }  // namespace krx

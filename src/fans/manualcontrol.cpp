@@ -11,12 +11,12 @@
 namespace krx {
 namespace {
 
-constexpr std::uint8_t manualControl = 0xE0;
+constexpr std::uint8_t manualControl = chip::BehaviourMask;
 
 }  // namespace
 
 ManualControl::ManualControl(Link& link, OwedWrites& owed, std::size_t output, bool dutyChanges)
-    : link_(link), owed_(owed), registers_(outputRegisters.at(output)) {
+    : link_(link), owed_(owed), registers_(chip::Outputs.at(output)) {
   const std::uint8_t present = ReadByte(link_, registers_.Configuration);
   // What an earlier run could not put back is no state to return to.
   const std::uint8_t before = owed_.OverdueByte(registers_.Configuration).value_or(present);
@@ -46,7 +46,7 @@ bool ManualControl::PutBack() {
 }
 
 std::string NotRestoredText(const Link& link, const OwedWrites& owed, std::size_t output) {
-  const OutputRegisters& registers = outputRegisters.at(output);
+  const chip::Output& registers = chip::Outputs.at(output);
   std::string owedBytes;
   for (const std::uint8_t reg : {registers.Configuration, registers.Duty}) {
     if (const auto byte = owed.OverdueByte(reg)) {

@@ -8,17 +8,9 @@
 
 #include "link/linknewcomport06.h"
 #include "link/owedwrites.h"
+#include "registers/chip.h"
 
 namespace krx {
-
-struct OutputRegisters {
-  std::uint8_t Configuration;
-  std::uint8_t Duty;
-  std::uint8_t TachLow;
-  std::uint8_t TachHigh;
-};
-inline constexpr std::array<OutputRegisters, 3> outputRegisters{
-    {{0x5C, 0x30, 0x28, 0x29}, {0x5D, 0x31, 0x2A, 0x2B}, {0x5E, 0x32, 0x2C, 0x2D}}};
 
 /// Takes an output into manual control and puts its configuration back, whatever ends its scope. An output that was in
 /// manual control before gets its duty back too, unless a new one was found. What cannot be put back stays owed.
@@ -39,7 +31,7 @@ class ManualControl {
  private:
   Link& link_;
   OwedWrites& owed_;
-  const OutputRegisters& registers_;
+  const chip::Output& registers_;
   OwedWrites::Ticket duty_ = 0;
   OwedWrites::Ticket configuration_ = 0;
   bool done_ = false;

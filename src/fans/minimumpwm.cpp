@@ -10,6 +10,7 @@
 #include "fans/manualcontrol.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
+#include "registers/chip.h"
 #include "registers/conversions.h"
 #include "registers/numerics.h"
 
@@ -32,17 +33,9 @@ constexpr double standstillPollSeconds = 0.02;
 // Nothing cools while the fan is waited for.
 constexpr double heatCheckSeconds = 1;
 
-constexpr std::uint8_t configuration1 = 0x40;
-constexpr std::uint8_t monitoringBit = 0x01;
 constexpr std::uint8_t fullDuty = 0xFF;
 
-/// A zone's temperature and its THERM limit, both signed whole degrees.
-struct ThermRegisters {
-  std::uint8_t Value;
-  std::uint8_t Limit;
-};
 constexpr std::uint8_t noThermLimit = 0x80;
-constexpr std::array<ThermRegisters, 3> thermZones{{{0x26, 0x6B}, {0x25, 0x6A}, {0x27, 0x6C}}};
 
 std::string Rpm(float speed) {
   return FormatFixed(speed, 0) + " RPM";
@@ -190,8 +183,8 @@ std::uint8_t MinimumPwm::Read(std::uint8_t reg) {
 }
 
 std::uint16_t MinimumPwm::ReadCount(std::size_t index) {
-  const int low = Read(outputRegisters.at(index).TachLow);
-  const auto count = static_cast<std::uint16_t>(low + 256 * Read(outputRegisters.at(index).TachHigh));
+  const int low = Read(chip::Tachs.at(index).Low);
+  const auto count = static_cast<std::uint16_t>(low + 256 * Read(chip::Tachs.at(index).High));
   progress_.SpeedRpm = SpeedOf(index, count);
   return count;
 }
@@ -201,8 +194,8 @@ float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
 }
 
 bool MinimumPwm::AtThermLimit() {
-  return std::any_of(thermZones.begin(), thermZones.end(), [&](const ThermRegisters& zone) {
-    const std::uint8_t limit = Read(zone.Limit);
+  return std::any_of(chip::Zones.begin(), chip::Zones.end(), [&](const chip::Zone& zone) {
+    const std::uint8_t limit = Read(zone.Therm);
     return limit != noThermLimit && TempFromByte(Read(zone.Value), 0) >= TempFromByte(limit, 0);
   });
 }
@@ -231,9 +224,9 @@ std::string MinimumPwm::DidNotStopText() const {
 }
 
 std::string MonitoringWarning(const Link& link) {
-  const auto seen = link.Seen.Byte(configuration1);
+  const auto seen = link.Seen.Byte(chip::Configuration1);
   if (!seen) return "Temperatures may not be measured: it is not known whether monitoring is on";
-  return (*seen & monitoringBit) != 0 ? "" : "Temperatures are not measured: monitoring is off";
+  return (*seen & chip::Start) != 0 ? "" : "Temperatures are not measured: monitoring is off";
 }
 
 std::string EvidenceText(const DetectionResult& result, int fan) {

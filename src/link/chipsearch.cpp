@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "link/bushost.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
@@ -14,9 +15,6 @@ namespace {
 constexpr std::array<std::uint8_t, 3> candidateAddresses{0x58, 0x5A, 0x5C};
 
 constexpr int noChipFound = 5;  // "Invalid procedure call"
-
-constexpr std::uint8_t companyIdRegister = 0x3E;
-constexpr std::uint8_t companyId = 0x41;
 
 constexpr int progressPerMedium = 33;
 constexpr int progressPerPort = progressPerMedium / 4;
@@ -44,7 +42,7 @@ class Routine {
     bool found = false;
     Try([&] {
       try {
-        found = read() == companyId;
+        found = read() == chip::ExpectedCompanyId;
       } catch (const NoAcknowledge&) {
         // An empty address is what a search mostly finds.
       }
@@ -151,7 +149,7 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
       routine.Try([&] { device->SetBusMode(mode); });
       for (const std::uint8_t address : candidateAddresses) {
         link_.ThrowIfGivenUp();
-        if (!routine.IsChip([&] { return device->ReadByteData(address, companyIdRegister); })) continue;
+        if (!routine.IsChip([&] { return device->ReadByteData(address, chip::CompanyId); })) continue;
         // A chip that answered is listed even when the adapter cannot say where it was asked.
         PrinterFind find{address, port, mode, number, {}};
         routine.Try([&] { find.Port = adapter->CurrentPort(); });
@@ -181,7 +179,7 @@ void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
     for (const SmbusAdapter& adapter : adapters) {
       const auto read = [&] {
         if (host != nullptr) host->UseSmbusAdapter(adapter.Number);
-        return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, companyIdRegister);
+        return link_.Root().Get().ObtainSmbusController()->ReadByteData(address, chip::CompanyId);
       };
       link_.ThrowIfGivenUp();
       if (!routine.IsChip(read)) continue;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "link/commserror.h"
+#include "registers/chip.h"
 #include "registers/numerics.h"
 
 namespace krx {
@@ -16,11 +17,11 @@ constexpr float dutyCountsPerPercent = 2.55F;
 constexpr float thermMillisecondsPerCount = 22.76F;
 constexpr float thermPercentSecondsPerCount = 2.276F;
 
-static_assert(std::ranges::all_of(voltageChannels, [](const auto& row) { return row.CodeScale * 4 == row.ByteScale; }));
+static_assert(std::ranges::all_of(chip::Supplies, [](const auto& row) { return row.CodeScale * 4 == row.ByteScale; }));
 
-const VoltageChannel* FindChannel(int channel) {
-  const bool known = channel >= 0 && channel < static_cast<int>(voltageChannels.size());
-  return known ? &voltageChannels[static_cast<std::size_t>(channel)] : nullptr;
+const chip::Supply* FindChannel(int channel) {
+  const bool known = channel >= 0 && channel < static_cast<int>(chip::Supplies.size());
+  return known ? &chip::Supplies[static_cast<std::size_t>(channel)] : nullptr;
 }
 
 }  // namespace
@@ -35,18 +36,18 @@ std::uint8_t TempToByte(int degrees) {
 }
 
 float VoltageFromCode(int channel, int code) {
-  const VoltageChannel* row = FindChannel(channel);
+  const chip::Supply* row = FindChannel(channel);
   return row == nullptr ? 0.0F : static_cast<float>(code) * row->CodeScale;
 }
 
 float VoltageFromByte(int channel, std::uint8_t byte) {
-  const VoltageChannel* row = FindChannel(channel);
+  const chip::Supply* row = FindChannel(channel);
   return row == nullptr ? 0.0F : static_cast<float>(byte) * row->ByteScale;
 }
 
 std::uint8_t VoltageToByte(std::string_view name, float volts) {
-  const auto row = std::ranges::find(voltageChannels, name, &VoltageChannel::Name);
-  if (row == voltageChannels.end()) throw CommsError(11, "Division by zero");
+  const auto row = std::ranges::find(chip::Supplies, name, &chip::Supply::Name);
+  if (row == chip::Supplies.end()) throw CommsError(11, "Division by zero");
   if (!(volts >= 0)) throw OutOfRange("A voltage limit cannot be negative");
   return static_cast<std::uint8_t>(std::min(std::floor(volts / row->ByteScale), 255.0F));
 }

@@ -10,30 +10,6 @@ namespace krx {
 
 // Register bytes to engineering units and back. Engineering values are singles and computed in single precision.
 
-/// Where a temperature channel (0 Local, 1 Remote1, 2 Remote2) is measured; its two fraction bits are in 0x77.
-struct TempChannel {
-  std::uint8_t ValueRegister;
-  int FractionShift;  ///< place of the lower fraction bit
-};
-inline constexpr std::array<TempChannel, 3> tempChannels{{{0x26, 4}, {0x25, 2}, {0x27, 6}}};
-
-/// Where a voltage channel is measured, and the volts of one count.
-struct VoltageChannel {
-  std::string_view Name;
-  std::uint8_t ValueRegister;
-  std::uint8_t ExtensionRegister;
-  int ExtensionShift;  ///< place of the lower extension bit
-  float ByteScale;     ///< of the 8-bit value and limit registers
-  float CodeScale;     ///< of the 10-bit code, a quarter of it
-};
-inline constexpr std::array<VoltageChannel, 5> voltageChannels{{
-    {"5V", 0x23, 0x76, 6, 0.026F, 0.0065F},
-    {"12V", 0x24, 0x77, 0, 0.0624F, 0.0156F},
-    {"Vccp", 0x21, 0x76, 2, 0.01172F, 0.00293F},
-    {"Vcc", 0x22, 0x76, 4, 0.0168F, 0.0042F},
-    {"2.5V", 0x20, 0x76, 0, 0.0128F, 0.0032F},
-}};
-
 /// °C of a signed value byte. The fraction widens the magnitude: 0xF6 with 0.25 is -10.25.
 float TempFromByte(std::uint8_t byte, float fraction);
 

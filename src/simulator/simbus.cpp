@@ -52,7 +52,7 @@ std::uint8_t SimBus::ReadChip(bool smbus, std::uint8_t port, std::uint8_t addres
   Perform(Operation::ReadByteData, address, reg, 0, [&](Transfer& entry) {
     // What a planned slowness adds is no time that the reader takes.
     value = Find(smbus, port, address).Read(reg, sim_.Seconds() - sim_.slowedSeconds_);
-    if (reg == SimRegisters::CompanyId) value = sim_.companyId_.value_or(value);
+    if (reg == chip::CompanyId) value = sim_.companyId_.value_or(value);
     entry.Data = value;
   });
   return value;

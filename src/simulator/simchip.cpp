@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "simulator/simchip.h"
 
+#include <algorithm>
+#include <optional>
+
+#include "registers/chip.h"
+
 namespace krx {
 namespace {
 
@@ -12,8 +17,11 @@ constexpr std::uint8_t firstValue = 0x20, lastValue = 0x2F;
 /// Below this a fan counts as standing.
 constexpr double turningRpm = 83;
 
-bool IsDuty(std::uint8_t reg) {
-  return reg >= Reg::Duty && reg < Reg::Duty + 3;
+/// The output whose duty register this is.
+std::optional<std::size_t> DutyOf(std::uint8_t reg) {
+  const auto row = std::ranges::find(chip::Outputs, reg, &chip::Output::Duty);
+  if (row == chip::Outputs.end()) return std::nullopt;
+  return static_cast<std::size_t>(row - chip::Outputs.begin());
 }
 
 }  // namespace
@@ -29,7 +37,7 @@ std::uint8_t SimChip::Read(std::uint8_t reg, double seconds) {
     if (seconds <= held.UntilSeconds) value = held.Value;
     held.UntilSeconds = -1;
   }
-  if (reg == Reg::ProchotStatus) registers_[reg] = 0;
+  if (reg == chip::ThermTimer) registers_[reg] = 0;
   return value;
 }
 
@@ -39,15 +47,15 @@ void SimChip::HoldUpperBytes(std::uint8_t reg, double seconds) {
       held_[upper - firstValue] = {registers_[upper], seconds + holdSeconds};
     }
   };
-  if (reg == Reg::Extended1) hold(0x20, 0x23);
-  if (reg == Reg::Extended2) hold(0x24, 0x27);
+  if (reg == chip::ExtendedResolution1) hold(0x20, 0x23);
+  if (reg == chip::ExtendedResolution2) hold(0x24, 0x27);
   if (reg >= 0x28 && reg <= lastValue && reg % 2 == 0) hold(reg + 1u, reg + 1u);
 }
 
 void SimChip::Write(std::uint8_t reg, std::uint8_t value) {
   const bool monitored = registers_.Monitoring();
-  if (IsDuty(reg)) {
-    drive_.WriteDuty(static_cast<std::size_t>(reg - Reg::Duty), value);
+  if (const auto output = DutyOf(reg)) {
+    drive_.WriteDuty(*output, value);
   } else {
     const int mask = WritableBits(reg);
     registers_[reg] = static_cast<std::uint8_t>((registers_[reg] & ~mask) | (value & mask));
@@ -59,14 +67,14 @@ void SimChip::Write(std::uint8_t reg, std::uint8_t value) {
 
 std::uint8_t SimChip::Peek(std::uint8_t reg) const {
   const std::uint8_t value = registers_[reg];
-  if (reg == Reg::Vid) return static_cast<std::uint8_t>((value & 0xC0) | pins_.Vid);
-  const bool ready = reg == Reg::Config1 && registers_.Monitoring() && measure_.Measured();
-  return ready ? static_cast<std::uint8_t>(value | Reg::Ready) : value;
+  if (reg == chip::Vid) return static_cast<std::uint8_t>((value & 0xC0) | pins_.Vid);
+  const bool ready = reg == chip::Configuration1 && registers_.Monitoring() && measure_.Measured();
+  return ready ? static_cast<std::uint8_t>(value | chip::Ready) : value;
 }
 
 void SimChip::Poke(std::uint8_t reg, std::uint8_t value) {
   registers_[reg] = value;
-  if (IsDuty(reg)) drive_.WriteDuty(static_cast<std::size_t>(reg - Reg::Duty), value);
+  if (const auto output = DutyOf(reg)) drive_.WriteDuty(*output, value);
 }
 
 void SimChip::Surround(const ChipPins& pins, const PlantState& plant) {
@@ -87,10 +95,10 @@ void SimChip::Step(const PlantState& plant, std::int64_t step) {
 std::array<double, 3> SimChip::FanDuty() const {
   std::array<double, 3> duty{};
   for (std::size_t pwm = 0; pwm < duty.size(); ++pwm) {
-    const double share = registers_[Reg::Duty + pwm] / 255.0;
-    duty[pwm] = registers_.Bit(Reg::PwmConfig + pwm, 4) ? 1 - share : share;
+    const double share = registers_[chip::Outputs[pwm].Duty] / 255.0;
+    duty[pwm] = registers_.Has(chip::Outputs[pwm].Configuration, chip::PolarityMask) ? 1 - share : share;
   }
-  if (registers_.Bit(Reg::Config3, Reg::AlertOnPwm2Bit)) duty[1] = 1;
+  if (registers_.Has(chip::Configuration3, chip::AlertOnPwm2)) duty[1] = 1;
   return duty;
 }
 

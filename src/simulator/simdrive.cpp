@@ -20,16 +20,8 @@ constexpr std::array<int, 8> spinUpSteps{0, 10, 25, 40, 67, 100, 200, 400};
 /// By ramp-rate code; eight times as many counts a second.
 constexpr std::array<int, 8> rampRates{1, 2, 3, 5, 8, 12, 24, 48};
 
-struct AcousticsRow {
-  std::uint8_t Register;
-  int EnableBit;
-  int RateShift;
-};
-constexpr std::array<AcousticsRow, 3> acousticsRows{
-    {{Reg::Acoustics1, 3, 0}, {Reg::Acoustics2, 7, 4}, {Reg::Acoustics2, 3, 0}}};
-
 std::size_t Behaviour(const Reg& registers, std::size_t pwm) {
-  return registers[Reg::PwmConfig + pwm] >> 5;
+  return registers[chip::Outputs[pwm].Configuration] >> chip::BehaviourShift;
 }
 
 bool DrivenBy(const Reg& registers, std::size_t pwm, std::size_t zone) {
@@ -38,9 +30,9 @@ bool DrivenBy(const Reg& registers, std::size_t pwm, std::size_t zone) {
 
 /// The most that a duty may move in a step.
 double RampPerStep(const Reg& registers, std::size_t pwm) {
-  const AcousticsRow& row = acousticsRows[pwm];
-  if (!registers.Bit(row.Register, row.EnableBit)) return 255;
-  const auto code = static_cast<std::size_t>((registers[row.Register] >> row.RateShift) & 7);
+  const chip::Output& row = chip::Outputs[pwm];
+  if (!registers.Has(row.Acoustics, row.AcousticsEnable)) return 255;
+  const auto code = static_cast<std::size_t>((registers[row.Acoustics] >> row.RampShift) & 7);
   return 8.0 * rampRates[code] * SimPlant::stepSeconds;
 }
 
@@ -54,8 +46,8 @@ void SimDrive::Settle(SimRegisters& registers, bool measured) {
 }
 
 void SimDrive::Show(SimRegisters& registers, std::size_t pwm) const {
-  const bool fullSpeed = registers.Bit(Reg::Config1, Reg::FullSpeedBit);
-  registers[Reg::Duty + pwm] = fullSpeed ? std::uint8_t{255} : outputs_[pwm].Duty;
+  const bool fullSpeed = registers.Has(chip::Configuration1, chip::FullSpeed);
+  registers[chip::Outputs[pwm].Duty] = fullSpeed ? std::uint8_t{255} : outputs_[pwm].Duty;
 }
 
 bool SimDrive::SettleOutput(const SimRegisters& registers, std::size_t pwm, bool measured) {
@@ -84,7 +76,7 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
   Output& output = outputs_[pwm];
   double target = 0;
   bool full = false;
-  for (std::size_t zone = 0; zone < zoneRegisters.size(); ++zone) {
+  for (std::size_t zone = 0; zone < chip::Zones.size(); ++zone) {
     if (!DrivenBy(registers, pwm, zone)) continue;
     target = std::max(target, ZoneDuty(registers, measure.Celsius(zone), pwm, zone));
     full = full || measure.Overheated(zone) || measure.DiodeOpen(zone);
@@ -100,11 +92,11 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
   if (target <= 0) {
     output.SpinUpSteps = 0;
   } else if (duty == 0) {
-    output.SpinUpSteps = spinUpSteps[registers[Reg::PwmConfig + pwm] & 7u];
+    output.SpinUpSteps = spinUpSteps[registers[chip::Outputs[pwm].Configuration] & 7u];
     // Not below what the ramp has gained: a slow one takes several steps to its first whole count.
-    output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[Reg::MinDuty + pwm]));
+    output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[chip::Outputs[pwm].MinimumDuty]));
   }
-  if (registers.Bit(Reg::Config1, Reg::NoSpinUpBit)) output.SpinUpSteps = 0;
+  if (registers.Has(chip::Configuration1, chip::DisableSpinUp)) output.SpinUpSteps = 0;
   const double most = RampPerStep(registers, pwm);
   output.Ramp += std::clamp(target - output.Ramp, -most, most);
   if (output.SpinUpSteps > 0) {
@@ -116,9 +108,9 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
 }
 
 double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::size_t pwm, std::size_t zone) {
-  const ZoneRegisters& row = zoneRegisters[zone];
+  const chip::Zone& row = chip::Zones[zone];
   const int tmin = registers.Signed(row.Tmin);
-  const double minimum = registers[Reg::MinDuty + pwm];
+  const double minimum = registers[chip::Outputs[pwm].MinimumDuty];
   bool& on = outputs_[pwm].On[zone];
   if (celsius >= tmin) {
     on = true;
@@ -126,7 +118,7 @@ double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::si
     return std::min(255.0, minimum + slope * 2.55 * (celsius - tmin));
   }
   if (celsius < tmin - registers.HysteresisOf(row)) on = false;
-  const bool neverOff = registers.Bit(Reg::Acoustics1, static_cast<int>(5 + pwm));
+  const bool neverOff = registers.Has(chip::Acoustics1, chip::Outputs[pwm].StayAtMinimum);
   return on || neverOff ? minimum : 0;
 }
 
@@ -134,13 +126,13 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
   // By zone: its bits in 0x36. The cycle code of Remote1 is spread over both registers.
   constexpr std::array<int, 3> enableBits{6, 5, 7};
   constexpr std::array<int, 3> prochotBits{3, 2, 4};
-  const int low = registers[Reg::DynamicTmin2];
-  const std::array<int, 3> codes{(low >> 3) & 7, ((registers[Reg::DynamicTmin1] & 1) << 2) | (low >> 6), low & 7};
+  const int low = registers[chip::DynamicTmin2];
+  const std::array<int, 3> codes{(low >> 3) & 7, ((registers[chip::DynamicTmin1] & 1) << 2) | (low >> 6), low & 7};
 
   for (std::size_t z = 0; z < zones_.size(); ++z) {
-    const ZoneRegisters& row = zoneRegisters[z];
-    const int opPoint = registers.Signed(row.OpPoint);
-    const bool prochot = measure.Prochot() && registers.Bit(Reg::DynamicTmin1, prochotBits[z]);
+    const chip::Zone& row = chip::Zones[z];
+    const int opPoint = registers.Signed(row.OperatingPoint);
+    const bool prochot = measure.Prochot() && registers.Bit(chip::DynamicTmin1, prochotBits[z]);
     const auto running = [&] {
       for (std::size_t pwm = 0; pwm < fanRunning.size(); ++pwm) {
         if (DrivenBy(registers, pwm, z) && fanRunning[pwm]) return true;
@@ -150,7 +142,7 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
     int direction = 0;
     // An open diode says nothing about the temperature.
     const bool known = measure.Measured() && !measure.DiodeOpen(z);
-    if (registers.Monitoring() && known && registers.Bit(Reg::DynamicTmin1, enableBits[z])) {
+    if (registers.Monitoring() && known && registers.Bit(chip::DynamicTmin1, enableBits[z])) {
       if (prochot || measure.Celsius(z) > opPoint) {
         direction = -1;
       } else if (measure.Celsius(z) < opPoint && running()) {

@@ -23,40 +23,19 @@ constexpr double voltageNoise = 0.001;
 constexpr unsigned temperatureChannel = 4;  // after the four fans
 constexpr unsigned voltageChannel = 7;
 
-/// In the order of the voltage channels.
-struct VoltageRow {
-  std::uint8_t Value;
-  std::uint8_t Extended;
-  int ExtendedShift;
-  double VoltsPerCount;  // of the 10-bit code
-  std::uint8_t LowLimit;
-  std::uint8_t Status;
-  int StatusBit;
-};
-constexpr std::array<VoltageRow, 5> voltageRows{{
-    {0x23, Reg::Extended1, 6, 0.0065, 0x4A, Reg::Status1, 3},
-    {0x24, Reg::Extended2, 0, 0.0156, 0x4C, Reg::Status2, 0},
-    {0x21, Reg::Extended1, 2, 0.00293, 0x46, Reg::Status1, 1},
-    {0x22, Reg::Extended1, 4, 0.0042, 0x48, Reg::Status1, 2},
-    {0x20, Reg::Extended1, 0, 0.0032, 0x44, Reg::Status1, 0},
-}};
 constexpr std::size_t channel5V = 0, channel25V = 4;
 
-constexpr int outOfLimitBit = 7;                                 // of Status1
-constexpr int overTemperatureBit = 1, fan1Bit = 2, fan4Bit = 5;  // of Status2
-constexpr int diode1Bit = 6;
-
 bool ThermEnabled(const Reg& registers) {
-  return registers.Bit(Reg::Config3, 1);
+  return registers.Has(chip::Configuration3, chip::ThermEnabled);
 }
 bool ThermOn5V(const Reg& registers) {
-  return ThermEnabled(registers) && registers.Bit(Reg::Config4, 1);
+  return ThermEnabled(registers) && registers.Has(chip::Configuration4, chip::ThermOn5V);
 }
 bool ThermOnTach4(const Reg& registers) {
-  return ThermEnabled(registers) && !registers.Bit(Reg::Config4, 1);
+  return ThermEnabled(registers) && !registers.Has(chip::Configuration4, chip::ThermOn5V);
 }
 bool AlertOn25V(const Reg& registers) {
-  return registers.Bit(Reg::Config4, 0);
+  return registers.Has(chip::Configuration4, chip::AlertOn25V);
 }
 
 void PutBits(Reg& registers, std::uint8_t reg, int shift, int mask, int bits) {
@@ -73,38 +52,39 @@ bool PulsesArrive(const Reg& registers, const ChipPins& pins, int tach) {
     case ChipPins::TachWiring::Always:
       return true;
     case ChipPins::TachWiring::ThreeWire:
-      return !registers.Bit(Reg::Config2, tach);
+      return !registers.Bit(chip::Configuration2, tach);
     case ChipPins::TachWiring::TwoWire:
-      return registers.Bit(Reg::Config2, tach);
+      return registers.Bit(chip::Configuration2, tach);
     case ChipPins::TachWiring::None:
       return false;
   }
   return false;
 }
 
-void ConvertVoltage(Reg& registers, const VoltageRow& row, double volts, bool pinInUse) {
+void ConvertVoltage(Reg& registers, const chip::Supply& row, double volts, bool pinInUse) {
   const int code =
-      pinInUse ? 0 : static_cast<int>(std::clamp(std::floor(volts / row.VoltsPerCount + 0.5), 0.0, 1023.0));
+      pinInUse
+          ? 0
+          : static_cast<int>(std::clamp(std::floor(volts / static_cast<double>(row.CodeScale) + 0.5), 0.0, 1023.0));
   registers[row.Value] = static_cast<std::uint8_t>(code >> 2);
-  PutBits(registers, row.Extended, row.ExtendedShift, 3, code);
+  PutBits(registers, row.Extension, row.ExtensionShift, 3, code);
   const int byte = code >> 2;
-  const bool outside = byte < registers[row.LowLimit] || byte > registers[row.LowLimit + std::size_t{1}];
+  const bool outside = byte < registers[row.LowLimit] || byte > registers[row.HighLimit];
   PutBits(registers, row.Status, row.StatusBit, 1, outside && !pinInUse);
 }
 
 void CompareFans(Reg& registers) {
   for (int tach = 0; tach < 4; ++tach) {
-    const auto pair = static_cast<std::size_t>(2 * tach);
-    bool alarm = Count(registers, 0x28 + pair) > Count(registers, Reg::TachLimit + pair);
+    const chip::Tach& row = chip::Tachs[static_cast<std::size_t>(tach)];
+    bool alarm = Count(registers, row.Low) > Count(registers, row.LimitLow);
     // F4P stands for what is at the Tach4 pin.
-    if (tach == 3 && ThermOnTach4(registers)) alarm = registers[Reg::ProchotStatus] > registers[Reg::ProchotLimit];
-    PutBits(registers, Reg::Status2, fan1Bit + tach, 1, alarm);
+    if (tach == 3 && ThermOnTach4(registers)) alarm = registers[chip::ThermTimer] > registers[chip::ThermTimerLimit];
+    PutBits(registers, chip::InterruptStatus2, row.StatusBit, 1, alarm);
   }
-  static_assert(fan1Bit + 3 == fan4Bit);
 }
 
 /// Reached at the limit, left below limit - hysteresis. The lowest limit, 0x80, stands for none.
-bool Overheats(const Reg& registers, const ZoneRegisters& zone, double celsius, bool before) {
+bool Overheats(const Reg& registers, const chip::Zone& zone, double celsius, bool before) {
   if (registers[zone.Therm] == 0x80) return false;
   return celsius >= registers.Signed(zone.Therm) - (before ? registers.HysteresisOf(zone) : 0);
 }
@@ -125,7 +105,7 @@ double DecodeTemperature(TemperatureCode code) {
 }
 
 void SimMeasure::Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) {
-  const int tachPeriod = registers.Bit(Reg::Config3, 3) ? fastTachPeriodSteps : tachPeriodSteps;
+  const int tachPeriod = registers.Bit(chip::Configuration3, 3) ? fastTachPeriodSteps : tachPeriodSteps;
   NoticePulses(registers, plant, pins, step);
   if (++tachSteps_ >= tachPeriod) {
     tachSteps_ = 0;
@@ -159,7 +139,7 @@ void SimMeasure::NoticePulses(SimRegisters& registers, const PlantState& plant, 
 void SimMeasure::MeasureTach(SimRegisters& registers, const PlantState& plant, int tach, bool arriving,
                              std::int64_t step) const {
   const auto t = static_cast<std::size_t>(tach);
-  const int programmed = ((registers[Reg::FanPulses] >> (2 * tach)) & 3) + 1;
+  const int programmed = ((registers[chip::FanPulses] >> (2 * tach)) & 3) + 1;
   const double rpm = plant.Rpm[t] * (1 + noise_.At(step, static_cast<unsigned>(tach), fanRipple));
   int count = 0xFFFF;
   if (arriving && rpm > 1) {
@@ -176,45 +156,46 @@ void SimMeasure::CountProchot(SimRegisters& registers, const PlantState& plant, 
   prochotMilliseconds_ += plant.ProchotShare * SimPlant::stepSeconds * 1000 / speed_;
   while (prochotMilliseconds_ >= prochotCountMilliseconds) {
     prochotMilliseconds_ -= prochotCountMilliseconds;
-    if (registers[Reg::ProchotStatus] < 255) ++registers[Reg::ProchotStatus];
+    if (registers[chip::ThermTimer] < 255) ++registers[chip::ThermTimer];
   }
 }
 
 void SimMeasure::Convert(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) {
   measured_ = true;
   ConvertTemperatures(registers, plant, pins, step);
-  for (std::size_t channel = 0; channel < voltageRows.size(); ++channel) {
+  for (std::size_t channel = 0; channel < chip::Supplies.size(); ++channel) {
     const unsigned noiseChannel = voltageChannel + static_cast<unsigned>(channel);
     const double volts = plant.Volts[channel] * (1 + noise_.At(step, noiseChannel, voltageNoise));
     const bool pinInUse =
         (channel == channel5V && ThermOn5V(registers)) || (channel == channel25V && AlertOn25V(registers));
-    ConvertVoltage(registers, voltageRows[channel], volts, pinInUse);
+    ConvertVoltage(registers, chip::Supplies[channel], volts, pinInUse);
   }
   CompareFans(registers);
   for (int diode = 0; diode < 2; ++diode) {
-    PutBits(registers, Reg::Status2, diode1Bit + diode, 1, pins.DiodeOpen[static_cast<std::size_t>(diode)]);
+    PutBits(registers, chip::InterruptStatus2, chip::Diode1Bit + diode, 1,
+            pins.DiodeOpen[static_cast<std::size_t>(diode)]);
   }
-  PutBits(registers, Reg::Status1, outOfLimitBit, 1, registers[Reg::Status2] != 0);
+  PutBits(registers, chip::InterruptStatus1, chip::OutOfLimitBit, 1, registers[chip::InterruptStatus2] != 0);
 }
 
 void SimMeasure::ConvertTemperatures(SimRegisters& registers, const PlantState& plant, const ChipPins& pins,
                                      std::int64_t step) {
-  for (std::size_t zone = 0; zone < zoneRegisters.size(); ++zone) {
-    const ZoneRegisters& row = zoneRegisters[zone];
+  for (std::size_t zone = 0; zone < chip::Zones.size(); ++zone) {
+    const chip::Zone& row = chip::Zones[zone];
     diodeOpen_[zone] = zone > 0 && pins.DiodeOpen[zone - 1];
     const double noise = noise_.At(step, temperatureChannel + static_cast<unsigned>(zone), temperatureNoise);
     const double celsius = diodeOpen_[zone] ? -128 : plant.Celsius[zone] + registers.Signed(row.Offset) + noise;
     const TemperatureCode code = EncodeTemperature(celsius);
     celsius_[zone] = DecodeTemperature(code);
     registers[row.Value] = code.Byte;
-    PutBits(registers, Reg::Extended2, row.ExtendedShift, 3, code.Fraction);
+    PutBits(registers, chip::ExtendedResolution2, row.FractionShift, 3, code.Fraction);
     const bool outside =
         celsius_[zone] < registers.Signed(row.LowLimit) || celsius_[zone] > registers.Signed(row.HighLimit);
-    PutBits(registers, Reg::Status1, row.StatusBit, 1, outside);
+    PutBits(registers, chip::InterruptStatus1, row.StatusBit, 1, outside);
     overheated_[zone] = Overheats(registers, row, celsius_[zone], overheated_[zone]);
   }
   const bool any = std::any_of(overheated_.begin(), overheated_.end(), [](bool zone) { return zone; });
-  PutBits(registers, Reg::Status2, overTemperatureBit, 1, any);
+  PutBits(registers, chip::InterruptStatus2, chip::OverTemperatureBit, 1, any);
 }
 
 }  // namespace krx

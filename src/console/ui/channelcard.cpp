@@ -123,9 +123,7 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
 }
 
 void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel, bool powerMode) {
-  const ChannelKind kind = channels[channel].Kind;
-  const bool hundredths = kind == ChannelKind::Temperature || (channel == currentChannel && powerMode);
-  const int decimals = hundredths ? 2 : kind == ChannelKind::Fan ? 0 : 3;
+  const int decimals = ChannelQuantity(channel, powerMode).Decimals;
   const auto text = [&](double value) {
     return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : QStringLiteral("–");
   };

@@ -29,16 +29,15 @@ bool IsFanTrace(std::size_t trace) {
 }
 
 struct TraceFormat {
-  const char* Unit;
+  std::string_view Unit;
   int Decimals;
 };
 
 TraceFormat FormatOf(std::size_t trace) {
-  if (trace < firstFanTrace) return {"C", 2};
-  if (IsFanTrace(trace)) return {"RPM", 0};
   if (trace == powerTrace) return {"W", 2};
   if (trace == thermTrace) return {"%", 1};
-  return {"V", 3};
+  const auto row = std::ranges::find(channels, trace, &Channel::Trace);
+  return {row->Quantity.ReadoutUnit, row->Quantity.Decimals};
 }
 
 }  // namespace
@@ -85,7 +84,7 @@ StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualStat
                       .Name = QString::fromStdString(state.TraceNames[trace]),
                       .PaletteIndex = trace - first,
                       .SecondAxis = IsFanTrace(trace),
-                      .Unit = QString::fromLatin1(format.Unit),
+                      .Unit = QString::fromLatin1(format.Unit.data(), static_cast<int>(format.Unit.size())),
                       .Decimals = format.Decimals});
   }
   chart->SetTraces(traces);

@@ -11,6 +11,7 @@
 #include "link/journalmodule.h"
 #include "link/registeraccess.h"
 #include "link/ui/initform.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
@@ -138,10 +139,9 @@ void ConsoleRun::ShowMainForm() {
 /// A simulated chip comes up without monitoring, as a real one does, and a first look would show nothing move. Only
 /// there is it started unasked: hardware is left as it was found.
 void ConsoleRun::StartSimulatedMonitoring() {
-  constexpr std::uint8_t configuration1 = 0x40;
   constexpr std::uint8_t start = 0x01;
   const Link::MayGiveUp unlessEnding(link_);
-  UpdateBits(link_, configuration1, start, start);
+  UpdateBits(link_, chip::Configuration1, start, start);
   mainForm_->ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
 }
 

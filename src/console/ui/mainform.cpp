@@ -216,10 +216,9 @@ void MainForm::AfterUndo(const UndoResult& undone) {
   if (std::ranges::any_of(undone.Written, drives)) glitch_->Stop();
   RunUserAction(
       dialogs_, [&] { RenewAfterUndo(bench_, undone.Written); }, undoOrigin);
-  constexpr std::uint8_t configuration1 = 0x40;
   for (const UndoStep& step : undone.Written) {
     readWrite_->ShowWrittenElsewhere(step.Register, step.Value);
-    if (step.Register == configuration1 && tabs_->currentIndex() == VisualDisplay) {
+    if (step.Register == chip::Configuration1 && tabs_->currentIndex() == VisualDisplay) {
       model_.ConfigurationWritten(step.Value);
     }
   }

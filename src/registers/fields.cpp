@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "registers/fields.h"
+
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+
+#include "registers/chip.h"
+#include "registers/codes.h"
+#include "registers/conversions.h"
+#include "registers/numerics.h"
+
+namespace krx {
+namespace {
+
+using Items2 = std::array<std::string_view, 2>;
+constexpr Items2 bit{"0", "1"};  // a bit whose effect the console does not know
+constexpr Items2 onOff{"off", "on"};
+constexpr Items2 yesNo{"no", "yes"};
+constexpr Items2 spinUp{"as configured", "disabled"};
+constexpr Items2 currentInput{"a voltage", "the processor's current"};
+constexpr Items2 limits{"within limits", "out of limits"};
+constexpr Items2 something{"nothing set", "something set"};
+constexpr Items2 therm{"below its limit", "above its limit"};
+constexpr Items2 diode{"connected", "open or shorted"};
+constexpr Items2 masked{"enabled", "masked"};
+constexpr Items2 polarity{"active low", "active high"};
+constexpr Items2 belowTmin{"off", "minimum duty"};
+constexpr Items2 tachSource{"three-wire fan", "two-wire fan"};
+constexpr Items2 pwm2Pin{"PWM2 output", "SMBALERT output"};
+constexpr Items2 thermPin{"Tach4 pin", "5V pin"};
+constexpr Items2 pin25V{"2.5V input", "SMBALERT output"};
+constexpr std::array<std::string_view, 4> quarters{".00", ".25", ".50", ".75"};
+/// How often Tmin may be lowered and raised.
+constexpr std::array<std::string_view, 8> cycles{"0.5 s down, 1 s up", "1 s down, 2 s up",   "2 s down, 4 s up",
+                                                 "4 s down, 8 s up",   "8 s down, 16 s up",  "16 s down, 32 s up",
+                                                 "32 s down, 64 s up", "64 s down, 128 s up"};
+
+constexpr RegisterField fields[] = {
+    {0x20, 7, 0, "2.5V input, upper 8 bits", FieldScale::Volts},
+    {0x21, 7, 0, "Vccp input, upper 8 bits", FieldScale::Volts},
+    {0x22, 7, 0, "Vcc input, upper 8 bits", FieldScale::Volts},
+    {0x23, 7, 0, "5V input, upper 8 bits", FieldScale::Volts},
+    {0x24, 7, 0, "12V input, upper 8 bits", FieldScale::Volts},
+    {0x25, 7, 0, "Remote1 temperature, whole degrees", FieldScale::Celsius},
+    {0x26, 7, 0, "Local temperature, whole degrees", FieldScale::Celsius},
+    {0x27, 7, 0, "Remote2 temperature, whole degrees", FieldScale::Celsius},
+    {0x28, 7, 0, "Tach1 count, lower half", FieldScale::TachLow},
+    {0x29, 7, 0, "Tach1 count, upper half", FieldScale::TachHigh},
+    {0x2A, 7, 0, "Tach2 count, lower half", FieldScale::TachLow},
+    {0x2B, 7, 0, "Tach2 count, upper half", FieldScale::TachHigh},
+    {0x2C, 7, 0, "Tach3 count, lower half", FieldScale::TachLow},
+    {0x2D, 7, 0, "Tach3 count, upper half", FieldScale::TachHigh},
+    {0x2E, 7, 0, "Tach4 count, lower half", FieldScale::TachLow},
+    {0x2F, 7, 0, "Tach4 count, upper half", FieldScale::TachHigh},
+    {0x30, 7, 0, "PWM1 duty", FieldScale::Percent},
+    {0x31, 7, 0, "PWM2 duty", FieldScale::Percent},
+    {0x32, 7, 0, "PWM3 duty", FieldScale::Percent},
+    {0x33, 7, 0, "Remote1 operating point", FieldScale::Celsius},
+    {0x34, 7, 0, "Local operating point", FieldScale::Celsius},
+    {0x35, 7, 0, "Remote2 operating point", FieldScale::Celsius},
+    {0x36, 7, 7, "Remote2 dynamic Tmin", FieldScale::Code, onOff},
+    {0x36, 6, 6, "Local dynamic Tmin", FieldScale::Code, onOff},
+    {0x36, 5, 5, "Remote1 dynamic Tmin", FieldScale::Code, onOff},
+    {0x36, 4, 4, "PROCHOT acts on Remote2", FieldScale::Code, yesNo},
+    {0x36, 3, 3, "PROCHOT acts on Local", FieldScale::Code, yesNo},
+    {0x36, 2, 2, "PROCHOT acts on Remote1", FieldScale::Code, yesNo},
+    {0x36, 0, 0, "Remote1 cycle, upper bit", FieldScale::Number},
+    {0x37, 7, 6, "Remote1 cycle, lower two bits", FieldScale::Number},
+    {0x37, 5, 3, "Local cycle", FieldScale::Code, cycles},
+    {0x37, 2, 0, "Remote2 cycle", FieldScale::Code, cycles},
+    {0x3D, 7, 0, "Device ID", FieldScale::Byte},
+    {0x3E, 7, 0, "Company ID", FieldScale::Byte},
+    {0x3F, 7, 4, "Version", FieldScale::Number},
+    {0x3F, 3, 0, "Stepping", FieldScale::Number},
+    {0x40, 7, 7, "VCC", FieldScale::Code, bit},
+    {0x40, 6, 6, "TODIS", FieldScale::Code, bit},
+    {0x40, 5, 5, "Spin-up", FieldScale::Code, spinUp},
+    {0x40, 4, 4, "2.5V input", FieldScale::Code, currentInput},
+    {0x40, 3, 3, "Full speed (FSPD)", FieldScale::Code, onOff},
+    {0x40, 2, 2, "Ready (RDY)", FieldScale::Code, yesNo},
+    {0x40, 1, 1, "Registers locked (LOCK)", FieldScale::Code, yesNo},
+    {0x40, 0, 0, "Monitoring", FieldScale::Code, onOff},
+    {0x41, 7, 7, "Interrupt status 2", FieldScale::Code, something},
+    {0x41, 6, 6, "Remote2", FieldScale::Code, limits},
+    {0x41, 5, 5, "Local", FieldScale::Code, limits},
+    {0x41, 4, 4, "Remote1", FieldScale::Code, limits},
+    {0x41, 3, 3, "5V", FieldScale::Code, limits},
+    {0x41, 2, 2, "Vcc", FieldScale::Code, limits},
+    {0x41, 1, 1, "Vccp", FieldScale::Code, limits},
+    {0x41, 0, 0, "2.5V", FieldScale::Code, limits},
+    {0x42, 7, 7, "Remote2 diode", FieldScale::Code, diode},
+    {0x42, 6, 6, "Remote1 diode", FieldScale::Code, diode},
+    {0x42, 5, 5, "Fan 4 or THERM timer", FieldScale::Code, limits},
+    {0x42, 4, 4, "Fan 3", FieldScale::Code, limits},
+    {0x42, 3, 3, "Fan 2", FieldScale::Code, limits},
+    {0x42, 2, 2, "Fan 1", FieldScale::Code, limits},
+    {0x42, 1, 1, "THERM temperature", FieldScale::Code, therm},
+    {0x42, 0, 0, "12V", FieldScale::Code, limits},
+    {0x43, 7, 7, "VIDSEL", FieldScale::Code, bit},
+    {0x43, 6, 6, "THLD", FieldScale::Code, bit},
+    {0x43, 5, 0, "VID inputs", FieldScale::Number},
+    {0x44, 7, 0, "2.5V low limit", FieldScale::Volts},
+    {0x45, 7, 0, "2.5V high limit", FieldScale::Volts},
+    {0x46, 7, 0, "Vccp low limit", FieldScale::Volts},
+    {0x47, 7, 0, "Vccp high limit", FieldScale::Volts},
+    {0x48, 7, 0, "Vcc low limit", FieldScale::Volts},
+    {0x49, 7, 0, "Vcc high limit", FieldScale::Volts},
+    {0x4A, 7, 0, "5V low limit", FieldScale::Volts},
+    {0x4B, 7, 0, "5V high limit", FieldScale::Volts},
+    {0x4C, 7, 0, "12V low limit", FieldScale::Volts},
+    {0x4D, 7, 0, "12V high limit", FieldScale::Volts},
+    {0x4E, 7, 0, "Remote1 low limit", FieldScale::Celsius},
+    {0x4F, 7, 0, "Remote1 high limit", FieldScale::Celsius},
+    {0x50, 7, 0, "Local low limit", FieldScale::Celsius},
+    {0x51, 7, 0, "Local high limit", FieldScale::Celsius},
+    {0x52, 7, 0, "Remote2 low limit", FieldScale::Celsius},
+    {0x53, 7, 0, "Remote2 high limit", FieldScale::Celsius},
+    {0x54, 7, 0, "Tach1 count limit, lower half", FieldScale::TachLow},
+    {0x55, 7, 0, "Tach1 count limit, upper half", FieldScale::TachHigh},
+    {0x56, 7, 0, "Tach2 count limit, lower half", FieldScale::TachLow},
+    {0x57, 7, 0, "Tach2 count limit, upper half", FieldScale::TachHigh},
+    {0x58, 7, 0, "Tach3 count limit, lower half", FieldScale::TachLow},
+    {0x59, 7, 0, "Tach3 count limit, upper half", FieldScale::TachHigh},
+    {0x5A, 7, 0, "Tach4 count limit, lower half", FieldScale::TachLow},
+    {0x5B, 7, 0, "Tach4 count limit, upper half", FieldScale::TachHigh},
+    {0x5C, 7, 5, "PWM1 behaviour", FieldScale::Code, behaviourItems},
+    {0x5C, 4, 4, "PWM1 polarity", FieldScale::Code, polarity},
+    {0x5C, 3, 3, "PWM1 SLOW", FieldScale::Code, bit},
+    {0x5C, 2, 0, "PWM1 spin-up", FieldScale::Code, spinUpItems},
+    {0x5D, 7, 5, "PWM2 behaviour", FieldScale::Code, behaviourItems},
+    {0x5D, 4, 4, "PWM2 polarity", FieldScale::Code, polarity},
+    {0x5D, 3, 3, "PWM2 SLOW", FieldScale::Code, bit},
+    {0x5D, 2, 0, "PWM2 spin-up", FieldScale::Code, spinUpItems},
+    {0x5E, 7, 5, "PWM3 behaviour", FieldScale::Code, behaviourItems},
+    {0x5E, 4, 4, "PWM3 polarity", FieldScale::Code, polarity},
+    {0x5E, 3, 3, "PWM3 SLOW", FieldScale::Code, bit},
+    {0x5E, 2, 0, "PWM3 spin-up", FieldScale::Code, spinUpItems},
+    {0x5F, 7, 4, "Remote1 Trange", FieldScale::Code, rangeItems},
+    {0x5F, 3, 3, "PWM1 THRM", FieldScale::Code, bit},
+    {0x5F, 2, 0, "PWM1 frequency", FieldScale::Code, frequencyItems},
+    {0x60, 7, 4, "Local Trange", FieldScale::Code, rangeItems},
+    {0x60, 3, 3, "PWM2 THRM", FieldScale::Code, bit},
+    {0x60, 2, 0, "PWM2 frequency", FieldScale::Code, frequencyItems},
+    {0x61, 7, 4, "Remote2 Trange", FieldScale::Code, rangeItems},
+    {0x61, 3, 3, "PWM3 THRM", FieldScale::Code, bit},
+    {0x61, 2, 0, "PWM3 frequency", FieldScale::Code, frequencyItems},
+    {0x62, 7, 7, "PWM3 below Tmin", FieldScale::Code, belowTmin},
+    {0x62, 6, 6, "PWM2 below Tmin", FieldScale::Code, belowTmin},
+    {0x62, 5, 5, "PWM1 below Tmin", FieldScale::Code, belowTmin},
+    {0x62, 4, 4, "SYNC", FieldScale::Code, bit},
+    {0x62, 3, 3, "PWM1 enhanced acoustics", FieldScale::Code, onOff},
+    {0x62, 2, 0, "PWM1 ramp rate", FieldScale::Code, rampRateItems},
+    {0x63, 7, 7, "PWM2 enhanced acoustics", FieldScale::Code, onOff},
+    {0x63, 6, 4, "PWM2 ramp rate", FieldScale::Code, rampRateItems},
+    {0x63, 3, 3, "PWM3 enhanced acoustics", FieldScale::Code, onOff},
+    {0x63, 2, 0, "PWM3 ramp rate", FieldScale::Code, rampRateItems},
+    {0x64, 7, 0, "PWM1 minimum duty", FieldScale::Percent},
+    {0x65, 7, 0, "PWM2 minimum duty", FieldScale::Percent},
+    {0x66, 7, 0, "PWM3 minimum duty", FieldScale::Percent},
+    {0x67, 7, 0, "Remote1 Tmin", FieldScale::Celsius},
+    {0x68, 7, 0, "Local Tmin", FieldScale::Celsius},
+    {0x69, 7, 0, "Remote2 Tmin", FieldScale::Celsius},
+    {0x6A, 7, 0, "Remote1 THERM limit", FieldScale::Celsius},
+    {0x6B, 7, 0, "Local THERM limit", FieldScale::Celsius},
+    {0x6C, 7, 0, "Remote2 THERM limit", FieldScale::Celsius},
+    {0x6D, 7, 4, "Remote1 hysteresis", FieldScale::Degrees},
+    {0x6D, 3, 0, "Local hysteresis", FieldScale::Degrees},
+    {0x6E, 7, 4, "Remote2 hysteresis", FieldScale::Degrees},
+    {0x6F, 0, 0, "XOR tree test", FieldScale::Code, onOff},
+    {0x70, 7, 0, "Remote1 offset", FieldScale::Celsius},
+    {0x71, 7, 0, "Local offset", FieldScale::Celsius},
+    {0x72, 7, 0, "Remote2 offset", FieldScale::Celsius},
+    {0x73, 7, 7, "SHDN", FieldScale::Code, bit},
+    {0x73, 6, 6, "CONV", FieldScale::Code, bit},
+    {0x73, 5, 5, "ATTN", FieldScale::Code, bit},
+    {0x73, 4, 4, "AVG", FieldScale::Code, bit},
+    {0x73, 3, 3, "Tach4 source", FieldScale::Code, tachSource},
+    {0x73, 2, 2, "Tach3 source", FieldScale::Code, tachSource},
+    {0x73, 1, 1, "Tach2 source", FieldScale::Code, tachSource},
+    {0x73, 0, 0, "Tach1 source", FieldScale::Code, tachSource},
+    {0x74, 7, 7, "OOL interrupt", FieldScale::Code, masked},
+    {0x74, 6, 6, "Remote2 interrupt", FieldScale::Code, masked},
+    {0x74, 5, 5, "Local interrupt", FieldScale::Code, masked},
+    {0x74, 4, 4, "Remote1 interrupt", FieldScale::Code, masked},
+    {0x74, 3, 3, "5V interrupt", FieldScale::Code, masked},
+    {0x74, 2, 2, "Vcc interrupt", FieldScale::Code, masked},
+    {0x74, 1, 1, "Vccp interrupt", FieldScale::Code, masked},
+    {0x74, 0, 0, "2.5V interrupt", FieldScale::Code, masked},
+    {0x75, 7, 7, "Remote2 diode interrupt", FieldScale::Code, masked},
+    {0x75, 6, 6, "Remote1 diode interrupt", FieldScale::Code, masked},
+    {0x75, 5, 5, "Fan 4 or THERM timer interrupt", FieldScale::Code, masked},
+    {0x75, 4, 4, "Fan 3 interrupt", FieldScale::Code, masked},
+    {0x75, 3, 3, "Fan 2 interrupt", FieldScale::Code, masked},
+    {0x75, 2, 2, "Fan 1 interrupt", FieldScale::Code, masked},
+    {0x75, 1, 1, "THERM temperature interrupt", FieldScale::Code, masked},
+    {0x75, 0, 0, "12V interrupt", FieldScale::Code, masked},
+    {0x76, 7, 6, "5V input, lower two bits", FieldScale::LowerBits},
+    {0x76, 5, 4, "Vcc input, lower two bits", FieldScale::LowerBits},
+    {0x76, 3, 2, "Vccp input, lower two bits", FieldScale::LowerBits},
+    {0x76, 1, 0, "2.5V input, lower two bits", FieldScale::LowerBits},
+    {0x77, 7, 6, "Remote2 temperature, quarters", FieldScale::Code, quarters},
+    {0x77, 5, 4, "Local temperature, quarters", FieldScale::Code, quarters},
+    {0x77, 3, 2, "Remote1 temperature, quarters", FieldScale::Code, quarters},
+    {0x77, 1, 0, "12V input, lower two bits", FieldScale::LowerBits},
+    {0x78, 7, 7, "DC4", FieldScale::Code, bit},
+    {0x78, 6, 6, "DC3", FieldScale::Code, bit},
+    {0x78, 5, 5, "DC2", FieldScale::Code, bit},
+    {0x78, 4, 4, "DC1", FieldScale::Code, bit},
+    {0x78, 3, 3, "FAST", FieldScale::Code, bit},
+    {0x78, 2, 2, "BOOST", FieldScale::Code, bit},
+    {0x78, 1, 1, "THERM input", FieldScale::Code, onOff},
+    {0x78, 0, 0, "PWM2 pin", FieldScale::Code, pwm2Pin},
+    {0x79, 7, 0, "THERM timer", FieldScale::ThermTime},
+    {0x7A, 7, 0, "THERM timer limit", FieldScale::Number},
+    {0x7B, 7, 6, "Tach4 pulses per revolution", FieldScale::Code, pulseItems},
+    {0x7B, 5, 4, "Tach3 pulses per revolution", FieldScale::Code, pulseItems},
+    {0x7B, 3, 2, "Tach2 pulses per revolution", FieldScale::Code, pulseItems},
+    {0x7B, 1, 0, "Tach1 pulses per revolution", FieldScale::Code, pulseItems},
+    {0x7D, 3, 2, "AINL", FieldScale::Number},
+    {0x7D, 1, 1, "THERM pin", FieldScale::Code, thermPin},
+    {0x7D, 0, 0, "2.5V pin", FieldScale::Code, pin25V},
+    {0x7E, 7, 0, "Test register", FieldScale::Byte},
+    {0x7F, 7, 0, "Test register", FieldScale::Byte},
+};
+static_assert(std::ranges::is_sorted(fields, {}, &RegisterField::Register));
+
+const chip::Supply& SupplyOf(std::uint8_t reg) {
+  return *std::ranges::find_if(chip::Supplies, [&](const chip::Supply& row) {
+    return reg == row.Value || reg == row.LowLimit || reg == row.HighLimit;
+  });
+}
+
+}  // namespace
+
+std::uint8_t RegisterField::Mask() const {
+  return static_cast<std::uint8_t>((0xFF >> (7 - High)) & (0xFF << Low));
+}
+
+std::span<const RegisterField> FieldsOf(int address) {
+  const auto rows = std::ranges::equal_range(fields, address, {}, &RegisterField::Register);
+  return {rows.begin(), rows.end()};
+}
+
+int FieldValue(const RegisterField& field, std::uint8_t byte) {
+  return (byte & field.Mask()) >> field.Low;
+}
+
+std::string FieldText(const RegisterField& field, std::uint8_t byte) {
+  const int value = FieldValue(field, byte);
+  switch (field.Scale) {
+    case FieldScale::Number:
+    case FieldScale::LowerBits:
+      return std::to_string(value);
+    case FieldScale::Byte:
+      return fmt::format("{:02X}h", value);
+    case FieldScale::Code:
+      return std::string(field.Items[static_cast<std::size_t>(value)]);
+    case FieldScale::Celsius:
+      return FormatFixed(TempFromByte(byte, 0), 0) + " °C";
+    case FieldScale::Degrees:
+      return fmt::format("{} °C", value);
+    case FieldScale::Percent:
+      return FormatFixed(DutyToPercent(byte), 1) + " %";
+    case FieldScale::Volts:
+      return FormatFixed(static_cast<float>(value) * SupplyOf(field.Register).ByteScale, 3) + " V";
+    case FieldScale::ThermTime:
+      return FormatFixed(ThermTime(byte), 0) + " ms";
+    case FieldScale::TachLow:
+      return fmt::format("{} of the count", value);
+    case FieldScale::TachHigh:
+      return fmt::format("{} × 256 of the count", value);
+  }
+  return {};
+}
+
+std::string ChangeText(int address, std::optional<std::uint8_t> from, std::uint8_t to) {
+  const auto rows = FieldsOf(address);
+  std::string text;
+  if (!from && rows.size() > 1) return text;
+  for (const RegisterField& field : rows) {
+    if (from && FieldValue(field, *from) == FieldValue(field, to)) continue;
+    text += fmt::format("{}{}: {} → {}", text.empty() ? "" : "; ", field.Name, from ? FieldText(field, *from) : "?",
+                        FieldText(field, to));
+  }
+  return text;
+}
+
+}  // namespace krx
