@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/diodefault.h"
 
-#include <cstdint>
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
 
-constexpr std::uint8_t interruptStatus2 = 0x42;
 constexpr std::size_t remote1Channel = 1, remote2Channel = 2;
-constexpr int diode1Bit = 6, diode2Bit = 7;
 constexpr double openCelsius = -128;
 
 bool IsRemote(std::size_t channel) {
@@ -19,8 +17,8 @@ bool IsRemote(std::size_t channel) {
 
 bool DiodeFault(std::size_t channel, const RegisterImage& seen) {
   if (!IsRemote(channel)) return false;
-  const int bit = channel == remote1Channel ? diode1Bit : diode2Bit;
-  return (seen.Byte(interruptStatus2).value_or(0) >> bit & 1) != 0;
+  const int bit = chip::Diode1Bit + (channel == remote1Channel ? 0 : 1);
+  return (seen.Byte(chip::InterruptStatus2).value_or(0) >> bit & 1) != 0;
 }
 
 bool IsDiodeCode(std::size_t channel, double celsius, const RegisterImage& seen) {

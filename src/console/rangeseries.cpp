@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "console/diodefault.h"
+#include "registers/chip.h"
 
 namespace krx {
 namespace {
@@ -16,28 +17,28 @@ struct SeriesBits {
 };
 
 constexpr std::array<SeriesBits, 22> seriesBits{{
-    {0, 0x71, 0xFF},  // temperature offsets
-    {1, 0x70, 0xFF},
-    {2, 0x72, 0xFF},
-    {3, 0x7B, 0x03},  // pulses per revolution
-    {4, 0x7B, 0x0C},
-    {5, 0x7B, 0x30},
-    {6, 0x7B, 0xC0},
-    {3, 0x73, 0x01},  // tach source
-    {4, 0x73, 0x02},
-    {5, 0x73, 0x04},
-    {6, 0x73, 0x08},
-    {7, 0x73, 0x20},  // the inputs' attenuators
-    {8, 0x73, 0x20},
-    {9, 0x73, 0x20},
-    {10, 0x73, 0x20},
-    {11, 0x73, 0x20},
-    {6, 0x78, 0x02},  // THERM takes the 5V or the Tach4 pin
-    {7, 0x78, 0x02},
-    {6, 0x7D, 0x02},
-    {7, 0x7D, 0x02},
-    {11, 0x7D, 0x01},              // the alert output takes the 2.5V pin
-    {currentChannel, 0x40, 0x10},  // the 2.5V input stands for the processor current
+    {0, chip::Zones[0].Offset, 0xFF},
+    {1, chip::Zones[1].Offset, 0xFF},
+    {2, chip::Zones[2].Offset, 0xFF},
+    {3, chip::FanPulses, 0x03},
+    {4, chip::FanPulses, 0x0C},
+    {5, chip::FanPulses, 0x30},
+    {6, chip::FanPulses, 0xC0},
+    {3, chip::Configuration2, chip::Tachs[0].TwoWire},
+    {4, chip::Configuration2, chip::Tachs[1].TwoWire},
+    {5, chip::Configuration2, chip::Tachs[2].TwoWire},
+    {6, chip::Configuration2, chip::Tachs[3].TwoWire},
+    {7, chip::Configuration2, chip::Attenuators},
+    {8, chip::Configuration2, chip::Attenuators},
+    {9, chip::Configuration2, chip::Attenuators},
+    {10, chip::Configuration2, chip::Attenuators},
+    {11, chip::Configuration2, chip::Attenuators},
+    {6, chip::Configuration3, chip::ThermEnabled},  // THERM takes the 5V or the Tach4 pin
+    {7, chip::Configuration3, chip::ThermEnabled},
+    {6, chip::Configuration4, chip::ThermOn5V},
+    {7, chip::Configuration4, chip::ThermOn5V},
+    {11, chip::Configuration4, chip::AlertOn25V},
+    {currentChannel, chip::Configuration1, chip::CurrentInput},
 }};
 
 constexpr double conversionSeconds = 1;  ///< a tachometer's, the slowest

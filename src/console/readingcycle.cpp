@@ -15,7 +15,6 @@
 namespace krx {
 namespace {
 
-
 constexpr std::size_t fanTraces = 3;
 constexpr std::size_t voltageTraces = 9;
 

@@ -11,11 +11,10 @@
 #include "link/registeraccess.h"
 #include "records/logcolumns.h"
 #include "registers/chip.h"
+#include "registers/codes.h"
 
 namespace krx {
 namespace {
-
-constexpr std::uint8_t manualBehaviour = 7;
 
 struct Step {
   /// Read: repeated with F5. Board: changes what the pin steps rest on. Pins: follow the board's steps.

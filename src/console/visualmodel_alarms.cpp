@@ -3,6 +3,7 @@
 #include "console/alarmtext.h"
 #include "console/visualmodel.h"
 #include "console/workbench.h"
+#include "registers/chip.h"
 
 namespace krx {
 
@@ -27,9 +28,8 @@ AlarmReport VisualModel::ReportAlarms() const {
 }
 
 bool VisualModel::PulsesDiffer(std::size_t channel) const {
-  constexpr std::uint8_t fanPulses = 0x7B;
   const Channel& row = channels.at(channel);
-  const auto fields = bench_.ChipLink.Seen.Byte(fanPulses);
+  const auto fields = bench_.ChipLink.Seen.Byte(chip::FanPulses);
   return row.Kind == ChannelKind::Fan && bench_.Fans.PulsesKnown && fields &&
          !bench_.Fans.AgreesWith(*fields, row.Slot);
 }

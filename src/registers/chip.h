@@ -45,6 +45,9 @@ inline constexpr std::uint8_t FullSpeed = 0x08;     ///< FSPD
 inline constexpr std::uint8_t CurrentInput = 0x10;  ///< V*I: the 2.5V input measures the processor's current
 inline constexpr std::uint8_t DisableSpinUp = 0x20;
 
+// Mask in Configuration2, beside those of the tachometers below.
+inline constexpr std::uint8_t Attenuators = 0x20;  ///< ATTN, of the supply inputs
+
 // Masks in Configuration3.
 inline constexpr std::uint8_t AlertOnPwm2 = 0x01;   ///< ALERT: the SMBus alert output is on the PWM2 pin
 inline constexpr std::uint8_t ThermEnabled = 0x02;  ///< PHOT: the THERM input is in use
