@@ -7,6 +7,7 @@
 #include <cctype>
 
 #include "board/switchmap.h"
+#include "registers/fields.h"
 #include "registers/registermap.h"
 
 namespace krx {
@@ -53,6 +54,12 @@ std::string Register(const JournalEntry& entry) {
   return known == nullptr ? Hex(entry.Register) : fmt::format("{} {}", Hex(entry.Register), known->PanelName);
 }
 
+/// What a write changes, by field.
+std::string Change(const JournalEntry& entry) {
+  if (entry.Operation != BusOperation::WriteRegister) return {};
+  return ChangeText(entry.Register, entry.OldValue, entry.Value);
+}
+
 std::string Result(const JournalEntry& entry) {
   if (entry.Skipped) return "not written (read-only)";
   return entry.Failure.empty() ? "ok" : entry.Failure;
@@ -75,6 +82,7 @@ std::array<std::string, journalColumnCount> JournalColumns(const JournalEntry& e
           Register(entry),
           entry.OldValue ? Hex(*entry.OldValue) : std::string(),
           noValue ? std::string() : Hex(entry.Value),
+          Change(entry),
           entry.Origin,
           Result(entry)};
 }

@@ -9,9 +9,9 @@
 
 namespace krx {
 
-inline constexpr std::size_t journalColumnCount = 8;
+inline constexpr std::size_t journalColumnCount = 9;
 inline constexpr std::array<std::string_view, journalColumnCount> journalTitles{
-    "Time (s)", "Device", "Transfer", "Register", "Old", "New", "Origin", "Result"};
+    "Time (s)", "Device", "Transfer", "Register", "Old", "New", "Change", "Origin", "Result"};
 
 /// One transfer as the journal shows it. Bytes in hexadecimal; a register that the chip does not list has no name.
 std::array<std::string, journalColumnCount> JournalColumns(const JournalEntry& entry);

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "link/recordingmodule.h"
+#include "registers/fields.h"
 #include "registers/registermap.h"
 
 namespace krx {
@@ -20,7 +21,9 @@ std::string PlaceOf(const RecordedWrite& write) {
 }  // namespace
 
 std::string PlannedWriteText(const PlannedWrite& write) {
-  return fmt::format("{}: {} -> {:02X}h", write.Place, write.Old ? fmt::format("{:02X}h", *write.Old) : "?", write.New);
+  const std::string text =
+      fmt::format("{}: {} -> {:02X}h", write.Place, write.Old ? fmt::format("{:02X}h", *write.Old) : "?", write.New);
+  return write.Change.empty() ? text : fmt::format("{} ({})", text, write.Change);
 }
 
 ApplyPreview PreviewApply(Link& link, const FanCommon& fans, const AllFanFields& fields) {
@@ -37,7 +40,9 @@ ApplyPreview PreviewApply(Link& link, const FanCommon& fans, const AllFanFields&
   if (preview.Refusal) return preview;
   config.ApplyFanSettings(fields);
   for (const RecordedWrite& write : recording.Writes()) {
-    preview.Writes.push_back({PlaceOf(write), write.Old, write.New});
+    const bool known = !write.OfDevice;
+    preview.Writes.push_back({PlaceOf(write), write.Old, write.New,
+                              known ? ChangeText(write.Address, write.Old, write.New) : std::string()});
   }
   return preview;
 }

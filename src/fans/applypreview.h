@@ -15,9 +15,11 @@ struct PlannedWrite {
   std::string Place;                     ///< "5Ch PWM1 Configuration Register", "90h switches U5"
   std::optional<std::uint8_t> Old = {};  ///< nothing when it was never seen on the bus
   std::uint8_t New = 0;
+  std::string Change = {};  ///< by field; empty for a switch device
 };
 
-/// "5Ch PWM1 Configuration Register: 62h -> E2h"; an old byte that was never seen is "?".
+/// "5Ch PWM1 Configuration Register: 62h -> E2h (PWM1 behaviour: Always On → Manual Control)"; an old byte that was
+/// never seen is "?".
 std::string PlannedWriteText(const PlannedWrite& write);
 
 struct ApplyPreview {

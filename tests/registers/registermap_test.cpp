@@ -5,6 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
+#include <string>
+#include <tuple>
+
+#include "registers/fields.h"
 
 namespace krx {
 namespace {
@@ -56,6 +61,46 @@ TEST(RegisterMap, ShowsAndSavesUnderTheNamesInUse) {
 TEST(RegisterMap, FindsANameInAnyCaseWithBlanksAroundItButNeverAnEmptyOne) {
   EXPECT_EQ(LookupName("\tprochot MASK ")->Address, 0x7A);
   for (const char* name : {"", "  ", "PROCHOT", "none"}) EXPECT_EQ(LookupName(name), nullptr) << name;
+}
+
+TEST(RegisterFields, CoverEveryRegisterOnceAndReservedBitsNot) {
+  std::string reserved;
+  for (const RegisterEntry& row : Registers()) {
+    int covered = 0;
+    for (const RegisterField& field : FieldsOf(row.Address)) {
+      EXPECT_EQ(covered & field.Mask(), 0) << field.Name;
+      covered |= field.Mask();
+    }
+    if (covered != 0xFF) reserved += fmt::format("{:02X}:{:02X} ", row.Address, 0xFF - covered);
+  }
+  EXPECT_EQ(reserved, "36:02 6E:0F 6F:FE 7D:F0 ");
+}
+
+TEST(RegisterFields, AChangeIsSaidByFieldInItsUnit) {
+  const std::tuple<int, std::optional<std::uint8_t>, std::uint8_t, const char*> rows[] = {
+      {0x5D, 0x02, 0xE2, "PWM2 behaviour: Remote1 Control → Manual Control"},
+      {0x5D, 0x02, 0x17, "PWM2 polarity: active low → active high; PWM2 spin-up: 250 ms → 4 sec"},
+      {0x5D, 0x02, 0x02, ""},
+      {0x5D, std::nullopt, 0xE2, ""},  // which of its fields changed nobody knows
+      {0x67, std::nullopt, 0xF6, "Remote1 Tmin: ? → -10 °C"},
+      {0x60, 0xC4, 0x44, "Local Trange: 32°C → 5°C"},
+      {0x63, 0x80, 0xF0, "PWM2 ramp rate: 1 → 48"},
+      {0x31, 0xFF, 0x80, "PWM2 duty: 100.0 % → 50.2 %"},
+      {0x47, 0xFF, 0x80, "Vccp high limit: 2.989 V → 1.500 V"},
+      {0x6D, 0x44, 0x4A, "Local hysteresis: 4 °C → 10 °C"},
+      {0x7B, 0x55, 0x95, "Tach4 pulses per revolution: 2 → 3"},
+      {0x73, 0x00, 0x04, "Tach3 source: three-wire fan → two-wire fan"},
+      {0x37, 0x00, 0x2F,
+       "Local cycle: 0.5 s down, 1 s up → 16 s down, 32 s up; "
+       "Remote2 cycle: 0.5 s down, 1 s up → 64 s down, 128 s up"},
+      {0x40, 0x00, 0x11, "2.5V input: a voltage → the processor's current; Monitoring: off → on"},
+      {0x79, 0x00, 0x0A, "THERM timer: 0 ms → 228 ms"},
+      {0x3E, 0x00, 0x41, "Company ID: 00h → 41h"},
+      {0x55, 0xFF, 0x12, "Tach1 count limit, upper half: 255 × 256 of the count → 18 × 256 of the count"},
+      {0x77, 0x00, 0x0C, "Remote1 temperature, quarters: .00 → .75"},
+      {0x38, 0x00, 0x01, ""},
+  };
+  for (const auto& [address, from, to, text] : rows) EXPECT_EQ(ChangeText(address, from, to), text);
 }
 
 }  // namespace

@@ -75,7 +75,7 @@ JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, 
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
   table_->horizontalHeader()->setStretchLastSection(true);
   const int em = fontMetrics().horizontalAdvance('m');
-  constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 20, 10};
+  constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 36, 20, 10};
   for (std::size_t column = 0; column < widths.size(); ++column) {
     table_->setColumnWidth(static_cast<int>(column), widths.at(column) * em);
   }

@@ -36,7 +36,7 @@ struct JournalWindow : FormBench {
     for (int row = first; row < RowCount; ++row) {
       const auto cell = [&](int column) { return model.index(row, column).data().toString(); };
       text += row > first ? "; " : "";
-      if (cell(6) != origin) text += (origin = cell(6)) + ": ";
+      if (cell(7) != origin) text += (origin = cell(7)) + ": ";
       text += QStringList({cell(2), cell(3).section(' ', 0, 0), cell(4), cell(5)}).join(' ').simplified();
     }
     return text.toStdString();
@@ -171,7 +171,7 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   window.Press("cmdJournalCopy");
   const QString copied = QGuiApplication::clipboard()->text();
   EXPECT_EQ(copied.count('\n'), 1);
-  EXPECT_TRUE(copied.contains("\t64h PWM1 Min. Duty Cycle\t80h\t81h\tRead/Write: bit 0"));
+  EXPECT_TRUE(copied.contains("\t64h PWM1 Min. Duty Cycle\t80h\t81h\tPWM1 minimum duty: 50.2 % → 50.6 %\tRead/Write: bit 0"));
   EXPECT_EQ(window.Notice(), "2 lines copied");
   for (const int row : {1, 0}) {
     QItemSelectionModel& selection = *window.Find<QTableView>("tblBusJournal")->selectionModel();
@@ -184,7 +184,7 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   window.Press("cmdJournalSave");
   EXPECT_EQ(window.Dialogs.Shown.back(), "save|Text Files (*.txt)|*.txt|bus-journal.txt");
   EXPECT_EQ(QString::fromUtf8(Content(folder.filePath("journal.txt"))),
-            "Time (s)\tDevice\tTransfer\tRegister\tOld\tNew\tOrigin\tResult\n" + copied + '\n');
+            "Time (s)\tDevice\tTransfer\tRegister\tOld\tNew\tChange\tOrigin\tResult\n" + copied + '\n');
   QTest::keyClicks(window.Find<QLineEdit>("txtJournalFilter"), "BIT 1");
   EXPECT_EQ(window.Rows(), "Read/Write: bit 1: write 64h 81h 83h");
   window.Find<QLineEdit>("txtJournalFilter")->clear();
