@@ -19,8 +19,8 @@
 #include "console/workbench.h"
 #include "controls/ui/qteventpump.h"
 #include "controls/ui/userdialogs.h"
-#include "link/busjournal.h"
-#include "link/journalmodule.h"
+#include "journal/busjournal.h"
+#include "journal/journalmodule.h"
 #include "link/registeraccess.h"
 #include "simulator/simcomms.h"
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "console/alarms.h"
-#include "console/channels.h"
 #include "console/workbench.h"
+#include "monitor/alarms.h"
+#include "monitor/channels.h"
 
 namespace krx {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "link/undo.h"
+#include "journal/undo.h"
 
 namespace krx {
 

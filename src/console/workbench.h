@@ -7,27 +7,27 @@
 #include "board/board.h"
 #include "board/boardstate.h"
 #include "board/fantests.h"
-#include "console/channels.h"
-#include "console/displaystate.h"
-#include "console/firstvalues.h"
-#include "console/measurements.h"
-#include "console/pinsettings.h"
-#include "console/readingcycle.h"
-#include "console/registerpanel.h"
-#include "console/seenranges.h"
 #include "console/startup.h"
+#include "control/pinsettings.h"
 #include "controls/tracehistory.h"
 #include "fans/fancommon.h"
 #include "fans/fanconfig.h"
 #include "link/linknewcomport06.h"
 #include "link/owedwrites.h"
+#include "monitor/channels.h"
+#include "monitor/displaystate.h"
+#include "monitor/firstvalues.h"
+#include "monitor/measurements.h"
+#include "monitor/readingcycle.h"
+#include "monitor/seenranges.h"
+#include "panel/registerpanel.h"
 #include "power/powersettings.h"
 #include "records/logstate.h"
 
 namespace krx {
 
-/// Every headless object of the run, in order of dependency, with its start values. Only the main window and its
-/// models see all of it.
+/// Every headless object of the run, in order of dependency, with its start values. Only the frame sees
+/// all of it: what a page takes is in console/pageparts.h.
 struct Workbench {
   explicit Workbench(Link& link) : ChipLink(link) {}
   /// However the program ends, what it took is put back.

@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include "link/recordingmodule.h"
+#include "journal/recordingmodule.h"
 #include "registers/fields.h"
 #include "registers/registermap.h"
 

@@ -6,8 +6,8 @@
 
 #include "board/boardsync.h"
 #include "fans/fantables.h"
+#include "journal/recordingmodule.h"
 #include "link/commserror.h"
-#include "link/recordingmodule.h"
 #include "link/registeraccess.h"
 #include "registers/chip.h"
 #include "registers/conversions.h"

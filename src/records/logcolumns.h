@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "autocontrol/zonestate.h"
-#include "console/measurements.h"
+#include "monitor/measurements.h"
 #include "power/powersettings.h"
 
 namespace krx {

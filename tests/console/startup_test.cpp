@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "console/visualbench.h"
 #include "link/commserror.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
+#include "support/visualbench.h"
 
 namespace krx {
 namespace {
@@ -94,7 +94,7 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
   StartUp(bench.Work);
   bench.Sim.ClearFaults();
   bench.Work.EvalBoard.SetHeater(1, true);
-  bench.Model.ReReadChip();
+  bench.ReReadChip();
   EXPECT_TRUE(bench.Sim.Board().HeaterOn(2)) << "a late try does not switch off what was switched on since";
 }
 
@@ -120,7 +120,7 @@ TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {
   bench.Model.Relabel();
   EXPECT_EQ(bench.Model.State().Gauge.Low(), 2400) << "from the bytes read before";
   bench.Traffic();
-  EXPECT_TRUE(bench.Model.ReReadChip().empty());
+  EXPECT_TRUE(bench.ReReadChip().empty());
   EXPECT_EQ(bench.Traffic(), "R7B R40 R5C R5D R5E");
   bench.Model.TypeLimit(Marker::Low, "3000");
   EXPECT_EQ(bench.Traffic(), "W54:10 W55:0E");

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "console/visualbench.h"
-#include "link/journalmodule.h"
+#include "journal/journalmodule.h"
 #include "link/registeraccess.h"
+#include "support/visualbench.h"
 
 namespace krx {
 namespace {

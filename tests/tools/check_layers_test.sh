@@ -10,7 +10,7 @@ mkdir -p "$tree/src/link" "$tree/src/fans/ui" "$tree/src/simulator" "$tree/src/c
 cat >"$tree/src/fans/good.cpp" <<'CODE'
 #include "fans/good.h"
 #include "link/registeraccess.h"
-#include "console/measurements.h"
+#include "monitor/measurements.h"
 #include <queue>
 // QColor("#ff0000"), processEvents and #include <QString> in a comment harm nobody.
 /* Nor does Qt::red
@@ -37,7 +37,7 @@ cat >"$tree/src/link/bad.cpp" <<'CODE'
 #include "../fans/fancommon.h"
 void f() { QCoreApplication::processEvents(); }
 CODE
-printf '#include "console/readingcycle.h"\n' >"$tree/src/simulator/bad.h"
+printf '#include "monitor/readingcycle.h"\n' >"$tree/src/simulator/bad.h"
 printf '#include "fans/ui/good.h"\n#include "controls/gaugemarkers.h"\n' >"$tree/src/fans/bad.cpp"
 cat >"$tree/src/fans/ui/bad.cpp" <<'CODE'
 #include "records/datalog.h"
@@ -57,7 +57,7 @@ src/link/bad.cpp:2: Qt include outside a ui folder: QString
 src/link/bad.cpp:3: link may not use simulator: simulator/simcomms.h
 src/link/bad.cpp:4: include without its folder: ../fans/fancommon.h
 src/link/bad.cpp:5: processEvents outside controls/ui/qteventpump.cpp
-src/simulator/bad.h:1: simulator may not use console: console/readingcycle.h
+src/simulator/bad.h:1: simulator may not use monitor: monitor/readingcycle.h
 TEXT
 if "$check" "$tree" >"$tree/found"; then
   echo 'reported success on a tree with breaches'

@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "journal/journalmodule.h"
 #include "link/commserror.h"
-#include "link/journalmodule.h"
 #include "link/registeraccess.h"
 #include "link/ui/initform.h"
 #include "registers/chip.h"

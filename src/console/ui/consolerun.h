@@ -8,14 +8,14 @@
 #include <optional>
 
 #include "console/ui/mainform.h"
-#include "console/ui/originfilter.h"
 #include "console/workbench.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/endsignals.h"
 #include "controls/ui/gateddialogs.h"
 #include "controls/ui/palette.h"
 #include "controls/ui/qteventpump.h"
-#include "link/busjournal.h"
+#include "journal/busjournal.h"
+#include "journal/ui/originfilter.h"
 #include "link/chipsearch.h"
 #include "link/commsroot.h"
 #include "link/exitwork.h"

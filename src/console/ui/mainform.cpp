@@ -12,23 +12,24 @@
 #include <iostream>
 
 #include "board/fantests.h"
+#include "board/ui/glitchbar.h"
+#include "console/pageparts.h"
 #include "console/startup.h"
 #include "console/ui/connectiontext.h"
-#include "console/ui/controlpage.h"
-#include "console/ui/glitchbar.h"
-#include "console/ui/journaldock.h"
 #include "console/ui/mainmenu.h"
 #include "console/ui/mainpage.h"
 #include "console/ui/owedturn.h"
-#include "console/ui/readwritepage.h"
 #include "console/ui/statusline.h"
-#include "console/ui/visualdisplaypage.h"
 #include "console/ui/windowopener.h"
 #include "console/undorenewal.h"
 #include "console/workbench.h"
+#include "control/ui/controlpage.h"
 #include "controls/ui/nowheel.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/userdialogs.h"
+#include "journal/ui/journaldock.h"
+#include "monitor/ui/visualdisplaypage.h"
+#include "panel/ui/readwritepage.h"
 
 namespace krx {
 namespace {
@@ -45,7 +46,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
       dialogs_(dialogs),
       journal_(journal),
       options_(options),
-      model_(bench, *this),
+      model_(VisualPartsOf(bench), *this),
       visualTimer_(turns, "visual_timer", tickMilliseconds, [this] { VisualTick(); }) {
   setObjectName(QStringLiteral("MainForm"));
   setWindowTitle(tr("KRX5580 console - %1").arg(options.Medium));
@@ -127,8 +128,8 @@ void MainForm::ShowProblems(const std::vector<std::string>& problems) {
 void MainForm::MakeTabs() {
   main_ = new MainPage;
   readWrite_ = new ReadWritePage(bench_.Registers, turns_, dialogs_, options_.ReadOnly);
-  control_ = new ControlPage(bench_, dialogs_, options_.ReadOnly);
-  visual_ = new VisualDisplayPage(model_, bench_, dialogs_, options_.ReadOnly);
+  control_ = new ControlPage(ControlPartsOf(bench_), dialogs_, options_.ReadOnly);
+  visual_ = new VisualDisplayPage(model_, VisualPartsOf(bench_), dialogs_, options_.ReadOnly);
   tabs_ = new QTabWidget;
   tabs_->setObjectName(QStringLiteral("Main_Form_Tab"));
   tabs_->setDocumentMode(true);
@@ -193,6 +194,14 @@ void MainForm::StopContinuousReading() {
   readWrite_->StopContinuousReading();
 }
 
+bool MainForm::OwesStartUp() const {
+  return !bench_.Start.Owed.empty();
+}
+
+void MainForm::RetryStartUp() {
+  RetryOwed(bench_);
+}
+
 void MainForm::SwitchesChanged() {
   control_->SwitchesChanged();
   windows_->SwitchesChanged();
@@ -200,7 +209,8 @@ void MainForm::SwitchesChanged() {
 
 void MainForm::ReReadChip() {
   const BusJournal::ActionScope scope(journal_, "Re-read Chip");
-  const StepProblems problems = model_.ReReadChip();
+  StepProblems problems;
+  model_.ReRead([&] { problems = krx::ReReadChip(bench_); });
   visual_->ShowAll();
   ShowProblems(problems);
   if (problems.empty()) ShowNotice(tr("The chip was read again"));

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "console/ui/cyclemeter.h"
-#include "console/visualmodel.h"
 #include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
+#include "monitor/visualmodel.h"
 
 class QTabWidget;
 
@@ -43,7 +43,7 @@ struct MainFormOptions {
 };
 
 /// The main window: its tabs, its timers, and who hears whom.
-class MainForm : public QMainWindow, private MainTimers {
+class MainForm : public QMainWindow, private VisualFrame {
   Q_OBJECT
  public:
   /// Indices of `Main_Form_Tab`.
@@ -82,6 +82,8 @@ class MainForm : public QMainWindow, private MainTimers {
   void StartVisualTimer() override;
   void StopVisualTimer() override;
   void StopContinuousReading() override;
+  bool OwesStartUp() const override;
+  void RetryStartUp() override;
 
   void MakeTabs();
   void ShowProblems(const std::vector<std::string>& problems);

@@ -5,8 +5,8 @@
 #include <QStyle>
 #include <QTimer>
 
-#include "console/ui/labels.h"
-#include "console/visualmodel.h"
+#include "controls/ui/labels.h"
+#include "monitor/visualmodel.h"
 
 namespace krx {
 namespace {

@@ -7,9 +7,6 @@
 #include <functional>
 #include <regex>
 
-#include "console/ui/channeltile.h"
-#include "console/ui/formbench.h"
-#include "console/ui/limitbox.h"
 #include "console/ui/statusline.h"
 #include "controls/ui/dutyslider.h"
 #include "controls/ui/filesaving.h"
@@ -19,8 +16,11 @@
 #include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "link/registeraccess.h"
+#include "monitor/ui/channeltile.h"
+#include "monitor/ui/limitbox.h"
 #include "simulator/simfaults.h"
 #include "simulator/simwords.h"
+#include "support/formbench.h"
 #include "support/fulldisk.h"
 #include "support/words.h"
 

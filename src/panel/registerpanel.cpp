@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "panel/registerpanel.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <optional>
+#include <utility>
+
+#include "link/registeraccess.h"
+
+namespace krx {
+namespace {
+
+constexpr unsigned highestByte = 255;
+constexpr const char* rejectedText = "00";
+
+struct Caution {
+  std::uint8_t Address;
+  std::string_view Text;
+};
+constexpr std::array<Caution, 4> cautions{{
+    {0x40, "LOCK (bit 1) makes the limit and configuration registers read-only until the chip is powered up again."},
+    {0x6F, "The XOR tree test takes the pins out of normal operation."},
+    {0x7E, "A test register of the maker: measurements may stop until the chip is powered up again."},
+    {0x7F, "A test register of the maker: measurements may stop until the chip is powered up again."},
+}};
+
+std::string_view CautionFor(std::uint8_t address) {
+  for (const Caution& caution : cautions) {
+    if (caution.Address == address) return caution.Text;
+  }
+  return {};
+}
+
+/// All digits and a byte; nothing otherwise. Unsigned, since a sign is no digit: "-0" is not zero.
+std::optional<std::uint8_t> ByteOf(std::string_view digits, int base) {
+  unsigned value = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, value, base);
+  if (error != std::errc() || stop != end || value > highestByte) return std::nullopt;
+  return static_cast<std::uint8_t>(value);
+}
+
+std::string Hex(std::uint8_t byte) {
+  return fmt::format("{:X}", byte);
+}
+
+}  // namespace
+
+RegisterPanel::RegisterPanel(Link& link) : link_(link) {}
+
+const RegisterEntry& RegisterPanel::SelectedRegister() const {
+  // Row 90 needs no look: it is what remains when no other row is selected.
+  for (int row = 1; row < rowCount; ++row) {
+    if (State(row) == RowState::Selected || State(row) == RowState::SelectedHovered) return *LookupEntry(row);
+  }
+  return *LookupEntry(rowCount);
+}
+
+void RegisterPanel::LeaveCurrentRow() {
+  RowState& state = rows_.at(static_cast<std::size_t>(currentRow_));
+  if (state == RowState::Hovered) state = RowState::Plain;
+  if (state == RowState::SelectedHovered) state = RowState::Selected;
+}
+
+void RegisterPanel::Hover(int row) {
+  if (row != currentRow_) {
+    LeaveCurrentRow();
+    currentRow_ = row;
+  }
+  RowState& state = rows_.at(static_cast<std::size_t>(row));
+  if (state == RowState::Plain) state = RowState::Hovered;
+  if (state == RowState::Selected) state = RowState::SelectedHovered;
+}
+
+void RegisterPanel::LeaveList() {
+  LeaveCurrentRow();
+}
+
+void RegisterPanel::Click(int row) {
+  Hover(row);
+  lastSelectedRow_ = row;
+  RowState& state = rows_.at(static_cast<std::size_t>(row));
+  if (state != RowState::SelectedHovered) rows_.fill(RowState::Plain);
+  state = RowState::SelectedHovered;
+  ShowRegister(row);
+}
+
+void RegisterPanel::Reselect() {
+  rows_.fill(RowState::Plain);
+  currentRow_ = lastSelectedRow_;
+  rows_.at(static_cast<std::size_t>(lastSelectedRow_)) = RowState::Selected;
+  ShowRegister(lastSelectedRow_);
+}
+
+void RegisterPanel::ShowRegister(int row) {
+  const RegisterEntry& entry = *LookupEntry(row);
+  view_.Name = entry.PanelName;
+  view_.BitNames = BitNames(entry.Bits);
+  view_.Editable = entry.Access == Access::Editable;
+  view_.Caution = CautionFor(entry.Address);
+  // Before the read: a failing one must leave neither the address of another register for the next write nor its value.
+  view_.Address = Hex(entry.Address);
+  view_.HexValue.clear();
+  view_.DecimalValue.clear();
+  ShowBits(0);
+  Read(entry.Address);
+}
+
+void RegisterPanel::Read(std::uint8_t address) {
+  lastRead_ = ReadByte(link_, address);
+  view_.Address = Hex(address);
+  UpdateRegisterInfo();
+}
+
+void RegisterPanel::ShowBits(std::uint8_t byte) {
+  for (std::size_t bit = 0; bit < view_.Bits.size(); ++bit) view_.Bits.at(bit) = (byte >> bit & 1) != 0;
+}
+
+void RegisterPanel::UpdateRegisterInfo() {
+  ShowBits(lastRead_);
+  view_.HexValue = Hex(lastRead_);
+  view_.DecimalValue = std::to_string(lastRead_);
+}
+
+void RegisterPanel::ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte) {
+  if (view_.Address != Hex(address)) return;
+  lastRead_ = byte;
+  UpdateRegisterInfo();
+}
+
+void RegisterPanel::ReadSelected() {
+  Read(SelectedRegister().Address);
+}
+
+void RegisterPanel::ClickBit(int bit) {
+  if (!view_.Editable) return;
+  const std::uint8_t address = SelectedRegister().Address;
+  const bool shown = view_.Bits.at(static_cast<std::size_t>(bit));
+  const std::uint8_t before = ReadByte(link_, address);
+  lastRead_ = before;
+  const auto mask = static_cast<std::uint8_t>(1U << bit);
+  const auto after = static_cast<std::uint8_t>(shown ? before & ~mask : before | mask);
+  WriteByte(link_, address, after);
+  lastWritten_ = after;
+  Read(address);
+}
+
+void RegisterPanel::SetHexEntry(std::string text) {
+  if (text != hexEntry_) hexButton_ = EntryState::Unwritten;
+  hexEntry_ = std::move(text);
+}
+
+void RegisterPanel::SetDecimalEntry(std::string text) {
+  if (text != decimalEntry_) decimalButton_ = EntryState::Unwritten;
+  decimalEntry_ = std::move(text);
+}
+
+void RegisterPanel::RejectEntries() {
+  SetHexEntry(rejectedText);
+  SetDecimalEntry(rejectedText);
+}
+
+void RegisterPanel::WriteDecimalEntry() {
+  // A single 0 is refused, so that a box that was only cleared of a wrong entry does not write; an empty one is zero.
+  const auto byte = decimalEntry_.empty() ? std::optional<std::uint8_t>(0) : ByteOf(decimalEntry_, 10);
+  if (!byte || decimalEntry_ == "0") return RejectEntries();
+  if (!view_.Editable) return;
+  const std::uint8_t address = SelectedRegister().Address;
+  WriteByte(link_, address, *byte);
+  ShowWritten(address, *byte);
+  SetHexEntry(Hex(*byte));
+  hexButton_ = decimalButton_ = EntryState::Written;
+}
+
+void RegisterPanel::WriteHexEntry() {
+  const auto byte = ByteOf(hexEntry_, 16);
+  if (!byte || hexEntry_ == "0") return RejectEntries();
+  if (!view_.Editable) return;
+  // The register whose address is shown, which is the selected one.
+  const auto address = ByteOf(view_.Address, 16);
+  if (!address) return;
+  WriteByte(link_, *address, *byte);
+  ShowWritten(*address, *byte);
+  SetDecimalEntry(std::to_string(*byte));
+  hexButton_ = decimalButton_ = EntryState::Written;
+}
+
+void RegisterPanel::ShowWritten(std::uint8_t address, std::uint8_t byte) {
+  lastWritten_ = byte;
+  view_.Address = Hex(address);
+  UpdateRegisterInfo();
+  // The bits show what was written, the value labels what was read last: a write is not verified.
+  ShowBits(byte);
+}
+
+}  // namespace krx
