@@ -3,10 +3,10 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QPen>
 #include <algorithm>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/statemark.h"
 
 namespace krx {
 namespace {
@@ -25,19 +25,18 @@ QString StateText(IndicatorState state) {
   return QStringLiteral("Not read yet");
 }
 
-/// The shapes fill a circle of radius 1 around the origin; the mark inside them takes the colour of the ground.
-void PaintTick(QPainter& painter, const QPen& mark) {
-  painter.drawEllipse(QPointF(), 0.96, 0.96);
-  painter.setPen(mark);
-  painter.setBrush(Qt::NoBrush);
-  painter.drawPolyline(QPolygonF{{-0.42, 0.04}, {-0.12, 0.34}, {0.44, -0.28}});
-}
-
-void PaintDiamond(QPainter& painter, const QPen& mark) {
-  painter.drawPolygon(QPolygonF{{0, -1.12}, {1.12, 0}, {0, 1.12}, {-1.12, 0}});
-  painter.setPen(mark);
-  painter.drawLine(QPointF(0, -0.5), QPointF(0, 0.08));
-  painter.drawPoint(QPointF(0, 0.46));
+Mark MarkOf(IndicatorState state) {
+  switch (state) {
+    case IndicatorState::Hidden:
+      return Mark::None;
+    case IndicatorState::Ok:
+      return Mark::Good;
+    case IndicatorState::Bad:
+      return Mark::Attention;
+    case IndicatorState::Unknown:
+      break;
+  }
+  return Mark::Unknown;
 }
 
 }  // namespace
@@ -76,23 +75,12 @@ void Indicator::changeEvent(QEvent* event) {
 }
 
 void Indicator::paintEvent(QPaintEvent*) {
-  if (state_ == IndicatorState::Hidden) return;
-  const Palette& palette = Palette::For(*this);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(QRectF(rect()).center());
   const double radius = 0.44 * std::min(width(), height());
   painter.scale(radius, radius);
-  if (state_ == IndicatorState::Unknown) {
-    painter.setPen(QPen(palette.mutedText, 0.2));
-    painter.drawEllipse(QPointF(), 0.8, 0.8);
-    return;
-  }
-  const bool ok = state_ == IndicatorState::Ok;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(stale_ ? palette.mutedText : ok ? palette.ok : palette.bad);
-  const QPen mark(palette.card, 0.26, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-  ok ? PaintTick(painter, mark) : PaintDiamond(painter, mark);
+  PaintMark(painter, MarkOf(state_), Palette::For(*this), stale_);
 }
 
 }  // namespace krx

@@ -2,43 +2,20 @@
 #include "controls/ui/palette.h"
 
 #include <QApplication>
-#include <QPainter>
-#include <QProxyStyle>
-#include <QStyleOption>
 #include <QVariant>
 #include <QWidget>
 
+#include "controls/ui/outlinedstyle.h"
+
 namespace krx {
-namespace {
-
-/// Fusion takes a box's outline from the window's colour made darker, which on a dark window cannot be seen.
-class OutlinedStyle : public QProxyStyle {
- public:
-  OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
-
-  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                     const QWidget* widget) const override {
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
-    if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Palette::For(option->palette).mutedText);
-    painter->setBrush(Qt::NoBrush);
-    const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
-    const double radius = element == PE_IndicatorCheckBox ? 2 : box.height() / 2;
-    painter->drawRoundedRect(box, radius, radius);
-    painter->restore();
-  }
-};
-
-}  // namespace
-
 const Palette& Palette::Light() {
   static const Palette palette{
       .window = 0xf4f6f8,
       .card = 0xffffff,
       .raised = 0xffffff,
+      .sunk = 0xf8fafc,
       .line = 0xd5dbe1,
+      .outline = 0x8a95a1,
       .grid = 0xe6eaee,
       .text = 0x1d2733,
       .mutedText = 0x66727f,
@@ -55,7 +32,9 @@ const Palette& Palette::Dark() {
       .window = 0x15191e,
       .card = 0x1c2229,
       .raised = 0x232a32,
+      .sunk = 0x20262d,
       .line = 0x333c46,
+      .outline = 0x6f7b87,
       .grid = 0x2a323b,
       .text = 0xe6ebf0,
       .mutedText = 0x93a0ad,

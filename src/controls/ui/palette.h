@@ -14,13 +14,15 @@ namespace krx {
 /// Which of the two palettes a run uses.
 enum class Theme { System, Light, Dark };
 
-/// Every colour of the program, by its role. Text on window, card and raised has a contrast of at least 4.5:1.
+/// Every colour of the program, by its role. Text on window, card, raised and sunk has a contrast of at least 4.5:1.
 struct Palette {
-  QColor window;  ///< behind everything
-  QColor card;    ///< areas that group widgets
-  QColor raised;  ///< rows, buttons and fields on a card
-  QColor line;    ///< thin outlines
-  QColor grid;    ///< grid lines of charts, the trough of a gauge
+  QColor window;   ///< behind everything
+  QColor card;     ///< areas that group widgets
+  QColor raised;   ///< rows, buttons and fields on a card
+  QColor sunk;     ///< sections inside a card
+  QColor line;     ///< thin outlines of areas
+  QColor outline;  ///< of what can be operated: 3:1 and better against its ground
+  QColor grid;     ///< grid lines of charts, the trough of a gauge
   QColor text;
   QColor mutedText;  ///< units, axis numbers, and what "application-workspace" means for a caption
   QColor accent;     ///< the one accent: selection, focus, the value of a gauge

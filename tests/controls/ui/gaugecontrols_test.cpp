@@ -256,7 +256,8 @@ double Luminance(const QColor& colour) {
 TEST(Palette, EveryTextIsReadableOnEveryGround) {
   for (const Palette* palette : {&Palette::Light(), &Palette::Dark()}) {
     for (const QColor& text : {palette->text, palette->bad, palette->mutedText, palette->accent, palette->ok}) {
-      for (const QColor& ground : {palette->window, palette->card, palette->raised, palette->AlarmGround()}) {
+      for (const QColor& ground :
+           {palette->window, palette->card, palette->raised, palette->sunk, palette->AlarmGround()}) {
         const auto [dark, light] = std::minmax({Luminance(text), Luminance(ground)});
         const bool used = ground != palette->AlarmGround() || text == palette->text || text == palette->bad;
         EXPECT_GE((light + 0.05) / (dark + 0.05), used ? 4.5 : 1) << text.name().toStdString();
