@@ -9,6 +9,7 @@
 
 #include "console/ui/mainform.h"
 #include "console/workbench.h"
+#include "controls/ui/chiptimer.h"
 #include "journal/busjournal.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"

@@ -29,13 +29,13 @@ bool CycleMeter::IsRateDue() const {
   return sinceReport_.elapsed() >= rateMilliseconds;
 }
 
-CycleReport CycleMeter::Report(bool running, bool notMonitoring, double pauseSeconds) {
+CycleRates CycleMeter::Report(bool running, bool notMonitoring, double pauseSeconds) {
   const double seconds = static_cast<double>(std::max<qint64>(sinceReport_.restart(), 1)) / 1000;
-  const CycleReport report{.Running = running,
-                           .NotMonitoring = notMonitoring,
-                           .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,
-                           .TicksPerSecond = ticks_ / seconds,
-                           .PauseSeconds = pauseSeconds};
+  const CycleRates report{.Running = running,
+                          .NotMonitoring = notMonitoring,
+                          .ReadsPerTick = ticks_ > 0 ? static_cast<double>(transfers_) / ticks_ : 0,
+                          .TicksPerSecond = ticks_ / seconds,
+                          .PauseSeconds = pauseSeconds};
   ticks_ = 0;
   transfers_ = 0;
   return report;

@@ -22,7 +22,7 @@ class CycleMeter {
   /// A rate is worth telling: enough time has passed since the last one.
   bool IsRateDue() const;
   /// The rates since the last call, with what the caller knows of the timer and the chip.
-  CycleReport Report(bool running, bool notMonitoring, double pauseSeconds);
+  CycleRates Report(bool running, bool notMonitoring, double pauseSeconds);
 
  private:
   QElapsedTimer sinceReport_;

@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QElapsedTimer>
 #include <QMainWindow>
-#include <QTimer>
 #include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "console/ui/cyclemeter.h"
-#include "controls/ui/chiptimer.h"
 #include "controls/ui/palette.h"
-#include "monitor/visualmodel.h"
 
 class QTabWidget;
 
@@ -21,15 +16,20 @@ namespace krx {
 
 class BusJournal;
 class ControlPage;
+class ChipTurns;
+class FrameHooks;
 class GlitchBar;
 class JournalDock;
 class MainMenu;
 class MainPage;
-class ReadWritePage;
 class OwedTurn;
+class ReadWritePage;
+class RunEnd;
 class StatusLine;
 class UserDialogs;
+class VisualCycle;
 class VisualDisplayPage;
+class VisualModel;
 class WaitBudget;
 class WindowOpener;
 struct UndoResult;
@@ -43,7 +43,7 @@ struct MainFormOptions {
 };
 
 /// The main window: its tabs, its timers, and who hears whom.
-class MainForm : public QMainWindow, private VisualFrame {
+class MainForm : public QMainWindow {
   Q_OBJECT
  public:
   /// Indices of `Main_Form_Tab`.
@@ -70,7 +70,7 @@ class MainForm : public QMainWindow, private VisualFrame {
   /// The program ends unasked: says what that leaves behind and drops a saving that is under way. The display may be
   /// gone.
   void GiveUp(std::ostream& err);
-  bool VisualTimerRunning() const override { return visualTimer_.IsActive(); }
+  bool VisualTimerRunning() const;
 
  signals:
   void ThemeChosen(krx::Theme theme);
@@ -79,48 +79,39 @@ class MainForm : public QMainWindow, private VisualFrame {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void StartVisualTimer() override;
-  void StopVisualTimer() override;
-  void StopContinuousReading() override;
-  bool OwesStartUp() const override;
-  void RetryStartUp() override;
-
   void MakeTabs();
+  void MakeBars();
+  void ConnectPages();
   void ShowProblems(const std::vector<std::string>& problems);
-  void SwitchesChanged();
+  void ShowReadings(bool old);
   void ShowSkipped();
-  QStringList LeftByEnding() const;
   void TabChanged(int index);
   void Do(const std::function<void()>& action, const std::string& name = {});
   void ReReadChip();
   void AfterUndo(const UndoResult& undone);
   void EasySetup();
-  void VisualTick();
-  void ShowDue();
   void ResetRanges();
-  void ShowCycle();
 
   Workbench& bench_;
   ChipTurns& turns_;
   UserDialogs& dialogs_;
   BusJournal& journal_;
   MainFormOptions options_;
-  VisualModel model_;
+  StatusLine* status_ = nullptr;
+  VisualCycle* cycle_ = nullptr;
+  VisualModel* model_ = nullptr;  ///< the cycle's
   QTabWidget* tabs_ = nullptr;
   MainPage* main_ = nullptr;
   ReadWritePage* readWrite_ = nullptr;
   VisualDisplayPage* visual_ = nullptr;
   ControlPage* control_ = nullptr;
-  StatusLine* status_ = nullptr;
   GlitchBar* glitch_ = nullptr;
   JournalDock* journalDock_ = nullptr;
   WindowOpener* windows_ = nullptr;
   MainMenu* menu_ = nullptr;
-  ChipTimer visualTimer_;
-  QTimer cycleReport_;
   std::unique_ptr<OwedTurn> owedTurn_;
-  QElapsedTimer sinceShown_;
-  CycleMeter meter_;
+  std::unique_ptr<RunEnd> end_;
+  std::unique_ptr<FrameHooks> hooks_;
 };
 
 }  // namespace krx

@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+#include "console/ui/helpwindow.h"
 #include "controls/ui/palette.h"
 
 class QAction;
@@ -27,11 +28,15 @@ class MainMenu : public QObject {
   void EasySetupRequested();
   void ResetRangesRequested();
   void AboutRequested();
+  void HelpRequested(krx::HelpPage page);
+  void PictureRequested();
   void ThemeChosen(krx::Theme theme);
 
  private:
+  void AddFileMenu();
   void AddChipMenu(bool readOnly);
   void AddViewMenu(QTabWidget& tabs, QAction& journal);
+  void AddHelpMenu();
 
   QMainWindow& window_;
   QActionGroup* themes_;

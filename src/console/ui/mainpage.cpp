@@ -7,15 +7,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-// The picture lies in a static library: nothing but this call makes the linker keep it.
-static void InitConsoleResource() {
-  Q_INIT_RESOURCE(console);
-}
+#include "console/ui/resources.h"
 
 namespace krx {
 
 BoardPicture::BoardPicture(QWidget* parent) : QWidget(parent) {
-  InitConsoleResource();
+  InitResources();
   picture_.load(QStringLiteral(":/console/board.svg"));
   setObjectName(QStringLiteral("picBoard"));
   setAccessibleName(tr("Picture of the evaluation board"));

@@ -58,7 +58,7 @@ void StatusLine::ShowConnection(const QString& connection) {
   connection_->setToolTip(connection);
 }
 
-void StatusLine::ShowCycle(const CycleReport& report) {
+void StatusLine::ShowCycle(const CycleRates& report) {
   QString text = tr("|  Not reading, values are out of date");
   if (report.PauseSeconds > 0) {
     text = tr("|  The bus fails, next try every %1 s, values are out of date").arg(report.PauseSeconds, 0, 'f', 1);

@@ -14,7 +14,7 @@ namespace krx {
 struct AlarmReport;
 
 /// What the status bar says of the reading cycle.
-struct CycleReport {
+struct CycleRates {
   bool Running = false;        ///< the timer runs and ticks come to their end
   bool NotMonitoring = false;  ///< the chip was last seen not measuring, whether it is being read or not
   double ReadsPerTick = 0;
@@ -30,7 +30,7 @@ class StatusLine : public QStatusBar {
 
   /// "Simulated board · printer port 2Dh"
   void ShowConnection(const QString& connection);
-  void ShowCycle(const CycleReport& report);
+  void ShowCycle(const CycleRates& report);
   /// How many channels are in alarm, and in the tool tip which. old: nothing is being read.
   void ShowAlarms(const AlarmReport& report, bool old);
   /// Stays for some seconds, or until the next one.

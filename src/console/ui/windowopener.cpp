@@ -1,17 +1,56 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "console/ui/windowopener.h"
 
+#include <algorithm>
+
 #include "board/ui/frmswitchaccess.h"
 #include "console/ui/aboutbox.h"
+#include "console/ui/helpwindow.h"
+#include "console/ui/mainmenu.h"
+#include "console/ui/mainpage.h"
 #include "console/ui/setuplog.h"
 #include "console/ui/textdialog.h"
 #include "console/workbench.h"
+#include "control/ui/controlpage.h"
 #include "fans/applypreview.h"
 #include "fans/manualcontrol.h"
 #include "fans/ui/frmautodetect.h"
 #include "fans/ui/frmfanconfig.h"
+#include "monitor/ui/visualdisplaypage.h"
 
 namespace krx {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+void Raise(QDialog& window) {
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+/// Reads all switches, at each request.
+void OpenSwitchAccess(QDialog& window) {
+  static_cast<FrmSwitchAccess&>(window).Open();
+  window.raise();
+}
+
+/// What cannot be read is not shown.
+void OpenFanConfig(QDialog& window) {
+  if (window.isVisible()) return Raise(window);
+  if (!static_cast<FrmFanConfig&>(window).Open()) delete &window;
+}
+
+void OpenModal(QDialog& window) {
+  window.exec();
+}
+
+QDialog* DeletedOnClose(QDialog* window) {
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  return window;
+}
+
+}  // namespace
 
 WindowOpener::WindowOpener(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, bool readOnly,
                            double fanSecondsPerSecond, QWidget* parent)
@@ -21,12 +60,63 @@ WindowOpener::WindowOpener(Workbench& bench, ChipTurns& turns, UserDialogs& dial
       dialogs_(dialogs),
       readOnly_(readOnly),
       fanSecondsPerSecond_(fanSecondsPerSecond),
-      parent_(parent) {}
+      parent_(parent) {
+  const auto makeHelp = [this] { return DeletedOnClose(new HelpWindow(parent_)); };
+  const auto makeSwitches = [this] { return new FrmSwitchAccess(bench_.EvalBoard, dialogs_, readOnly_, parent_); };
+  const auto makeSetupLog = [this] {
+    return DeletedOnClose(new TextDialog(u"frmSetupLog"_s, u"Setup Log"_s, SetupLogText(), parent_));
+  };
+  constexpr bool single = true, several = false;
+  rows_ = {{AppWindow::SwitchAccess, single, makeSwitches, OpenSwitchAccess},
+           {AppWindow::FanConfig, single, [this] { return MakeFanConfig(); }, OpenFanConfig},
+           {AppWindow::SetupLog, several, makeSetupLog, Raise},
+           {AppWindow::About, several, [this] { return DeletedOnClose(new AboutBox(parent_)); }, OpenModal},
+           {AppWindow::Help, single, makeHelp, Raise}};
+}
 
-void WindowOpener::OpenSwitchAccess() {
-  if (!switchAccess_) switchAccess_ = new FrmSwitchAccess(bench_.EvalBoard, dialogs_, readOnly_, parent_);
-  switchAccess_->Open();
-  switchAccess_->raise();
+void WindowOpener::Serve(const MainPage& main, const VisualDisplayPage& visual, const ControlPage& control,
+                         const MainMenu& menu) {
+  const auto open = [this](AppWindow which) { return [this, which] { Open(which); }; };
+  connect(&main, &MainPage::AboutRequested, this, open(AppWindow::About));
+  connect(&menu, &MainMenu::AboutRequested, this, open(AppWindow::About));
+  connect(&menu, &MainMenu::HelpRequested, this,
+          [this](HelpPage page) { static_cast<HelpWindow*>(Open(AppWindow::Help))->ShowPage(page); });
+  connect(&visual, &VisualDisplayPage::SetupLogRequested, this, open(AppWindow::SetupLog));
+  connect(&control, &ControlPage::SwitchAccessWanted, this, open(AppWindow::SwitchAccess));
+  connect(&control, &ControlPage::FanConfigWanted, this, open(AppWindow::FanConfig));
+}
+
+QDialog* WindowOpener::Open(AppWindow which) {
+  const auto row = std::ranges::find(rows_, which, &Row::Which);
+  if (!row->Single || row->Window.isNull()) row->Window = row->Make();
+  row->Show(*row->Window);
+  return row->Window;
+}
+
+template <class Window>
+Window* WindowOpener::Opened(AppWindow which) const {
+  return static_cast<Window*>(std::ranges::find(rows_, which, &Row::Which)->Window.data());
+}
+
+FrmFanConfig* WindowOpener::MakeFanConfig() {
+  const FrmFanConfig::Services services{[this](std::size_t index) {
+                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_,
+                                                                  fanSecondsPerSecond_,
+                                                                  Opened<FrmFanConfig>(AppWindow::FanConfig));
+                                          return detection.Run(index);
+                                        },
+                                        [this] { return MonitoringWarning(bench_.ChipLink); },
+                                        [this](std::size_t index) {
+                                          bench_.Owed.PutBackOverdue();
+                                          return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
+                                        },
+                                        [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
+  auto* const window = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, parent_);
+  window->SetReadOnly(readOnly_);
+  connect(window, &FrmFanConfig::Applied, this, &WindowOpener::FansApplied);
+  connect(window, &FrmFanConfig::Notice, this, &WindowOpener::Notice);
+  connect(window, &FrmFanConfig::Closed, window, &QObject::deleteLater);
+  return window;
 }
 
 QStringList WindowOpener::PreviewFanWrites(const AllFanFields& fields) {
@@ -37,46 +127,12 @@ QStringList WindowOpener::PreviewFanWrites(const AllFanFields& fields) {
   return lines;
 }
 
-void WindowOpener::OpenFanConfig() {
-  if (fanConfig_) {
-    fanConfig_->raise();
-    fanConfig_->activateWindow();
-    return;
-  }
-  const FrmFanConfig::Services services{[this](std::size_t index) {
-                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_,
-                                                                  fanSecondsPerSecond_, fanConfig_);
-                                          return detection.Run(index);
-                                        },
-                                        [this] { return MonitoringWarning(bench_.ChipLink); },
-                                        [this](std::size_t index) {
-                                          bench_.Owed.PutBackOverdue();
-                                          return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
-                                        },
-                                        [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
-  fanConfig_ = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, parent_);
-  fanConfig_->SetReadOnly(readOnly_);
-  connect(fanConfig_, &FrmFanConfig::Applied, this, &WindowOpener::FansApplied);
-  connect(fanConfig_, &FrmFanConfig::Notice, this, &WindowOpener::Notice);
-  connect(fanConfig_, &FrmFanConfig::Closed, fanConfig_, &QObject::deleteLater);
-  if (!fanConfig_->Open()) delete fanConfig_;
-}
-
-void WindowOpener::OpenSetupLog() {
-  TextDialog::Open(parent_, QStringLiteral("frmSetupLog"), tr("Setup Log"), SetupLogText());
-}
-
-void WindowOpener::ShowAbout() {
-  AboutBox box(parent_);
-  box.exec();
-}
-
 void WindowOpener::SwitchesChanged() {
-  if (switchAccess_) switchAccess_->ShowLamps();
+  if (auto* const window = Opened<FrmSwitchAccess>(AppWindow::SwitchAccess)) window->ShowLamps();
 }
 
 void WindowOpener::RenewFanConfig() {
-  if (fanConfig_) fanConfig_->Renew();
+  if (auto* const window = Opened<FrmFanConfig>(AppWindow::FanConfig)) window->Renew();
 }
 
 }  // namespace krx

@@ -3,19 +3,29 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QWidget>
+#include <functional>
+#include <vector>
 
 #include "fans/fanconfig.h"
+
+class QDialog;
 
 namespace krx {
 
 class ChipTurns;
+class ControlPage;
 class FrmFanConfig;
-class FrmSwitchAccess;
+class MainMenu;
+class MainPage;
 class UserDialogs;
+class VisualDisplayPage;
 struct Workbench;
 
-/// Opens the main window's other windows, each at most once, and gives each what it needs.
+/// The console's windows beside the main one.
+enum class AppWindow { SwitchAccess, FanConfig, SetupLog, About, Help };
+
+/// Opens the main window's other windows and gives each what it needs. A new window is one row of the table in the
+/// constructor and one connection in Serve.
 class WindowOpener : public QObject {
   Q_OBJECT
  public:
@@ -24,10 +34,11 @@ class WindowOpener : public QObject {
   WindowOpener(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, bool readOnly, double fanSecondsPerSecond,
                QWidget* parent);
 
-  void OpenSwitchAccess();
-  void OpenFanConfig();
-  void OpenSetupLog();
-  void ShowAbout();
+  /// Opens what the pages and the menu ask for.
+  void Serve(const MainPage& main, const VisualDisplayPage& visual, const ControlPage& control, const MainMenu& menu);
+
+  /// Returns the window, nullptr where it could not be opened or has closed again.
+  QDialog* Open(AppWindow which);
 
   // What an open window shows has changed behind its back.
   void SwitchesChanged();
@@ -40,7 +51,17 @@ class WindowOpener : public QObject {
   void Notice(const QString& text);
 
  private:
+  struct Row {
+    AppWindow Which;
+    bool Single;  ///< asked for again, the open window is shown again
+    std::function<QDialog*()> Make;
+    std::function<void(QDialog&)> Show;
+    QPointer<QDialog> Window = {};
+  };
+  FrmFanConfig* MakeFanConfig();
   QStringList PreviewFanWrites(const AllFanFields& fields);
+  template <class Window>
+  Window* Opened(AppWindow which) const;
 
   Workbench& bench_;
   ChipTurns& turns_;
@@ -48,8 +69,7 @@ class WindowOpener : public QObject {
   bool readOnly_;
   double fanSecondsPerSecond_;
   QWidget* parent_;
-  QPointer<FrmSwitchAccess> switchAccess_;
-  QPointer<FrmFanConfig> fanConfig_;
+  std::vector<Row> rows_;
 };
 
 }  // namespace krx

@@ -176,7 +176,7 @@ TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
                           : "The chip is used by krx5580 (process 4711). This console starts read-only: no write "
                             "reaches chip or board.");
     EXPECT_EQ(note, wizard ? "Buses: this computer's. there is an SMBus." : "");
-    EXPECT_EQ(medium, "SMBus I801 adapter at 0700, i2c-1 · 2Eh · read-only, 0 writes not made");
+    EXPECT_EQ(medium, "SMBus I801 adapter at 0700, i2c-1 · 2Eh · read-only, 0 writes suppressed");
     EXPECT_EQ(bench.Sim.Trace().Text(TraceFilter::Registers).find('W'), std::string::npos);
   }
 }

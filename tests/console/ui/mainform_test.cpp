@@ -261,7 +261,7 @@ TEST(ChannelTile, IsPaintedAnewWithItsTrace) {
 TEST(StatusLine, SaysHowTheCycleTheAlarmsAndTheLinkStand) {
   StatusLine line;
   const auto text = [&](const char* label) { return line.findChild<QLabel*>(label)->text().toStdString(); };
-  const std::pair<CycleReport, const char*> cycles[] = {
+  const std::pair<CycleRates, const char*> cycles[] = {
       {{.Running = true, .PauseSeconds = 0.4},  // the last good tick was a moment ago
        "|  The bus fails, next try every 0.4 s, values are out of date"},
       {{.Running = true, .ReadsPerTick = 12.4, .TicksPerSecond = 2.26}, "|  Monitoring, 12 reads a tick, 2.3 ticks/s"}};

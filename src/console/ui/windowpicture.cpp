@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "console/ui/windowpicture.h"
+
+#include <QBuffer>
+#include <QPixmap>
+#include <QWidget>
+
+#include "controls/ui/filesaving.h"
+
+namespace krx {
+
+using namespace Qt::StringLiterals;
+
+QString SaveWindowPicture(QWidget& window, UserDialogs& dialogs) {
+  // Before the question, whose box would lie over it.
+  const QPixmap picture = window.grab();
+  const auto name = AskSaveName(dialogs, u"Pictures (*.png)|*.png"_s, u"window.png"_s);
+  if (!name) return {};
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  picture.save(&buffer, "PNG");
+  return SaveAndTell(dialogs, u"The picture"_s, *name, bytes);
+}
+
+}  // namespace krx
