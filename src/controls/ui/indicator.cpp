@@ -9,20 +9,23 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString StateText(IndicatorState state) {
   switch (state) {
     case IndicatorState::Hidden:
-      return QStringLiteral("Disabled");
+      return u"Disabled"_s;
     case IndicatorState::Ok:
-      return QStringLiteral("OK");
+      return u"OK"_s;
     case IndicatorState::Bad:
-      return QStringLiteral("Bad");
+      return u"Bad"_s;
     case IndicatorState::Unknown:
       break;
   }
-  return QStringLiteral("Not read yet");
+  return u"Not read yet"_s;
 }
 
 /// The shapes fill a circle of radius 1 around the origin; the mark inside them takes the colour of the ground.
@@ -43,7 +46,7 @@ void PaintDiamond(QPainter& painter, const QPen& mark) {
 }  // namespace
 
 Indicator::Indicator(QWidget* parent) : QWidget(parent) {
-  setToolTip(QStringLiteral("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"));
+  setToolTip(u"Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"_s);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   Changed();
 }
@@ -66,7 +69,7 @@ QSize Indicator::sizeHint() const {
 }
 
 void Indicator::Changed() {
-  setAccessibleDescription(StateText(state_) + (stale_ ? QStringLiteral(" (old)") : QString()));
+  setAccessibleDescription(StateText(state_) + (stale_ ? u" (old)"_s : QString()));
   update();
 }
 

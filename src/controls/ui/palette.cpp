@@ -9,12 +9,15 @@
 #include <QWidget>
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Fusion takes a box's outline from the window's colour made darker, which on a dark window cannot be seen.
 class OutlinedStyle : public QProxyStyle {
  public:
-  OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+  OutlinedStyle() : QProxyStyle(u"Fusion"_s) {}
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
@@ -106,12 +109,12 @@ QPalette MakeQPalette(const Palette& palette) {
 }
 
 QString MakeStyleSheet(const Palette& palette) {
-  return QStringLiteral(
-             "QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
-             "QToolButton:checked { color: %5; }"
-             "QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"
-             "QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }")
-      .arg(palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name(), palette.accent.name());
+  return u"QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
+         u"QToolButton:checked { color: %5; }"
+         u"QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"
+         u"QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }"_s.arg(
+             palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name(),
+             palette.accent.name());
 }
 
 void ApplyTheme(QApplication& application, Theme theme) {
