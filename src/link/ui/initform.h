@@ -55,7 +55,7 @@ class InitForm : public QWidget {
   void MakeSearchingPanel();
   void MakeResultsPanel();
   QWidget* MakeButtons();
-  QVBoxLayout* MakePanel(SearchWizard::Page page, const char* name, const QString& heading);
+  QVBoxLayout* MakePanel(SearchWizard::Page page, const QString& name, const QString& heading);
 
   void ShowWizard();
   void ShowChipset();
