@@ -32,6 +32,9 @@
 #include "panel/ui/readwritepage.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int showMilliseconds = 50;  ///< a reader sees no more than 20 values a second
@@ -48,8 +51,8 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
       options_(options),
       model_(VisualPartsOf(bench), *this),
       visualTimer_(turns, "visual_timer", tickMilliseconds, [this] { VisualTick(); }) {
-  setObjectName(QStringLiteral("MainForm"));
-  setWindowTitle(tr("KRX5580 console - %1").arg(options.Medium));
+  setObjectName(u"MainForm"_s);
+  setWindowTitle(u"KRX5580 console - %1"_s.arg(options.Medium));
   windows_ = new WindowOpener(bench, turns, dialogs, options.ReadOnly, options.FanSecondsPerSecond, this);
   connect(windows_, &WindowOpener::Notice, this, &MainForm::ShowNotice);
   connect(windows_, &WindowOpener::FansApplied, this, [this] {
@@ -66,7 +69,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   addToolBar(Qt::BottomToolBarArea, glitch_);
   connect(glitch_, &GlitchBar::Notice, this, &MainForm::ShowNotice);
   owedTurn_ = std::make_unique<OwedTurn>(bench.Owed, turns, [this](bool setAnew) {
-    ShowNotice(setAnew ? tr("Nothing is owed any more: it was set anew") : tr("What was owed has been put back"));
+    ShowNotice(setAnew ? u"Nothing is owed any more: it was set anew"_s : u"What was owed has been put back"_s);
   });
   menu_ = new MainMenu(*this, *tabs_, *journalDock_->toggleViewAction(), options.ReadOnly);
   connect(menu_, &MainMenu::ReReadRequested, this, &MainForm::ReReadChip);
@@ -108,10 +111,10 @@ MainForm::~MainForm() {
 
 void MainForm::Start() {
   const QString connection = ConnectionText(options_.Medium, bench_.ChipLink);
-  setWindowTitle(tr("KRX5580 console - %1").arg(connection));
+  setWindowTitle(u"KRX5580 console - %1"_s.arg(connection));
   main_->ShowConnection(connection);
-  visual_->SetSource(tr("KRX5580 · %1").arg(connection));
-  status_->ShowConnection(options_.ReadOnly ? connection + tr(" · read-only") : connection);
+  visual_->SetSource(u"KRX5580 · %1"_s.arg(connection));
+  status_->ShowConnection(options_.ReadOnly ? connection + u" · read-only"_s : connection);
   StepProblems problems;
   {
     const BusJournal::OriginScope origin(journal_, "Start-up");
@@ -131,14 +134,14 @@ void MainForm::MakeTabs() {
   control_ = new ControlPage(ControlPartsOf(bench_), dialogs_, options_.ReadOnly);
   visual_ = new VisualDisplayPage(model_, VisualPartsOf(bench_), dialogs_, options_.ReadOnly);
   tabs_ = new QTabWidget;
-  tabs_->setObjectName(QStringLiteral("Main_Form_Tab"));
+  tabs_->setObjectName(u"Main_Form_Tab"_s);
   tabs_->setDocumentMode(true);
   // Changing the tab starts and stops the cycle and routes switches; that is not for a wheel.
   IgnoreWheel(*tabs_->tabBar());
-  tabs_->addTab(main_, tr("Main"));
-  tabs_->addTab(readWrite_, tr("Read/Write"));
-  tabs_->addTab(visual_, tr("Visual Display"));
-  tabs_->addTab(control_, tr("Control "));
+  tabs_->addTab(main_, u"Main"_s);
+  tabs_->addTab(readWrite_, u"Read/Write"_s);
+  tabs_->addTab(visual_, u"Visual Display"_s);
+  tabs_->addTab(control_, u"Control "_s);
   setCentralWidget(tabs_);
   connect(tabs_, &QTabWidget::currentChanged, this, &MainForm::TabChanged);
   connect(main_, &MainPage::AboutRequested, windows_, &WindowOpener::ShowAbout);
@@ -213,7 +216,7 @@ void MainForm::ReReadChip() {
   model_.ReRead([&] { problems = krx::ReReadChip(bench_); });
   visual_->ShowAll();
   ShowProblems(problems);
-  if (problems.empty()) ShowNotice(tr("The chip was read again"));
+  if (problems.empty()) ShowNotice(u"The chip was read again"_s);
 }
 
 void MainForm::EasySetup() {
@@ -271,7 +274,7 @@ void MainForm::ShowDue() {
 void MainForm::ResetRanges() {
   bench_.Ranges.ResetAll();
   visual_->ShowAll();
-  ShowNotice(tr("Minimum, maximum and mean of all channels begin anew"));
+  ShowNotice(u"Minimum, maximum and mean of all channels begin anew"_s);
 }
 
 void MainForm::ShowCycle() {
@@ -290,16 +293,15 @@ void MainForm::ShowCycle() {
 }
 
 void MainForm::ShowSkipped() {
-  status_->ShowConnection(tr("%1 · read-only, %2 writes not made")
-                              .arg(ConnectionText(options_.Medium, bench_.ChipLink))
+  status_->ShowConnection(u"%1 · read-only, %2 writes not made"_s.arg(ConnectionText(options_.Medium, bench_.ChipLink))
                               .arg(journal_.SkippedCount()));
 }
 
 QStringList MainForm::LeftByEnding() const {
   QStringList lines;
-  if (bench_.Glitch.Running()) lines << tr("Glitch test stopped: ") + QString::fromStdString(bench_.Glitch.Leaves());
+  if (bench_.Glitch.Running()) lines << u"Glitch test stopped: "_s + QString::fromStdString(bench_.Glitch.Leaves());
   const QString file = visual_->Saving().Unsaved();
-  if (!file.isEmpty()) lines << tr("Not saved: ") + QDir::toNativeSeparators(file);
+  if (!file.isEmpty()) lines << u"Not saved: "_s + QDir::toNativeSeparators(file);
   return lines;
 }
 
@@ -318,7 +320,7 @@ void MainForm::closeEvent(QCloseEvent* event) {
   if (bench_.ChipLink.EndAsked && bench_.ChipLink.EndAsked()) {
     GiveUp(std::cerr);
   } else if (const QStringList left = LeftByEnding(); !left.isEmpty()) {
-    if (!dialogs_.Ask(tr("To end now means:\n\n") + left.join(QLatin1Char('\n')), tr("End"))) return event->ignore();
+    if (!dialogs_.Ask(u"To end now means:\n\n"_s + left.join(u'\n'), u"End"_s)) return event->ignore();
   }
   // First what reads the chip, then the windows that show it.
   StopVisualTimer();

@@ -9,32 +9,34 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 MainMenu::MainMenu(QMainWindow& window, QTabWidget& tabs, QAction& journal, bool readOnly)
     : QObject(&window), window_(window), themes_(new QActionGroup(this)) {
-  QMenu* file = window.menuBar()->addMenu(tr("&File"));
-  file->addAction(tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q), &window, &QWidget::close);
+  QMenu* file = window.menuBar()->addMenu(u"&File"_s);
+  file->addAction(u"E&xit"_s, QKeySequence(Qt::CTRL | Qt::Key_Q), &window, &QWidget::close);
   AddChipMenu(readOnly);
   AddViewMenu(tabs, journal);
-  window.menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainMenu::AboutRequested);
+  window.menuBar()->addMenu(u"&Help"_s)->addAction(u"&About"_s, this, &MainMenu::AboutRequested);
 }
 
 void MainMenu::AddChipMenu(bool readOnly) {
-  QMenu* chip = window_.menuBar()->addMenu(tr("&Chip"));
-  chip->addAction(tr("&Re-read Chip"), QKeySequence(Qt::Key_F5), this, &MainMenu::ReReadRequested)
-      ->setObjectName(QStringLiteral("actReReadChip"));
+  QMenu* chip = window_.menuBar()->addMenu(u"&Chip"_s);
+  chip->addAction(u"&Re-read Chip"_s, QKeySequence(Qt::Key_F5), this, &MainMenu::ReReadRequested)
+      ->setObjectName(u"actReReadChip"_s);
   QAction* easySetup =
-      chip->addAction(tr("&Easy Setup"), QKeySequence(Qt::CTRL | Qt::Key_E), this, &MainMenu::EasySetupRequested);
-  easySetup->setObjectName(QStringLiteral("actEasySetup"));
+      chip->addAction(u"&Easy Setup"_s, QKeySequence(Qt::CTRL | Qt::Key_E), this, &MainMenu::EasySetupRequested);
+  easySetup->setObjectName(u"actEasySetup"_s);
   easySetup->setEnabled(!readOnly);
   chip->addSeparator();
-  chip->addAction(tr("Reset Minima and &Maxima"), this, &MainMenu::ResetRangesRequested)
-      ->setObjectName(QStringLiteral("actResetRanges"));
+  chip->addAction(u"Reset Minima and &Maxima"_s, this, &MainMenu::ResetRangesRequested)
+      ->setObjectName(u"actResetRanges"_s);
 }
 
 void MainMenu::AddViewMenu(QTabWidget& tabs, QAction& journal) {
-  QMenu* view = window_.menuBar()->addMenu(tr("&View"));
+  QMenu* view = window_.menuBar()->addMenu(u"&View"_s);
   for (int tab = 0; tab < tabs.count(); ++tab) {
-    view->addAction(tr("Show \"%1\"").arg(tabs.tabText(tab).trimmed()), QKeySequence(Qt::CTRL | (Qt::Key_1 + tab)),
+    view->addAction(u"Show \"%1\""_s.arg(tabs.tabText(tab).trimmed()), QKeySequence(Qt::CTRL | (Qt::Key_1 + tab)),
                     &tabs, [&tabs, tab] { tabs.setCurrentIndex(tab); });
   }
   view->addSeparator();
@@ -42,7 +44,7 @@ void MainMenu::AddViewMenu(QTabWidget& tabs, QAction& journal) {
   view->addAction(&journal);
   view->addSeparator();
   const std::pair<QString, Theme> choices[] = {
-      {tr("Theme of the &System"), Theme::System}, {tr("&Light"), Theme::Light}, {tr("&Dark"), Theme::Dark}};
+      {u"Theme of the &System"_s, Theme::System}, {u"&Light"_s, Theme::Light}, {u"&Dark"_s, Theme::Dark}};
   for (const auto& [text, theme] : choices) {
     QAction* action = view->addAction(text, this, [this, theme = theme] { emit ThemeChosen(theme); });
     action->setCheckable(true);

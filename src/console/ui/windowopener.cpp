@@ -13,6 +13,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 WindowOpener::WindowOpener(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, bool readOnly,
                            double fanSecondsPerSecond, QWidget* parent)
     : QObject(parent),
@@ -63,7 +65,7 @@ void WindowOpener::OpenFanConfig() {
 }
 
 void WindowOpener::OpenSetupLog() {
-  TextDialog::Open(parent_, QStringLiteral("frmSetupLog"), tr("Setup Log"), SetupLogText());
+  TextDialog::Open(parent_, u"frmSetupLog"_s, u"Setup Log"_s, SetupLogText());
 }
 
 void WindowOpener::ShowAbout() {
