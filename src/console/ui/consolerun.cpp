@@ -77,10 +77,10 @@ QString ConsoleRun::MediumNote() const {
 
 void ConsoleRun::ShowWizard() {
   initForm_ = std::make_unique<InitForm>(wizard_, dialogs_, MediumNote(), !medium_.Simulated);
-  QObject::connect(initForm_.get(), &InitForm::MainWindowWanted, &application_, [this] { MakeMainForm(); });
+  QObject::connect(initForm_.get(), &InitForm::MainWindowRequested, &application_, [this] { MakeMainForm(); });
   QObject::connect(initForm_.get(), &InitForm::Finished, &application_, [this] { ShowMainForm(); });
-  QObject::connect(initForm_.get(), &InitForm::ReadOnlyWanted, &application_, [this] { GoReadOnly(); });
-  QObject::connect(initForm_.get(), &InitForm::SimulatedBoardWanted, &application_, [this] { UseSimulatedBoard(); });
+  QObject::connect(initForm_.get(), &InitForm::ReadOnlyRequested, &application_, [this] { GoReadOnly(); });
+  QObject::connect(initForm_.get(), &InitForm::SimulatedBoardRequested, &application_, [this] { UseSimulatedBoard(); });
   initForm_->show();
   initForm_->Load();
 }

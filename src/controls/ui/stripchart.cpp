@@ -58,24 +58,24 @@ void StripChart::SetWaitBudget(WaitBudget* budget) {
 
 void StripChart::ConnectNavigation() {
   const auto* navigation = new ChartNavigation(plot_, arrows_);
-  connect(navigation, &ChartNavigation::ZoomWanted, this, [this](double factor, double share) {
+  connect(navigation, &ChartNavigation::ZoomRequested, this, [this](double factor, double share) {
     view_.Zoom(factor, share);
     UserChanged();
   });
-  connect(navigation, &ChartNavigation::PanWanted, this, [this](double share) {
+  connect(navigation, &ChartNavigation::PanRequested, this, [this](double share) {
     view_.Pan(share);
     UserChanged();
   });
-  connect(navigation, &ChartNavigation::FrameWanted, this, &StripChart::ZoomToFrame);
+  connect(navigation, &ChartNavigation::FrameRequested, this, &StripChart::ZoomToFrame);
   connect(navigation, &ChartNavigation::EdgeGrabbed, this, [this] {
     const QCPRange left = plot_->yAxis->range();
     const QCPRange right = plot_->yAxis2->range();
     grabbed_ = {view_.Shown(), {left.lower, left.upper}, {right.lower, right.upper}, Mode() == ChartMode::Live};
   });
   connect(navigation, &ChartNavigation::EdgeDragged, this, &StripChart::DragEdge);
-  connect(navigation, &ChartNavigation::LiveWanted, this, &StripChart::Live);
-  connect(navigation, &ChartNavigation::CursorWanted, this, &StripChart::MoveCursor);
-  connect(navigation, &ChartNavigation::CursorStepWanted, this, [this](int pixels) {
+  connect(navigation, &ChartNavigation::LiveRequested, this, &StripChart::Live);
+  connect(navigation, &ChartNavigation::CursorRequested, this, &StripChart::MoveCursor);
+  connect(navigation, &ChartNavigation::CursorStepRequested, this, [this](int pixels) {
     const QRect area = plot_->axisRect()->rect();
     QPointF pixel = cursor_->Position().value_or(area.center());
     pixel.setX(std::clamp(pixel.x() + pixels, double(area.left()), double(area.right())));

@@ -62,7 +62,7 @@ void StripChart::BuildTools() {
        {std::pair{ChartFormat::Png, u"Picture (PNG)..."_s}, std::pair{ChartFormat::Pdf, u"Drawing (PDF)..."_s},
         std::pair{ChartFormat::Csv, u"Values (CSV)..."_s}})
     connect(exports->addAction(text), &QAction::triggered, this,
-            [this, format = format] { emit ExportWanted(format); });
+            [this, format = format] { emit ExportRequested(format); });
 }
 
 void StripChart::AddTool(QWidget* tool) {

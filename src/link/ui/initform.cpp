@@ -178,7 +178,7 @@ void InitForm::MakeResultsPanel() {
     ShowWizard();
   });
   connect(list_, &QListWidget::itemActivated, this, &InitForm::Finish);
-  connect(simulated_, &QPushButton::clicked, this, &InitForm::SimulatedBoardWanted);
+  connect(simulated_, &QPushButton::clicked, this, &InitForm::SimulatedBoardRequested);
 }
 
 QWidget* InitForm::MakeButtons() {
@@ -280,7 +280,7 @@ void InitForm::Search() {
     progress_->setValue(0);
     ShowWizard();
     repaint();
-    emit MainWindowWanted();
+    emit MainWindowRequested();
     reports = wizard_.RunSearch(media, [this](int value) {
       progress_->setValue(value);
       panels_.at(Index(SearchWizard::Page::Searching))->repaint();
@@ -309,7 +309,7 @@ void InitForm::Finish() {
     if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), u"Go on read-only"_s,
                       QtText(wizardtext::title)))
       return;
-    emit ReadOnlyWanted();
+    emit ReadOnlyRequested();
     wizard_.Finish();
   }
   finished_ = true;

@@ -86,7 +86,7 @@ QWidget* ChannelCard::MakeRange() {
   reset->setText(u"Reset"_s);
   reset->setAccessibleName(u"Reset minimum, maximum and mean"_s);
   reset->setToolTip(u"Minimum, maximum and mean of this channel begin anew"_s);
-  connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetWanted);
+  connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetRequested);
   column->addWidget(extremes_);
   auto* row = new QHBoxLayout;
   row->addWidget(mean_, 1);

@@ -93,7 +93,8 @@ StripChart* ChartCard::MakeChart(const QString& name, Strip strip, const VisualS
                       .Decimals = format.Decimals});
   }
   chart->SetTraces(traces);
-  connect(chart, &StripChart::ExportWanted, this, [this, chart](ChartFormat format) { ExportChart(*chart, format); });
+  connect(chart, &StripChart::ExportRequested, this,
+          [this, chart](ChartFormat format) { ExportChart(*chart, format); });
   return chart;
 }
 

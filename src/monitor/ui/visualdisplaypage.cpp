@@ -72,7 +72,7 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, const VisualParts& part
   connect(card_, &ChannelCard::LimitStepped, this,
           [this](Marker marker, int steps) { EnterLimit(marker, [&] { model_.StepLimit(marker, steps); }); });
   card_->SetStepEnd([this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); });
-  connect(card_, &ChannelCard::RangeResetWanted, this, [this] {
+  connect(card_, &ChannelCard::RangeResetRequested, this, [this] {
     parts_.Ranges.Reset(static_cast<std::size_t>(parts_.Display.SelectedChannel));
     ShowReadings(old_);
   });
@@ -127,7 +127,7 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   column->setContentsMargins(14, 8, 14, 8);
   column->addLayout(row);
   pwmDifference_ = new PwmDifference;
-  connect(pwmDifference_, &PwmDifference::ReReadWanted, this, &VisualDisplayPage::ReReadRequested);
+  connect(pwmDifference_, &PwmDifference::ReReadRequested, this, &VisualDisplayPage::ReReadRequested);
   column->addWidget(pwmDifference_);
   notMonitoring_ = MakeLabel(u"lblNotMonitoring"_s, 1, true);
   notMonitoring_->setText(readOnly ? u"Not monitoring, values are out of date"_s
