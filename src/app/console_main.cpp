@@ -15,8 +15,10 @@
 #include "app/optiontexts.h"
 #include "console/ui/consolerun.h"
 #include "controls/ui/displayguard.h"
+#include "controls/ui/texts.h"
 
 using namespace krx;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -112,8 +114,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   display.Release();
   // Not as the display name, which the toolkit appends to the title of every window.
-  QApplication::setApplicationName(QStringLiteral("KRX5580 console"));
-  QApplication::setApplicationVersion(QStringLiteral(KRX_VERSION));
+  QApplication::setApplicationName(u"KRX5580 console"_s);
+  QApplication::setApplicationVersion(QtText(KRX_VERSION));
   int result = 1;
   SystemClock clock;
   QtUserDialogs dialogs;

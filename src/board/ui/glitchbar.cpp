@@ -10,6 +10,9 @@
 #include "registers/numerics.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int refreshMilliseconds = 500;
@@ -17,17 +20,17 @@ constexpr int refreshMilliseconds = 500;
 }  // namespace
 
 GlitchBar::GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs, int interval)
-    : QToolBar("Glitch test"),
+    : QToolBar(u"Glitch test"_s),
       test_(test),
       dialogs_(dialogs),
       tmrGlitch_(turns, "tmrGlitch", interval, [this] { Tick(); }),
       state_(new QLabel) {
-  setObjectName("barGlitchTest");
+  setObjectName(u"barGlitchTest"_s);
   setMovable(false);
   toggleViewAction()->setVisible(false);
-  state_->setObjectName("lblGlitchTest");
+  state_->setObjectName(u"lblGlitchTest"_s);
   addWidget(state_);
-  addAction("Stop", this, &GlitchBar::Stop)->setObjectName("actStopGlitchTest");
+  addAction(u"Stop"_s, this, &GlitchBar::Stop)->setObjectName(u"actStopGlitchTest"_s);
   refresh_.setInterval(refreshMilliseconds);
   connect(&refresh_, &QTimer::timeout, this, &GlitchBar::ShowTest);
   hide();
@@ -45,13 +48,13 @@ void GlitchBar::Stop() {
   tmrGlitch_.Stop();
   test_.Stop();
   ShowTest();
-  if (ran) emit Notice("Glitch test stopped: " + QString::fromStdString(test_.Leaves()));
+  if (ran) emit Notice(u"Glitch test stopped: "_s + QString::fromStdString(test_.Leaves()));
 }
 
 void GlitchBar::Tick() {
   if (test_.Tick() == GlitchTest::TickResult::Ended) {
     tmrGlitch_.Stop();
-    emit Notice("Glitch test ended: " + QString::fromStdString(test_.Leaves()));
+    emit Notice(u"Glitch test ended: "_s + QString::fromStdString(test_.Leaves()));
   }
   ShowTest();
 }
@@ -64,12 +67,11 @@ void GlitchBar::ShowTest() {
   }
   refresh_.start();
   const int left = static_cast<int>(std::ceil(test_.RemainingSeconds()));
-  state_->setText(QString("Glitch test: step %1, duty %2 (%3), %4:%5 left   ")
-                      .arg(test_.Step())
+  state_->setText(u"Glitch test: step %1, duty %2 (%3), %4:%5 left   "_s.arg(test_.Step())
                       .arg(test_.Duty())
                       .arg(QString::fromStdString(DutyText(DutyToPercent(test_.Duty()))))
                       .arg(left / 60)
-                      .arg(left % 60, 2, 10, QLatin1Char('0')));
+                      .arg(left % 60, 2, 10, QChar(u'0')));
 }
 
 }  // namespace krx

@@ -3,16 +3,18 @@
 
 #include <QPainter>
 #include <array>
+#include <string_view>
 
 #include "board/switchmap.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/texts.h"
 
 namespace krx {
 namespace {
 
 struct Connection {
-  const char* Pin;
-  const char* Circuit;
+  std::string_view Pin;
+  std::string_view Circuit;
 };
 
 // By number of the switch. A two-wire fan needs both outer switches of its group, a three-wire fan the middle one.
@@ -26,12 +28,12 @@ constexpr std::array<Connection, switchMap.size()> connections{{
     {"Spare", "-"},       {"Spare", "-"},
 }};
 
-constexpr const char* longestLabel = "Remote1";
+constexpr std::string_view longestLabel = "Remote1";
 
 }  // namespace
 
 SwitchSymbol::SwitchSymbol(std::size_t index)
-    : pin_(connections.at(index).Pin), circuit_(connections.at(index).Circuit) {
+    : pin_(QtText(connections.at(index).Pin)), circuit_(QtText(connections.at(index).Circuit)) {
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -42,7 +44,8 @@ void SwitchSymbol::SetClosed(bool closed) {
 
 QSize SwitchSymbol::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
-  return {2 * metrics.horizontalAdvance(longestLabel) + 8 * metrics.horizontalAdvance('m'), metrics.height() * 3 / 2};
+  return {2 * metrics.horizontalAdvance(QtText(longestLabel)) + 8 * metrics.horizontalAdvance(u'm'),
+          metrics.height() * 3 / 2};
 }
 
 void SwitchSymbol::paintEvent(QPaintEvent*) {
@@ -50,9 +53,9 @@ void SwitchSymbol::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   const Palette& colours = Palette::For(*this);
   const QFontMetricsF metrics(font());
-  const double labels = metrics.horizontalAdvance(longestLabel) + metrics.horizontalAdvance(' ');
+  const double labels = metrics.horizontalAdvance(QtText(longestLabel)) + metrics.horizontalAdvance(u' ');
   const double middle = height() / 2.0;
-  const double em = metrics.horizontalAdvance('m');
+  const double em = metrics.horizontalAdvance(u'm');
   const double from = labels + em / 2;
   const double to = width() - labels - em / 2;
   const double gap = (to - from) / 3;

@@ -5,12 +5,14 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 QString ConnectionText(const QString& medium, const Link& link) {
   const bool onPort = link.CommsMedium == 1;
-  const QString bus = onPort ? QObject::tr("printer port") : QObject::tr("SMBus");
+  const QString bus = onPort ? u"printer port"_s : u"SMBus"_s;
   const int chip = onPort ? link.ChipAddress / 2 : link.ChipAddress;
-  const QString address = QStringLiteral("%1").arg(chip, 2, 16, QLatin1Char('0')).toUpper();
-  return QStringLiteral("%1 · %2%3h").arg(medium, medium.contains(bus) ? QString() : bus + QLatin1Char(' '), address);
+  const QString address = u"%1"_s.arg(chip, 2, 16, QChar(u'0')).toUpper();
+  return u"%1 · %2%3h"_s.arg(medium, medium.contains(bus) ? QString() : bus + u' ', address);
 }
 
 }  // namespace krx

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "controls/ui/texts.h"
 #include "journal/journalmodule.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
@@ -14,6 +15,9 @@
 #include "registers/chip.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int closingMilliseconds = 5;  ///< often: between two ticks on the SMBus there are only some milliseconds
@@ -63,20 +67,20 @@ CommsRoot::Factory ConsoleRun::Journaled() {
 }
 
 QString ConsoleRun::MediumNote() const {
-  QString note = QObject::tr("Buses: %1.").arg(medium_.Name);
-  if (!medium_.Reason.isEmpty()) note += QLatin1Char(' ') + medium_.Reason + QLatin1Char('.');
+  QString note = u"Buses: %1."_s.arg(medium_.Name);
+  if (!medium_.Reason.isEmpty()) note += u' ' + medium_.Reason + u'.';
   if (medium_.Simulated) {
-    note += QObject::tr(" The chip with heaters and switches is at its printer port, another one on its SMBus.");
+    note += u" The chip with heaters and switches is at its printer port, another one on its SMBus."_s;
   }
   return note;
 }
 
 void ConsoleRun::ShowWizard() {
   initForm_ = std::make_unique<InitForm>(wizard_, dialogs_, MediumNote(), !medium_.Simulated);
-  QObject::connect(initForm_.get(), &InitForm::MainWindowWanted, &application_, [this] { MakeMainForm(); });
+  QObject::connect(initForm_.get(), &InitForm::MainWindowRequested, &application_, [this] { MakeMainForm(); });
   QObject::connect(initForm_.get(), &InitForm::Finished, &application_, [this] { ShowMainForm(); });
-  QObject::connect(initForm_.get(), &InitForm::ReadOnlyWanted, &application_, [this] { GoReadOnly(); });
-  QObject::connect(initForm_.get(), &InitForm::SimulatedBoardWanted, &application_, [this] { UseSimulatedBoard(); });
+  QObject::connect(initForm_.get(), &InitForm::ReadOnlyRequested, &application_, [this] { GoReadOnly(); });
+  QObject::connect(initForm_.get(), &InitForm::SimulatedBoardRequested, &application_, [this] { UseSimulatedBoard(); });
   initForm_->show();
   initForm_->Load();
 }
@@ -101,10 +105,9 @@ void ConsoleRun::ConnectFirstChip() {
   if (!holder) return;
   GoReadOnly();
   search_.Finish(search_.Rows().front());
-  dialogs_.Exclamation(
-      QObject::tr("The chip is used by %1. This console starts read-only: no write reaches chip or board.")
-          .arg(QString::fromStdString(*holder)),
-      wizardtext::title);
+  dialogs_.Exclamation(u"The chip is used by %1. This console starts read-only: no write reaches chip or board."_s.arg(
+                           QString::fromStdString(*holder)),
+                       QtText(wizardtext::title));
 }
 
 /// Another program writes to the chip: the same bus anew, for reading only. The chip is then chosen once more.
@@ -142,7 +145,7 @@ void ConsoleRun::StartSimulatedMonitoring() {
   constexpr std::uint8_t start = 0x01;
   const Link::MayGiveUp unlessEnding(link_);
   UpdateBits(link_, chip::Configuration1, start, start);
-  mainForm_->ShowNotice(QObject::tr("Monitoring was started on the simulated chip"));
+  mainForm_->ShowNotice(u"Monitoring was started on the simulated chip"_s);
 }
 
 /// A window that is busy (a detection, say) first puts back what it has to and refuses; it is asked again.

@@ -11,11 +11,13 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 BoardPicture::BoardPicture(QWidget* parent) : QWidget(parent) {
   InitResources();
-  picture_.load(QStringLiteral(":/console/board.svg"));
-  setObjectName(QStringLiteral("picBoard"));
-  setAccessibleName(tr("Picture of the evaluation board"));
+  picture_.load(u":/console/board.svg"_s);
+  setObjectName(u"picBoard"_s);
+  setAccessibleName(u"Picture of the evaluation board"_s);
   setMinimumSize(fontMetrics().height() * 20, fontMetrics().height() * 12);
 }
 
@@ -29,11 +31,11 @@ void BoardPicture::paintEvent(QPaintEvent*) {
 }
 
 MainPage::MainPage(QWidget* parent) : QWidget(parent), connection_(new QLabel) {
-  auto* about = new QPushButton(tr("About"));
-  about->setObjectName(QStringLiteral("Command3"));
-  about->setAccessibleName(tr("About"));
+  auto* about = new QPushButton(u"About"_s);
+  about->setObjectName(u"Command3"_s);
+  about->setAccessibleName(u"About"_s);
   connect(about, &QPushButton::clicked, this, &MainPage::AboutRequested);
-  connection_->setObjectName(QStringLiteral("lblConnection"));
+  connection_->setObjectName(u"lblConnection"_s);
 
   auto* below = new QHBoxLayout;
   below->addWidget(connection_);

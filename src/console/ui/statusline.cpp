@@ -9,6 +9,9 @@
 #include "monitor/visualmodel.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int noticeMilliseconds = 12'000;
@@ -17,8 +20,8 @@ constexpr int noticeMilliseconds = 12'000;
 /// more.
 class YieldingLabel : public QLabel {
  public:
-  YieldingLabel(const char* name, int characters) {
-    setObjectName(QString::fromLatin1(name));
+  YieldingLabel(const QString& name, int characters) {
+    setObjectName(name);
     setMinimumWidth(fontMetrics().averageCharWidth() * characters);
   }
 
@@ -34,18 +37,18 @@ class YieldingLabel : public QLabel {
 
 StatusLine::StatusLine(QWidget* parent) : QStatusBar(parent) {
   // The title has the whole of the one, the tool tips that of the others.
-  connection_ = new YieldingLabel("lblMedium", 16);
-  cycle_ = MakeLabel("lblCycle", 1, false);
-  notice_ = new YieldingLabel("lblNotice", 4);
+  connection_ = new YieldingLabel(u"lblMedium"_s, 16);
+  cycle_ = MakeLabel(u"lblCycle"_s, 1, false);
+  notice_ = new YieldingLabel(u"lblNotice"_s, 4);
   notice_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   SetMuted(*notice_, true);
-  faultLabel_ = new YieldingLabel("lblFaults", 16);
-  faultLabel_->setText(tr("No link faults"));
+  faultLabel_ = new YieldingLabel(u"lblFaults"_s, 16);
+  faultLabel_->setText(u"No link faults"_s);
   setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
   addWidget(connection_);
   addWidget(cycle_);
   addWidget(notice_, 1);
-  alarms_ = MakeLabel("lblAlarms", 1, false);
+  alarms_ = MakeLabel(u"lblAlarms"_s, 1, false);
   addPermanentWidget(alarms_);
   addPermanentWidget(faultLabel_);
   noticeEnd_ = new QTimer(this);
@@ -59,14 +62,13 @@ void StatusLine::ShowConnection(const QString& connection) {
 }
 
 void StatusLine::ShowCycle(const CycleRates& report) {
-  QString text = tr("|  Not reading, values are out of date");
+  QString text = u"|  Not reading, values are out of date"_s;
   if (report.PauseSeconds > 0) {
-    text = tr("|  The bus fails, next try every %1 s, values are out of date").arg(report.PauseSeconds, 0, 'f', 1);
+    text = u"|  The bus fails, next try every %1 s, values are out of date"_s.arg(report.PauseSeconds, 0, 'f', 1);
   } else if (report.NotMonitoring) {
-    text = tr("|  Not monitoring, values are out of date");
+    text = u"|  Not monitoring, values are out of date"_s;
   } else if (report.Running) {
-    text = tr("|  Monitoring, %1 reads a tick, %2 ticks/s")
-               .arg(report.ReadsPerTick, 0, 'f', 0)
+    text = u"|  Monitoring, %1 reads a tick, %2 ticks/s"_s.arg(report.ReadsPerTick, 0, 'f', 0)
                .arg(report.TicksPerSecond, 0, 'f', 1);
   }
   SetTextIfChanged(*cycle_, text);
@@ -75,9 +77,9 @@ void StatusLine::ShowCycle(const CycleRates& report) {
 void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {
   const int count = report.Count.value_or(0);
   QString text;
-  if (report.Count) text = tr("No alarms");
-  if (count > 0) text = count == 1 ? tr("◆ 1 alarm") : tr("◆ %1 alarms").arg(count);
-  if (report.Count && (old || report.Old)) text += tr(" (old)");
+  if (report.Count) text = u"No alarms"_s;
+  if (count > 0) text = count == 1 ? u"◆ 1 alarm"_s : u"◆ %1 alarms"_s.arg(count);
+  if (report.Count && (old || report.Old)) text += u" (old)"_s;
   if (alarms_->text() == text && alarms_->toolTip().toStdString() == report.Details) return;
   alarms_->setText(text);
   alarms_->setToolTip(QString::fromStdString(report.Details));
@@ -88,7 +90,7 @@ void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {
 }
 
 void StatusLine::ShowNotice(const QString& text) {
-  notice_->setText(text.isEmpty() ? text : QStringLiteral("|  ") + text);
+  notice_->setText(text.isEmpty() ? text : u"|  "_s + text);
   notice_->setToolTip(text);
   noticeEnd_->start(noticeMilliseconds);
 }
@@ -96,8 +98,8 @@ void StatusLine::ShowNotice(const QString& text) {
 void StatusLine::CountFault(const std::string& source, const CommsError& error) {
   ++faults_;
   const QString last = QString::fromStdString(error.BoxText());
-  faultLabel_->setText(tr("Link faults: %1, last: %2").arg(faults_).arg(last));
-  faultLabel_->setToolTip(tr("In %1: %2").arg(QString::fromStdString(source), last));
+  faultLabel_->setText(u"Link faults: %1, last: %2"_s.arg(faults_).arg(last));
+  faultLabel_->setToolTip(u"In %1: %2"_s.arg(QString::fromStdString(source), last));
 }
 
 }  // namespace krx

@@ -8,12 +8,14 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 TextDialog::TextDialog(const QString& name, const QString& title, const QString& text, QWidget* parent)
     : QDialog(parent) {
   setObjectName(name);
   setWindowTitle(title);
   auto* view = new QPlainTextEdit(text);
-  view->setObjectName(QStringLiteral("txtContent"));
+  view->setObjectName(u"txtContent"_s);
   view->setAccessibleName(title);
   view->setReadOnly(true);
   view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));  // the texts are aligned in columns

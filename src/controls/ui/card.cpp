@@ -10,6 +10,8 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double noteScale = 0.92;
@@ -31,10 +33,10 @@ Card::Card(const QString& title, Kind kind, QWidget* parent)
 
   head_ = new QHBoxLayout(headRow_);
   head_->setContentsMargins(0, 0, 0, 0);
-  auto* const caption = MakeLabel("", 1, true);
+  auto* const caption = MakeLabel(u""_s, 1, true);
   caption->setText(title);
-  note_ = MakeLabel("", noteScale, false, true);
-  word_ = MakeLabel("", noteScale, false);
+  note_ = MakeLabel(u""_s, noteScale, false, true);
+  word_ = MakeLabel(u""_s, noteScale, false);
   for (QWidget* const hidden :
        {static_cast<QWidget*>(note_), static_cast<QWidget*>(mark_), static_cast<QWidget*>(word_)})
     hidden->hide();

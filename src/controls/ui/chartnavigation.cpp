@@ -19,13 +19,13 @@ ChartNavigation::ChartNavigation(QCustomPlot* plot, ZoomArrows* arrows) : QObjec
   connect(plot, &QCustomPlot::mouseRelease, this, &ChartNavigation::Release);
   connect(plot, &QCustomPlot::mouseWheel, this, &ChartNavigation::Wheel);
   connect(plot, &QCustomPlot::mouseDoubleClick, this, [this](QMouseEvent* event) {
-    if (plot_->axisRect()->rect().contains(event->pos())) emit LiveWanted();
+    if (plot_->axisRect()->rect().contains(event->pos())) emit LiveRequested();
   });
   connect(plot, &QCustomPlot::legendClick, this, [this](QCPLegend*, QCPAbstractLegendItem* item, QMouseEvent*) {
     if (auto* entry = qobject_cast<QCPPlottableLegendItem*>(item)) emit LegendClicked(entry->plottable());
   });
   connect(plot->selectionRect(), &QCPSelectionRect::accepted, this,
-          [this](const QRect& frame, QMouseEvent*) { emit FrameWanted(frame.normalized()); });
+          [this](const QRect& frame, QMouseEvent*) { emit FrameRequested(frame.normalized()); });
 }
 
 void ChartNavigation::Press(QMouseEvent* event) {
@@ -47,12 +47,12 @@ void ChartNavigation::Move(QMouseEvent* event) {
   if (grabbed_) {
     emit EdgeDragged(*grabbed_, DragFactor(*grabbed_, pixel - from_, area.size()));
   } else if (panning_) {
-    emit PanWanted((from_.x() - pixel.x()) / std::max(area.width(), 1));
+    emit PanRequested((from_.x() - pixel.x()) / std::max(area.width(), 1));
     from_ = pixel;
   } else if (event->buttons() == Qt::NoButton) {
     const bool inside = area.contains(event->pos());
     Hover(inside ? arrows_->EdgeAt(pixel) : std::nullopt);
-    emit CursorWanted(inside && !arrows_->Hovered() ? std::optional(pixel) : std::nullopt);
+    emit CursorRequested(inside && !arrows_->Hovered() ? std::optional(pixel) : std::nullopt);
   }
 }
 
@@ -76,9 +76,9 @@ void ChartNavigation::Wheel(QWheelEvent* event) {
   const QPoint turn = event->angleDelta();
   const double notches = (turn.y() != 0 ? turn.y() : turn.x()) / 120.0;
   if (turn.y() == 0 || event->modifiers().testFlag(Qt::ShiftModifier))
-    emit PanWanted(-notches / 10);
+    emit PanRequested(-notches / 10);
   else
-    emit ZoomWanted(std::pow(0.8, notches), (event->position().x() - area.left()) / std::max(area.width(), 1));
+    emit ZoomRequested(std::pow(0.8, notches), (event->position().x() - area.left()) / std::max(area.width(), 1));
   event->accept();
 }
 
@@ -86,23 +86,23 @@ bool ChartNavigation::Key(QKeyEvent* event) {
   const bool step = event->modifiers().testFlag(Qt::ControlModifier);
   switch (event->key()) {
     case Qt::Key_Left:
-      step ? emit CursorStepWanted(-4) : emit PanWanted(-0.1);
+      step ? emit CursorStepRequested(-4) : emit PanRequested(-0.1);
       return true;
     case Qt::Key_Right:
-      step ? emit CursorStepWanted(4) : emit PanWanted(0.1);
+      step ? emit CursorStepRequested(4) : emit PanRequested(0.1);
       return true;
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-      emit ZoomWanted(0.8, 0.5);
+      emit ZoomRequested(0.8, 0.5);
       return true;
     case Qt::Key_Minus:
-      emit ZoomWanted(1.25, 0.5);
+      emit ZoomRequested(1.25, 0.5);
       return true;
     case Qt::Key_Home:
-      emit LiveWanted();
+      emit LiveRequested();
       return true;
     case Qt::Key_Escape:
-      emit CursorWanted(std::nullopt);
+      emit CursorRequested(std::nullopt);
       return false;  // a window may close on it too
     default:
       return false;
@@ -112,7 +112,7 @@ bool ChartNavigation::Key(QKeyEvent* event) {
 bool ChartNavigation::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Leave) {
     Hover(std::nullopt);
-    emit CursorWanted(std::nullopt);
+    emit CursorRequested(std::nullopt);
   }
   if (event->type() == QEvent::KeyPress && Key(static_cast<QKeyEvent*>(event))) return true;
   return QObject::eventFilter(watched, event);

@@ -24,14 +24,15 @@ class ChartNavigation : public QObject {
   ChartNavigation(QCustomPlot* plot, ZoomArrows* arrows);
 
  signals:
-  void ZoomWanted(double factor, double share);  ///< length of the time times factor, fixed at this share of the width
-  void PanWanted(double share);                  ///< of the width, positive to the right
-  void FrameWanted(const QRect& frame);          ///< pixels of the plot
+  void ZoomRequested(double factor,
+                     double share);         ///< length of the time times factor, fixed at this share of the width
+  void PanRequested(double share);          ///< of the width, positive to the right
+  void FrameRequested(const QRect& frame);  ///< pixels of the plot
   void EdgeGrabbed();
   void EdgeDragged(krx::ChartEdge edge, double factor);  ///< factor since it was grabbed
-  void LiveWanted();
-  void CursorWanted(std::optional<QPointF> pixel);
-  void CursorStepWanted(int pixels);
+  void LiveRequested();
+  void CursorRequested(std::optional<QPointF> pixel);
+  void CursorStepRequested(int pixels);
   void LegendClicked(QCPAbstractPlottable* plottable);
   void OverlayChanged();  ///< an arrow under the pointer lit up or went out
 

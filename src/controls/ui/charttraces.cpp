@@ -11,12 +11,14 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString WithUnit(double value, const ChartTrace& trace, bool sign) {
   QString text = QString::number(value, 'f', trace.Decimals);
-  if (sign && !text.startsWith(QLatin1Char('-'))) text.prepend(QLatin1Char('+'));
-  return trace.Unit.isEmpty() ? text : text + QLatin1Char(' ') + trace.Unit;
+  if (sign && !text.startsWith(u'-')) text.prepend(u'+');
+  return trace.Unit.isEmpty() ? text : text + u' ' + trace.Unit;
 }
 
 }  // namespace
@@ -139,7 +141,7 @@ std::vector<CursorRow> ChartTraces::RowsAt(std::int64_t time) const {
   const std::int64_t start = std::max(view_.Shown().Begin, view_.FirstTime());
   for (const ShownTrace& trace : traces_) {
     if (!trace.Visible()) continue;
-    CursorRow row{trace.Settings.Name, QStringLiteral("–"), {}, trace.Plottable->pen().color()};
+    CursorRow row{trace.Settings.Name, u"–"_s, {}, trace.Plottable->pen().color()};
     const std::size_t index = trace.Settings.HistoryIndex;
     const auto here = history_.LastUpTo(index, time);
     if (here && here->Time >= view_.FirstTime() && time <= history_.LastTime() &&
@@ -160,10 +162,10 @@ std::vector<CsvColumn> ChartTraces::Columns() const {
     if (!trace.Visible()) continue;
     const QString& unit = trace.Settings.Unit;
     QString heading = trace.Settings.Name;
-    const QString inBrackets = QString("(%1)").arg(unit);
+    const QString inBrackets = u"(%1)"_s.arg(unit);
     // Some names say the unit themselves: "Proc. Power (W)", "THERM= %".
-    const bool said = unit.isEmpty() || heading.endsWith(inBrackets) || heading.endsWith("= " + unit);
-    if (!said) heading += QLatin1Char(' ') + inBrackets;
+    const bool said = unit.isEmpty() || heading.endsWith(inBrackets) || heading.endsWith(u"= "_s + unit);
+    if (!said) heading += u' ' + inBrackets;
     columns.push_back({trace.Settings.HistoryIndex, heading.toStdString()});
   }
   return columns;

@@ -7,6 +7,9 @@
 #include <cstdlib>
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void Say(const QString& text) {
@@ -14,7 +17,7 @@ void Say(const QString& text) {
 }
 
 [[noreturn]] void EndWithoutDisplay() {
-  Say(QStringLiteral("no window can open here; krx5580 watch shows the same readings in the terminal"));
+  Say(u"no window can open here; krx5580 watch shows the same readings in the terminal"_s);
   std::fflush(nullptr);
   // Nothing is owed yet, and the toolkit's own objects are half made.
   std::_Exit(1);
@@ -22,8 +25,8 @@ void Say(const QString& text) {
 
 void OnMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
   // The toolkit speaks of its plugins and of installing it anew. What the plugin itself says before is the reason.
-  const bool aboutPlugins = message.contains(QLatin1String("platform plugin"));
-  const bool unknownName = message.contains(QLatin1String("Could not find"));
+  const bool aboutPlugins = message.contains(u"platform plugin"_s);
+  const bool unknownName = message.contains(u"Could not find"_s);
   if (!aboutPlugins || unknownName) Say(message.trimmed());
   if (type == QtFatalMsg) EndWithoutDisplay();
 }

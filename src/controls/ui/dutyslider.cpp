@@ -9,12 +9,14 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 DutySlider::DutySlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
   setRange(0, 255);
   // 1 %: readings put the slider on whole percents, so that a smaller step would never get past the next one.
   setSingleStep(3);
   setPageStep(13);  // about 5 %
-  setObjectName(QStringLiteral("analog_output_slider"));
+  setObjectName(u"analog_output_slider"_s);
   connect(this, &QSlider::sliderPressed, this, [this] {
     moved_ = false;
     emit Pressed();
@@ -38,7 +40,7 @@ DutySlider::DutySlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
 
 void DutySlider::SetCaption(const QString& caption) {
   caption_ = caption;
-  setAccessibleName(caption + QStringLiteral(" PWM duty"));
+  setAccessibleName(caption + u" PWM duty"_s);
 }
 
 bool DutySlider::SetValue(int value) {

@@ -9,15 +9,16 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 std::optional<QString> AskSaveName(UserDialogs& dialogs, const QString& filter, const QString& proposedName) {
   auto name = dialogs.SaveFile(filter, proposedName);
   if (!name || !QFileInfo(*name).suffix().isEmpty()) return name;
   // The dialog asked about the name as it was typed, not about this one.
-  while (name->endsWith(QLatin1Char('.'))) name->chop(1);
-  *name += QLatin1Char('.') + QFileInfo(proposedName).suffix();
-  const QString question = QCoreApplication::translate("krx", "%1 exists. Replace it?");
-  if (QFileInfo::exists(*name) &&
-      !dialogs.Ask(question.arg(QDir::toNativeSeparators(*name)), QCoreApplication::translate("krx", "Replace")))
+  while (name->endsWith(u'.')) name->chop(1);
+  *name += u'.' + QFileInfo(proposedName).suffix();
+  const QString question = u"%1 exists. Replace it?"_s;
+  if (QFileInfo::exists(*name) && !dialogs.Ask(question.arg(QDir::toNativeSeparators(*name)), u"Replace"_s))
     return std::nullopt;
   return name;
 }
@@ -45,11 +46,11 @@ QString SaveAndTell(UserDialogs& dialogs, const QString& what, const QString& fi
 }
 
 QString SavedText(const QString& fileName) {
-  return QCoreApplication::translate("krx", "Saved to %1").arg(QDir::toNativeSeparators(fileName));
+  return u"Saved to %1"_s.arg(QDir::toNativeSeparators(fileName));
 }
 
 QString NotSavedText(const QString& what, const QString& reason) {
-  return QCoreApplication::translate("krx", "%1 could not be saved: %2").arg(what, reason);
+  return u"%1 could not be saved: %2"_s.arg(what, reason);
 }
 
 }  // namespace krx

@@ -85,7 +85,7 @@ void GatedDialogs::OpenWaiting() {
 }
 
 void GatedDialogs::Open(const Box& box) {
-  const QString text = box.Texts.join(QLatin1Char('\n'));
+  const QString text = box.Texts.join(u'\n');
   switch (box.Icon) {
     case Kind::Critical:
       return shown_.Critical(text, box.Title);

@@ -9,20 +9,23 @@
 #include "controls/ui/statemark.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString StateText(IndicatorState state) {
   switch (state) {
     case IndicatorState::Hidden:
-      return QStringLiteral("Disabled");
+      return u"Disabled"_s;
     case IndicatorState::Ok:
-      return QStringLiteral("OK");
+      return u"OK"_s;
     case IndicatorState::Bad:
-      return QStringLiteral("Bad");
+      return u"Bad"_s;
     case IndicatorState::Unknown:
       break;
   }
-  return QStringLiteral("Not read yet");
+  return u"Not read yet"_s;
 }
 
 Mark MarkOf(IndicatorState state) {
@@ -42,7 +45,7 @@ Mark MarkOf(IndicatorState state) {
 }  // namespace
 
 Indicator::Indicator(QWidget* parent) : QWidget(parent) {
-  setToolTip(QStringLiteral("Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"));
+  setToolTip(u"Interrupt Status: Green=OK, Red=Bad, Invisible=Disabled"_s);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   Changed();
 }
@@ -65,7 +68,7 @@ QSize Indicator::sizeHint() const {
 }
 
 void Indicator::Changed() {
-  setAccessibleDescription(StateText(state_) + (stale_ ? QStringLiteral(" (old)") : QString()));
+  setAccessibleDescription(StateText(state_) + (stale_ ? u" (old)"_s : QString()));
   update();
 }
 

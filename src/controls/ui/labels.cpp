@@ -5,9 +5,9 @@
 
 namespace krx {
 
-QLabel* MakeLabel(const char* name, double scale, bool bold, bool muted) {
+QLabel* MakeLabel(const QString& name, double scale, bool bold, bool muted) {
   auto* label = new QLabel;
-  label->setObjectName(QString::fromLatin1(name));
+  label->setObjectName(name);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * scale);
   font.setBold(bold);
@@ -26,7 +26,7 @@ void SetTextIfChanged(QLabel& label, const std::string& text) {
 
 void SetNamedText(QLabel& label, const QString& name, const QString& text) {
   SetTextIfChanged(label, text);
-  const QString spoken = name + QLatin1Char(' ') + text;
+  const QString spoken = name + u' ' + text;
   if (label.accessibleName() != spoken) label.setAccessibleName(spoken);
 }
 

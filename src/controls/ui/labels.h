@@ -7,7 +7,7 @@
 namespace krx {
 
 /// A label whose size is a multiple of the window's font. Muted: in the palette's muted text.
-QLabel* MakeLabel(const char* name, double scale, bool bold, bool muted = false);
+QLabel* MakeLabel(const QString& name, double scale, bool bold, bool muted = false);
 
 /// Readings come a hundred times a second: a label that already shows the text must not be laid out again.
 void SetTextIfChanged(QLabel& label, const QString& text);

@@ -8,6 +8,9 @@
 #include <cmath>
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::array markers{Marker::High, Marker::Low};  // from the top down
@@ -15,8 +18,8 @@ constexpr std::array markers{Marker::High, Marker::Low};  // from the top down
 }  // namespace
 
 LimitGauge::LimitGauge(QWidget* parent) : QWidget(parent) {
-  setObjectName(QStringLiteral("limits_gauge"));
-  setAccessibleName(QStringLiteral("Limit gauge"));
+  setObjectName(u"limits_gauge"_s);
+  setAccessibleName(u"Limit gauge"_s);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
@@ -68,7 +71,7 @@ void LimitGauge::Changed() {
   QStringList parts;
   for (const Marker marker : markers)
     if (markers_.IsDraggable(marker)) parts += Label(marker);
-  setAccessibleDescription(parts.join(QStringLiteral(", ")));
+  setAccessibleDescription(parts.join(u", "_s));
   update();
 }
 
@@ -81,13 +84,13 @@ QSize LimitGauge::sizeHint() const {
 
 QSize LimitGauge::minimumSizeHint() const {
   const auto em = fontMetrics().height();
-  return {fontMetrics().horizontalAdvance(QStringLiteral("20000 High 20000")) + 4 * em, 9 * em};
+  return {fontMetrics().horizontalAdvance(u"20000 High 20000"_s) + 4 * em, 9 * em};
 }
 
 QRectF LimitGauge::Bar() const {
   const double em = fontMetrics().height();
   const double spare = std::max(width() - minimumSizeHint().width(), 0) / 2.0;
-  const double left = spare + fontMetrics().horizontalAdvance(QStringLiteral("20000")) + 0.7 * em;
+  const double left = spare + fontMetrics().horizontalAdvance(u"20000"_s) + 0.7 * em;
   return {left, 0.6 * em, 1.6 * em, height() - 1.2 * em};
 }
 

@@ -8,6 +8,9 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString TickText(double tick, double step) {
@@ -18,10 +21,10 @@ QString TickText(double tick, double step) {
 
 QString LimitGauge::Label(Marker marker) const {
   const double value = markers_.ValueOf(marker);
-  const QString number = !markers_.IsKnown(marker) ? QStringLiteral("not known")
+  const QString number = !markers_.IsKnown(marker) ? u"not known"_s
                          : std::isfinite(value)    ? QString::number(value, 'f', markers_.Scale().Decimals())
-                                                   : QStringLiteral("none");
-  return (marker == Marker::Low ? QStringLiteral("Low ") : QStringLiteral("High ")) + number;
+                                                   : u"none"_s;
+  return (marker == Marker::Low ? u"Low "_s : u"High "_s) + number;
 }
 
 void LimitGauge::PaintScale(QPainter& painter) const {

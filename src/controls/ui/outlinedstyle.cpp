@@ -8,6 +8,8 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double boxRadius = 2.5;
@@ -71,7 +73,7 @@ void DrawButton(QPainter& painter, const QStyleOption& option) {
 
 }  // namespace
 
-OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+OutlinedStyle::OutlinedStyle() : QProxyStyle(u"Fusion"_s) {}
 
 // Fusion takes an outline from the window's colour made darker, which on a dark window cannot be seen.
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -8,6 +8,8 @@
 #include "controls/ui/outlinedstyle.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
 const Palette& Palette::Light() {
   static const Palette palette{
       .window = 0xf4f6f8,
@@ -85,12 +87,12 @@ QPalette MakeQPalette(const Palette& palette) {
 }
 
 QString MakeStyleSheet(const Palette& palette) {
-  return QStringLiteral(
-             "QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
-             "QToolButton:checked { color: %5; }"
-             "QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"
-             "QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }")
-      .arg(palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name(), palette.accent.name());
+  return u"QFrame[card=\"true\"] { background: %1; border: 1px solid %2; border-radius: 8px; }"
+         "QToolButton:checked { color: %5; }"
+         "QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"
+         "QToolTip { background: %3; color: %4; border: 1px solid %2; padding: 4px; }"_s.arg(
+             palette.card.name(), palette.line.name(), palette.raised.name(), palette.text.name(),
+             palette.accent.name());
 }
 
 void ApplyTheme(QApplication& application, Theme theme) {

@@ -13,6 +13,9 @@
 #include <utility>
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::size_t leastRows = 32;
@@ -25,11 +28,11 @@ constexpr int shownMilliseconds = 300;
 }  // namespace
 
 SavingBar::SavingBar(QWidget* parent)
-    : QWidget(parent), label_(new QLabel), bar_(new QProgressBar), cancel_(new QPushButton(tr("Cancel"))) {
+    : QWidget(parent), label_(new QLabel), bar_(new QProgressBar), cancel_(new QPushButton(u"Cancel"_s)) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  bar_->setObjectName(QStringLiteral("barSaving"));
-  cancel_->setObjectName(QStringLiteral("cmdCancelSaving"));
+  bar_->setObjectName(u"barSaving"_s);
+  cancel_->setObjectName(u"cmdCancelSaving"_s);
   row->addWidget(label_);
   row->addWidget(bar_, 1);
   row->addWidget(cancel_);
@@ -54,7 +57,7 @@ void SavingBar::Save(ChartCsv values, const QString& fileName) {
   values_.emplace(std::move(values));
   file_ = std::make_unique<WholeFile>(fileName);
   rows_ = leastRows;
-  label_->setText(tr("Saving %1").arg(QFileInfo(fileName).fileName()));
+  label_->setText(u"Saving %1"_s.arg(QFileInfo(fileName).fileName()));
   bar_->setAccessibleName(label_->text());
   bar_->setValue(0);
   cancel_->setEnabled(true);

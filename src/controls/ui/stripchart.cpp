@@ -15,6 +15,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The next of 1, 2, 2.5, 5, 10 times a power of ten.
@@ -56,31 +58,31 @@ void StripChart::SetWaitBudget(WaitBudget* budget) {
 
 void StripChart::ConnectNavigation() {
   const auto* navigation = new ChartNavigation(plot_, arrows_);
-  connect(navigation, &ChartNavigation::ZoomWanted, this, [this](double factor, double share) {
+  connect(navigation, &ChartNavigation::ZoomRequested, this, [this](double factor, double share) {
     view_.Zoom(factor, share);
     UserChanged();
   });
-  connect(navigation, &ChartNavigation::PanWanted, this, [this](double share) {
+  connect(navigation, &ChartNavigation::PanRequested, this, [this](double share) {
     view_.Pan(share);
     UserChanged();
   });
-  connect(navigation, &ChartNavigation::FrameWanted, this, &StripChart::ZoomToFrame);
+  connect(navigation, &ChartNavigation::FrameRequested, this, &StripChart::ZoomToFrame);
   connect(navigation, &ChartNavigation::EdgeGrabbed, this, [this] {
     const QCPRange left = plot_->yAxis->range();
     const QCPRange right = plot_->yAxis2->range();
     grabbed_ = {view_.Shown(), {left.lower, left.upper}, {right.lower, right.upper}, Mode() == ChartMode::Live};
   });
   connect(navigation, &ChartNavigation::EdgeDragged, this, &StripChart::DragEdge);
-  connect(navigation, &ChartNavigation::LiveWanted, this, &StripChart::Live);
-  connect(navigation, &ChartNavigation::CursorWanted, this, &StripChart::MoveCursor);
-  connect(navigation, &ChartNavigation::CursorStepWanted, this, [this](int pixels) {
+  connect(navigation, &ChartNavigation::LiveRequested, this, &StripChart::Live);
+  connect(navigation, &ChartNavigation::CursorRequested, this, &StripChart::MoveCursor);
+  connect(navigation, &ChartNavigation::CursorStepRequested, this, [this](int pixels) {
     const QRect area = plot_->axisRect()->rect();
     QPointF pixel = cursor_->Position().value_or(area.center());
     pixel.setX(std::clamp(pixel.x() + pixels, double(area.left()), double(area.right())));
     MoveCursor(pixel);
     plot_->setAccessibleDescription(cursor_->Text());
   });
-  connect(navigation, &ChartNavigation::OverlayChanged, this, [this] { plot_->layer("overlay")->replot(); });
+  connect(navigation, &ChartNavigation::OverlayChanged, this, [this] { plot_->layer(u"overlay"_s)->replot(); });
   connect(navigation, &ChartNavigation::LegendClicked, traces_, &ChartTraces::Trigger);
 }
 
@@ -92,7 +94,7 @@ void StripChart::SetTraces(const std::vector<ChartTrace>& traces) {
 
 void StripChart::SetCaption(const QString& caption) {
   caption_->setText(caption);
-  plot_->setAccessibleName(caption.isEmpty() ? tr("Strip chart") : tr("Strip chart %1").arg(caption));
+  plot_->setAccessibleName(caption.isEmpty() ? u"Strip chart"_s : u"Strip chart %1"_s.arg(caption));
 }
 
 QString StripChart::Caption() const {
@@ -202,7 +204,7 @@ void StripChart::MoveCursor(std::optional<QPointF> pixel) {
   if (!pixel && !cursor_->Position()) return;
   cursor_->SetPosition(pixel);
   // Only the overlay: the traces below stay in their own buffer.
-  plot_->layer("overlay")->replot();
+  plot_->layer(u"overlay"_s)->replot();
 }
 
 StripChart::ValueRange StripChart::ValuesOn(bool secondAxis) const {
@@ -217,9 +219,9 @@ void StripChart::PlaceAxes() {
   const auto ticker = plot_->xAxis->ticker().dynamicCast<QCPAxisTickerTime>();
   if (ticker) {
     const bool fine = shown.Length() < 10'000'000;
-    ticker->setTimeFormat(fine ? "%h:%m:%s.%z" : "%h:%m:%s");
+    ticker->setTimeFormat(fine ? u"%h:%m:%s.%z"_s : u"%h:%m:%s"_s);
     // No more than leave some room between them.
-    const int label = plot_->fontMetrics().horizontalAdvance(fine ? "00:00:00.000" : "00:00:00");
+    const int label = plot_->fontMetrics().horizontalAdvance(fine ? u"00:00:00.000"_s : u"00:00:00"_s);
     ticker->setTickCount(std::clamp(plot_->axisRect()->width() * 2 / (label * 3), 2, 5));
   }
   if (values_ == ValueMode::Set) {

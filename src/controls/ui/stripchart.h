@@ -93,7 +93,7 @@ class StripChart : public QWidget {
 
  signals:
   /// The user wants the visible part in a file: ask for a name, and save what Picture or Values gives.
-  void ExportWanted(krx::ChartFormat format);
+  void ExportRequested(krx::ChartFormat format);
   /// The user zoomed, panned or chose another mode.
   void RangeChanged();
   /// The user switched a trace on or off.

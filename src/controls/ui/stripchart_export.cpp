@@ -9,6 +9,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray Png(QCustomPlot& plot) {
@@ -39,7 +41,7 @@ QByteArray Pdf(QCustomPlot& plot, const QString& title) {
 }
 
 QString WithUnit(const QString& title, const QString& unit) {
-  return title.isEmpty() || unit.isEmpty() ? title : QStringLiteral("%1 (%2)").arg(title, unit);
+  return title.isEmpty() || unit.isEmpty() ? title : u"%1 (%2)"_s.arg(title, unit);
 }
 
 }  // namespace
@@ -47,7 +49,7 @@ QString WithUnit(const QString& title, const QString& unit) {
 QByteArray StripChart::Picture(ChartFormat format, const QStringList& notes) {
   const QString left = plot_->yAxis->label();
   const QString right = plot_->yAxis2->label();
-  auto* const head = new QCPTextElement(plot_, notes.join(QLatin1Char('\n')), font());  // the layout's
+  auto* const head = new QCPTextElement(plot_, notes.join(u'\n'), font());  // the layout's
   const auto restore = qScopeGuard([&] {
     plot_->plotLayout()->remove(head);
     plot_->plotLayout()->simplify();
@@ -60,7 +62,7 @@ QByteArray StripChart::Picture(ChartFormat format, const QStringList& notes) {
   plot_->plotLayout()->insertRow(0);
   plot_->plotLayout()->setRowStretchFactor(0, 0.001);
   plot_->plotLayout()->addElement(0, 0, head);
-  plot_->xAxis->setLabel(tr("Time (h:m:s)"));
+  plot_->xAxis->setLabel(u"Time (h:m:s)"_s);
   plot_->yAxis->setLabel(WithUnit(left, leftUnit_));
   plot_->yAxis2->setLabel(WithUnit(right, rightUnit_));
   arrows_->setVisible(false);

@@ -12,6 +12,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QToolButton* MakeTool(const QString& name, const QString& text, const QString& hint) {
@@ -35,9 +37,9 @@ void StripChart::BuildTools() {
   caption_->setFont(bold);
   tools_->addWidget(caption_, 1);
 
-  live_ = MakeTool("live", tr("Live"), tr("Follow the newest readings (Home, double click)"));
-  pause_ = MakeTool("pause", tr("Pause"), tr("Hold the picture; the measuring goes on"));
-  fit_ = MakeTool("fit", tr("Fit"), tr("Show the whole run and every value"));
+  live_ = MakeTool(u"live"_s, u"Live"_s, u"Follow the newest readings (Home, double click)"_s);
+  pause_ = MakeTool(u"pause"_s, u"Pause"_s, u"Hold the picture; the measuring goes on"_s);
+  fit_ = MakeTool(u"fit"_s, u"Fit"_s, u"Show the whole run and every value"_s);
   for (QToolButton* button : {live_, pause_, fit_}) {
     button->setCheckable(true);
     tools_->addWidget(button);
@@ -54,13 +56,13 @@ void StripChart::BuildTools() {
     tools_->addWidget(button);
     return menu;
   };
-  traceMenu_ = addMenu("traces", tr("Traces"), tr("Choose the traces shown"));
-  QMenu* exports = addMenu("export", tr("Export"), tr("Write the visible part to a file"));
+  traceMenu_ = addMenu(u"traces"_s, u"Traces"_s, u"Choose the traces shown"_s);
+  QMenu* exports = addMenu(u"export"_s, u"Export"_s, u"Write the visible part to a file"_s);
   for (const auto& [format, text] :
-       {std::pair{ChartFormat::Png, tr("Picture (PNG)...")}, std::pair{ChartFormat::Pdf, tr("Drawing (PDF)...")},
-        std::pair{ChartFormat::Csv, tr("Values (CSV)...")}})
+       {std::pair{ChartFormat::Png, u"Picture (PNG)..."_s}, std::pair{ChartFormat::Pdf, u"Drawing (PDF)..."_s},
+        std::pair{ChartFormat::Csv, u"Values (CSV)..."_s}})
     connect(exports->addAction(text), &QAction::triggered, this,
-            [this, format = format] { emit ExportWanted(format); });
+            [this, format = format] { emit ExportRequested(format); });
 }
 
 void StripChart::AddTool(QWidget* tool) {
@@ -69,12 +71,12 @@ void StripChart::AddTool(QWidget* tool) {
 
 void StripChart::BuildPlot() {
   plot_ = new QCustomPlot;
-  plot_->setObjectName("plot");
+  plot_->setObjectName(u"plot"_s);
   plot_->setContextMenuPolicy(Qt::NoContextMenu);
-  plot_->setAccessibleName(tr("Strip chart"));
+  plot_->setAccessibleName(u"Strip chart"_s);
   plot_->setToolTip(
-      tr("Drag the arrows at the edges of this graph to zoom in and out.\n"
-         "Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."));
+      u"Drag the arrows at the edges of this graph to zoom in and out.\n"
+      u"Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."_s);
 
   PlaceLegendOnTop(*plot_);
   plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());

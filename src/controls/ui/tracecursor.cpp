@@ -10,16 +10,17 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 QString ElapsedText(std::int64_t microseconds) {
   const std::int64_t tenths = std::abs(microseconds) / 100'000;
-  const auto two = [](std::int64_t number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
-  return (microseconds < 0 ? QStringLiteral("-") : QString()) + two(tenths / 36'000) + QLatin1Char(':') +
-         two(tenths / 600 % 60) + QLatin1Char(':') + two(tenths / 10 % 60) + QLatin1Char('.') +
-         QString::number(tenths % 10);
+  const auto two = [](std::int64_t number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
+  return (microseconds < 0 ? u"-"_s : QString()) + two(tenths / 36'000) + u':' + two(tenths / 600 % 60) + u':' +
+         two(tenths / 10 % 60) + u'.' + QString::number(tenths % 10);
 }
 
 TraceCursor::TraceCursor(QCustomPlot* plot, RowSource rows) : QCPAbstractItem(plot), rows_(std::move(rows)) {
-  setLayer(QStringLiteral("overlay"));
+  setLayer(u"overlay"_s);
   setVisible(false);
 }
 
@@ -34,7 +35,7 @@ std::int64_t TraceCursor::Time() const {
 
 QString TraceCursor::Text() const {
   QString text = ElapsedText(Time());
-  for (const CursorRow& row : rows_(Time())) text += QStringLiteral(", %1 %2 (%3)").arg(row.Name, row.Value, row.Delta);
+  for (const CursorRow& row : rows_(Time())) text += u", %1 %2 (%3)"_s.arg(row.Name, row.Value, row.Delta);
   return text;
 }
 
@@ -54,7 +55,7 @@ void TraceCursor::draw(QCPPainter* painter) {
   painter->setFont(mParentPlot->font());
   const QFontMetricsF metrics(painter->font());
   const QString time = ElapsedText(Time());
-  const QString deltaTitle = tr("Δ to start");
+  const QString deltaTitle = u"Δ to start"_s;
   const double gap = metrics.averageCharWidth() * 1.5;
   const double mark = metrics.xHeight();
   double name = metrics.horizontalAdvance(time) - mark - gap / 2;

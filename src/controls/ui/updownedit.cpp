@@ -9,6 +9,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 UpDownEdit::UpDownEdit(const QString& name, const QString& accessibleName, int minimum, int maximum)
     : field_(new QLineEdit), minimum_(minimum), maximum_(maximum) {
   auto* const layout = new QHBoxLayout(this);
@@ -25,12 +27,12 @@ UpDownEdit::UpDownEdit(const QString& name, const QString& accessibleName, int m
     button->setArrowType(arrow);
     button->setAutoRepeat(true);
     button->setFocusPolicy(Qt::NoFocus);  // the keys of the field step as well
-    button->setAccessibleName(accessibleName + (by > 0 ? " up" : " down"));
+    button->setAccessibleName(accessibleName + (by > 0 ? u" up"_s : u" down"_s));
     layout->addWidget(button);
     connect(button, &QToolButton::clicked, this, [this, by] { Step(by); });
   };
-  addButton(Qt::UpArrow, "Up", 1);
-  addButton(Qt::DownArrow, "Down", -1);
+  addButton(Qt::UpArrow, u"Up"_s, 1);
+  addButton(Qt::DownArrow, u"Down"_s, -1);
   connect(field_, &QLineEdit::textEdited, this, &UpDownEdit::Edited);
 }
 
@@ -43,7 +45,7 @@ void UpDownEdit::SetText(const QString& text) {
 }
 
 void UpDownEdit::Step(int by) {
-  const int value = std::clamp(field_->text().section(QLatin1Char('.'), 0, 0).toInt() + by, minimum_, maximum_);
+  const int value = std::clamp(field_->text().section(u'.', 0, 0).toInt() + by, minimum_, maximum_);
   SetText(QString::number(value));
   emit Edited(field_->text());
 }

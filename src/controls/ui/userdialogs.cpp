@@ -12,6 +12,9 @@
 #include "link/commserror.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Box : public QMessageBox {
@@ -73,9 +76,9 @@ QString ToolkitFilter(const QString& filter) {
   QStringList result;
   for (qsizetype i = 0; i < parts.size(); i += 2) {
     const bool named = parts[i].contains(u'(') || i + 1 == parts.size();
-    result += named ? parts[i] : parts[i] + QStringLiteral(" (") + parts[i + 1] + QStringLiteral(")");
+    result += named ? parts[i] : parts[i] + u" ("_s + parts[i + 1] + u")"_s;
   }
-  return result.join(QStringLiteral(";;"));
+  return result.join(u";;"_s);
 }
 
 bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action, const std::string& name) {

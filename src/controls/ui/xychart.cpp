@@ -12,11 +12,13 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 XyChart::XyChart(const XyAxis& x, const XyAxis& y, QWidget* parent) : QWidget(parent), plot_(new QCustomPlot) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(plot_);
-  plot_->setAccessibleName(tr("%1 over %2").arg(y.Title, x.Title));
+  plot_->setAccessibleName(u"%1 over %2"_s.arg(y.Title, x.Title));
   PlaceLegendOnTop(*plot_);
   plot_->xAxis->setLabel(x.Title);
   plot_->xAxis->setRange(x.Min, x.Max);

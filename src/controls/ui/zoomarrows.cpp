@@ -6,6 +6,8 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::array kEdges{ChartEdge::Left, ChartEdge::Right, ChartEdge::Top, ChartEdge::Bottom};
@@ -26,7 +28,7 @@ double DragFactor(ChartEdge edge, const QPointF& dragged, const QSizeF& size) {
 }
 
 ZoomArrows::ZoomArrows(QCustomPlot* plot) : QCPAbstractItem(plot) {
-  setLayer(QStringLiteral("overlay"));
+  setLayer(u"overlay"_s);
 }
 
 double ZoomArrows::Reach() const {

@@ -18,27 +18,30 @@
 #include "controls/ui/userdialogs.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int refreshMilliseconds = 200;
 
 QString Hex(std::uint8_t byte) {
-  return QString("%1h").arg(QString::number(byte, 16).toUpper(), 2, QLatin1Char('0'));
+  return u"%1h"_s.arg(QString::number(byte, 16).toUpper(), 2, QChar(u'0'));
 }
 
 QString UndoNotice(const UndoResult& result) {
-  if (result.Written.empty() && result.Problems.empty()) return "Nothing to undo";
+  if (result.Written.empty() && result.Problems.empty()) return u"Nothing to undo"_s;
   // More would not fit into the status bar; the journal has each of them.
   constexpr std::size_t most = 4;
   QStringList steps;
-  for (const UndoStep& step : result.Written) steps << QString("%1 = %2").arg(Hex(step.Register), Hex(step.Value));
-  const QString what = steps.isEmpty()                ? QString("nothing was written back")
-                       : result.Written.size() > most ? QString("%1 registers written back").arg(result.Written.size())
-                                                      : steps.join(", ");
-  QString notice = (result.Origin.empty() ? QString("Undo to mark: ")
-                                          : QString("Undo of \"%1\": ").arg(QString::fromStdString(result.Origin))) +
-                   what;
-  if (result.Forgotten > 0) notice += QString("; %1 older writes are no longer known").arg(result.Forgotten);
+  for (const UndoStep& step : result.Written) steps << u"%1 = %2"_s.arg(Hex(step.Register), Hex(step.Value));
+  const QString what = steps.isEmpty()                ? u"nothing was written back"_s
+                       : result.Written.size() > most ? u"%1 registers written back"_s.arg(result.Written.size())
+                                                      : steps.join(u", "_s);
+  QString notice =
+      (result.Origin.empty() ? u"Undo to mark: "_s : u"Undo of \"%1\": "_s.arg(QString::fromStdString(result.Origin))) +
+      what;
+  if (result.Forgotten > 0) notice += u"; %1 older writes are no longer known"_s.arg(result.Forgotten);
   return notice;
 }
 
@@ -47,26 +50,27 @@ QString UndoProblems(const UndoResult& result) {
   if (result.Problems.empty()) return {};
   std::map<std::string, QStringList> registers;
   for (const UndoProblem& problem : result.Problems) registers[problem.Reason] << Hex(problem.Register);
-  QString text = "Not undone:";
-  for (const auto& [reason, names] : registers) text += '\n' + names.join(", ") + ": " + QString::fromStdString(reason);
+  QString text = u"Not undone:"_s;
+  for (const auto& [reason, names] : registers)
+    text += u'\n' + names.join(u", "_s) + u": "_s + QString::fromStdString(reason);
   return text;
 }
 
 }  // namespace
 
 JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, bool readOnly)
-    : QDockWidget("Bus Journal"),
+    : QDockWidget(u"Bus Journal"_s),
       link_(link),
       journal_(journal),
       dialogs_(dialogs),
       model_(journal),
       table_(new QTableView) {
-  setObjectName("dockBusJournal");
+  setObjectName(u"dockBusJournal"_s);
   auto* const content = new QWidget;
   auto* const layout = new QVBoxLayout(content);
   layout->addWidget(MakeControls(readOnly));
-  table_->setObjectName("tblBusJournal");
-  table_->setAccessibleName("Bus Journal");
+  table_->setObjectName(u"tblBusJournal"_s);
+  table_->setAccessibleName(u"Bus Journal"_s);
   table_->setModel(&model_);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setShowGrid(false);
@@ -74,7 +78,7 @@ JournalDock::JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, 
   table_->verticalHeader()->hide();
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
   table_->horizontalHeader()->setStretchLastSection(true);
-  const int em = fontMetrics().horizontalAdvance('m');
+  const int em = fontMetrics().horizontalAdvance(u'm');
   constexpr std::array<int, journalColumnCount> widths{7, 9, 10, 22, 4, 4, 36, 20, 10};
   for (std::size_t column = 0; column < widths.size(); ++column) {
     table_->setColumnWidth(static_cast<int>(column), widths.at(column) * em);
@@ -93,15 +97,15 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   auto* const row = new QHBoxLayout(controls);
   row->setContentsMargins(0, 0, 0, 0);
   filter_ = new QLineEdit;
-  filter_->setObjectName("txtJournalFilter");
-  filter_->setAccessibleName("Filter of the bus journal");
-  filter_->setPlaceholderText("Filter");
+  filter_->setObjectName(u"txtJournalFilter"_s);
+  filter_->setAccessibleName(u"Filter of the bus journal"_s);
+  filter_->setPlaceholderText(u"Filter"_s);
   filter_->setClearButtonEnabled(true);
-  writesOnly_ = new QCheckBox("Writes only");
-  writesOnly_->setObjectName("chkJournalWrites");
-  userOnly_ = new QCheckBox("My writes");
-  userOnly_->setObjectName("chkJournalUser");
-  userOnly_->setToolTip("What you wrote, without the transfers of the reading cycle: the last 10,000 of the run");
+  writesOnly_ = new QCheckBox(u"Writes only"_s);
+  writesOnly_->setObjectName(u"chkJournalWrites"_s);
+  userOnly_ = new QCheckBox(u"My writes"_s);
+  userOnly_->setObjectName(u"chkJournalUser"_s);
+  userOnly_->setToolTip(u"What you wrote, without the transfers of the reading cycle: the last 10,000 of the run"_s);
   count_ = new QLabel;
   row->addWidget(filter_, 1);
   row->addWidget(writesOnly_);
@@ -110,22 +114,22 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   connect(filter_, &QLineEdit::textChanged, this, &JournalDock::ApplyFilter);
   connect(writesOnly_, &QCheckBox::toggled, this, &JournalDock::ApplyFilter);
   connect(userOnly_, &QCheckBox::toggled, this, &JournalDock::ApplyFilter);
-  const auto add = [&](const char* name, const QString& caption, auto pressed) {
+  const auto add = [&](const QString& name, const QString& caption, auto pressed) {
     auto* const button = new QPushButton(caption);
     button->setObjectName(name);
     row->addWidget(button);
     connect(button, &QPushButton::clicked, this, pressed);
     return button;
   };
-  add("cmdJournalCopy", "Copy", &JournalDock::Copy);
-  add("cmdJournalSave", "Save...", &JournalDock::Save);
-  add("cmdJournalMark", "Set mark", [this, readOnly] {
+  add(u"cmdJournalCopy"_s, u"Copy"_s, &JournalDock::Copy);
+  add(u"cmdJournalSave"_s, u"Save..."_s, &JournalDock::Save);
+  add(u"cmdJournalMark"_s, u"Set mark"_s, [this, readOnly] {
     journal_.SetMark();
     undoToMark_->setEnabled(!readOnly);
-    emit Notice("Mark set: \"Undo to mark\" takes back what is written from here on");
+    emit Notice(u"Mark set: \"Undo to mark\" takes back what is written from here on"_s);
   });
-  add("cmdUndoLast", "Undo last action", [this] { Undo(&UndoLastAction); })->setEnabled(!readOnly);
-  undoToMark_ = add("cmdUndoMark", "Undo to mark", [this] { Undo(&UndoToMark); });
+  add(u"cmdUndoLast"_s, u"Undo last action"_s, [this] { Undo(&UndoLastAction); })->setEnabled(!readOnly);
+  undoToMark_ = add(u"cmdUndoMark"_s, u"Undo to mark"_s, [this] { Undo(&UndoToMark); });
   undoToMark_->setEnabled(false);
   return controls;
 }
@@ -144,7 +148,7 @@ void JournalDock::hideEvent(QHideEvent* event) {
 void JournalDock::Refresh() {
   model_.Follow();
   ShowEnd();
-  count_->setText(QString("%1 transfers").arg(journal_.Count()));
+  count_->setText(u"%1 transfers"_s.arg(journal_.Count()));
 }
 
 void JournalDock::ShowEnd() {
@@ -166,12 +170,12 @@ void JournalDock::Copy() {
   if (lines.isEmpty()) {
     for (int row = 0; row < model_.rowCount(); ++row) lines << QString::fromStdString(JournalLine(model_.Entry(row)));
   }
-  QGuiApplication::clipboard()->setText(lines.join('\n'));
-  emit Notice(QString("%1 lines copied").arg(lines.size()));
+  QGuiApplication::clipboard()->setText(lines.join(u'\n'));
+  emit Notice(u"%1 lines copied"_s.arg(lines.size()));
 }
 
 void JournalDock::Save() {
-  const auto name = AskSaveName(dialogs_, "Text Files (*.txt)|*.txt", "bus-journal.txt");
+  const auto name = AskSaveName(dialogs_, u"Text Files (*.txt)|*.txt"_s, u"bus-journal.txt"_s);
   if (!name) return;
   model_.Follow();
   QByteArray text;
@@ -183,7 +187,7 @@ void JournalDock::Save() {
   for (int row = 0; row < model_.rowCount(); ++row) {
     text += QByteArray::fromStdString(JournalLine(model_.Entry(row))) + '\n';
   }
-  emit Notice(SaveAndTell(dialogs_, "The journal", *name, text));
+  emit Notice(SaveAndTell(dialogs_, u"The journal"_s, *name, text));
 }
 
 void JournalDock::Undo(UndoResult (*undo)(Link&, BusJournal&)) {

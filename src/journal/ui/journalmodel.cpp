@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "controls/ui/texts.h"
+
 namespace krx {
 
 JournalModel::JournalModel(const BusJournal& journal) : journal_(journal) {}
@@ -70,8 +72,7 @@ QVariant JournalModel::data(const QModelIndex& index, int role) const {
 
 QVariant JournalModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-  const std::string_view title = journalTitles.at(static_cast<std::size_t>(section));
-  return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+  return QtText(journalTitles.at(static_cast<std::size_t>(section)));
 }
 
 }  // namespace krx

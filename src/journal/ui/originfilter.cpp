@@ -10,13 +10,19 @@
 #include <QTabWidget>
 #include <QWidget>
 #include <array>
+#include <string_view>
+
+#include "controls/ui/texts.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct NamedControl {
-  const char* ObjectName;  ///< with "*" at its end: the number that follows in the name is put behind the words
-  const char* Words;
+  std::string_view ObjectName;  ///< with "*" at its end: the number that follows in the name is put behind the words
+  std::string_view Words;
 };
 
 /// The controls whose caption says too little or changes, and those that stand for the same thing.
@@ -40,7 +46,7 @@ constexpr std::array<NamedControl, 17> namedControls{{
     {"cmdUndoMark", undoOrigin},
 }};
 
-constexpr std::array<std::pair<const char*, const char*>, 3> timers{{
+constexpr std::array<std::pair<std::string_view, std::string_view>, 3> timers{{
     {"visual_timer", "Reading cycle"},
     {"tmrGlitch", glitchTestOrigin},
     {"Continuous reading", "Continuous reading"},
@@ -52,19 +58,19 @@ constexpr int keyEndMilliseconds = 500;
 
 QString TableName(const QString& objectName) {
   for (const NamedControl& row : namedControls) {
-    const QString name = QString::fromLatin1(row.ObjectName);
-    if (objectName == name) return row.Words;
-    if (!name.endsWith('*') || !objectName.startsWith(name.chopped(1))) continue;
+    const QString name = QtText(row.ObjectName);
+    if (objectName == name) return QtText(row.Words);
+    if (!name.endsWith(u'*') || !objectName.startsWith(name.chopped(1))) continue;
     const QString number = objectName.mid(name.size() - 1);
     bool isNumber = false;
     number.toInt(&isNumber);
-    if (isNumber) return row.Words + number;
+    if (isNumber) return QtText(row.Words) + number;
   }
   return {};
 }
 
 QString Plain(QString caption) {
-  return caption.remove('&').remove("...").trimmed();
+  return caption.remove(u'&').remove(u"..."_s).trimmed();
 }
 
 /// The page of the main window, or the window.
@@ -74,7 +80,7 @@ QString PlaceOf(const QWidget& control) {
     if (widget->isWindow()) return widget->windowTitle();
     const QWidget* const stack = widget->parentWidget();
     auto* const tabs = stack == nullptr ? nullptr : qobject_cast<const QTabWidget*>(stack->parentWidget());
-    if (tabs == nullptr || tabs->objectName() != QLatin1String("Main_Form_Tab")) continue;
+    if (tabs == nullptr || tabs->objectName() != u"Main_Form_Tab"_s) continue;
     if (const int page = tabs->indexOf(widget); page >= 0) return tabs->tabText(page).trimmed();
   }
   return {};
@@ -95,7 +101,7 @@ std::string ControlName(const QObject& control) {
     const auto* const widget = qobject_cast<const QWidget*>(object);
     if (widget == nullptr) continue;
     const QString caption = CaptionOf(*widget);
-    if (!caption.isEmpty()) return (PlaceOf(*widget) + ": " + caption).toStdString();
+    if (!caption.isEmpty()) return (PlaceOf(*widget) + u": "_s + caption).toStdString();
     if (widget->isWindow()) return widget->windowTitle().toStdString();
   }
   return {};

@@ -14,9 +14,13 @@
 #include <tuple>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/texts.h"
 #include "controls/ui/userdialogs.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The rows carry a key behind a long run of blanks; it is not for the eye, however wide the window is.
@@ -25,7 +29,7 @@ class RowDelegate : public QStyledItemDelegate {
   using QStyledItemDelegate::QStyledItemDelegate;
   QString displayText(const QVariant& value, const QLocale&) const override {
     const QString text = value.toString();
-    const qsizetype blanks = text.indexOf(QString(10, QLatin1Char(' ')));
+    const qsizetype blanks = text.indexOf(QString(10, u' '));
     return blanks < 0 ? text : text.left(blanks);
   }
 };
@@ -39,7 +43,7 @@ class BusyPointer {
   BusyPointer& operator=(const BusyPointer&) = delete;
 };
 
-QLabel* MakeLabel(const char* name, const QString& text) {
+QLabel* MakeLabel(const QString& name, const QString& text) {
   auto* const label = new QLabel(text);
   label->setObjectName(name);
   label->setWordWrap(true);
@@ -57,19 +61,19 @@ std::size_t Index(SearchWizard::Page page) {
 
 InitForm::InitForm(SearchWizard& wizard, UserDialogs& dialogs, const QString& mediumNote, bool simulatedOffered)
     : wizard_(wizard), dialogs_(dialogs), simulatedOffered_(simulatedOffered) {
-  setObjectName("InitForm");
-  setWindowTitle(wizardtext::title);
+  setObjectName(u"InitForm"_s);
+  setWindowTitle(QtText(wizardtext::title));
   auto* const layout = new QVBoxLayout(this);
   MakeWelcomePanel();
   MakeMediumPanel();
   MakeSearchingPanel();
   MakeResultsPanel();
   for (QWidget* const panel : panels_) layout->addWidget(panel, 1);
-  note_ = MakeLabel("MediumNoteLBL", mediumNote);
+  note_ = MakeLabel(u"MediumNoteLBL"_s, mediumNote);
   note_->setForegroundRole(QPalette::PlaceholderText);
   layout->addWidget(note_);
   layout->addWidget(MakeButtons());
-  const int em = fontMetrics().horizontalAdvance('m');
+  const int em = fontMetrics().horizontalAdvance(u'm');
   setMinimumSize(44 * em, 26 * em);
   ShowWizard();
 }
@@ -91,7 +95,7 @@ void InitForm::Restart(const QString& mediumNote, bool simulatedOffered) {
   Search();
 }
 
-QVBoxLayout* InitForm::MakePanel(SearchWizard::Page page, const char* name, const QString& heading) {
+QVBoxLayout* InitForm::MakePanel(SearchWizard::Page page, const QString& name, const QString& heading) {
   auto* const panel = new QFrame;
   panel->setObjectName(name);
   MakeCard(*panel);
@@ -107,61 +111,62 @@ QVBoxLayout* InitForm::MakePanel(SearchWizard::Page page, const char* name, cons
 }
 
 void InitForm::MakeWelcomePanel() {
-  auto* const layout = MakePanel(SearchWizard::Page::Welcome, "WelcomePanel", "Welcome");
-  layout->addWidget(MakeLabel("WelcomeLBL", wizardtext::welcome));
+  auto* const layout = MakePanel(SearchWizard::Page::Welcome, u"WelcomePanel"_s, u"Welcome"_s);
+  layout->addWidget(MakeLabel(u"WelcomeLBL"_s, QtText(wizardtext::welcome)));
   layout->addStretch();
-  layout->addWidget(MakeLabel("WelcomeInstructionsLBL", wizardtext::welcomeInstructions));
+  layout->addWidget(MakeLabel(u"WelcomeInstructionsLBL"_s, QtText(wizardtext::welcomeInstructions)));
 }
 
 void InitForm::MakeMediumPanel() {
-  auto* const layout = MakePanel(SearchWizard::Page::Medium, "SeclectComsMediumPanel", "Search Media");
-  const auto addMedium = [&](const char* name, const QString& caption, const char* descriptionName,
+  auto* const layout = MakePanel(SearchWizard::Page::Medium, u"SeclectComsMediumPanel"_s, u"Search Media"_s);
+  const auto addMedium = [&](const QString& name, const QString& caption, const QString& descriptionName,
                              const QString& description) {
     auto* const check = new QCheckBox(caption);
     check->setObjectName(name);
     auto* const line = MakeLabel(descriptionName, description);
-    line->setIndent(fontMetrics().horizontalAdvance("mmm"));
+    line->setIndent(fontMetrics().horizontalAdvance(u"mmm"_s));
     check->setAccessibleDescription(description);
     layout->addWidget(check);
     layout->addWidget(line);
     return std::pair(check, line);
   };
-  printerPortCheck_ =
-      addMedium("PPCheck", "Parallel Printer Port", "PPSearchDescLBL", wizardtext::printerPortDescription).first;
+  printerPortCheck_ = addMedium(u"PPCheck"_s, u"Parallel Printer Port"_s, u"PPSearchDescLBL"_s,
+                                QtText(wizardtext::printerPortDescription))
+                          .first;
   // Return, Return, Return is to reach the simulated board with its heaters; on hardware a printer may be at the port.
   printerPortCheck_->setChecked(!simulatedOffered_);
-  usbCheck_ = addMedium("USBCheck", "USB", "USBSearchDescLBL", wizardtext::initialDescription).first;
+  usbCheck_ = addMedium(u"USBCheck"_s, u"USB"_s, u"USBSearchDescLBL"_s, QtText(wizardtext::initialDescription)).first;
   std::tie(smbusCheck_, smbusDescription_) =
-      addMedium("SMBusCheck", "On-Board SMBus", "SMBusSearchDescLBL", wizardtext::initialDescription);
+      addMedium(u"SMBusCheck"_s, u"On-Board SMBus"_s, u"SMBusSearchDescLBL"_s, QtText(wizardtext::initialDescription));
   layout->addStretch();
-  layout->addWidget(MakeLabel("SearchMediumInstLBL", wizardtext::mediumInstructions));
+  layout->addWidget(MakeLabel(u"SearchMediumInstLBL"_s, QtText(wizardtext::mediumInstructions)));
 }
 
 void InitForm::MakeSearchingPanel() {
-  auto* const layout = MakePanel(SearchWizard::Page::Searching, "SearchingPanel", "Searching");
+  auto* const layout = MakePanel(SearchWizard::Page::Searching, u"SearchingPanel"_s, u"Searching"_s);
   progress_ = new QProgressBar;
-  progress_->setObjectName("SearchProgress");
-  progress_->setAccessibleName("Search progress");
+  progress_->setObjectName(u"SearchProgress"_s);
+  progress_->setAccessibleName(u"Search progress"_s);
   progress_->setTextVisible(false);
   layout->addStretch();
   layout->addWidget(progress_);
   layout->addStretch();
-  layout->addWidget(MakeLabel("SearchingDetailsLBL", wizardtext::searchingDetails));
+  layout->addWidget(MakeLabel(u"SearchingDetailsLBL"_s, QtText(wizardtext::searchingDetails)));
 }
 
 void InitForm::MakeResultsPanel() {
-  auto* const layout = MakePanel(SearchWizard::Page::Results, "SearchResultsPanel", "Search Results");
+  auto* const layout = MakePanel(SearchWizard::Page::Results, u"SearchResultsPanel"_s, u"Search Results"_s);
   list_ = new QListWidget;
-  list_->setObjectName("SearchResultsLIST");
-  list_->setAccessibleName("Search Results");
+  list_->setObjectName(u"SearchResultsLIST"_s);
+  list_->setAccessibleName(u"Search Results"_s);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setItemDelegate(new RowDelegate(list_));
-  place_ = MakeLabel("PlaceLBL", QString());
+  place_ = MakeLabel(u"PlaceLBL"_s, QString());
   place_->setForegroundRole(QPalette::PlaceholderText);
-  results_ = MakeLabel("SearchResultsLBL", QString());
-  instructions_ = MakeLabel("SearchInsLBL", QString());
-  simulated_ = new QPushButton("Use the simulated board");
-  simulated_->setObjectName("SimulatedCMD");
+  results_ = MakeLabel(u"SearchResultsLBL"_s, QString());
+  instructions_ = MakeLabel(u"SearchInsLBL"_s, QString());
+  simulated_ = new QPushButton(u"Use the simulated board"_s);
+  simulated_->setObjectName(u"SimulatedCMD"_s);
   layout->addWidget(list_, 1);
   layout->addWidget(place_);
   layout->addWidget(results_);
@@ -173,14 +178,14 @@ void InitForm::MakeResultsPanel() {
     ShowWizard();
   });
   connect(list_, &QListWidget::itemActivated, this, &InitForm::Finish);
-  connect(simulated_, &QPushButton::clicked, this, &InitForm::SimulatedBoardWanted);
+  connect(simulated_, &QPushButton::clicked, this, &InitForm::SimulatedBoardRequested);
 }
 
 QWidget* InitForm::MakeButtons() {
   auto* const row = new QWidget;
   auto* const layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](const char* name, const QString& caption) {
+  const auto add = [&](const QString& name, const QString& caption) {
     auto* const button = new QPushButton(caption);
     button->setObjectName(name);
     button->setAutoDefault(true);
@@ -188,10 +193,10 @@ QWidget* InitForm::MakeButtons() {
     return button;
   };
   layout->addStretch();
-  back_ = add("BackCMD", "< Back");
-  next_ = add("NextCMD", "Next >");
-  cancel_ = add("CancelCMD", "Cancel");
-  finish_ = add("FinishCMD", "Finish");
+  back_ = add(u"BackCMD"_s, u"< Back"_s);
+  next_ = add(u"NextCMD"_s, u"Next >"_s);
+  cancel_ = add(u"CancelCMD"_s, u"Cancel"_s);
+  finish_ = add(u"FinishCMD"_s, u"Finish"_s);
   connect(back_, &QPushButton::clicked, this, &InitForm::Back);
   connect(next_, &QPushButton::clicked, this, &InitForm::Next);
   connect(cancel_, &QPushButton::clicked, this, &InitForm::close);
@@ -245,7 +250,7 @@ SearchMedia InitForm::TickedMedia() const {
 void InitForm::Next() {
   switch (wizard_.Next(TickedMedia())) {
     case SearchWizard::NextStep::SelectMedium:
-      dialogs_.Exclamation(wizardtext::noMediumText, wizardtext::noMediumTitle);
+      dialogs_.Exclamation(QtText(wizardtext::noMediumText), QtText(wizardtext::noMediumTitle));
       break;
     case SearchWizard::NextStep::Search:
       Search();
@@ -275,7 +280,7 @@ void InitForm::Search() {
     progress_->setValue(0);
     ShowWizard();
     repaint();
-    emit MainWindowWanted();
+    emit MainWindowRequested();
     reports = wizard_.RunSearch(media, [this](int value) {
       progress_->setValue(value);
       panels_.at(Index(SearchWizard::Page::Searching))->repaint();
@@ -301,8 +306,10 @@ void InitForm::EndSearch(const std::vector<SearchReport>& reports) {
 void InitForm::Finish() {
   if (!wizard_.FinishEnabled() || !wizard_.Finish()) return;
   if (const auto holder = wizard_.TakeChip()) {
-    if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), "Go on read-only", wizardtext::title)) return;
-    emit ReadOnlyWanted();
+    if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), u"Go on read-only"_s,
+                      QtText(wizardtext::title)))
+      return;
+    emit ReadOnlyRequested();
     wizard_.Finish();
   }
   finished_ = true;

@@ -35,14 +35,14 @@ class InitForm : public QWidget {
 
  signals:
   /// A search is about to begin: the main window is to be made, hidden, if there is none yet.
-  void MainWindowWanted();
+  void MainWindowRequested();
   /// The link has its chip: the main window is to be started up and shown.
   void Finished();
   /// The chosen chip is used by another program, and the user goes on without writing: the bus is to be made anew for
   /// reading only before the slot returns.
-  void ReadOnlyWanted();
+  void ReadOnlyRequested();
   /// The user asks for the simulated board instead of the buses that were searched.
-  void SimulatedBoardWanted();
+  void SimulatedBoardRequested();
   /// The wizard was left without a chip; the program ends.
   void Abandoned();
 
@@ -55,7 +55,7 @@ class InitForm : public QWidget {
   void MakeSearchingPanel();
   void MakeResultsPanel();
   QWidget* MakeButtons();
-  QVBoxLayout* MakePanel(SearchWizard::Page page, const char* name, const QString& heading);
+  QVBoxLayout* MakePanel(SearchWizard::Page page, const QString& name, const QString& heading);
 
   void ShowWizard();
   void ShowChipset();

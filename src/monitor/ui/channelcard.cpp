@@ -18,23 +18,25 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   MakeCard(*this);
-  setObjectName(QStringLiteral("pnlChannel"));
-  caption_ = MakeLabel("lblChannel", 0.95, true, true);
-  readout_ = MakeLabel("lblReadout", 2.2, true);
-  summary_ = MakeLabel("lblSummary", 0.95, false, true);
+  setObjectName(u"pnlChannel"_s);
+  caption_ = MakeLabel(u"lblChannel"_s, 0.95, true, true);
+  readout_ = MakeLabel(u"lblReadout"_s, 2.2, true);
+  summary_ = MakeLabel(u"lblSummary"_s, 0.95, false, true);
   summary_->setWordWrap(true);
   gauge_ = new LimitGauge;
-  gauge_->setObjectName(QStringLiteral("limits_gauge"));
-  gauge_->setAccessibleName(tr("Limits of the selected channel"));
-  highBox_ = new LimitBox("txtHighLimit", tr("High limit"));
-  lowBox_ = new LimitBox("txtLowLimit", tr("Low limit"));
+  gauge_->setObjectName(u"limits_gauge"_s);
+  gauge_->setAccessibleName(u"Limits of the selected channel"_s);
+  highBox_ = new LimitBox(u"txtHighLimit"_s, u"High limit"_s);
+  lowBox_ = new LimitBox(u"txtLowLimit"_s, u"Low limit"_s);
 
   // No form: with a hidden row it gives the last one no room when a range of one line appears.
   auto* limits = new QGridLayout;
   int row = 0;
-  for (const auto& [name, box] : {std::pair(tr("High limit"), highBox_), std::pair(tr("Low limit"), lowBox_)}) {
+  for (const auto& [name, box] : {std::pair(u"High limit"_s, highBox_), std::pair(u"Low limit"_s, lowBox_)}) {
     auto* label = new QLabel(name);
     label->setBuddy(box);
     limits->addWidget(label, row, 0);
@@ -54,8 +56,7 @@ ChannelCard::ChannelCard(QWidget* parent) : QFrame(parent) {
   column->addLayout(limits);
   // Wide enough for the longest readout: a card that grew with its text would push the chart about.
   const QMargins margins = column->contentsMargins();
-  setFixedWidth(readout_->fontMetrics().horizontalAdvance(QStringLiteral("20000 RPM")) + margins.left() +
-                margins.right() + 4);
+  setFixedWidth(readout_->fontMetrics().horizontalAdvance(u"20000 RPM"_s) + margins.left() + margins.right() + 4);
 
   connect(gauge_, &LimitGauge::MarkerMoving, this, &ChannelCard::MarkerMoving);
   connect(gauge_, &LimitGauge::MarkerReleased, this, &ChannelCard::MarkerReleased);
@@ -78,14 +79,14 @@ QWidget* ChannelCard::MakeRange() {
   auto* column = new QVBoxLayout(range);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2);
-  extremes_ = MakeLabel("lblRange", 0.95, false, true);
-  mean_ = MakeLabel("lblMean", 0.95, false, true);
+  extremes_ = MakeLabel(u"lblRange"_s, 0.95, false, true);
+  mean_ = MakeLabel(u"lblMean"_s, 0.95, false, true);
   auto* reset = new QToolButton;
-  reset->setObjectName(QStringLiteral("cmdResetRange"));
-  reset->setText(tr("Reset"));
-  reset->setAccessibleName(tr("Reset minimum, maximum and mean"));
-  reset->setToolTip(tr("Minimum, maximum and mean of this channel begin anew"));
-  connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetWanted);
+  reset->setObjectName(u"cmdResetRange"_s);
+  reset->setText(u"Reset"_s);
+  reset->setAccessibleName(u"Reset minimum, maximum and mean"_s);
+  reset->setToolTip(u"Minimum, maximum and mean of this channel begin anew"_s);
+  connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetRequested);
   column->addWidget(extremes_);
   auto* row = new QHBoxLayout;
   row->addWidget(mean_, 1);
@@ -99,22 +100,22 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
   SetTextIfChanged(*caption_, QString::fromStdString(state.Captions[channel]).toUpper());
   const bool known = !std::isnan(state.Gauge.Value());
   SetNamedText(*readout_, QString::fromStdString(state.Captions[channel]),
-               report.Measured ? QString::fromStdString(state.Readout) : QStringLiteral("–"));
+               report.Measured ? QString::fromStdString(state.Readout) : u"–"_s);
   const bool old = report.Old || report.Failed;
   SetBad(*readout_, alarm && !report.Old, old || !known);
   QString summary = alarm                                     ? QString::fromStdString(report.AlarmWords)
-                    : state.Alarms[channel] == AlarmState::Ok ? tr("within limits")
-                                                              : tr("not read yet");
+                    : state.Alarms[channel] == AlarmState::Ok ? u"within limits"_s
+                                                              : u"not read yet"_s;
   if (!known)
-    summary = tr("not known: the pulses (7Bh) were not read, F5 tries again");
+    summary = u"not known: the pulses (7Bh) were not read, F5 tries again"_s;
   else if (report.NotMonitoring)
-    summary = tr("not monitoring");
+    summary = u"not monitoring"_s;
   else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
-    summary = report.Measured ? tr("old value") : tr("not read yet");
+    summary = report.Measured ? u"old value"_s : u"not read yet"_s;
   else if (report.Failed && !alarm)
-    summary = tr("old value: it cannot be read");
+    summary = u"old value: it cannot be read"_s;
   else if (report.PulsesDiffer && !alarm)
-    summary = tr("other pulses in 7Bh now: F5 takes them");
+    summary = u"other pulses in 7Bh now: F5 takes them"_s;
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
   ShowRange(report.Range, channel, report.PowerMode);
@@ -125,10 +126,10 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
 void ChannelCard::ShowRange(const SeenRange& range, std::size_t channel, bool powerMode) {
   const int decimals = ChannelQuantity(channel, powerMode).Decimals;
   const auto text = [&](double value) {
-    return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : QStringLiteral("–");
+    return range.Any() ? QString::fromStdString(FormatFixed(value, decimals)) : u"–"_s;
   };
-  SetTextIfChanged(*extremes_, tr("min %1 · max %2").arg(text(range.Minimum), text(range.Maximum)));
-  SetTextIfChanged(*mean_, tr("mean %1").arg(text(range.Mean)));
+  SetTextIfChanged(*extremes_, u"min %1 · max %2"_s.arg(text(range.Minimum), text(range.Maximum)));
+  SetTextIfChanged(*mean_, u"mean %1"_s.arg(text(range.Mean)));
 }
 
 void ChannelCard::SetStepEnd(std::function<double(double, double)> stepEnd) {

@@ -60,7 +60,7 @@ class ChannelCard : public QFrame {
   void LimitTyped(krx::Marker marker, const QString& text);
   void LimitStepped(krx::Marker marker, int steps);
   /// Minimum, maximum and mean of the channel are to begin anew.
-  void RangeResetWanted();
+  void RangeResetRequested();
 
  private:
   QWidget* MakeRange();

@@ -8,6 +8,9 @@
 #include "controls/ui/palette.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double radius = 8;
@@ -61,8 +64,8 @@ void ChannelTile::SetAlarm(const QString& words) {
 }
 
 void ChannelTile::Describe() {
-  const QString reading = value_ + QLatin1Char(' ') + unit_;
-  setAccessibleDescription(alarm_.isEmpty() ? reading : reading + QStringLiteral(", ") + alarm_);
+  const QString reading = value_ + u' ' + unit_;
+  setAccessibleDescription(alarm_.isEmpty() ? reading : reading + u", "_s + alarm_);
   update();
 }
 
@@ -162,12 +165,12 @@ void ChannelTile::paintEvent(QPaintEvent*) {
   painter.drawText(QPointF(right, baseline), unit_);
   right -= gap / 2.0 + valueMetrics.horizontalAdvance(value_);
   painter.setFont(ValueFont());
-  if (!old_ && value_ != QStringLiteral("–")) painter.setPen(alarm ? colours.bad : colours.text);
+  if (!old_ && value_ != u"–"_s) painter.setPen(alarm ? colours.bad : colours.text);
   painter.drawText(QPointF(right, baseline), value_);
   if (old_ && !value_.isEmpty()) {
     painter.setFont(UnitFont());
-    right -= unitMetrics.horizontalAdvance(tr("old")) + gap;
-    painter.drawText(QPointF(right, baseline), tr("old"));
+    right -= unitMetrics.horizontalAdvance(u"old"_s) + gap;
+    painter.drawText(QPointF(right, baseline), u"old"_s);
   }
 
   const double captionLeft = lamp_->geometry().right() + gap;

@@ -13,20 +13,22 @@
 #include "monitor/ui/chartcard.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Group {
-  const char* Title;
+  QStringView Title;
   std::size_t First;
   std::size_t End;
 };
-constexpr std::array<Group, 3> groups{
-    {{QT_TR_NOOP("TEMPERATURES"), 0, 3}, {QT_TR_NOOP("FANS"), 3, 7}, {QT_TR_NOOP("VOLTAGES"), 7, 12}}};
+constexpr std::array<Group, 3> groups{{{u"TEMPERATURES", 0, 3}, {u"FANS", 3, 7}, {u"VOLTAGES", 7, 12}}};
 
 /// A readout's number and its unit: "47.25C" and "2400 RPM" part at the first character that belongs to no number.
 std::pair<QString, QString> SplitReadout(const QString& readout) {
   qsizetype end = 0;
-  while (end < readout.size() && (readout[end].isDigit() || QStringLiteral("-.+–").contains(readout[end]))) ++end;
+  while (end < readout.size() && (readout[end].isDigit() || u"-.+–"_s.contains(readout[end]))) ++end;
   return {readout.left(end), readout.mid(end).trimmed()};
 }
 
@@ -51,8 +53,8 @@ ChannelTiles::ChannelTiles(QWidget* parent) : QScrollArea(parent) {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(5);
   for (const Group& group : groups) {
-    QLabel* title = MakeLabel("", 0.9, true, true);
-    title->setText(tr(group.Title));
+    QLabel* title = MakeLabel({}, 0.9, true, true);
+    title->setText(group.Title.toString());
     column->addWidget(title);
     for (std::size_t channel = group.First; channel < group.End; ++channel) column->addWidget(MakeTile(channel), 1);
     column->addSpacing(4);
@@ -75,11 +77,11 @@ ChannelTiles::ChannelTiles(QWidget* parent) : QScrollArea(parent) {
 
 ChannelTile* ChannelTiles::MakeTile(std::size_t channel) {
   lamps_[channel] = new Indicator;
-  lamps_[channel]->setObjectName(QStringLiteral("SSPanel11_%1").arg(channel));
+  lamps_[channel]->setObjectName(u"SSPanel11_%1"_s.arg(channel));
   auto* tile = new ChannelTile(lamps_[channel]);
   tiles_[channel] = tile;
-  tile->setObjectName(QStringLiteral("visualdisplaytext_%1").arg(channel));
-  tile->setToolTip(tr("Clicking will cause the bargraph to measure details of this parameter"));
+  tile->setObjectName(u"visualdisplaytext_%1"_s.arg(channel));
+  tile->setToolTip(u"Clicking will cause the bargraph to measure details of this parameter"_s);
   connect(tile, &ChannelTile::clicked, this, [this, channel] { emit Selected(channel); });
   return tile;
 }
@@ -89,7 +91,7 @@ void ChannelTiles::ShowFrames(const VisualState& state) {
     ChannelTile& tile = *tiles_[channel];
     tile.setText(QString::fromStdString(state.Captions[channel]));
     tile.setAccessibleName(tile.text());
-    lamps_[channel]->setAccessibleName(tr("Alarm of %1").arg(tile.text()));
+    lamps_[channel]->setAccessibleName(u"Alarm of %1"_s.arg(tile.text()));
     tile.SetMark(state.Marks[channel]);
     tile.setVisible(state.ChannelShown[channel]);
     // Only what the chart in sight draws has a colour: the other chart uses the same ones again.
@@ -101,8 +103,8 @@ void ChannelTiles::ShowFrames(const VisualState& state) {
 void ChannelTiles::ShowReading(const VisualState& state, std::size_t channel, const TileReading& reading) {
   const auto [value, unit] = SplitReadout(reading.Readout);
   ChannelTile& tile = *tiles_[channel];
-  tile.SetReading(reading.Measured ? value : QStringLiteral("–"), unit);
-  tile.SetOld(reading.Old && reading.Measured && value != QStringLiteral("–"));
+  tile.SetReading(reading.Measured ? value : u"–"_s, unit);
+  tile.SetOld(reading.Old && reading.Measured && value != u"–"_s);
   tile.SetAlarm(reading.LampOld ? QString() : reading.Alarm);
   lamps_[channel]->SetState(LampOf(state, channel));
   lamps_[channel]->SetStale(reading.LampOld);  // also where the tile has no value that could be old

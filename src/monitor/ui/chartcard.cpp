@@ -9,11 +9,15 @@
 #include "controls/ui/palette.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
+#include "controls/ui/texts.h"
 #include "controls/ui/userdialogs.h"
 #include "monitor/displaystate.h"
 #include "monitor/readingcycle.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::size_t firstStrip3Trace = thermTrace + 1;
@@ -47,13 +51,13 @@ ChartCard::ChartCard(const ChartParts& parts, UserDialogs& dialogs, const Visual
     : QFrame(parent),
       parts_(parts),
       dialogs_(dialogs),
-      strip2_(MakeChart("Strip2", Strip::Strip2, state)),
-      strip3_(MakeChart("Strip3", Strip::Strip3, state)) {
+      strip2_(MakeChart(u"Strip2"_s, Strip::Strip2, state)),
+      strip3_(MakeChart(u"Strip3"_s, Strip::Strip3, state)) {
   traceShown_.fill(true);
-  strip2_->SetAxisTitles(tr("Temperature"), tr("Fans"));
-  strip2_->SetAxisUnits(tr("°C"), tr("RPM"));
-  strip3_->SetAxisTitles(tr("Voltage"), {});
-  strip3_->SetAxisUnits(tr("V"), {});
+  strip2_->SetAxisTitles(u"Temperature"_s, u"Fans"_s);
+  strip2_->SetAxisUnits(u"°C"_s, u"RPM"_s);
+  strip3_->SetAxisTitles(u"Voltage"_s, {});
+  strip3_->SetAxisUnits(u"V"_s, {});
   strip3_->SetValueRange(0, 14);
   MakeCard(*this);
   auto* column = new QVBoxLayout(this);
@@ -68,15 +72,15 @@ void ChartCard::MakeSavingBar() {
   saving_ = new SavingBar;
   connect(saving_, &SavingBar::Saved, this, [this](const QString& name) { emit Notice(SavedText(name)); });
   connect(saving_, &SavingBar::Cancelled, this,
-          [this](const QString& name) { emit Notice(tr("Cancelled, %1 was not written").arg(name)); });
+          [this](const QString& name) { emit Notice(u"Cancelled, %1 was not written"_s.arg(name)); });
   connect(saving_, &SavingBar::Failed, this,
-          [this](const QString& reason) { dialogs_.Critical(NotSavedText(tr("The chart"), reason)); });
+          [this](const QString& reason) { dialogs_.Critical(NotSavedText(u"The chart"_s, reason)); });
 }
 
-StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualState& state) {
+StripChart* ChartCard::MakeChart(const QString& name, Strip strip, const VisualState& state) {
   auto* chart = new StripChart(parts_.History, this);
-  chart->setObjectName(QString::fromLatin1(name));
-  chart->setAccessibleName(QString::fromLatin1(name));
+  chart->setObjectName(name);
+  chart->setAccessibleName(name);
   const std::size_t first = FirstTrace(strip);
   std::vector<ChartTrace> traces;
   for (std::size_t trace = first; trace < EndTrace(strip); ++trace) {
@@ -85,11 +89,12 @@ StripChart* ChartCard::MakeChart(const char* name, Strip strip, const VisualStat
                       .Name = QString::fromStdString(state.TraceNames[trace]),
                       .PaletteIndex = trace - first,
                       .SecondAxis = IsFanTrace(trace),
-                      .Unit = QString::fromLatin1(format.Unit.data(), static_cast<int>(format.Unit.size())),
+                      .Unit = QtText(format.Unit),
                       .Decimals = format.Decimals});
   }
   chart->SetTraces(traces);
-  connect(chart, &StripChart::ExportWanted, this, [this, chart](ChartFormat format) { ExportChart(*chart, format); });
+  connect(chart, &StripChart::ExportRequested, this,
+          [this, chart](ChartFormat format) { ExportChart(*chart, format); });
   return chart;
 }
 
@@ -101,31 +106,31 @@ void ChartCard::SetWaitBudget(WaitBudget* budget) {
 
 void ChartCard::ExportChart(StripChart& chart, ChartFormat format) {
   struct File {
-    const char* Filter;
-    const char* Name;
+    QString Filter;
+    QString Name;
   };
-  const File file = format == ChartFormat::Png   ? File{"Pictures (*.png)|*.png", "chart.png"}
-                    : format == ChartFormat::Pdf ? File{"Documents (*.pdf)|*.pdf", "chart.pdf"}
-                                                 : File{"Comma-separated values (*.csv)|*.csv", "chart.csv"};
+  const File file = format == ChartFormat::Png   ? File{u"Pictures (*.png)|*.png"_s, u"chart.png"_s}
+                    : format == ChartFormat::Pdf ? File{u"Documents (*.pdf)|*.pdf"_s, u"chart.pdf"_s}
+                                                 : File{u"Comma-separated values (*.csv)|*.csv"_s, u"chart.csv"_s};
   if (format == ChartFormat::Csv && saving_->Busy()) {
-    emit Notice(tr("The values before are still being saved"));
+    emit Notice(u"The values before are still being saved"_s);
     return;
   }
-  const auto name = AskSaveName(dialogs_, tr(file.Filter), QString::fromLatin1(file.Name));
+  const auto name = AskSaveName(dialogs_, file.Filter, file.Name);
   if (!name) return;
   if (format == ChartFormat::Csv)
     saving_->Save(chart.Values(ExportNotes()), *name);
   else
-    emit Notice(SaveAndTell(dialogs_, tr("The chart"), *name, chart.Picture(format, ExportNotes())));
+    emit Notice(SaveAndTell(dialogs_, u"The chart"_s, *name, chart.Picture(format, ExportNotes())));
 }
 
 QStringList ChartCard::ExportNotes() const {
   const QDateTime now = QDateTime::currentDateTime();
   const auto text = [&](const QDateTime& time) {
-    return time.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODate).replace(QLatin1Char('T'), QLatin1Char(' '));
+    return time.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODate).replace(u'T', u' ');
   };
   const QDateTime zero = now.addMSecs(-parts_.Cycle.Now() / 1000);
-  return {source_, tr("Saved %1, time 0 is %2").arg(text(now), text(zero))};
+  return {source_, u"Saved %1, time 0 is %2"_s.arg(text(now), text(zero))};
 }
 
 void ChartCard::ShowState(const VisualState& state) {

@@ -53,7 +53,7 @@ class ChartCard : public QFrame {
   void Notice(const QString& text);
 
  private:
-  StripChart* MakeChart(const char* name, Strip strip, const VisualState& state);
+  StripChart* MakeChart(const QString& name, Strip strip, const VisualState& state);
   void MakeSavingBar();
   void ExportChart(StripChart& chart, ChartFormat format);
   QStringList ExportNotes() const;

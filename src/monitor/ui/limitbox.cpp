@@ -10,13 +10,15 @@
 
 namespace krx {
 
-LimitBox::LimitBox(const char* name, const QString& accessibleName) {
-  const QByteArray rangeName = QByteArray("lbl") + QByteArray(name).mid(3) + "Range";  // of "txtHighLimit"
-  setObjectName(QString::fromLatin1(name));
+using namespace Qt::StringLiterals;
+
+LimitBox::LimitBox(const QString& name, const QString& accessibleName) {
+  const QString rangeName = u"lbl%1Range"_s.arg(name.mid(3));  // of "txtHighLimit"
+  setObjectName(name);
   setAccessibleName(accessibleName);
   setFocusPolicy(Qt::StrongFocus);
   setEnabled(false);
-  range_ = MakeLabel(rangeName.constData(), 0.9, false);
+  range_ = MakeLabel(rangeName, 0.9, false);
   range_->setWordWrap(true);
   range_->hide();
   connect(this, &QAbstractSpinBox::editingFinished, this, &LimitBox::Finish);
@@ -38,7 +40,7 @@ void LimitBox::Release() {
 }
 
 void LimitBox::Refuse(const QString& range) {
-  range_->setText(QStringLiteral("⚠ ") + range);
+  range_->setText(u"⚠ "_s + range);
   range_->show();
   setAccessibleDescription(range);
 }
@@ -78,7 +80,7 @@ QValidator::State LimitBox::validate(QString&, int&) const {
 
 QSize LimitBox::sizeHint() const {
   // Room for the arrows and the text; a wider layout gives it more.
-  const int text = fontMetrics().horizontalAdvance(QStringLiteral("20000 RPM"));
+  const int text = fontMetrics().horizontalAdvance(u"20000 RPM"_s);
   return {text + 2 * fontMetrics().height(), QAbstractSpinBox::sizeHint().height()};
 }
 

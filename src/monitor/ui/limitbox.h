@@ -12,7 +12,7 @@ namespace krx {
 class LimitBox : public QAbstractSpinBox {
   Q_OBJECT
  public:
-  LimitBox(const char* name, const QString& accessibleName);
+  LimitBox(const QString& name, const QString& accessibleName);
 
   /// Below the box; hidden unless a text was refused. Its owner is whoever lays it out.
   QLabel* RangeLabel() { return range_; }

@@ -10,11 +10,13 @@
 
 namespace krx {
 
+using namespace Qt::StringLiterals;
+
 PwmDifference::PwmDifference(QWidget* parent)
-    : QWidget(parent), text_(MakeLabel("lblPwmDifference", 1, false)), remedy_(new QPushButton) {
-  remedy_->setObjectName(QStringLiteral("cmdUseSlider"));
-  remedy_->setToolTip(tr("Reads the chip again (F5)"));
-  connect(remedy_, &QPushButton::clicked, this, &PwmDifference::ReReadWanted);
+    : QWidget(parent), text_(MakeLabel(u"lblPwmDifference"_s, 1, false)), remedy_(new QPushButton) {
+  remedy_->setObjectName(u"cmdUseSlider"_s);
+  remedy_->setToolTip(u"Reads the chip again (F5)"_s);
+  connect(remedy_, &QPushButton::clicked, this, &PwmDifference::ReReadRequested);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(text_);

@@ -20,7 +20,7 @@ class PwmDifference : public QWidget {
   void Show(const PwmBehaviour& behaviour);
 
  signals:
-  void ReReadWanted();
+  void ReReadRequested();
 
  private:
   QLabel* text_;

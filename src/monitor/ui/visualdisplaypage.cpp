@@ -22,6 +22,9 @@
 #include "monitor/ui/zonerow.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// As the journal names it.
@@ -69,7 +72,7 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, const VisualParts& part
   connect(card_, &ChannelCard::LimitStepped, this,
           [this](Marker marker, int steps) { EnterLimit(marker, [&] { model_.StepLimit(marker, steps); }); });
   card_->SetStepEnd([this](double from, double wanted) { return model_.LimitStepEnd(from, wanted); });
-  connect(card_, &ChannelCard::RangeResetWanted, this, [this] {
+  connect(card_, &ChannelCard::RangeResetRequested, this, [this] {
     parts_.Ranges.Reset(static_cast<std::size_t>(parts_.Display.SelectedChannel));
     ShowReadings(old_);
   });
@@ -84,9 +87,9 @@ VisualDisplayPage::VisualDisplayPage(VisualModel& model, const VisualParts& part
   });
 }
 
-QPushButton* VisualDisplayPage::AddButton(const char* name, const QString& text) {
+QPushButton* VisualDisplayPage::AddButton(const QString& name, const QString& text) {
   auto* button = new QPushButton(text);
-  button->setObjectName(QString::fromLatin1(name));
+  button->setObjectName(name);
   button->setAccessibleName(text);
   return button;
 }
@@ -99,20 +102,20 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   row->addWidget(pwm_, 1);
   row->addSpacing(10);
 
-  QPushButton* easySetup = AddButton("Command1", tr("Easy Setup"));
-  easySetup->setToolTip(tr("Click for EasySetup"));
+  QPushButton* easySetup = AddButton(u"Command1"_s, u"Easy Setup"_s);
+  easySetup->setToolTip(u"Click for EasySetup"_s);
   connect(easySetup, &QPushButton::clicked, this, &VisualDisplayPage::EasySetupRequested);
-  QPushButton* setupLog = AddButton("cmdViewEasy", tr("Setup Log..."));
+  QPushButton* setupLog = AddButton(u"cmdViewEasy"_s, u"Setup Log..."_s);
   connect(setupLog, &QPushButton::clicked, this, &VisualDisplayPage::SetupLogRequested);
   row->addWidget(easySetup);
   row->addWidget(setupLog);
-  QPushButton* fanTest = AddButton("cmdFanTest", tr("Fan Test Setup"));
+  QPushButton* fanTest = AddButton(u"cmdFanTest"_s, u"Fan Test Setup"_s);
   connect(fanTest, &QPushButton::clicked, this, &VisualDisplayPage::FanTestRequested);
-  QPushButton* glitchTest = AddButton("cmdGlitchTest", tr("glitch test"));
+  QPushButton* glitchTest = AddButton(u"cmdGlitchTest"_s, u"glitch test"_s);
   connect(glitchTest, &QPushButton::clicked, this, &VisualDisplayPage::GlitchTestRequested);
-  QPushButton* bigGraph = AddButton("cmdBigGraph", tr("Expand Graph"));
+  QPushButton* bigGraph = AddButton(u"cmdBigGraph"_s, u"Expand Graph"_s);
   bigGraph->setEnabled(false);
-  bigGraph->setToolTip(tr("not available yet"));
+  bigGraph->setToolTip(u"not available yet"_s);
   for (QPushButton* button : {fanTest, glitchTest, bigGraph}) row->addWidget(button);
   if (readOnly) {
     for (QPushButton* button : {easySetup, fanTest, glitchTest}) button->setEnabled(false);
@@ -124,11 +127,11 @@ QWidget* VisualDisplayPage::MakeBottom(bool readOnly) {
   column->setContentsMargins(14, 8, 14, 8);
   column->addLayout(row);
   pwmDifference_ = new PwmDifference;
-  connect(pwmDifference_, &PwmDifference::ReReadWanted, this, &VisualDisplayPage::ReReadRequested);
+  connect(pwmDifference_, &PwmDifference::ReReadRequested, this, &VisualDisplayPage::ReReadRequested);
   column->addWidget(pwmDifference_);
-  notMonitoring_ = MakeLabel("lblNotMonitoring", 1, true);
-  notMonitoring_->setText(readOnly ? tr("Not monitoring, values are out of date")
-                                   : tr("Not monitoring, values are out of date: press Easy Setup to start"));
+  notMonitoring_ = MakeLabel(u"lblNotMonitoring"_s, 1, true);
+  notMonitoring_->setText(readOnly ? u"Not monitoring, values are out of date"_s
+                                   : u"Not monitoring, values are out of date: press Easy Setup to start"_s);
   column->addWidget(notMonitoring_);
   zoneRow_ = new ZoneRow;
   column->addWidget(zoneRow_);
@@ -174,9 +177,8 @@ void VisualDisplayPage::EnterLimit(Marker marker, const std::function<void()>& a
   }
   card_->Refuse(marker, range);
   const auto selected = static_cast<std::size_t>(parts_.Display.SelectedChannel);
-  emit LimitRejected(tr("Not written: the %1 limit of %2 is %3")
-                         .arg(marker == Marker::High ? tr("high") : tr("low"),
-                              QString::fromStdString(model_.State().Captions[selected]), range));
+  emit LimitRejected(u"Not written: the %1 limit of %2 is %3"_s.arg(
+      marker == Marker::High ? u"high"_s : u"low"_s, QString::fromStdString(model_.State().Captions[selected]), range));
 }
 
 void VisualDisplayPage::ShowAll() {

@@ -57,7 +57,7 @@ class VisualDisplayPage : public QWidget {
 
  private:
   QWidget* MakeBottom(bool readOnly);
-  QPushButton* AddButton(const char* name, const QString& text);
+  QPushButton* AddButton(const QString& name, const QString& text);
   void ShowLimits();
   bool Do(const std::function<void()>& action);
   void MoveLimit(Marker marker, const std::function<void()>& action, bool dragging);

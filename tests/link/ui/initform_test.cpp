@@ -21,7 +21,8 @@ struct WizardBench {
     QObject::connect(&Form, &InitForm::Finished, &Form, [this] { Ends += "finished "; });
     QObject::connect(&Form, &InitForm::Abandoned, &Form, [this] { Ends += "abandoned "; });
     // The close box, while page 3 shows.
-    QObject::connect(&Form, &InitForm::MainWindowWanted, &Form, [this] { Ends += Form.close() ? "closed " : "kept "; });
+    QObject::connect(&Form, &InitForm::MainWindowRequested, &Form,
+                     [this] { Ends += Form.close() ? "closed " : "kept "; });
     Form.show();
     Form.Load();
   }
