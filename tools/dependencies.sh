@@ -8,7 +8,7 @@ build_packages="g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-wayland libqc
   libcli11-dev libfmt-dev"
 
 # What the tests need beyond that.
-test_packages="libgtest-dev i2c-tools xvfb"
+test_packages="libgtest-dev i2c-tools xvfb at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
 
 # What the checks need beyond the tests: the format, and that the benchmarks (preset bench) still compile.
 check_packages="clang-format-14 libbenchmark-dev"

@@ -31,6 +31,7 @@ GlitchBar::GlitchBar(GlitchTest& test, ChipTurns& turns, UserDialogs& dialogs, i
   state_->setObjectName(u"lblGlitchTest"_s);
   addWidget(state_);
   addAction(u"Stop"_s, this, &GlitchBar::Stop)->setObjectName(u"actStopGlitchTest"_s);
+  if (auto* const more = findChild<QWidget*>(u"qt_toolbar_ext_button"_s)) more->setAccessibleName(u"More"_s);
   refresh_.setInterval(refreshMilliseconds);
   connect(&refresh_, &QTimer::timeout, this, &GlitchBar::ShowTest);
   hide();

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "controls/ui/accessibility.h"
 #include "controls/ui/texts.h"
 #include "journal/journalmodule.h"
 #include "link/commserror.h"
@@ -33,6 +34,8 @@ ConsoleRun::ConsoleRun(QApplication& application, Clock& clock, UserDialogs& dia
       systemTheme_(&Palette::For(application.palette()) == &Palette::Dark() ? Theme::Dark : Theme::Light),
       dialogs_(dialogs, pump_, [this] { return link_.TransferInProgress() || turns_.TurnRunning(); }) {
   ApplyThemeChoice(options_.Colours);
+  InstallAccessibility();
+  application.installEventFilter(&copyMenu_);
   link_.EndAsked = [this] { return endSignals_.Asked(); };
   link_.WritesHeldBack = options_.ReadOnly;
   turns_.Around([this](const std::string& name, const std::function<void()>& tick) { RunTick(journal_, name, tick); });

@@ -10,6 +10,7 @@
 #include "console/ui/mainform.h"
 #include "console/workbench.h"
 #include "controls/ui/chiptimer.h"
+#include "controls/ui/copymenu.h"
 #include "controls/ui/endsignals.h"
 #include "controls/ui/gateddialogs.h"
 #include "controls/ui/palette.h"
@@ -81,6 +82,7 @@ class ConsoleRun {
   QtEventPump pump_;
   BusJournal journal_{clock_};
   OriginFilter origins_{journal_};
+  CopyMenu copyMenu_;
   CommsRoot root_{Journaled()};
   Link link_{root_, clock_, pump_};
   ChipTurns turns_{link_};

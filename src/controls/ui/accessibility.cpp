@@ -3,10 +3,15 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QLineEdit>
+#include <QToolButton>
 #include <algorithm>
 #include <array>
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct WidgetRole {
@@ -32,6 +37,11 @@ QAccessibleInterface* MakeInterface(const QString& className, QObject* object) {
 
 void InstallAccessibility() {
   QAccessible::installFactory(&MakeInterface);
+}
+
+void AddClearButton(QLineEdit& box) {
+  box.setClearButtonEnabled(true);
+  for (auto* const button : box.findChildren<QToolButton*>()) button->setAccessibleName(u"Clear"_s);
 }
 
 }  // namespace krx

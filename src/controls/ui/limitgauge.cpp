@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 
+#include "controls/ui/focusring.h"
+
 namespace krx {
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,7 @@ LimitGauge::LimitGauge(QWidget* parent) : QWidget(parent) {
   setAccessibleName(u"Limit gauge"_s);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
+  new FocusRing(*this);  // owned by this
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
 }
 

@@ -94,7 +94,17 @@ void StripChart::SetTraces(const std::vector<ChartTrace>& traces) {
 
 void StripChart::SetCaption(const QString& caption) {
   caption_->setText(caption);
-  plot_->setAccessibleName(caption.isEmpty() ? u"Strip chart"_s : u"Strip chart %1"_s.arg(caption));
+  NamePlot();
+}
+
+void StripChart::SetSubject(const QString& subject) {
+  setAccessibleName(subject);
+  NamePlot();
+}
+
+void StripChart::NamePlot() {
+  const QString name = accessibleName() + u" over time"_s;
+  plot_->setAccessibleName(Caption().isEmpty() ? name : name + u", "_s + Caption());
 }
 
 QString StripChart::Caption() const {

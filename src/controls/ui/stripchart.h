@@ -50,6 +50,8 @@ class StripChart : public QWidget {
   void SetSelectedTrace(int channel) { traces_->Select(channel); }
 
   void SetCaption(const QString& caption);
+  /// What the traces are, for a screen reader: "Voltages".
+  void SetSubject(const QString& subject);
   QString Caption() const;
   /// Titles of the left and the right axis; the right axis appears with the first trace on it.
   void SetAxisTitles(const QString& left, const QString& right);
@@ -105,6 +107,7 @@ class StripChart : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void NamePlot();
   struct ValueRange {
     double Min = 0;
     double Max = 100;

@@ -7,6 +7,7 @@
 #include <QToolButton>
 #include <utility>
 
+#include "controls/ui/focusring.h"
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/stripchart.h"
 
@@ -73,7 +74,7 @@ void StripChart::BuildPlot() {
   plot_ = new QCustomPlot;
   plot_->setObjectName(u"plot"_s);
   plot_->setContextMenuPolicy(Qt::NoContextMenu);
-  plot_->setAccessibleName(u"Strip chart"_s);
+  new FocusRing(*plot_);  // the plot owns it
   plot_->setToolTip(
       u"Drag the arrows at the edges of this graph to zoom in and out.\n"
       u"Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."_s);

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <map>
 
+#include "controls/ui/accessibility.h"
 #include "controls/ui/filesaving.h"
 #include "controls/ui/userdialogs.h"
 
@@ -100,7 +101,7 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   filter_->setObjectName(u"txtJournalFilter"_s);
   filter_->setAccessibleName(u"Filter of the bus journal"_s);
   filter_->setPlaceholderText(u"Filter"_s);
-  filter_->setClearButtonEnabled(true);
+  AddClearButton(*filter_);
   writesOnly_ = new QCheckBox(u"Writes only"_s);
   writesOnly_->setObjectName(u"chkJournalWrites"_s);
   userOnly_ = new QCheckBox(u"My writes"_s);

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "controls/ui/copymenu.h"
 #include "controls/ui/indicator.h"
 #include "controls/ui/palette.h"
 
@@ -65,6 +66,7 @@ void ChannelTile::SetAlarm(const QString& words) {
 
 void ChannelTile::Describe() {
   const QString reading = value_ + u' ' + unit_;
+  setProperty(copyTextProperty, reading);
   setAccessibleDescription(alarm_.isEmpty() ? reading : reading + u", "_s + alarm_);
   update();
 }

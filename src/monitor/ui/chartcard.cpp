@@ -80,7 +80,7 @@ void ChartCard::MakeSavingBar() {
 StripChart* ChartCard::MakeChart(const QString& name, Strip strip, const VisualState& state) {
   auto* chart = new StripChart(parts_.History, this);
   chart->setObjectName(name);
-  chart->setAccessibleName(name);
+  chart->SetSubject(strip == Strip::Strip2 ? u"Temperatures and fan speeds"_s : u"Voltages"_s);
   const std::size_t first = FirstTrace(strip);
   std::vector<ChartTrace> traces;
   for (std::size_t trace = first; trace < EndTrace(strip); ++trace) {

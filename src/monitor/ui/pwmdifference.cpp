@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 PwmDifference::PwmDifference(QWidget* parent)
     : QWidget(parent), text_(MakeLabel(u"lblPwmDifference"_s, 1, false)), remedy_(new QPushButton) {
   remedy_->setObjectName(u"cmdUseSlider"_s);
+  remedy_->setAccessibleName(u"Re-read Chip"_s);
   remedy_->setToolTip(u"Reads the chip again (F5)"_s);
   connect(remedy_, &QPushButton::clicked, this, &PwmDifference::ReReadRequested);
   auto* row = new QHBoxLayout(this);
