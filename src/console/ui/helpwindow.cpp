@@ -81,6 +81,7 @@ QTextBrowser* MakeManual() {
   view->setOpenLinks(false);
   QFile file(u":/console/manual.md"_s);
   if (file.open(QIODevice::ReadOnly)) view->setMarkdown(QString::fromUtf8(file.readAll()));
+  view->document()->setDocumentMargin(view->fontMetrics().height());
   return view;
 }
 
@@ -97,7 +98,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent), pages_(new QTabWidget
   column->addWidget(pages_, 1);
   column->addWidget(buttons);
   const QFontMetrics metrics = fontMetrics();
-  resize(metrics.averageCharWidth() * 100, metrics.height() * 36);
+  resize(metrics.averageCharWidth() * 120, metrics.height() * 38);
 }
 
 void HelpWindow::ShowPage(HelpPage page) {
