@@ -27,7 +27,9 @@ void Heater::SetHeaterOn(bool on) {
     device->SetControlByte(static_cast<std::uint8_t>(on ? status | mask : status & ~mask));
   }
   device->Complete();
+  if (on && !onSince_) onSince_ = link_.ElapsedSeconds();
   if (on) return;
+  onSince_.reset();
   owed_.Settle(ticket_);
   ticket_ = 0;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "link/linknewcomport06.h"
 #include "link/owedwrites.h"
@@ -27,6 +28,8 @@ class Heater {
 
   /// True after this object switched the heater on, until it switched it off again.
   bool SwitchedOnHere() const { return ticket_ != 0; }
+  /// Clock reading in s at which this object switched the heater on; none while it is off or was found on.
+  std::optional<double> OnSince() const { return onSince_; }
 
  private:
   std::uint8_t Mask() const;
@@ -35,6 +38,7 @@ class Heater {
   OwedWrites& owed_;
   std::uint8_t heaterNumber_;
   OwedWrites::Ticket ticket_ = 0;  ///< while it is owed to be off
+  std::optional<double> onSince_;
 };
 
 }  // namespace krx

@@ -24,12 +24,26 @@ inline VisualParts VisualPartsOf(Workbench& bench) {
           .Cycle = bench.Cycle};
 }
 
+inline LivingParts LivingPartsOf(Workbench& bench) {
+  return {.ChipLink = bench.ChipLink,
+          .Measured = bench.Measured,
+          .Fans = bench.Fans,
+          .Zones = bench.Zones,
+          .Power = bench.Power,
+          .Display = bench.Display,
+          .Pins = bench.Pins,
+          .First = bench.First,
+          .History = bench.History,
+          .Cycle = bench.Cycle};
+}
+
 inline ControlParts ControlPartsOf(Workbench& bench) {
   return {.ChipLink = bench.ChipLink,
           .EvalBoard = bench.EvalBoard,
           .BoardFlags = bench.BoardFlags,
           .Pins = bench.Pins,
-          .ThermPeriod = bench.Cycle.ThermPeriod};
+          .ThermPeriod = bench.Cycle.ThermPeriod,
+          .Living = LivingPartsOf(bench)};
 }
 
 }  // namespace krx

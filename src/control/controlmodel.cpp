@@ -6,6 +6,7 @@
 #include "board/board.h"
 #include "board/boardstate.h"
 #include "board/switches.h"
+#include "board/switchmap.h"
 #include "control/pinsettings.h"
 #include "link/registeraccess.h"
 #include "registers/chip.h"
@@ -16,6 +17,28 @@ namespace {
 
 std::uint8_t Bits(bool set) {
   return set ? 0xFF : 0x00;
+}
+
+SwitchState DiodeSwitches(const Board& board, std::size_t diode) {
+  const std::string group = "Temp" + std::to_string(diode + 1);
+  std::optional<bool> closed;
+  for (std::size_t index = 0; index < switchMap.size(); ++index) {
+    if (switchMap.at(index).Group != group) continue;
+    if (!board.SwitchKnown(index)) return SwitchState::NotRead;
+    const bool one = board.SwitchClosed(index);
+    if (closed.value_or(one) != one) return SwitchState::Mixed;
+    closed = one;
+  }
+  return closed == true ? SwitchState::Closed : SwitchState::Open;
+}
+
+std::optional<int> ClosedSwitches(const Board& board) {
+  int closed = 0;
+  for (std::size_t index = 0; index < switchMap.size(); ++index) {
+    if (!board.SwitchKnown(index)) return std::nullopt;
+    if (board.SwitchClosed(index)) ++closed;
+  }
+  return closed;
 }
 
 }  // namespace
@@ -36,6 +59,7 @@ void ControlModel::Enter() {
   ShowSwitches();
   for (std::size_t heater = 0; heater < state_.Heaters.size(); ++heater) {
     state_.Heaters.at(heater) = parts_.EvalBoard.GetHeater(heater).HeaterOn();
+    state_.HeatersRead.at(heater) = true;
   }
 }
 
@@ -50,6 +74,9 @@ void ControlModel::RefreshAlert() {
 }
 
 void ControlModel::ShowPins() {
+  const auto seen = parts_.ChipLink.Seen.Byte(chip::Configuration3);
+  const bool therm = seen && (*seen & chip::ThermEnabled) != 0;
+  state_.PinsRead = seen && (!therm || parts_.ChipLink.Seen.Byte(chip::Configuration4));
   state_.Therm = parts_.Pins.ThermPinMode != 0;
   state_.ThermOn5v = parts_.Pins.ThermPinMode == 1;
   state_.ThermOnTach4 = parts_.Pins.ThermPinMode == 2;
@@ -92,6 +119,7 @@ void ControlModel::SetVid(std::size_t input, bool closed) {
 void ControlModel::SetHeater(std::size_t heater, bool on) {
   parts_.EvalBoard.SetHeater(heater, on);
   state_.Heaters.at(heater) = on;
+  state_.HeatersRead.at(heater) = true;
 }
 
 void ControlModel::SetThermPeriod(const std::string& text) {
@@ -101,7 +129,9 @@ void ControlModel::SetThermPeriod(const std::string& text) {
 void ControlModel::ShowSwitches() {
   for (std::size_t diode = 0; diode < state_.Diodes.size(); ++diode) {
     state_.Diodes.at(diode) = parts_.EvalBoard.DiodeClosed(diode);
+    state_.DiodeSwitches.at(diode) = DiodeSwitches(parts_.EvalBoard, diode);
   }
+  state_.ClosedSwitches = ClosedSwitches(parts_.EvalBoard);
   const Switch& u3 = parts_.EvalBoard.Device(SwitchDevice::U3);
   for (std::size_t input = 0; input < state_.Vid.size(); ++input) {
     state_.Vid.at(input) = u3.Closed(static_cast<int>(input));

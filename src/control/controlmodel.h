@@ -4,29 +4,36 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "monitor/livingvalue.h"
 
 namespace krx {
 
 class Board;
-class LinkNewComPort06;
 class PinSettings;
 struct BoardState;
 
 /// What the tab works on; all of it outlives the tab.
 struct ControlParts {
-  LinkNewComPort06& ChipLink;
+  Link& ChipLink;
   Board& EvalBoard;
   const BoardState& BoardFlags;
   PinSettings& Pins;
   double& ThermPeriod;  ///< s
+  LivingParts Living;
 };
+
+/// The three switches of a diode, or one switch: as they are known.
+enum class SwitchState { NotRead, Open, Closed, Mixed };
 
 /// What the boxes and options of the "Control " tab show.
 struct ControlState {
   bool HasBoard = false;  ///< switches and heaters exist only on the evaluation board
 
-  bool Therm = false;  ///< chkPROCHOT; the two options are enabled with it and both clear without it
+  bool PinsRead = false;  ///< the bytes that decide on the pin functions were seen on the bus
+  bool Therm = false;     ///< chkPROCHOT; the two options are enabled with it and both clear without it
   bool ThermOn5v = false;
   bool ThermOnTach4 = false;
 
@@ -39,7 +46,10 @@ struct ControlState {
 
   std::array<bool, 2> Diodes{};
   std::array<bool, 5> Vid{};
+  std::array<SwitchState, 2> DiodeSwitches{};
+  std::optional<int> ClosedSwitches;  ///< of the board's 32; none before all of them are known
   std::array<bool, 2> Heaters{};
+  std::array<bool, 2> HeatersRead{};
   std::string ThermPeriod;  ///< s
 };
 
@@ -79,5 +89,22 @@ class ControlModel {
   ControlParts parts_;
   ControlState state_;
 };
+
+/// What the head and the bottom line of a section say.
+struct SectionWords {
+  enum class State { NotRead, Off, On, Unclear };
+  State Now = State::NotRead;
+  std::string Word = "not read";
+  std::string Consequence;  ///< one sentence, or nothing
+};
+SectionWords ThermWords(const ControlState& state);
+SectionWords AlertWords(const ControlState& state);
+SectionWords SensorWords(const ControlState& state);
+SectionWords HeaterWords(const ControlState& state);
+
+/// "U4A, U4B, U4C closed". diode: 0 or 1.
+std::string DiodeWords(const ControlState& state, std::size_t diode);
+/// "15 of 32 switches closed"
+std::string SwitchesWords(const ControlState& state);
 
 }  // namespace krx

@@ -10,6 +10,7 @@
 #include "monitor/displaystate.h"
 #include "monitor/easysetup.h"
 #include "monitor/firstvalues.h"
+#include "monitor/livingvalue.h"
 #include "monitor/readingcycle.h"
 #include "monitor/seenranges.h"
 #include "records/logstate.h"
@@ -28,12 +29,6 @@ constexpr GaugeScale firstStrip2Range{-20, 120};
 constexpr std::int16_t thermOn5v = 1;
 constexpr std::int16_t thermOnTach4 = 2;
 constexpr std::int16_t alertOn25v = 2;
-
-/// A temperature register as last seen on the bus.
-std::string SeenDegrees(const RegisterImage& seen, std::uint8_t reg) {
-  const auto byte = seen.Byte(reg);
-  return byte ? std::to_string(static_cast<std::int8_t>(*byte)) : "–";
-}
 
 constexpr std::int16_t boardMedium = 1;
 constexpr std::int16_t smbusMedium = 0;
@@ -280,12 +275,12 @@ void VisualModel::ShowSlider(int value) {
 }
 
 void VisualModel::ShowZones() {
-  const ZoneState& zones = parts_.Zones;
-  for (std::size_t zone = 0; zone < zones.ZoneTmin.size(); ++zone) {
-    const bool enabled = zones.ZoneOpEnable[zone];
-    state_.TminTexts[zone] = enabled ? SeenDegrees(parts_.ChipLink.Seen, chip::Zones[zone].Tmin) : "Disabled";
-    state_.OpPointTexts[zone] =
-        enabled ? SeenDegrees(parts_.ChipLink.Seen, chip::Zones[zone].OperatingPoint) : "Disabled";
+  const auto text = [&](std::size_t zone, std::uint8_t reg) {
+    return ZoneDegrees(parts_.ChipLink.Seen, parts_.Zones, zone, reg);
+  };
+  for (std::size_t zone = 0; zone < chip::Zones.size(); ++zone) {
+    state_.TminTexts[zone] = text(zone, chip::Zones[zone].Tmin);
+    state_.OpPointTexts[zone] = text(zone, chip::Zones[zone].OperatingPoint);
   }
 }
 

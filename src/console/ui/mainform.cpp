@@ -221,6 +221,7 @@ void MainForm::AfterUndo(const UndoResult& undone) {
 
 void MainForm::ShowReadings(bool old) {
   if (old || visual_->isVisible()) visual_->ShowReadings(old);
+  if (old || control_->isVisible()) control_->ShowReadings(old);
 }
 
 void MainForm::ResetRanges() {

@@ -82,8 +82,8 @@ void WindowOpener::Serve(const MainPage& main, const VisualDisplayPage& visual, 
   connect(&menu, &MainMenu::HelpRequested, this,
           [this](HelpPage page) { static_cast<HelpWindow*>(Open(AppWindow::Help))->ShowPage(page); });
   connect(&visual, &VisualDisplayPage::SetupLogRequested, this, open(AppWindow::SetupLog));
-  connect(&control, &ControlPage::SwitchAccessWanted, this, open(AppWindow::SwitchAccess));
-  connect(&control, &ControlPage::FanConfigWanted, this, open(AppWindow::FanConfig));
+  connect(&control, &ControlPage::SwitchAccessRequested, this, open(AppWindow::SwitchAccess));
+  connect(&control, &ControlPage::FanConfigRequested, this, open(AppWindow::FanConfig));
 }
 
 QDialog* WindowOpener::Open(AppWindow which) {

@@ -1,185 +1,170 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "control/ui/controlpage.h"
 
-#include <QCheckBox>
 #include <QGridLayout>
-#include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
-#include <utility>
+#include <QResizeEvent>
+#include <QScrollArea>
 
+#include "control/controlreadings.h"
+#include "control/ui/boardsections.h"
+#include "control/ui/fancard.h"
+#include "control/ui/pinsections.h"
+#include "control/ui/powercard.h"
+#include "controls/ui/labels.h"
+#include "controls/ui/texts.h"
 #include "controls/ui/userdialogs.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr const char* noBoardText =
-    "There is no evaluation board on the SMBus: its switches and heaters cannot be set.";
+constexpr double noteScale = 0.92;
+// In heights of a line.
+constexpr double leftWidth = 28.3;
+constexpr double leftCompactWidth = 25;
+constexpr double margin = 0.85;
+constexpr double gap = 0.7;
+constexpr double fullWidth = 76;
+constexpr double fullHeight = 46;
 
-/// Shows a mark without a click. An option in a group of two can only be cleared while it is not exclusive.
-void Mark(QAbstractButton& button, bool marked) {
-  const bool exclusive = button.autoExclusive();
-  button.setAutoExclusive(false);
-  button.setChecked(marked);
-  button.setAutoExclusive(exclusive);
+QPushButton* MakeLaterButton(const QString& caption) {
+  auto* const button = new QPushButton(caption);
+  button->setEnabled(false);
+  button->setToolTip(u"Not available yet"_s);
+  return button;
+}
+
+Card* MakeFileCard() {
+  auto* const card = new Card(u"File Access"_s);
+  card->SetState(Mark::None, u"not available yet"_s, true);
+  auto* const row = new QHBoxLayout;
+  card->Body().addLayout(row);
+  const auto add = [&](const QString& title, const QStringList& captions) {
+    auto* const section = new Card(title, Card::Kind::Section);
+    auto* const column = new QVBoxLayout;
+    for (const QString& caption : captions) column->addWidget(MakeLaterButton(caption));
+    auto* const left = new QHBoxLayout;
+    left->addLayout(column);
+    left->addStretch();
+    section->Body().addLayout(left);
+    section->Body().addStretch();
+    row->addWidget(section, 1);
+  };
+  add(u"Save/Recall"_s, {u"Save Register Values..."_s, u"Recall Previous Setup..."_s});
+  add(u"Log Data To File"_s, {u"Make New Log"_s});
+  return card;
+}
+
+QLabel* MakeNote(const QString& name, const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setObjectName(name);
+  label->setWordWrap(true);
+  return label;
 }
 
 }  // namespace
 
 ControlPage::ControlPage(const ControlParts& parts, UserDialogs& dialogs, bool readOnly)
-    : model_(parts), dialogs_(dialogs), readOnly_(readOnly) {
-  auto* const grid = new QGridLayout(this);
-  grid->addWidget(MakeFanGroup(), 0, 0);
-  grid->addWidget(MakeThermTimeGroup(), 1, 0);
-  grid->addWidget(
-      MakeLaterGroup("File Access", {"Save Register Values...", "Recall Previous Setup...", "Make New Log"}), 2, 0);
-  grid->addWidget(MakeLaterGroup("Power and Operating Point",
-                                 {"Operating Point Demo", "Power/Current Parameters", "Power/Current Display"}),
-                  3, 0);
-
-  auto* const board = new QGroupBox("Board Control");
-  auto* const boardGrid = new QGridLayout(board);
-  boardGrid->addWidget(MakeThermGroup(), 0, 0);
-  boardGrid->addWidget(MakeAlertGroup(), 0, 1);
-  boardGrid->addWidget(MakeBoardGroup("Sensors", "chkSensor", "Diode%1 Enabled", sensors_, &ControlModel::SetDiode), 1,
-                       0);
-  boardGrid->addWidget(MakeBoardGroup("Heaters", "chkHeater", "Heater%1 Enabled", heaters_, &ControlModel::SetHeater),
-                       1, 1);
-  pnlVidBits_ = MakeVidPanel();
-  boardGrid->addWidget(pnlVidBits_, 2, 0, 1, 2);
-  noBoard_ = new QLabel(noBoardText);
-  noBoard_->setObjectName("lblNoBoard");
-  noBoard_->setWordWrap(true);
-  boardGrid->addWidget(noBoard_, 3, 0, 1, 2);
-  vidNotProbed_ = new QLabel("VID drive: not probed. The probe writes switch U3D, which a read-only run leaves alone.");
-  vidNotProbed_->setObjectName("lblVidNotProbed");
-  vidNotProbed_->setWordWrap(true);
-  boardGrid->addWidget(vidNotProbed_, 4, 0, 1, 2);
-  boardGrid->setRowStretch(5, 1);
-  grid->addWidget(board, 0, 1, 4, 1);
-  grid->setColumnStretch(1, 1);
-  grid->setRowStretch(4, 1);
-  grid->setColumnStretch(2, 1);
+    : parts_(parts), model_(parts), dialogs_(dialogs) {
+  auto* const page = new QVBoxLayout(this);
+  page->setContentsMargins(0, 0, 0, 0);
+  auto* const area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  page->addWidget(area);
+  auto* const content = new QWidget;
+  auto* const columns = new QHBoxLayout(content);
+  const int around = Lines(*this, margin);
+  columns->setContentsMargins(around, around, around, around);
+  columns->setSpacing(Lines(*this, gap));
+  columns->addWidget(MakeLeftColumn());
+  columns->addWidget(MakeRightColumn(readOnly), 1);
+  area->setWidget(content);
+  SetCompact(false);
   ShowState();
 }
 
-QGroupBox* ControlPage::MakeFanGroup() {
-  auto* const group = new QGroupBox("Fan Configuration");
-  auto* const layout = new QVBoxLayout(group);
-  const auto add = [&](const char* name, const QString& caption) {
-    auto* const button = new QPushButton(caption);
-    button->setObjectName(name);
-    layout->addWidget(button);
-    return button;
-  };
-  auto* const temps = add("cmdAuto", "Configure Temps...");
-  temps->setEnabled(false);
-  temps->setToolTip("Not available yet");
-  switchAccess_ = add("cmdSwitchAccess", "Switch Access...");
-  fanConfig_ = add("cmdConfigureFans", "Configure Fans...");
-  connect(switchAccess_, &QPushButton::clicked, this, &ControlPage::SwitchAccessWanted);
-  connect(fanConfig_, &QPushButton::clicked, this, &ControlPage::FanConfigWanted);
-  return group;
+QWidget* ControlPage::MakeLeftColumn() {
+  auto* const column = new QWidget;
+  left_ = column;
+  auto* const layout = new QVBoxLayout(column);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(Lines(*this, gap));
+  fans_ = new FanCard;
+  connect(fans_, &FanCard::SwitchAccessRequested, this, &ControlPage::SwitchAccessRequested);
+  connect(fans_, &FanCard::FanConfigRequested, this, &ControlPage::FanConfigRequested);
+  power_ = new PowerCard;
+  layout->addWidget(fans_);
+  layout->addWidget(MakeThermTimeCard());
+  layout->addWidget(power_, 1);
+  return column;
 }
 
-QGroupBox* ControlPage::MakeLaterGroup(const QString& title, const QStringList& captions) {
-  auto* const group = new QGroupBox(title);
-  auto* const layout = new QVBoxLayout(group);
-  for (const QString& caption : captions) {
-    auto* const button = new QPushButton(caption);
-    button->setEnabled(false);
-    button->setToolTip("Not available yet");
-    layout->addWidget(button);
-  }
-  return group;
-}
-
-QCheckBox* ControlPage::MakeCheck(QVBoxLayout& layout, const char* name, const QString& caption,
-                                  std::function<void(bool)> clicked) {
-  auto* const check = new QCheckBox(caption);
-  check->setObjectName(name);
-  layout.addWidget(check);
-  // Clicks only: what a refresh shows must not be written back.
-  connect(check, &QCheckBox::clicked, this,
-          [this, clicked = std::move(clicked)](bool ticked) { Act([&] { clicked(ticked); }); });
-  return check;
-}
-
-QRadioButton* ControlPage::MakeOption(QVBoxLayout& layout, const char* name, const QString& caption,
-                                      std::function<void()> clicked) {
-  auto* const option = new QRadioButton(caption);
-  option->setObjectName(name);
-  layout.addWidget(option);
-  if (clicked) connect(option, &QRadioButton::clicked, this, [this, clicked = std::move(clicked)] { Act(clicked); });
-  return option;
-}
-
-QGroupBox* ControlPage::MakeThermGroup() {
-  auto* const group = new QGroupBox("THERM Setup");
-  auto& layout = *new QVBoxLayout(group);
-  chkProchot_ = MakeCheck(layout, "chkPROCHOT", "EnableTHERM", [this](bool ticked) { model_.SetTherm(ticked); });
-  opt5V_ = MakeOption(layout, "opt5V", "Input on 5V pin", [this] { model_.SetThermPin(true); });
-  optTach4_ = MakeOption(layout, "optTach4", "Input on Tach4 pin", [this] { model_.SetThermPin(false); });
-  QRadioButton* const prochot = MakeOption(layout, "optPROCHOT", "Enable PROCHOT", nullptr);
-  prochot->setEnabled(false);
-  prochot->setToolTip("Has no action: EnableTHERM switches the input");
-  layout.addStretch();
-  return group;
-}
-
-QGroupBox* ControlPage::MakeAlertGroup() {
-  auto* const group = new QGroupBox("SMBAlert Setup");
-  auto& layout = *new QVBoxLayout(group);
-  const auto onPwm2 = [this](bool ticked) { model_.SetAlertOnPwm2(ticked); };
-  chkAlert_ = MakeCheck(layout, "chkAlert", "Enable Alert", onPwm2);
-  chkPwm2Alert_ = MakeCheck(layout, "chkPWM2Alert", "ALERT on PWM2 pin", onPwm2);
-  chk25vAlert_ =
-      MakeCheck(layout, "chk25vAlert", "ALERT on 2.5V pin", [this](bool ticked) { model_.SetAlertOn25v(ticked); });
-  opt25V_ = MakeOption(layout, "opt25V", "Alert on 2.5V pin", [this] { model_.SetAlertOn25v(true); });
-  optPwm2_ = MakeOption(layout, "optPWM2", "Alert on PWM2 pin", [this] { model_.SetAlertOn25v(false); });
-  return group;
-}
-
-QGroupBox* ControlPage::MakeBoardGroup(const QString& title, const char* name, const QString& caption,
-                                       std::array<QCheckBox*, 2>& boxes, void (ControlModel::*set)(std::size_t, bool)) {
-  auto* const group = new QGroupBox(title);
-  auto& layout = *new QVBoxLayout(group);
-  for (std::size_t i = 0; i < boxes.size(); ++i) {
-    const QByteArray numbered = QByteArray(name) + QByteArray::number(static_cast<int>(i) + 1);
-    boxes.at(i) = MakeCheck(layout, numbered.constData(), caption.arg(i + 1),
-                            [this, set, i](bool ticked) { (model_.*set)(i, ticked); });
-  }
-  return group;
-}
-
-QWidget* ControlPage::MakeVidPanel() {
-  auto* const panel = new QGroupBox("VID Bits");
-  panel->setObjectName("pnlVIDBits");
-  auto* const row = new QHBoxLayout(panel);
-  for (std::size_t i = 0; i < vid_.size(); ++i) {
-    auto* const column = new QVBoxLayout;
-    row->addLayout(column);
-    const QByteArray name = "chkVID_" + QByteArray::number(static_cast<int>(i));
-    vid_.at(i) = MakeCheck(*column, name.constData(), QString("VID%1").arg(i),
-                           [this, i](bool ticked) { model_.SetVid(i, ticked); });
-  }
-  row->addStretch();
-  return panel;
-}
-
-QGroupBox* ControlPage::MakeThermTimeGroup() {
-  auto* const group = new QGroupBox("Set THERM# Read Time");
-  auto* const row = new QHBoxLayout(group);
+QWidget* ControlPage::MakeThermTimeCard() {
+  auto* const card = new Card(u"Set THERM# Read Time"_s);
   txtProcTime_ = new QLineEdit;
-  txtProcTime_->setObjectName("txtProcTime");
-  txtProcTime_->setAccessibleName("THERM read time in seconds");
-  row->addWidget(txtProcTime_, 1);
-  row->addWidget(new QLabel("s"));
+  txtProcTime_->setObjectName(u"txtProcTime"_s);
+  txtProcTime_->setAccessibleName(u"THERM read time in seconds"_s);
+  txtProcTime_->setFixedWidth(Lines(*this, 6.4));
+  thermNow_ = MakeLabel(u"lblTherm"_s, 1, false);
+  thermRead_ = MakeLabel(u"lblThermRead"_s, noteScale, false, true);
+  auto* const unit = MakeLabel({}, 1, false, true);
+  unit->setText(u"s"_s);
+  auto* const words = new QVBoxLayout;
+  words->setSpacing(1);
+  words->addWidget(thermNow_);
+  words->addWidget(thermRead_);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(txtProcTime_);
+  row->addWidget(unit);
+  row->addSpacing(Lines(*this, 4));
+  row->addLayout(words, 1);
+  card->Body().addLayout(row);
   connect(txtProcTime_, &QLineEdit::textEdited, this,
           [this](const QString& text) { model_.SetThermPeriod(text.toStdString()); });
-  return group;
+  return card;
+}
+
+QWidget* ControlPage::MakeRightColumn(bool readOnly) {
+  auto* const column = new QWidget;
+  auto* const layout = new QVBoxLayout(column);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(Lines(*this, gap));
+  layout->addWidget(MakeBoardCard(readOnly), 1);
+  layout->addWidget(MakeFileCard());
+  return column;
+}
+
+QWidget* ControlPage::MakeBoardCard(bool readOnly) {
+  const ControlAccess access{model_, [this](const std::function<void()>& action) { Act(action); }, readOnly};
+  auto* const card = new Card(u"Board Control"_s);
+  card->SetState(Mark::None, readOnly ? u"read-only"_s : u"every click writes at once"_s, true);
+  auto* const grid = new QGridLayout;
+  card->Body().addLayout(grid);
+  grid->addWidget(therm_ = new ThermSection(access), 0, 0);
+  grid->addWidget(alert_ = new AlertSection(access), 0, 1);
+  grid->addWidget(sensors_ = new SensorSection(access), 1, 0);
+  grid->addWidget(heaters_ = new HeaterSection(access), 1, 1);
+  grid->addWidget(vid_ = new VidStrip(access), 2, 0, 1, 2);
+  noBoard_ = MakeNote(u"lblNoBoard"_s,
+                      u"There is no evaluation board on the SMBus: its switches and heaters cannot be set."_s);
+  vidNotProbed_ =
+      MakeNote(u"lblVidNotProbed"_s,
+               u"VID drive: not probed. The probe writes switch U3D, which a read-only run leaves alone."_s);
+  grid->addWidget(noBoard_, 3, 0, 1, 2);
+  grid->addWidget(vidNotProbed_, 4, 0, 1, 2);
+  for (const int i : {0, 1}) {
+    grid->setColumnStretch(i, 1);
+    grid->setRowStretch(i, 1);
+  }
+  return card;
 }
 
 void ControlPage::Enter() {
@@ -198,7 +183,7 @@ void ControlPage::PinsChanged() {
 }
 
 void ControlPage::SetFanDialogAvailable(bool available) {
-  fanConfig_->setEnabled(available);
+  fans_->SetFanDialogAvailable(available);
 }
 
 void ControlPage::Act(const std::function<void()>& action) {
@@ -209,37 +194,47 @@ void ControlPage::Act(const std::function<void()>& action) {
 
 void ControlPage::ShowState() {
   const ControlState& state = model_.State();
-  Mark(*chkProchot_, state.Therm);
-  Mark(*opt5V_, state.ThermOn5v);
-  Mark(*optTach4_, state.ThermOnTach4);
-  for (QRadioButton* const option : {opt5V_, optTach4_}) option->setEnabled(state.Therm && !readOnly_);
-  chkProchot_->setEnabled(!readOnly_);
-
-  Mark(*chkAlert_, state.AlertOnPwm2);
-  Mark(*chkPwm2Alert_, state.AlertOnPwm2);
-  for (QCheckBox* const check : {chkAlert_, chkPwm2Alert_}) check->setEnabled(!readOnly_);
-  Mark(*chk25vAlert_, state.AlertOn25v);
-  Mark(*opt25V_, state.AlertOn25v);
-  Mark(*optPwm2_, state.NoAlertOn25v);
-  chk25vAlert_->setEnabled(state.Alert25vOffered && !readOnly_);
-  opt25V_->setEnabled(state.Alert25vOffered && !readOnly_);
-  optPwm2_->setEnabled(!readOnly_);  // it clears the bit, whatever the probe found
-
-  const auto show = [&](auto& boxes, const auto& marks) {
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-      Mark(*boxes.at(i), marks.at(i));
-      boxes.at(i)->setEnabled(state.HasBoard && !readOnly_);
-      boxes.at(i)->setToolTip(state.HasBoard ? QString() : noBoardText);
-    }
-  };
-  show(sensors_, state.Diodes);
-  show(heaters_, state.Heaters);
-  show(vid_, state.Vid);
-  pnlVidBits_->setVisible(state.VidShown);
+  therm_->ShowState(state);
+  alert_->ShowState(state);
+  sensors_->ShowState(state);
+  heaters_->ShowState(state);
+  vid_->ShowState(state);
+  fans_->ShowState(state);
   noBoard_->setVisible(!state.HasBoard);
   vidNotProbed_->setVisible(state.HasBoard && !state.VidProbed);
-  switchAccess_->setEnabled(state.HasBoard);
-  switchAccess_->setToolTip(state.HasBoard ? QString() : noBoardText);
+  ShowReadings(old_);
+}
+
+void ControlPage::ShowReadings(bool old) {
+  old_ = old;
+  const ControlState& state = model_.State();
+  const ControlReadings readings = ReadControl(parts_, state, old);
+  fans_->ShowReadings(readings);
+  power_->ShowReadings(readings, parts_.Living.Power);
+  sensors_->ShowReadings(state, readings);
+  heaters_->ShowReadings(parts_, readings);
+  vid_->ShowReadings(readings);
+  SetTextIfChanged(*thermNow_, readings.Therm);
+  SetMuted(*thermNow_, readings.Old);
+  SetTextIfChanged(*thermRead_, readings.ThermRead);
+  txtProcTime_->setAccessibleDescription(QtText(readings.Therm + ", " + readings.ThermRead));
+}
+
+void ControlPage::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  SetCompact(event->size().width() < Lines(*this, fullWidth) || event->size().height() < Lines(*this, fullHeight));
+}
+
+void ControlPage::SetCompact(bool compact) {
+  left_->setFixedWidth(Lines(*this, compact ? leftCompactWidth : leftWidth));
+  fans_->SetCompact(compact);
+  power_->SetCompact(compact);
+  heaters_->SetCompact(compact);
+  const auto note = [&](Card* section, const QString& text) { section->SetNote(compact ? QString() : text); };
+  note(therm_, u"78h bit 1, 7Dh bit 1"_s);
+  note(alert_, u"78h bit 0, 7Dh bit 0"_s);
+  note(sensors_, u"device U4"_s);
+  note(heaters_, u"last 60 s"_s);
 }
 
 }  // namespace krx

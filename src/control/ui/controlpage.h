@@ -2,24 +2,27 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <functional>
 
 #include "control/controlmodel.h"
 
-class QCheckBox;
-class QGroupBox;
 class QLabel;
 class QLineEdit;
-class QPushButton;
-class QRadioButton;
-class QVBoxLayout;
 
 namespace krx {
 
+class AlertSection;
+class Card;
+class FanCard;
+class HeaterSection;
+class PowerCard;
+class SensorSection;
+class ThermSection;
 class UserDialogs;
+class VidStrip;
 
-/// Tab "Control ": pin settings, board boxes, and the buttons that open the dialogs.
+/// Tab "Control ": pin settings, board boxes, and the buttons that open the dialogs, each beside the readings that it
+/// acts on.
 class ControlPage : public QWidget {
   Q_OBJECT
 
@@ -33,46 +36,41 @@ class ControlPage : public QWidget {
   void SwitchesChanged();
   /// Shows what the pin modes are now; without any transfer.
   void PinsChanged();
+  /// Shows what the cycle measured; without any transfer. old: the cycle does not run.
+  void ShowReadings(bool old);
   void SetFanDialogAvailable(bool available);
 
  signals:
-  void SwitchAccessWanted();
-  void FanConfigWanted();
+  void SwitchAccessRequested();
+  void FanConfigRequested();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
-  QGroupBox* MakeFanGroup();
-  QGroupBox* MakeThermGroup();
-  QGroupBox* MakeAlertGroup();
-  QGroupBox* MakeBoardGroup(const QString& title, const char* name, const QString& caption,
-                            std::array<QCheckBox*, 2>& boxes, void (ControlModel::*set)(std::size_t, bool));
-  QWidget* MakeVidPanel();
-  QGroupBox* MakeThermTimeGroup();
-  QGroupBox* MakeLaterGroup(const QString& title, const QStringList& captions);
-  QCheckBox* MakeCheck(QVBoxLayout& layout, const char* name, const QString& caption,
-                       std::function<void(bool)> clicked);
-  QRadioButton* MakeOption(QVBoxLayout& layout, const char* name, const QString& caption,
-                           std::function<void()> clicked);
+  QWidget* MakeLeftColumn();
+  QWidget* MakeRightColumn(bool readOnly);
+  QWidget* MakeThermTimeCard();
+  QWidget* MakeBoardCard(bool readOnly);
+  void SetCompact(bool compact);
   void Act(const std::function<void()>& action);
   void ShowState();
 
+  ControlParts parts_;
   ControlModel model_;
   UserDialogs& dialogs_;
-  bool readOnly_;
-  QCheckBox* chkProchot_ = nullptr;
-  QRadioButton* opt5V_ = nullptr;
-  QRadioButton* optTach4_ = nullptr;
-  QCheckBox* chkAlert_ = nullptr;
-  QCheckBox* chkPwm2Alert_ = nullptr;
-  QCheckBox* chk25vAlert_ = nullptr;
-  QRadioButton* opt25V_ = nullptr;
-  QRadioButton* optPwm2_ = nullptr;
-  std::array<QCheckBox*, 2> sensors_{};
-  std::array<QCheckBox*, 2> heaters_{};
-  std::array<QCheckBox*, 5> vid_{};
-  QWidget* pnlVidBits_ = nullptr;
+  bool old_ = true;
+  QWidget* left_ = nullptr;
+  FanCard* fans_ = nullptr;
+  PowerCard* power_ = nullptr;
+  ThermSection* therm_ = nullptr;
+  AlertSection* alert_ = nullptr;
+  SensorSection* sensors_ = nullptr;
+  HeaterSection* heaters_ = nullptr;
+  VidStrip* vid_ = nullptr;
   QLineEdit* txtProcTime_ = nullptr;
-  QPushButton* switchAccess_ = nullptr;
-  QPushButton* fanConfig_ = nullptr;
+  QLabel* thermNow_ = nullptr;
+  QLabel* thermRead_ = nullptr;
   QLabel* noBoard_ = nullptr;
   QLabel* vidNotProbed_ = nullptr;
 };

@@ -60,7 +60,7 @@ TEST(MainForm, EachPageSaysItsWordsNamesTheMediumAndLeavesRoomForItsFrame) {
   EXPECT_EQ(
       words,
       "Simulated board · printer port 2Dh|Abo\nCompany ID|Revision|Configuration Reg. \n"
-      "Fan Configuration|(Configure Temps...)|\nTEMPERATURES|Local|Remote 1|Remote 2|FANS|Fan 1|Fan 2|Fan 3|Fan 4|"
+      "Fan Configuration|old|(Configure Temps.\nTEMPERATURES|Local|Remote 1|Remote 2|FANS|Fan 1|Fan 2|Fan 3|Fan 4|"
       "VOLTAGES|5V|12V|Vccp|Vcc|2.5V|Live|Pause|Fit|Traces|Export|LOCAL|–|not read yet|min – · max –|mean –|"
       "Reset|High limit|Low limit|Fan1 PWM|manual|–|Easy Setup|Setup Log...|Fan Test Setup|glitch test|"
       "(Expand Graph)|Tmin / operating point|Local|–|/|–|Remote 1|–|/|–|Remote 2|–|/|–\n");

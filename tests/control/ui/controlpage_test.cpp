@@ -8,8 +8,10 @@
 
 #include "board/boardsync.h"
 #include "console/pageparts.h"
+#include "support/formbench.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
+#include "support/words.h"
 
 namespace krx {
 namespace {
@@ -97,6 +99,45 @@ TEST(ControlPage, OnTheSmbusBoardControlsAreDisabled) {
   EXPECT_TRUE(bench.Button("chkPROCHOT").isEnabled());
   EXPECT_FALSE(bench.Page.findChild<QWidget*>("lblNoBoard")->isHidden());
   EXPECT_TRUE(ControlBench().Page.findChild<QWidget*>("lblNoBoard")->isHidden());
+}
+
+TEST(ControlPage, ShowsTheReadingsBesideTheirControlsWhileTheCycleRunsAndAfterIt) {
+  FormBench bench;
+  bench.Chip.Poke("25:3A 40:01");
+  bench.Open();
+  bench.Form->SelectTab(MainForm::Control);
+  EXPECT_TRUE(bench.Shows("lblHeaterZone1", "58.00"));
+  bench.Click("chkHeater1");
+  bench.Chip.Advance(41);
+  const auto* const heater = bench.Find<QAbstractButton>("chkHeater1");
+  const auto describes = [&](const char* words) {
+    return bench.Wait([&] { return heater->accessibleDescription().contains(words); });
+  };
+  EXPECT_TRUE(describes("on for 00:41, Remote 1 58.00 C")) << heater->accessibleDescription().toStdString();
+  EXPECT_EQ(bench.Find<QLabel>("lblHeaterZone1")->foregroundRole(), QPalette::WindowText);
+  bench.Form->SelectTab(MainForm::ReadWrite);
+  bench.Chip.BusTraffic();
+  EXPECT_TRUE(describes("58.00 C, old")) << heater->accessibleDescription().toStdString();
+  EXPECT_EQ(bench.Find<QLabel>("lblHeaterZone1")->foregroundRole(), QPalette::PlaceholderText);
+  EXPECT_EQ(bench.Chip.BusTraffic(), "");
+}
+
+TEST(ControlPage, TabLeadsDownTheFirstColumnFirstAndNothingIsCutInASmallWindow) {
+  ControlBench bench;
+  bench.Page.resize(bench.Page.fontMetrics().height() * 73, bench.Page.fontMetrics().height() * 44);
+  bench.Page.show();
+  EXPECT_EQ(Flaws(bench.Page), "");
+  QStringList names;
+  const QWidget* widget = bench.Page.nextInFocusChain();
+  for (; widget != &bench.Page; widget = widget->nextInFocusChain()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) && widget->isVisible() && widget->isEnabled())
+      names << widget->objectName();
+  }
+  EXPECT_EQ(names.join(' ').toStdString(),
+            "cmdSwitchAccess cmdConfigureFans txtProcTime chkPROCHOT chkAlert chkPWM2Alert optPWM2 chk25vAlert opt25V "
+            "chkSensor1 chkSensor2 chkHeater1 chkHeater2");
+  const auto* const area = bench.Page.findChild<QScrollArea*>();
+  EXPECT_LE(area->widget()->minimumSizeHint().width(), area->viewport()->width());
 }
 
 }  // namespace
