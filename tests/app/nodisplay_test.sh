@@ -25,6 +25,6 @@ for setting in NOTHING= DISPLAY=:987 WAYLAND_DISPLAY=nowhere QT_QPA_PLATFORM=xcb
 done
 ends_with 2 '--theme takes system, light or dark, not "x"' NOTHING= --theme x
 ends_with 2 '--connect takes any, printer-port or smbus, not "1"' NOTHING= --connect 1
-ends_with 2 'there is no option "--nope"; see krx5580-console --help' NOTHING= -platform offscreen -reverse --nope
+ends_with 2 'unknown option "--nope"; see krx5580-console --help' NOTHING= -platform offscreen -reverse --nope
 ends_with 2 '--read-only takes no value; see krx5580-console --help' NOTHING= --read-only=0
 exit "$failed"

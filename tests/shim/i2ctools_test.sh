@@ -60,7 +60,7 @@ for ending in "INT 0 --smbus 1" "KILL 137 --printer-port 0"; do
   code=0
   console write 0x4E 0x11 $bus >/dev/null 2>"$directory/refused" || code=$?
   expect "exit code of a write to a held chip, $bus" "1" "$code"
-  expect "the holder is named, $bus" "1" "$(grep -c "used by krx5580 (process $holder): it can only be read" "$directory/refused")"
+  expect "the holder is named, $bus" "1" "$(grep -c "in use by krx5580 (process $holder) and can only be read" "$directory/refused")"
   expect "company id of a held chip, $bus" "0x41" "$(console read 0x3E $bus | value)"
   kill -"${ending%% *}" "$holder"
   wait "$holder" 2>/dev/null && code=0 || code=$?
