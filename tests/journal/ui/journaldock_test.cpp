@@ -96,8 +96,8 @@ TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
   window.Press("cmdUndoLast");
   EXPECT_EQ(window.Notice(), "Undo of \"Easy Setup\": 51h = 7Eh, 50h = 81h, 40h = 00h");
   EXPECT_EQ(window.Dialogs.Shown.back(),
-            "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: what it held before was never "
-            "read; it keeps what was written|");
+            "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: previous value unknown; the "
+            "written value is kept|");
 }
 
 TEST(OriginFilter, AHeldKeyIsOneAction) {
@@ -124,7 +124,7 @@ TEST(OriginFilter, AHeldKeyIsOneAction) {
 
 TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   JournalWindow window;
-  EXPECT_FALSE(window.Find<QWidget>("cmdUndoMark")->isEnabled()) << "there is no mark";
+  EXPECT_FALSE(window.Find<QWidget>("cmdUndoMark")->isEnabled()) << "no mark is set";
   window.Press("cmdUndoLast");
   EXPECT_EQ(window.Notice(), "Nothing to undo");
   window.Form->SelectTab(MainForm::ReadWrite);
@@ -159,7 +159,7 @@ TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   EXPECT_EQ(window.Notice(), "Glitch test stopped: PWM2 and PWM3 in manual control at 0 %");
   window.Press("cmdGlitchTest");
   window.Press("cmdUndoLast");
-  EXPECT_TRUE(window.Find<QWidget>("barGlitchTest")->isHidden()) << "the test does not raise what was put back";
+  EXPECT_TRUE(window.Find<QWidget>("barGlitchTest")->isHidden()) << "the test does not raise a restored duty";
 }
 
 TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
