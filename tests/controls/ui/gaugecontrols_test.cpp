@@ -78,7 +78,7 @@ TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
   Mouse(gauge, QEvent::MouseMove, gauge.Grip(Marker::Low), true);
   EXPECT_EQ(gauge.cursor().shape(), Qt::SizeVerCursor);
   DragMouse(gauge, gauge.Grip(Marker::Low), gauge.Grip(Marker::Low));
-  EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "put back on release";
+  EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "restored on release";
   gauge.PutBack(Marker::High);
   EXPECT_EQ(gauge.accessibleDescription(), "High 80, Low 50") << "a rejected value";
 }
