@@ -349,7 +349,7 @@ TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
   EXPECT_FALSE(difference->isVisible());
   console.Click("cmdFanTest");
   EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
-  EXPECT_EQ(difference->text(), "PWM1 is set to Manual Control now");
+  EXPECT_EQ(difference->text(), "PWM1 is now set to Manual Control");
   EXPECT_FALSE(console.Find<QWidget>("pnlSlider")->isVisible()) << "as it was when the chip was found";
   console.Click("cmdUseSlider");
   EXPECT_TRUE(console.Find<QWidget>("pnlSlider")->isVisible());
