@@ -29,7 +29,7 @@ namespace krx {
 double NumberOf(const std::string& option, const std::string& text, double low, double high);
 long WholeNumberOf(const std::string& option, const std::string& text, long low, long high);
 
-/// A name and what it stands for.
+/// A name and its value.
 template <typename Value>
 using Named = std::pair<std::string_view, Value>;
 

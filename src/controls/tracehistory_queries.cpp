@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a trace history answers; how it is stored is in tracehistory.cpp.
+// Queries of the trace history; storage is in tracehistory.cpp.
 #include <algorithm>
 #include <cmath>
 #include <utility>

@@ -21,10 +21,11 @@ namespace krx {
 
 /// The simulated computer: chips with their fans and temperatures, boards on the printer ports, the SMBus, the trace of
 /// all operations and the injected faults. The model advances on each access, in steps of 10 ms of simulated time, so
-/// the same seed, operations and clock readings give the same bytes. After a gap of more than an hour of simulated time
-/// only the last hour is computed: computing days at once would take too long (an hour takes a fraction of a second),
-/// and everything but a slow dynamic Tmin has settled by then. Board and SMBus advance independently, so that an unused
-/// medium costs nothing.
+/// the same seed, operations and clock readings give the same bytes.
+///
+/// After a gap of more than an hour of simulated time only the last hour is computed: computing days at once would take
+/// too long (an hour takes a fraction of a second), and everything but a slow dynamic Tmin has settled by then. Board
+/// and SMBus advance independently, so that an unused medium costs nothing.
 class Simulation {
  public:
   Simulation(Clock& clock, SimOptions options);

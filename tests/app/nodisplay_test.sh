@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# nodisplay_test.sh CONSOLE: where no window can open, the console says so, names the command line and ends with 1;
-# options that are misused end it with 2 before.
+# nodisplay_test.sh CONSOLE: without a display the console reports it, refers to the command line and ends with 1; misused
+# options end it with 2 before that.
 set -u
 console="$1"
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_SESSION_TYPE

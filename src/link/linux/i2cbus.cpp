@@ -27,7 +27,7 @@ namespace {
                                            path));
     case ENXIO:
     case ENODEV:
-      throw CommsError(number, fmt::format("no adapter behind {}: the adapter's driver is not loaded", path));
+      throw CommsError(number, fmt::format("no adapter for {}: its driver is not loaded", path));
     default:
       throw CommsError(number, fmt::format("cannot open {} ({})", path, ErrorSymbol(number)));
   }

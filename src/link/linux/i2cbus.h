@@ -13,8 +13,9 @@ namespace krx {
 
 /// One bus through /dev/i2c-N. The node is opened at the first transfer and kept open, since opening and closing take
 /// ten times as long as a transfer. Nothing is retried. On a hung bus a transfer blocks for 0.2 to 1 s inside the
-/// kernel. Errors carry the kernel's error number and a text that says what to do; NoAcknowledge when no device
-/// responded.
+/// kernel.
+///
+/// Errors carry the kernel's error number and a text that says what to do; NoAcknowledge when no device responded.
 class I2cBus {
  public:
   /// force: also use an address that a kernel driver is bound to. `kernel` and `roots` must outlive the bus.

@@ -19,7 +19,7 @@ namespace krx {
 namespace {
 
 constexpr double claimLimitSeconds = 0.5;
-constexpr const char* nobody = "none";           // the kernel's name for the holder of an idle port
+constexpr const char* idlePort = "none";         // the kernel's name for the holder of an idle port
 constexpr const char* programsDriver = "ppdev";  // the driver used by programs
 constexpr LockRange wholePort{0, 128};           // one byte per bus address
 
@@ -35,7 +35,7 @@ constexpr LockRange wholePort{0, 128};           // one byte per bus address
                                            path));
     case ENXIO:
     case ENODEV:
-      throw CommsError(number, fmt::format("no printer port behind {}: the driver parport_pc is not loaded, "
+      throw CommsError(number, fmt::format("no printer port for {}: the driver parport_pc is not loaded, "
                                            "or the PC has no such port",
                                            path));
     default:
@@ -161,7 +161,7 @@ std::string ParportNode::Path() const {
 
 std::optional<std::string> ParportNode::ActiveDriver() const {
   auto active = FirstLine(PortDirectory(roots_, number_) + "/devices/active");
-  if (active && *active == nobody) active.reset();
+  if (active && *active == idlePort) active.reset();
   return active;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's own start-up order and its main window on the live event pump, over the SMBus, where every transfer
-// handles events.
+// The program's start-up order and its main window on the live event pump with the SMBus, where every transfer handles
+// events.
 #include "console/ui/consolerun.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a user's hand does to gauge, slider, field and lamp, and what the program may do without a word.
+// User input on gauge, slider, field and indicator, and silent changes by the program.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What runs when in the real event loop: the waits of transfers, the timers' turns, the requests to end.
+// Order of events in the real event loop: waits of transfers, turns of timers, requests to end.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <qcustomplot.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user is asked and told, and the files that come of it.
+// Boxes and file dialogs, and the files they produce.
 #include "controls/ui/userdialogs.h"
 
 #include <fmt/format.h>

@@ -38,7 +38,7 @@ TEST_F(I2cDev, SaysWhatToDoWhenTheNodeCannotBeOpenedAndWhatATransferErrorMeans) 
   const std::pair<int, std::string> unopened[] = {
       {ENOENT, path + " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with --smbus"},
       {EACCES, "no permission for " + path + ": join the group i2c (\"adduser USER i2c\") and log in again"},
-      {ENXIO, "no adapter behind " + path + ": the adapter's driver is not loaded"},
+      {ENXIO, "no adapter for " + path + ": its driver is not loaded"},
       {EMFILE, "cannot open " + path + " (EMFILE)"},
   };
   for (const auto& [number, text] : unopened) {

@@ -219,7 +219,7 @@ TEST_F(Parport, SaysWhatToDoAndWorksAgainWhenThePortIsBack) {
       {ENOENT,
        path + " does not exist: load its driver with \"modprobe ppdev\", or choose another port with --printer-port"},
       {EACCES, "no permission for " + path + ": join the group lp (\"adduser USER lp\") and log in again"},
-      {ENXIO, "no printer port behind " + path + ": the driver parport_pc is not loaded, or the PC has no such port"},
+      {ENXIO, "no printer port for " + path + ": the driver parport_pc is not loaded, or the PC has no such port"},
   };
   for (const auto& [number, text] : cases) {
     kernel.OpenErrors[path] = number;
