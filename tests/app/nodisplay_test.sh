@@ -21,7 +21,10 @@ ends_with() {
 }
 for setting in NOTHING= DISPLAY=:987 WAYLAND_DISPLAY=nowhere QT_QPA_PLATFORM=xcb QT_QPA_PLATFORM=wayland \
   QT_QPA_PLATFORM=linuxfb QT_QPA_PLATFORM=nonsense; do
-  ends_with 1 "no window can open here; krx5580 watch shows the same readings in the terminal" "$setting" --connect any
+  display="$setting"
+  [ "$setting" = NOTHING= ] && display="no display"
+  ends_with 1 "cannot open a window ($display); krx5580 watch shows the same readings in the terminal" "$setting" \
+    --connect any
 done
 ends_with 2 '--theme takes system, light or dark, not "x"' NOTHING= --theme x
 ends_with 2 '--connect takes any, printer-port or smbus, not "1"' NOTHING= --connect 1
