@@ -1,12 +1,12 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Installs what is missing, builds the programs and opens the console on the simulated board. Arguments are passed on
-# to the program, so another bus can be named: ./run.sh --medium linux
+# Installs missing packages, builds the programs and opens the console with the simulated board. Arguments are passed to
+# the program, for example to select another bus: ./run.sh --medium linux
 set -eu
 cd -P "$(dirname "$0")"
 . tools/dependencies.sh
 
-# A display is there when one is named and, for a local X display, when its socket is.
+# A display is available if one is named and, for a local X display, if its socket exists.
 display_is_there() {
   if [ -n "${QT_QPA_PLATFORM:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; then return 0; fi
   case "${DISPLAY:-}" in
@@ -19,17 +19,17 @@ display_is_there() {
   esac
 }
 
-# shellcheck disable=SC2086 # a list, one argument a package
+# shellcheck disable=SC2086 # a list, one argument per package
 install_missing $build_packages
 build release krx5580 krx5580-console
 
 if display_is_there; then
   exec build/release/src/krx5580-console --medium simulated "$@"
 fi
-say "there is no display here (neither WAYLAND_DISPLAY nor a usable DISPLAY), so no window can open."
-say "The same readings follow in the terminal: krx5580 watch"
+say "no display found (neither WAYLAND_DISPLAY nor a usable DISPLAY), so no window can be opened."
+say "Showing the same readings in the terminal: krx5580 watch"
 if [ -t 1 ]; then
   exec build/release/src/krx5580 watch --medium simulated "$@"
 fi
-say "Standard output is no terminal: this ends by itself after 15 s."
+say "Standard output is not a terminal: ending automatically after 15 s."
 exec build/release/src/krx5580 watch --medium simulated --duration 15 "$@"

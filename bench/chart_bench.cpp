@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The strip chart against the plotting library drawing the same points by itself: the whole history of 9 traces on
-// 1200x600, and what a stored point costs. Compare the ratios of one run.
+// Compares the strip chart with the plotting library drawing the same points: the whole history of 9 traces at
+// 1200x600, and the memory per stored point. Compare the ratios of one run.
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
@@ -21,8 +21,8 @@ constexpr std::size_t kTraces = 14;
 constexpr int kShown = 9;
 constexpr std::int64_t kTick = 10'000;
 
-// Readings with noise around a swing that fills the picture five times whatever the length of the run, so that every
-// length has the same pixels to paint; each trace at its own height.
+// Readings with noise on an oscillation of five periods for any length of the run, so that every length has the same
+// pixels to paint; each trace at its own height.
 double Swing(std::int64_t i, std::int64_t rows) {
   return 4 * std::sin(static_cast<double>(i) / static_cast<double>(rows) * 31.4);
 }
@@ -100,7 +100,7 @@ void AppendTick(benchmark::State& state) {
 }
 BENCHMARK(AppendTick);
 
-// A day at 100 rows a second under the retention of the console.
+// One day at 100 rows per second with the console's retention.
 void DayWithRetention(benchmark::State& state) {
   std::minstd_rand random(1);
   const auto row = RowAt(1, 1, random);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The main window on the simulated buses, run for some seconds: how long a tick takes against the waits that the SMBus
-// demands, how many ticks a second happen, what the whole process uses of a core, and when the first reading is shown.
-// And how long the user's input waits while the cycle runs: the pointer is moved at random moments, which goes the way
-// of a click, until the window is told. (To be run under X, whose events come from another process as a user's do.)
+// The main window on the simulated buses, run for some seconds: duration of a tick compared with the required SMBus
+// waits, ticks per second, CPU usage of the process, and time to the first reading. Also the input latency while the
+// cycle is running: from a pointer movement at a random time, which takes the same path as a click, to its delivery to
+// the window. (Run it under X, whose events come from another process, like those of a user.)
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -50,7 +50,7 @@ struct Tick {
   std::uint64_t Transfers;
 };
 
-/// The console as the program makes it, its ticks watched.
+/// The console as created by the program, with its ticks observed.
 struct WatchedConsole {
   explicit WatchedConsole(bool board) : Turns(Bus), Bench(Bus) {
     Bus.CommsMedium = board ? 1 : 0;
@@ -113,7 +113,7 @@ void MainWindowCycle(benchmark::State& state) {
 }
 BENCHMARK(MainWindowCycle)->ArgName("board")->Arg(0)->Arg(1)->Iterations(1)->Unit(benchmark::kSecond);
 
-/// Moves the pointer over a window and notes how long it takes until the program hears of it.
+/// Moves the pointer over a window and measures the time until the program receives the event.
 class Nudger : public QObject {
  public:
   explicit Nudger(WatchedConsole& console) : console_(console) {
@@ -125,7 +125,7 @@ class Nudger : public QObject {
   }
 
   std::vector<double> Milliseconds;
-  int Missed = 0;  ///< not heard of before the next one
+  int Missed = 0;  ///< not received before the next one
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {

@@ -1,25 +1,25 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=sh
-# The one list of Debian packages, and the steps that run.sh, test.sh and .ci/run share. To be sourced from the
+# The only list of Debian packages, and the steps shared by run.sh, test.sh and .ci/run. To be sourced from the
 # project's root directory.
 
-# What the two programs are built from and need when they run.
+# Build and run-time packages of the two programs.
 build_packages="g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-wayland libqcustomplot-dev libqcustomplot2.1-qt6
   libcli11-dev libfmt-dev"
 
-# What the tests need beyond that.
+# Additional packages for the tests.
 test_packages="libgtest-dev i2c-tools xvfb at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
 
-# What the checks need beyond the tests: the format, and that the benchmarks (preset bench) still compile.
+# Additional packages for the checks: formatting, and compiling the benchmarks (preset bench).
 check_packages="clang-format-14 libbenchmark-dev"
 
-# Progress goes to standard error, so that standard output carries only what a program prints.
+# Progress goes to standard error, so that standard output carries only the output of the program.
 say() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
 
-# install_missing PACKAGE...: installs those that are not there yet. When all are, it needs no network and no root.
+# install_missing PACKAGE...: installs missing packages. If none is missing, neither network nor root is needed.
 install_missing() {
   if ! command -v dpkg-query >/dev/null 2>&1 || ! command -v apt-get >/dev/null 2>&1; then
-    say "this is not a Debian system, so nothing is installed; the build needs what Debian calls:" "$@"
+    say "not a Debian system, nothing installed; the build needs these Debian packages or their equivalents:" "$@"
     return 0
   fi
   missing=""
@@ -32,16 +32,16 @@ install_missing() {
   as_root=""
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null 2>&1; then
-      say "packages are missing and there is no sudo; as root, run: apt-get update && apt-get install$missing"
+      say "packages are missing and sudo is not available; run as root: apt-get update && apt-get install$missing"
       return 1
     fi
     as_root="sudo"
   fi
   say "installing$missing"
-  # A list that cannot be fetched is no reason to stop: the packages may still be in the cache.
+  # Continue if the lists cannot be fetched: the packages may still be in the cache.
   $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q update >&2 </dev/null ||
-    say "the package lists could not be brought up to date; trying with the old ones"
-  # Word splitting is wanted here: one argument a package.
+    say "could not update the package lists; trying with the old ones"
+  # Word splitting is intended: one argument per package.
   # shellcheck disable=SC2086
   if ! $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends \
     -o DPkg::Lock::Timeout=300 install $missing >&2 </dev/null; then
@@ -50,12 +50,12 @@ install_missing() {
   fi
 }
 
-# configure PRESET: a build directory that was copied or moved here with the sources is made anew, because its cache
-# points to the place it came from.
+# configure PRESET: a build directory that was copied or moved with the sources is recreated, because its cache points
+# to its old location.
 configure() {
   cache="build/$1/CMakeCache.txt"
   if [ -f "$cache" ] && ! grep -Fqx "CMAKE_HOME_DIRECTORY:INTERNAL=$(pwd -P)" "$cache"; then
-    say "build/$1 belongs to another directory; building it anew"
+    say "build/$1 belongs to another directory; recreating it"
     rm -rf "build/$1"
   fi
   cmake --preset "$1" >&2 || {

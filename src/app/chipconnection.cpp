@@ -21,7 +21,7 @@ std::uint8_t ChipAddressOf(const std::string& text) {
   try {
     const std::uint8_t address = ByteFromArgument(text);
     if (address >= lowestAddress && address <= highestAddress) return address;
-  } catch (const UsageError&) {  // said of a register's value, which this is not
+  } catch (const UsageError&) {  // its text is about a register's value; the one below fits
   }
   throw UsageError(fmt::format("--address takes 2Ch, 2Dh or 2Eh, not \"{}\"", text));
 }
@@ -29,9 +29,9 @@ std::uint8_t ChipAddressOf(const std::string& text) {
 }  // namespace
 
 void AddChipOptions(CLI::App& app, ChipChoice& choice) {
-  AddTextOption(app, "--bus", "NAME", "take the chip on this bus: printer-port or smbus",
+  AddTextOption(app, "--bus", "NAME", "use the chip on this bus: printer-port or smbus",
                 [&](const std::string& text) { choice.Bus = ValueOf<ChipBus>("--bus", text, busNames); });
-  AddTextOption(app, "--address", "ADDRESS", "take the chip at this 7-bit address: 2Ch, 2Dh or 2Eh",
+  AddTextOption(app, "--address", "ADDRESS", "use the chip at this 7-bit address: 2Ch, 2Dh or 2Eh",
                 [&](const std::string& text) { choice.Address = ChipAddressOf(text); });
 }
 
@@ -74,7 +74,7 @@ std::string ChipConnection::PlaceOf(const ResultRow& row) const {
 
 void ChipConnection::TakeChip() {
   if (const auto holder = search_.TakeChip()) {
-    throw CommandFailure(fmt::format("{} is used by {}: it can only be read", place_, *holder));
+    throw CommandFailure(fmt::format("{} is in use by {} and can only be read", place_, *holder));
   }
 }
 
@@ -87,8 +87,8 @@ std::string ChipConnection::Searched() const {
 CommandFailure ChipConnection::NotFound(const ChipChoice& choice) const {
   const std::string address = choice.Address ? fmt::format(" at {:02X}h", *choice.Address) : "";
   const bool none = search_.Searched().empty();
-  return CommandFailure(fmt::format("no KRX5580 answers{}{}", address,
-                                    none ? ": this computer has no such bus to search" : " on: " + Searched()));
+  return CommandFailure(
+      fmt::format("no KRX5580 found{}{}", address, none ? ": this computer has no such bus" : " on: " + Searched()));
 }
 
 std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place) {

@@ -20,7 +20,7 @@ namespace krx {
 
 enum class ChipBus { PrinterPort, Smbus };
 
-/// Which of the chips found is meant; what is not set fits every chip.
+/// Selects one of the chips found; an unset member matches any chip.
 struct ChipChoice {
   std::optional<ChipBus> Bus;
   std::optional<std::uint8_t> Address;  ///< 7-bit form
@@ -29,7 +29,7 @@ struct ChipChoice {
 /// Adds --bus and --address. `choice` must outlive the parsing.
 void AddChipOptions(CLI::App& app, ChipChoice& choice);
 
-/// The user wanted the end before the command had begun.
+/// The user stopped the program before the command had begun.
 class Interrupted : public CommandFailure {
  public:
   Interrupted() : CommandFailure("interrupted") {}
@@ -40,30 +40,31 @@ class ChipConnection {
  public:
   ChipConnection(krx::Media media, CommandHost& host);
 
-  /// Searches the buses; every chip that fits the choice, those at printer ports first. What the search has to say goes
-  /// to the host's Err. Throws Interrupted when the user wants the end; the search is given up between two transfers.
+  /// Searches the buses; returns every chip that matches the choice, those on printer ports first. Messages of the
+  /// search go to the host's Err. Throws Interrupted when the user stops the program; the search is then abandoned
+  /// between two transfers.
   std::vector<ResultRow> Search(const ChipChoice& choice);
-  /// False when a bus that Search was to search failed.
+  /// False when one of the searched buses failed.
   bool SearchedAll() const { return searchedAll_; }
 
-  /// Before a command writes: takes the right to do so to its end. Throws CommandFailure naming the program that has
-  /// it, CommsError when the bus cannot be opened.
+  /// Before a command writes: acquires the write lock and keeps it to the end. Throws CommandFailure naming the program
+  /// that holds it, CommsError when the bus cannot be opened.
   void TakeChip();
 
-  /// Searches the buses for the chip and points the link to the first one that fits the choice. Throws
+  /// Searches the buses for the chip and points the link to the first one that matches the choice. Throws
   /// CommandFailure when there is none, and what Search throws.
   void Find(const ChipChoice& choice);
 
   Link& ChipLink() { return link_; }
   const krx::Media& Media() const { return media_; }
-  /// What Find throws when there is none.
+  /// What Find throws when no chip was found.
   CommandFailure NotFound(const ChipChoice& choice) const;
   /// What was searched: "Simulated board", "SMBus I801 adapter at 0700, i2c-1 and printer port 0".
   std::string Searched() const;
   /// "Simulated board, chip at 2Dh on printer port 0", "SMBus I801 adapter at 0700, i2c-1, chip at 2Dh", once a chip is
   /// found.
   const std::string& Place() const { return place_; }
-  /// The same of a chip that the search has found.
+  /// The same for a chip that the search has found.
   std::string PlaceOf(const ResultRow& row) const;
 
  private:
@@ -76,8 +77,8 @@ class ChipConnection {
   bool searchedAll_ = true;
 };
 
-/// One found chip: "2Dh  printer port 0, bus mode 0", "2Eh  SMBus I801 adapter at 0700, i2c-1", or as a JSON object,
-/// which names its place.
+/// One found chip: "2Dh  printer port 0, bus mode 0", "2Eh  SMBus I801 adapter at 0700, i2c-1", or a JSON object
+/// including its place.
 std::string FoundChipLine(const ResultRow& row, bool json, const std::string& place);
 
 }  // namespace krx

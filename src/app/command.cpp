@@ -14,7 +14,7 @@
 #include "app/registerargument.h"
 #include "app/registercommands.h"
 #include "app/watch.h"
-#include "link/commserror.h"
+#include "link/failuretext.h"
 
 namespace krx {
 namespace {
@@ -24,12 +24,11 @@ constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 
 constexpr const char* registerHelp =
-    "A register is named by its address in hexadecimal, 0x5C or 5Ch, or by its name as krx5580 dump prints it or as a "
-    "register save file stores it, whatever the case: \"company id\". Exit codes: 0 done, 1 the bus failed, 2 the "
-    "command was not understood.";
+    "A register is given by its hexadecimal address (0x5C or 5Ch) or by its name as printed by krx5580 dump or stored "
+    "in "
+    "a register save file, in any case: \"company id\". Exit codes: 0 success, 1 bus or output failure, 2 usage error.";
 
-/// What the command line said. Numbers stay texts until the command runs, so that every number of ours is read by the
-/// same rules.
+/// The parsed command line. Numbers stay texts until the command runs, so that all of them are read by the same rules.
 struct Words {
   MediaOptions Media;
   ChipChoice Chip;
@@ -71,7 +70,7 @@ int RunWatch(const Words& words, CommandHost& host) {
   ChipConnection connection(ChooseMedia(words.Media, host.ChipClock()), host);
   try {
     connection.Find(words.Chip);
-  } catch (const Interrupted&) {  // its usual end, only early
+  } catch (const Interrupted&) {  // watch ends normally, just early
     return exitDone;
   }
   if (words.Start) connection.TakeChip();
@@ -94,7 +93,7 @@ int RunScan(const Words& words, CommandHost& host) {
     host.Out() << FoundChipLine(row, words.Json, connection.PlaceOf(row)) << '\n';
   }
   if (rows.empty()) throw connection.NotFound(words.Chip);
-  // The list may lack what is on a bus that failed.
+  // The list may be incomplete: a bus failed.
   return connection.SearchedAll() ? exitDone : exitFailure;
 }
 
@@ -122,13 +121,13 @@ int RunWrite(const Words& words, CommandHost& host) {
   return exitDone;
 }
 
-/// Naming a bus of one kind leaves the other kind alone: whoever names an SMBus does not want a printer probed.
+/// Naming a bus of one kind excludes the other kind: a user who names an SMBus does not want a printer probed.
 void SearchOnlyTheNamedBus(Words& words) {
   if (words.Media.Smbus.has_value() == words.Media.PrinterPort.has_value()) return;
   const ChipBus named = words.Media.Smbus ? ChipBus::Smbus : ChipBus::PrinterPort;
   if (words.Chip.Bus.value_or(named) != named) {
-    throw UsageError(words.Media.Smbus ? "--smbus does not go with --bus printer-port"
-                                       : "--printer-port does not go with --bus smbus");
+    throw UsageError(words.Media.Smbus ? "--smbus cannot be combined with --bus printer-port"
+                                       : "--printer-port cannot be combined with --bus smbus");
   }
   words.Chip.Bus = named;
 }
@@ -136,20 +135,20 @@ void SearchOnlyTheNamedBus(Words& words) {
 using Action = std::function<int(const Words&, CommandHost&)>;
 
 void DescribeWatch(CLI::App& watch, Words& words) {
-  watch.add_option("--interval", words.Interval, "seconds from row to row, 0.1 to 3600 (default 1)")->type_name("S");
+  watch.add_option("--interval", words.Interval, "seconds between rows, 0.1 to 3600 (default 1)")->type_name("S");
   watch.add_option("--count", words.Count, "end after N rows")->type_name("N");
   watch.add_option("--duration", words.Duration, "end after S seconds")->type_name("S");
-  watch.add_option("--pulses", words.Pulses, "pulses a revolution that the fans really give, 1 to 4 (default 1)")
+  watch.add_option("--pulses", words.Pulses, "actual pulses per revolution of the fans, 1 to 4 (default 1)")
       ->type_name("N");
   watch.add_flag("--start", words.Start,
-                 "on hardware: start the chip's monitoring where it is off (bit 0 of 40h), put the "
-                 "evaluation board's heaters off and route its inputs; without it nothing is written");
+                 "on hardware: start monitoring if it is off (bit 0 of 40h), switch the evaluation board's "
+                 "heaters off and route its inputs; without this option nothing is written");
 }
 
-/// Parses and runs; throws what goes wrong.
+/// Parses and runs; throws on any error.
 int Run(std::vector<std::string> arguments, CommandHost& host) {
   Words words;
-  CLI::App app("Reads and watches the KRX5580 hardware monitor from the command line.", "krx5580");
+  CLI::App app("Read, write and monitor the KRX5580 hardware monitor from the command line.", "krx5580");
   app.option_defaults()->take_last()->disable_flag_override();
   app.set_version_flag("--version", std::string("krx5580 ") + KRX_VERSION);
   app.require_subcommand(1);
@@ -161,10 +160,10 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
     command->callback([&action, run = std::move(run)] { action = run; });
     AddMediaOptions(*command, words.Media);
     AddChipOptions(*command, words.Chip);
-    command->add_flag("--json", words.Json, "print JSON, one object a line");
+    command->add_flag("--json", words.Json, "print JSON, one object per line");
     return command;
   };
-  DescribeWatch(*addCommand("watch", "show all twelve channels, a row an interval", RunWatch), words);
+  DescribeWatch(*addCommand("watch", "show all twelve channels, one row per interval", RunWatch), words);
   addCommand("scan", "search the buses for the chip", RunScan);
   addCommand("read", "read registers", RunRead)
       ->add_option("register", words.Registers, "address or name")
@@ -176,10 +175,10 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
   write->add_option("register", words.Register, "address or name")->type_name("REG")->required();
   write->add_option("value", words.Value, "0x28, 28h, or one decimal digit")->type_name("VALUE")->required();
 
-  // The parser would only say that a command is missing.
+  // The parser would only report a missing command.
   const auto named = [&](const CLI::App* command) { return command->get_name() == arguments.front(); };
   if (!arguments.empty() && !arguments.front().starts_with('-') && app.get_subcommands(named).empty()) {
-    throw UsageError(fmt::format("there is no command \"{}\": see krx5580 --help", arguments.front()));
+    throw UsageError(fmt::format("unknown command \"{}\"; see krx5580 --help", arguments.front()));
   }
   try {
     std::reverse(arguments.begin(), arguments.end());
@@ -202,13 +201,11 @@ int RunCommand(std::vector<std::string> arguments, CommandHost& host) {
   } catch (const UsageError& error) {
     host.Err() << "krx5580: " << error.what() << '\n';
     code = exitUsage;
-  } catch (const CommsError& error) {
-    host.Err() << "krx5580: " << error.BoxText() << '\n';
   } catch (const std::exception& error) {
-    host.Err() << "krx5580: " << error.what() << '\n';
+    host.Err() << "krx5580: " << FailureText(error) << '\n';
   }
   if (!host.Out().flush()) {
-    host.Err() << "krx5580: the output could not be written\n";
+    host.Err() << "krx5580: cannot write the output\n";
     if (code == exitDone) code = exitFailure;
   }
   return code;

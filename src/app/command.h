@@ -8,8 +8,8 @@
 
 namespace krx {
 
-/// The program krx5580 without its process: `arguments` without the program's name. Data goes to Out, talk to Err.
-/// Returns the exit code: 0 done, 1 the bus or the output failed, 2 the command was not understood. Throws nothing.
+/// The program krx5580 without its process: `arguments` without the program's name. Data goes to Out, messages to Err.
+/// Returns the exit code: 0 success, 1 bus or output failure, 2 usage error. Throws nothing.
 int RunCommand(std::vector<std::string> arguments, CommandHost& host);
 
 }  // namespace krx

@@ -22,8 +22,8 @@ void RequestStop(int) {
   stopRequested = 1;
 }
 
-/// The first Ctrl-C asks to end, a second one ends at once, even while a transfer hangs. A reader that goes away
-/// (`| head`) ends the program as it ends every other.
+/// The first Ctrl-C requests a clean end, the second one kills the program even while a transfer hangs. A closed pipe
+/// (`| head`) ends the program as usual.
 void SetUpSignals() {
   struct sigaction stop {};
   stop.sa_handler = RequestStop;
@@ -33,7 +33,7 @@ void SetUpSignals() {
   std::signal(SIGPIPE, SIG_DFL);
 }
 
-/// The process itself.
+/// The running process.
 class ProcessHost : public krx::CommandHost {
  public:
   std::ostream& Out() override { return std::cout; }
@@ -43,7 +43,7 @@ class ProcessHost : public krx::CommandHost {
   std::chrono::system_clock::time_point Now() override { return std::chrono::system_clock::now(); }
 
   void Wait(double seconds) override {
-    // In pieces, because a signal may come just before the sleep that it ought to cut short.
+    // In pieces: a signal that arrives just before the sleep would not interrupt it.
     constexpr double piece = 0.05;
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (!StopRequested()) {

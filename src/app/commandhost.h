@@ -3,39 +3,39 @@
 
 #include <chrono>
 #include <ostream>
-#include <stdexcept>
 
 #include "link/clock.h"
+#include "link/commserror.h"
 #include "link/eventpump.h"
 
 namespace krx {
 
-/// What the command line needs of the world: two streams, time, and whether somebody wants it to end.
+/// The environment of the command line: two streams, time, and the request to stop.
 class CommandHost {
  public:
   virtual ~CommandHost() = default;
   virtual std::ostream& Out() = 0;  ///< data
-  virtual std::ostream& Err() = 0;  ///< talk
+  virtual std::ostream& Err() = 0;  ///< messages
   virtual Clock& ChipClock() = 0;
   virtual EventPump& Pump() = 0;
   virtual std::chrono::system_clock::time_point Now() = 0;
-  /// Waits; returns early when the user wants the program to end.
+  /// Waits; returns early when the user asks the program to stop.
   virtual void Wait(double seconds) = 0;
   virtual bool StopRequested() = 0;
-  /// Lines of the terminal that Out() writes to; 0 when that is no terminal whose cursor can be moved.
+  /// Lines of the terminal that Out() writes to; 0 when it is not a terminal with cursor control.
   virtual int ScreenLines() = 0;
 };
 
-/// The command cannot be understood: ends with 2.
-class UsageError : public std::runtime_error {
+/// The command line is wrong: exit code 2.
+class UsageError : public Failure {
  public:
-  using std::runtime_error::runtime_error;
+  using Failure::Failure;
 };
 
-/// The command was understood and could not be carried out: ends with 1.
-class CommandFailure : public std::runtime_error {
+/// The command is valid but failed: exit code 1.
+class CommandFailure : public Failure {
  public:
-  using std::runtime_error::runtime_error;
+  using Failure::Failure;
 };
 
 }  // namespace krx

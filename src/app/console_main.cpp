@@ -36,18 +36,18 @@ constexpr std::array<Named<SearchMedia>, 3> connectNames{{{"any", {.PrinterPort 
                                                           {"smbus", {.Smbus = true}}}};
 
 void AddConsoleOptions(CLI::App& app, ConsoleOptions& options) {
-  // Before the options, which take it over.
+  // Before the options, which inherit it.
   app.option_defaults()->disable_flag_override();
   AddMediaOptions(app, options.Bus);
-  AddTextOption(app, "--theme", "NAME", "light, dark, or system: as the desktop has it",
+  AddTextOption(app, "--theme", "NAME", "light, dark, or system (follow the desktop)",
                 [&](const std::string& text) { options.Colours = ValueOf<Theme>("--theme", text, themeNames); });
-  app.add_flag("--read-only", options.ReadOnly, "no write reaches chip or board");
+  app.add_flag("--read-only", options.ReadOnly, "do not write to the chip or the board");
   AddTextOption(
-      app, "--connect", "BUS", "take the first chip found, without the search wizard: any, printer-port or smbus",
+      app, "--connect", "BUS", "use the first chip found on: any, printer-port or smbus; skips the search wizard",
       [&](const std::string& text) { options.Connect = ValueOf<SearchMedia>("--connect", text, connectNames); });
 }
 
-// The toolkit takes these out of the arguments itself, with one dash or two.
+// The toolkit removes these from the arguments itself, with one dash or two.
 constexpr std::array<std::string_view, 14> toolkitValues{
     "platform",    "platformpluginpath", "platformtheme", "plugin", "qwindowgeometry",
     "qwindowicon", "qwindowtitle",       "geometry",      "icon",   "title",
@@ -58,7 +58,7 @@ bool Holds(std::span<const std::string_view> names, std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// What is left for us, last one first as the parser takes them.
+/// The arguments left for us, in reverse order as the parser expects them.
 std::vector<std::string> OurArguments(const std::vector<std::string>& all) {
   const auto isFlag = [](std::string_view name) {
     return Holds(toolkitFlags, name) || name.starts_with("style=") || name.starts_with("stylesheet=");
@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
   app.failure_message(UsageLine);
   ConsoleOptions options;
   AddConsoleOptions(app, options);
-  // Before the toolkit: what is wrong with the arguments is said where there is no display, too.
+  // Before the toolkit, so that argument errors are reported without a display, too.
   try {
     app.parse(OurArguments({argv + std::min(argc, 1), argv + argc}));
   } catch (const CLI::ParseError& error) {
@@ -113,7 +113,7 @@ int main(int argc, char** argv) {
   DisplayGuard display;
   QApplication application(argc, argv);
   display.Release();
-  // Not as the display name, which the toolkit appends to the title of every window.
+  // Not the application display name, which the toolkit appends to every window title.
   QApplication::setApplicationName(u"KRX5580 console"_s);
   QApplication::setApplicationVersion(QtText(KRX_VERSION));
   int result = 1;

@@ -10,7 +10,7 @@
 namespace krx {
 namespace {
 
-/// The well-formed sequences of more than one byte, by their first and second; all further bytes are 80h to BFh.
+/// The well-formed multi-byte sequences, by their first and second byte; all further bytes are 80h to BFh.
 struct Sequence {
   std::uint8_t First, Last;
   std::uint8_t SecondFirst, SecondLast;

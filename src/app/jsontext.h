@@ -6,8 +6,8 @@
 
 namespace krx {
 
-/// A text as a JSON string, quotes included. Names come from the kernel and from files: what is not well-formed UTF-8
-/// becomes the replacement character, a byte each.
+/// A text as a JSON string, quotes included. Names come from the kernel and from files: each byte that is not part of
+/// well-formed UTF-8 becomes the replacement character.
 std::string JsonText(std::string_view text);
 
 }  // namespace krx

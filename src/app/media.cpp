@@ -18,7 +18,7 @@
 namespace krx {
 namespace {
 
-// The kernel has 20 bits for the number of a device node.
+// The kernel's minor numbers have 20 bits.
 constexpr long highestNode = 1048575;
 
 constexpr std::array<Named<MediumKind>, 3> mediumNames{
@@ -72,8 +72,8 @@ bool NamesHardware(const MediaOptions& options) {
   return options.Smbus || options.PrinterPort || options.Wiring || options.Force;
 }
 
-/// Whoever names a bus must not take the simulated values for those of that bus, and a planned fault must not be
-/// missing from a run on hardware.
+/// A user who names a bus must not mistake simulated values for those of that bus, and one who injects faults must not
+/// get a run on hardware without them.
 void CheckMedium(const MediaOptions& options) {
   if (options.Medium == MediumKind::Linux && !options.Simulator.LastNamed.empty()) {
     throw UsageError(options.Simulator.LastNamed + " needs --medium simulated");
@@ -95,19 +95,20 @@ std::vector<Fault> FaultsOf(const std::vector<std::string>& texts) {
 }
 
 void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
-  AddTextOption(app, "--speed", "X", "simulated: model seconds a second, 1 to 1000", [&](const std::string& text) {
-    choice.LastNamed = "--speed";
-    choice.Speed = NumberOf("--speed", text, 1, 1000);
-  });
-  AddTextOption(app, "--seed", "N", "simulated: seed of the noise, 0 to 4294967295", [&](const std::string& text) {
+  AddTextOption(app, "--speed", "X", "simulated: simulated seconds per second, 1 to 1000",
+                [&](const std::string& text) {
+                  choice.LastNamed = "--speed";
+                  choice.Speed = NumberOf("--speed", text, 1, 1000);
+                });
+  AddTextOption(app, "--seed", "N", "simulated: noise seed, 0 to 4294967295", [&](const std::string& text) {
     choice.LastNamed = "--seed";
     constexpr long highest = std::numeric_limits<std::uint32_t>::max();
     choice.Seed = static_cast<std::uint32_t>(WholeNumberOf("--seed", text, 0, highest));
   });
   AddTextOption(
-      app, "--board", "WORDS",
-      "simulated: what the board has, separated by commas: vid (VID follows its switches), pulses=2, ports=2, "
-      "load=5 (W), noise=0",
+      app, "--board", "LIST",
+      "simulated: board options, separated by commas: vid (VID follows its switches), pulses=2, ports=2, load=5 (W), "
+      "noise=0",
       [&](const std::string& text) {
         choice.LastNamed = "--board";
         std::string why;
@@ -115,19 +116,20 @@ void AddSimulatorOptions(CLI::App& app, SimulatorChoice& choice) {
         if (!options) throw UsageError(fmt::format("--board {}: {}", text, why));
         static_cast<SimOptions&>(choice) = *options;
       });
-  AddTextsOption(app, "--fault", "FAULT",
-                 "simulated: plan a fault, such as fail=20, fail=20+, slow=0.1, absent=5, stall=1, runaway=2, hunt=1, "
-                 "diode=1, company=55, stuck=5C:E0; may be repeated",
-                 [&](const std::vector<std::string>& texts) {
-                   choice.LastNamed = "--fault";
-                   choice.Faults = FaultsOf(texts);
-                 });
+  AddTextsOption(
+      app, "--fault", "FAULT",
+      "simulated: inject a fault, such as fail=20, fail=20+, slow=0.1, absent=5, stall=1, runaway=2, hunt=1, "
+      "diode=1, company=55, stuck=5C:E0; may be repeated",
+      [&](const std::vector<std::string>& texts) {
+        choice.LastNamed = "--fault";
+        choice.Faults = FaultsOf(texts);
+      });
 }
 
 }  // namespace
 
 void AddMediaOptions(CLI::App& app, MediaOptions& options) {
-  AddTextOption(app, "--medium", "NAME", "bus to use: simulated (default), linux, or auto for what is there",
+  AddTextOption(app, "--medium", "NAME", "bus to use: simulated (default), linux, or auto (linux if a bus is found)",
                 [&](const std::string& text) { options.Medium = ValueOf<MediumKind>("--medium", text, mediumNames); });
   const auto addNode = [&](const std::string& name, const std::string& description, std::optional<int>& number) {
     AddTextOption(app, name, "N", description, [name, &number](const std::string& text) {
@@ -136,9 +138,9 @@ void AddMediaOptions(CLI::App& app, MediaOptions& options) {
   };
   addNode("--smbus", "linux: use the bus /dev/i2c-N", options.Smbus);
   addNode("--printer-port", "linux: use the printer port /dev/parportN", options.PrinterPort);
-  AddTextOption(app, "--wiring", "FILE", "linux: which printer-port line carries what",
+  AddTextOption(app, "--wiring", "FILE", "linux: file with the pin assignment of the printer port",
                 [&](const std::string& text) { options.Wiring = text; });
-  app.add_flag("--force", options.Force, "linux: also use a chip that a kernel driver holds");
+  app.add_flag("--force", options.Force, "linux: use the chip even if a kernel driver is bound to it");
   AddSimulatorOptions(app, options.Simulator);
   AddCheck(app, [&options] { CheckMedium(options); });
 }
@@ -149,12 +151,12 @@ Media ChooseMedia(const MediaOptions& options, Clock& clock) {
   if (options.Medium == MediumKind::Linux) return LinuxMedia(buses, clock);
   if (FindLinuxBus(buses) || NamesHardware(options)) {
     Media media = LinuxMedia(buses, clock);
-    media.Reason = FindLinuxBus(buses) ? "This computer has a bus to search: " + media.Name
-                                       : "An option for hardware was given: this is not the simulated board";
+    media.Reason = FindLinuxBus(buses) ? "Using the buses of this computer: " + media.Name
+                                       : "A hardware option was given: not using the simulated board";
     return media;
   }
   Media media = SimulatedMedia(options.Simulator, clock);
-  media.Reason = "This computer has no SMBus adapter and no printer port: this is the simulated board";
+  media.Reason = "No SMBus adapter or printer port found: using the simulated board";
   return media;
 }
 

@@ -8,7 +8,7 @@
 namespace krx {
 namespace {
 
-/// What is refused becomes the parser's own failure, so that both programs end on one path.
+/// A rejected value becomes a parser error, so that both programs have one error path.
 template <typename Work>
 void AsParseError(Work work) {
   try {
@@ -31,25 +31,27 @@ std::string Commands(const CLI::App& app) {
 /// What is missing: the command, or the first argument that it needs.
 std::string MissingText(const CLI::App& app, const CLI::App& command) {
   for (const CLI::Option* option : command.get_options()) {
-    if (option->get_required() && option->count() == 0) return fmt::format("{} is missing", option->get_type_name());
+    if (option->get_required() && option->count() == 0)
+      return fmt::format("missing argument {}", option->get_type_name());
   }
-  return fmt::format("a command is missing: {}", Commands(app));
+  return fmt::format("missing command: {}", Commands(app));
 }
 
 std::string ExtraText(const CLI::App& app) {
   const std::vector<std::string> extras = app.remaining(true);
-  if (extras.empty()) return "there are arguments too many";
-  if (extras.front().starts_with('-')) return fmt::format("there is no option \"{}\"", extras.front());
-  return fmt::format("\"{}\" is one argument too many", extras.front());
+  if (extras.empty()) return "too many arguments";
+  if (extras.front().starts_with('-')) return fmt::format("unknown option \"{}\"", extras.front());
+  return fmt::format("unexpected argument \"{}\"", extras.front());
 }
 
-/// The parser names an option that lacks its value in front of a colon, and a flag that was given one without dashes.
+/// The parser's text starts with the option and a colon when a value is missing, and with the flag's name without
+/// dashes when a flag was given a value.
 std::string ValueText(const CLI::ParseError& error) {
   const std::string text = error.what();
   if (const auto flag = text.find(" was given"); flag != std::string::npos) {
     return fmt::format("--{} takes no value", text.substr(0, flag));
   }
-  return text.substr(0, text.find(':')) + " takes a value";
+  return text.substr(0, text.find(':')) + " needs a value";
 }
 
 }  // namespace

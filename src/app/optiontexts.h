@@ -23,17 +23,17 @@ class ParseError;
 
 namespace krx {
 
-// What stands behind an option, read by our own rules for all options alike: the parser's would take "nan" for a number
-// and 1 for a name. They throw UsageError, which names the option and what it takes.
+// Option values are parsed by our own rules, the same for all options: the parser's would accept "nan" as a number and
+// 1 as a name. They throw UsageError, which names the option and the values it takes.
 
 double NumberOf(const std::string& option, const std::string& text, double low, double high);
 long WholeNumberOf(const std::string& option, const std::string& text, long low, long high);
 
-/// A name and what it stands for.
+/// A name and its value.
 template <typename Value>
 using Named = std::pair<std::string_view, Value>;
 
-/// The value of a name, whatever its case.
+/// The value of a name, ignoring case.
 template <typename Value>
 Value ValueOf(const std::string& option, const std::string& text, std::span<const Named<Value>> names) {
   const auto same = [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; };
@@ -46,19 +46,19 @@ Value ValueOf(const std::string& option, const std::string& text, std::span<cons
   throw UsageError(fmt::format("{} takes {}, not \"{}\"", option, all, text));
 }
 
-/// Adds an option whose text goes to `take`, the last one where it is given more than once. A UsageError from there
-/// ends the parsing.
+/// Adds an option whose text goes to `take`; the last one counts if it is given more than once. A UsageError thrown by
+/// `take` ends the parsing.
 CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& type,
                            const std::string& description, std::function<void(const std::string&)> take);
-/// The same for an option that may be repeated: all its texts at once.
+/// The same for an option that may be repeated: `take` gets all texts at once.
 CLI::Option* AddTextsOption(CLI::App& app, const std::string& name, const std::string& type,
                             const std::string& description, std::function<void(const std::vector<std::string>&)> take);
-/// Runs when all options of `app` have been taken. A UsageError from there ends the parsing, too.
+/// `check` runs when all options of `app` have been parsed. A UsageError thrown by it ends the parsing, too.
 void AddCheck(CLI::App& app, std::function<void()> check);
 
-/// Why the arguments were refused, in our words.
+/// Why the arguments were rejected. Never the parser's own text.
 std::string UsageText(const CLI::App& app, const CLI::ParseError& error);
-/// The same as the line that a program prints; for CLI::App::failure_message.
+/// The same as a complete line of output; for CLI::App::failure_message.
 std::string UsageLine(const CLI::App* app, const CLI::Error& error);
 
 }  // namespace krx

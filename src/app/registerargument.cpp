@@ -28,10 +28,10 @@ std::optional<int> MarkedHex(std::string_view text) {
   return std::nullopt;
 }
 
-/// What to write instead of a number that does not tell its base.
+/// How to write a number that lacks its base mark.
 std::string Instead(std::string_view text) {
-  std::string advice = fmt::format("0x{0} or {0}h for the hexadecimal number", text);
-  if (const auto decimal = WholeNumber(text, 10)) advice += fmt::format(", 0x{:02X} for the decimal one", *decimal);
+  std::string advice = fmt::format("use 0x{0} or {0}h for hexadecimal", text);
+  if (const auto decimal = WholeNumber(text, 10)) advice += fmt::format(", 0x{:02X} for decimal", *decimal);
   return advice;
 }
 
@@ -44,7 +44,7 @@ const RegisterEntry& RegisterFromArgument(const std::string& text) {
     throw UsageError(fmt::format("the chip has no register {:02X}h", *address));
   }
   if (WholeNumber(text, 16)) throw UsageError(fmt::format("register {} is ambiguous: {}", text, Instead(text)));
-  throw UsageError(fmt::format("no register is called \"{}\" (krx5580 dump lists them all)", text));
+  throw UsageError(fmt::format("unknown register \"{}\" (krx5580 dump lists all registers)", text));
 }
 
 std::uint8_t ByteFromArgument(const std::string& text) {
@@ -55,8 +55,8 @@ std::uint8_t ByteFromArgument(const std::string& text) {
     }
     value = WholeNumber(text, 10);
   }
-  if (!value) throw UsageError(fmt::format("\"{}\" is no value: write 0x28 or 28h", text));
-  if (*value > 0xFF) throw UsageError(fmt::format("value {} does not fit a byte", text));
+  if (!value) throw UsageError(fmt::format("\"{}\" is not a value: use 0x28 or 28h", text));
+  if (*value > 0xFF) throw UsageError(fmt::format("value {} does not fit into a byte", text));
   return static_cast<std::uint8_t>(*value);
 }
 

@@ -8,11 +8,11 @@
 
 namespace krx {
 
-/// The register that a word of the command line names: an address (0x5C, 5Ch), a panel name or a save label, whatever
-/// the case. Throws UsageError for everything else; a bare number is refused, since it could be meant either way.
+/// The register given by an argument: an address (0x5C, 5Ch), a panel name or a save label, ignoring case. Throws
+/// UsageError for anything else; a number without a base mark is rejected as ambiguous.
 const RegisterEntry& RegisterFromArgument(const std::string& text);
 
-/// The byte that a word names: 0x28, 28h, or one decimal digit. Throws UsageError for everything else.
+/// The byte given by an argument: 0x28, 28h, or one decimal digit. Throws UsageError for anything else.
 std::uint8_t ByteFromArgument(const std::string& text);
 
 }  // namespace krx

@@ -13,7 +13,7 @@
 namespace krx {
 namespace {
 
-// A bus that hangs costs up to a second a transfer, so a list of registers is not read to its end on one.
+// On a hung bus a transfer takes up to a second, so the rest of a long list is skipped.
 constexpr int failuresInARow = 3;
 
 std::string RegisterLine(const RegisterEntry& entry, std::optional<std::uint8_t> value, RegisterFormat format,
@@ -45,7 +45,7 @@ int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries,
     }
     host.Out() << RegisterLine(*entry, value, format, source) << '\n';
     if (inARow == failuresInARow && entry != entries.back()) {
-      host.Err() << fmt::format("krx5580: {} failures in a row, the rest is left unread\n", inARow);
+      host.Err() << fmt::format("krx5580: {} consecutive failures, remaining registers skipped\n", inARow);
       break;
     }
   }
@@ -54,7 +54,7 @@ int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries,
 
 void CheckWritable(const RegisterEntry& entry) {
   if (entry.Access != Access::ReadOnly) return;
-  throw UsageError(fmt::format("{:02X}h \"{}\" is only read", entry.Address, entry.PanelName));
+  throw UsageError(fmt::format("{:02X}h \"{}\" is read-only", entry.Address, entry.PanelName));
 }
 
 void WriteRegisterValue(Link& link, const RegisterEntry& entry, std::uint8_t value, RegisterFormat format,
@@ -65,12 +65,12 @@ void WriteRegisterValue(Link& link, const RegisterEntry& entry, std::uint8_t val
     now = ReadByte(link, entry.Address);
   } catch (const CommsError& error) {
     host.Out() << RegisterLine(entry, std::nullopt, format, source) << '\n';
-    throw CommandFailure(fmt::format("{:02X}h was written 0x{:02X}, but it could not be read back: {}", entry.Address,
-                                     value, error.BoxText()));
+    throw CommandFailure(fmt::format("wrote 0x{:02X} to {:02X}h, but reading it back failed: {}", value, entry.Address,
+                                     error.BoxText()));
   }
   host.Out() << RegisterLine(entry, now, format, source) << '\n';
   if (now != value) {
-    host.Err() << fmt::format("krx5580: {:02X}h was written 0x{:02X} and reads 0x{:02X}\n", entry.Address, value, now);
+    host.Err() << fmt::format("krx5580: wrote 0x{:02X} to {:02X}h, but it reads 0x{:02X}\n", value, entry.Address, now);
   }
 }
 

@@ -11,20 +11,20 @@
 
 namespace krx {
 
-/// How registers are printed: a table of address, value, bits and name, or one JSON object a line.
+/// How registers are printed: a table of address, value, bits and name, or one JSON object per line.
 enum class RegisterFormat { Table, Json };
 
-/// Reads and prints the registers in their order; JSON names the `source` in every line. One that cannot be read is
-/// printed without a value, and after several failures in a row the rest is left unread. Returns how many could not be
-/// read.
+/// Reads and prints the registers in the given order; JSON repeats the `source` in every line. A register that cannot
+/// be read is printed without a value; after several consecutive failures the rest is skipped. Returns the number of
+/// failed reads.
 int PrintRegisters(Link& link, const std::vector<const RegisterEntry*>& entries, RegisterFormat format,
                    const std::string& source, CommandHost& host);
 
-/// Throws UsageError for a register that is only read.
+/// Throws UsageError for a read-only register.
 void CheckWritable(const RegisterEntry& entry);
 
-/// Writes one register, reads it back and prints what it then holds; says so when that differs. Throws CommsError when
-/// nothing was written, and CommandFailure when only the reading back failed.
+/// Writes one register, reads it back and prints the value read; reports a difference. Throws CommsError when the write
+/// failed, and CommandFailure when only the read-back failed.
 void WriteRegisterValue(Link& link, const RegisterEntry& entry, std::uint8_t value, RegisterFormat format,
                         const std::string& source, CommandHost& host);
 

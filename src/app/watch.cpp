@@ -20,13 +20,13 @@ namespace {
 
 constexpr int pageLines = 19;
 
-/// Where the rows go, and what is said about the run.
+/// Prints the rows and the fault messages.
 class Display {
  public:
   Display(const WatchOptions& options, std::string place, CommandHost& host)
       : json_(options.Json), place_(std::move(place)), host_(host) {
     page_ = !json_ && host.ScreenLines() >= pageLines;
-    // The page gets a screen of its own, so that what stood in the terminal is there again afterwards.
+    // The page uses the alternate screen, so that the terminal's contents are restored afterwards.
     if (page_) host_.Out() << "\x1b[?1049h\x1b[?25l";
   }
   ~Display() {
@@ -39,7 +39,7 @@ class Display {
 
   void Show(const WatchRow& row) {
     ++rows_;
-    if (row.Faults > 0) TellFault(row);
+    if (row.Faults > 0) ReportFault(row);
     if (page_) {
       ShowPage(row);
     } else if (json_) {
@@ -54,10 +54,10 @@ class Display {
   long Rows() const { return rows_; }
 
  private:
-  void TellFault(const WatchRow& row) {
+  void ReportFault(const WatchRow& row) {
     faults_ += row.Faults;
     lastFault_ = row.LastFault;
-    // On a page the fault has its place in the last line.
+    // The page shows the fault in its last line.
     if (!page_) host_.Err() << fmt::format("krx5580: bus fault {}: {}\n", faults_, row.LastFault);
   }
 
@@ -70,7 +70,7 @@ class Display {
       if (character == '\n') host_.Out() << "\x1b[K";
       host_.Out() << character;
     }
-    host_.Out() << "  Ctrl-C ends.\x1b[K\x1b[J";
+    host_.Out() << "  Press Ctrl-C to stop.\x1b[K\x1b[J";
   }
 
   bool json_;
@@ -99,8 +99,8 @@ struct Faults {
   }
 };
 
-/// A chip that does not monitor shows frozen values: it is started where that is allowed, and where the start failed it
-/// is tried again.
+/// A chip that is not monitoring keeps its old values: monitoring is started if that is allowed, and a failed start is
+/// retried.
 class MonitoringStart {
  public:
   MonitoringStart(bool mayWrite, Link& link, CommandHost& host, Faults& faults)
@@ -108,7 +108,7 @@ class MonitoringStart {
 
   bool Settled() const { return settled_; }
 
-  /// Nothing happens once the start is settled. Returns how the try failed.
+  /// Does nothing once the start is settled. Returns the failure of this try, if any.
   std::optional<std::string> Try() {
     if (settled_) return std::nullopt;
     try {
@@ -118,10 +118,10 @@ class MonitoringStart {
         UpdateBits(link_, chip::Configuration1, chip::Start, chip::Start);
         host_.Err() << "krx5580: monitoring was off and has been started\n";
       } else if (!on) {
-        host_.Err() << "krx5580: monitoring is off, the values stand still: start it with --start\n";
+        host_.Err() << "krx5580: monitoring is off, values are out of date: use --start to start it\n";
       }
       settled_ = true;
-    } catch (const GivenUp&) {  // the user wants the end
+    } catch (const GivenUp&) {  // the user stops the program
     } catch (const CommsError& error) {
       faults_.Add(error);
       return error.BoxText();
@@ -137,7 +137,7 @@ class MonitoringStart {
   Faults& faults_;
 };
 
-/// A row, or nothing when the user wants the end: a bus that hangs takes up to a second a transfer.
+/// A row, or nothing when the user stops the program: on a hung bus a transfer takes up to a second.
 std::optional<WatchRow> RowUnlessStopped(Workbench& bench) {
   try {
     return MeasureRow(bench);
@@ -154,12 +154,12 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
   Workbench bench(link);
   const Link::MayGiveUp readings(link);
   Faults faults;
-  // Hardware is written only when that was asked for.
+  // Hardware is written only on request.
   const bool mayWrite = options.Start || connection.Media().Kind == MediumKind::Simulated;
-  // Without its board the start-up leaves the switches alone; the chip is reached by the other field.
+  // Without a board the start-up does not touch the switches; the chip is reached through CommsMedium.
   if (!mayWrite) link.EvalBoardMedium = 0;
   bench.Fans.ActualPulses.fill(options.Pulses);
-  // Reading the THERM timer clears it, and no row shows it: leave it to whoever watches it.
+  // Reading the THERM timer clears it, and no row shows it: leave it to programs that use it.
   bench.Cycle.ThermPeriod = std::numeric_limits<double>::infinity();
   bench.Start.Faulted = [&faults](const std::string&, const CommsError& error) { faults.Add(error); };
   for (const std::string& problem : StartUp(bench)) host.Err() << "krx5580: " << problem << '\n';
@@ -177,12 +177,12 @@ bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost&
     if (!row) break;
     row->Time = host.Now();
     faults.MoveTo(*row);
-    // A chip that has been started this moment is well, one that could not be started is not.
+    // A chip that was only just started counts as working, one that could not be started does not.
     anything = anything || (row->AnythingRead && monitoring.Settled());
     display.Show(*row);
     if (options.Count && display.Rows() >= *options.Count) break;
 
-    // Rows keep to the grid of the interval; one that took longer leaves its missed places out.
+    // Rows stay on the grid of the interval; after a slow row the missed ones are skipped.
     const double elapsed = link.ElapsedSeconds() - begin;
     while (due <= elapsed) due += options.Interval;
     if (options.Duration && due > *options.Duration) {

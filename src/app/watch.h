@@ -9,22 +9,22 @@
 namespace krx {
 
 struct WatchOptions {
-  static constexpr double shortestInterval = 0.1;  ///< seconds; a round on the SMBus alone takes 0.4
+  static constexpr double shortestInterval = 0.1;  ///< seconds; one round on the SMBus takes 0.4
   static constexpr double longestInterval = 3600;
 
-  double Interval = 1;             ///< seconds from row to row
+  double Interval = 1;             ///< seconds between rows
   std::optional<long> Count;       ///< rows; none: until stopped
   std::optional<double> Duration;  ///< seconds; none: until stopped
-  float Pulses = 1;                ///< pulses a revolution that the fans really give
+  float Pulses = 1;                ///< actual pulses per revolution of the fans
   bool Json = false;
-  bool Start = false;  ///< may write: prepare the board, start monitoring where it is off
+  bool Start = false;  ///< may write: prepare the board, start monitoring if it is off
 };
 
-/// Reads the chip through the reading cycle and shows a row an interval, until count, duration or the user end it. On a
-/// terminal the rows are one page that is kept current. First the board is prepared (heaters off, inputs routed) and
-/// monitoring started, where that may be written. A failing transfer is told and counted and the next row tries again;
-/// what failed before the first row is tried again before each. Returns false when not a single value could be
-/// read, or none was measured because monitoring could not be started.
+/// Reads the chip through the reading cycle and shows one row per interval, until count, duration or the user end it.
+/// On a terminal the rows replace each other on one page. If writing is allowed, the board is prepared first (heaters
+/// off, inputs routed) and monitoring started. A failed transfer is reported and counted, and the next row tries again;
+/// what failed before the first row is retried before each row. Returns false when no value at all could be read, or
+/// when monitoring could not be started.
 bool Watch(const WatchOptions& options, ChipConnection& connection, CommandHost& host);
 
 }  // namespace krx

@@ -16,10 +16,10 @@
 namespace krx {
 namespace {
 
-// Five voltages take the longest round.
+// The five voltages have the longest round.
 constexpr int ticksForAll = 5;
 
-// A value that no tick has stored since.
+// Marks a value that no tick has stored yet.
 constexpr float unread = std::numeric_limits<float>::quiet_NaN();
 
 std::size_t WidthOf(std::size_t channel) {
@@ -37,7 +37,7 @@ std::size_t WidthOf(std::size_t channel) {
 constexpr std::array<std::string_view, channelCount> jsonKeys{"local", "remote1", "remote2", "fan1", "fan2", "fan3",
                                                               "fan4",  "v5",      "v12",     "vccp", "vcc",  "v2_5"};
 
-/// Pins that serve another function measure nothing.
+/// A pin with another function measures nothing.
 bool InUse(std::size_t channel, const PinSettings& pins) {
   switch (channel) {
     case 6:
@@ -114,7 +114,7 @@ WatchRow MeasureRow(Workbench& bench) {
     row.AnythingRead = true;
     if (!bench.First.Measured(channel, bench.Power)) continue;
     const double value = ChannelValue(channel, bench.Measured, bench.Power);
-    // A current rests on Vccp, too.
+    // A current depends on Vccp, too.
     if (!std::isnan(value)) row.Values[channel] = value;
   }
   for (std::size_t output = 0; output < row.Duties.size(); ++output) {

@@ -12,16 +12,17 @@
 
 namespace krx {
 
-/// The evaluation board: four switch devices, two heaters and what the main window's boxes do with them. On the SMBus
-/// there is none and every operation does nothing.
+/// The evaluation board: four switch devices, two heaters and the operations of the main window's check boxes. On the
+/// SMBus there is no board and every operation does nothing.
 class Board {
  public:
   Board(Link& link, BoardState& state, OwedWrites& owed);
 
-  /// Both heaters off, heater 1 first. A failing heater does not keep the other one on; the error is thrown last.
+  /// Switches both heaters off, heater 1 first. If one fails, the other is still switched off; the error is thrown
+  /// last.
   void SwitchHeatersOff();
 
-  /// The heater check boxes: remembers the wish, then writes it. heater: 0 or 1.
+  /// Heater check boxes: stores the setting, then writes it. heater: 0 or 1.
   void SetHeater(std::size_t heater, bool on);
   /// Diode check boxes: closes or opens the three switches of a Temp group. diode: 0 or 1.
   void SetDiode(std::size_t diode, bool closed);
@@ -29,7 +30,7 @@ class Board {
   /// VID check boxes: input 0..4 is U3A..U3E.
   void SetVid(int input, bool closed);
 
-  /// One of the 32 switches of the access dialog: the wanted states of all devices are written whole, U3, U4, U5, U6.
+  /// Toggles one of the 32 switches of the access dialog and writes the set states of all devices: U3, U4, U5, U6.
   void ToggleSwitch(std::size_t index);
   bool SwitchClosed(std::size_t index) const;
   bool SwitchKnown(std::size_t index) const;
@@ -42,12 +43,12 @@ class Board {
   Link& GetLink() { return link_; }
   BoardState& State() { return state_; }
 
-  /// Called after every change of a switch's known state, whoever made it.
+  /// Called after every change of a switch's known state.
   std::function<void()> SwitchesChanged;
   void ReportSwitches() const {
     if (SwitchesChanged) SwitchesChanged();
   }
-  /// Reports at its end, also when a transfer failed: the wanted states have changed all the same.
+  /// Reports at its end, also after a failed transfer, since the set states have changed anyway.
   class ReportScope {
    public:
     explicit ReportScope(const Board& board) : board_(board) {}

@@ -8,8 +8,8 @@
 
 namespace krx {
 
-// Bring the board's routing in line with the chip's pin functions. The registers are read on either medium; the
-// switches are only written where there is a board. All throw what the link throws.
+// Synchronise the board's routing with the chip's pin functions. The registers are read on either medium; the switches
+// are written only if there is a board. All throw what the link throws.
 
 /// VID-drive probe: reads bit 3 of 0x43 with switch U3D open and closed, sets VidProbeSteady when both agree. U3D
 /// stays closed.

@@ -19,7 +19,7 @@ constexpr std::uint8_t testBits = 0x30;
 constexpr int dutyStep = 25;
 constexpr int fullDuty = 255;
 
-/// How an output stands, by what was last seen of it: "in manual control at 29 %".
+/// The state of an output as last seen on the bus: "in manual control at 29 %".
 std::string Stands(const Link& link, std::size_t output) {
   const auto byte = link.Seen.Byte(chip::Outputs.at(output).Configuration);
   if (!byte) return "in an unknown state";
@@ -69,7 +69,7 @@ GlitchTest::TickResult GlitchTest::Tick() {
   bool pwm3Capped = false, pwm2Capped = false;
   const std::uint8_t duty = Raise(pwm3.Duty, pwm3Capped);
   Raise(pwm2.Duty, pwm2Capped);
-  // Behind the transfers: after a failed one the next tick has to try again instead of ending the test.
+  // After the transfers: if one fails, the next tick must try again instead of ending the test.
   duty_ = duty;
   finished_ = pwm3Capped;
   ++step_;

@@ -14,39 +14,38 @@ namespace krx {
 /// link throws.
 void FanTestSetup(Link& link);
 
-/// Drives PWM2 and PWM3 from standstill to full duty, one step every ten seconds, so that the tachometer readings can
-/// be watched and logged meanwhile. The outputs are left in manual control at full duty. Handlers throw what the link
-/// throws.
+/// Ramps PWM2 and PWM3 from zero to full duty, one step every ten seconds, so that the tachometer readings can be
+/// watched and logged. The outputs are left in manual control at full duty. Handlers throw what the link throws.
 class GlitchTest {
  public:
   static constexpr double intervalSeconds = 10;
 
-  /// What a tick did; Ended: the timer is to be stopped.
+  /// What a tick did; Ended: stop the timer.
   enum class TickResult { Idle, Stepped, Ended };
 
   GlitchTest(Link& link, const LogState& log) : link_(link), log_(log) {}
 
-  /// Both outputs to manual control and to standstill, then the test runs. Pressed again while it runs, the ramp begins
-  /// anew, but not the interval, and a set finished flag stays: such a test ends at the next tick.
+  /// Sets both outputs to manual control and zero duty and starts the test. If it is already running, the ramp
+  /// restarts, but not the interval, and a set finished flag is kept: such a test ends at the next tick.
   void Start();
-  /// Every ten seconds. A failing tick leaves the test running: the next one tries again.
+  /// Called every ten seconds. After a failed tick the test keeps running, and the next tick tries again.
   TickResult Tick();
-  /// Leaves the outputs as they are.
+  /// Stops the test; the outputs are not changed.
   void Stop();
 
   bool Running() const { return running_; }
   /// Full duty has been reached: the next tick ends the test.
   bool Finished() const { return finished_; }
-  /// Steps since standstill.
+  /// Steps since the start of the ramp.
   int Step() const { return step_; }
-  /// Last byte written to PWM3, which decides on the end.
+  /// Last byte written to PWM3, which determines the end.
   std::uint8_t Duty() const { return duty_; }
-  /// How the outputs stand, by what was last seen on the bus: "PWM2 and PWM3 in manual control at 29 %".
+  /// The state of the outputs as last seen on the bus: "PWM2 and PWM3 in manual control at 29 %".
   std::string Leaves() const;
-  /// Until the tick that ends the test; 0 when none runs.
+  /// Time until the tick that ends the test; 0 when no test is running.
   double RemainingSeconds();
 
-  /// True of the registers that the test writes: with one of them put back it has nothing to go on with.
+  /// True for the registers written by the test; when one of them is restored, the test cannot continue.
   static bool Drives(std::uint8_t reg);
 
   /// Called when a test has ended and a log is open.
@@ -61,7 +60,7 @@ class GlitchTest {
   bool finished_ = false;
   int step_ = 0;
   std::uint8_t duty_ = 0;
-  double lastTick_ = 0;  ///< clock reading that the present interval began at
+  double lastTick_ = 0;  ///< clock reading at the start of the present interval
 };
 
 }  // namespace krx

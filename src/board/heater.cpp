@@ -7,7 +7,7 @@
 
 namespace krx {
 
-/// The heater's bit in the control byte and in the status byte; 0 for a number that is no heater.
+/// The heater's bit in the control byte and in the status byte; 0 for an invalid number.
 std::uint8_t Heater::Mask() const {
   if (heaterNumber_ == 1) return 0x10;
   if (heaterNumber_ == 2) return 0x20;
@@ -20,7 +20,7 @@ void Heater::SetHeaterOn(bool on) {
   const auto device = adapter->ObtainBusDevice();
   const std::uint8_t status = device->ReadStatusByte();
   if (const std::uint8_t mask = Mask(); mask != 0) {
-    // Before the write: a heater that may be on after a failed transfer has to be switched off at the end.
+    // Before the write: after a failed transfer the heater may be on and must be switched off at the end.
     if (on && ticket_ == 0) {
       ticket_ = owed_.Enter(fmt::format("heater {} is still on", heaterNumber_), [this] { SetHeaterOn(false); });
     }

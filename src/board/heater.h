@@ -9,9 +9,9 @@
 
 namespace krx {
 
-/// One of the board's two heaters. Its state is not cached: it is read from and written to the board each time. On
-/// the SMBus there is no board: writing does nothing and a heater reads off. One that this run switched on is owed to
-/// be off until it is.
+/// One of the board's two heaters. Its state is not cached: it is read from and written to the board each time. On the
+/// SMBus there is no board: writing does nothing and a heater reads as off. A heater switched on by this run is a
+/// pending restore until it is switched off.
 class Heater {
  public:
   Heater(Link& link, OwedWrites& owed, std::uint8_t heaterNumber)
@@ -26,7 +26,7 @@ class Heater {
   void SetHeaterNumber(std::uint8_t number) { heaterNumber_ = number; }
   std::uint8_t HeaterNumber() const { return heaterNumber_; }
 
-  /// True after this object switched the heater on, until it switched it off again.
+  /// True from the time this object switched the heater on until it switched it off.
   bool SwitchedOnHere() const { return ticket_ != 0; }
   /// Clock reading in s at which this object switched the heater on; none while it is off or was found on.
   std::optional<double> OnSince() const { return onSince_; }
@@ -37,7 +37,7 @@ class Heater {
   Link& link_;
   OwedWrites& owed_;
   std::uint8_t heaterNumber_;
-  OwedWrites::Ticket ticket_ = 0;  ///< while it is owed to be off
+  OwedWrites::Ticket ticket_ = 0;  ///< of its pending restore
   std::optional<double> onSince_;
 };
 

@@ -14,18 +14,18 @@ class Switch {
  public:
   Switch(Link& link, std::uint8_t deviceAddress) : link_(link), deviceAddress_(deviceAddress) {}
 
-  /// Sends the wanted states as one byte. Does nothing on the SMBus, where there is no board.
+  /// Sends the set states as one byte. Does nothing on the SMBus, where there is no board.
   void WriteSwitch();
-  /// Takes the states from the device. On the SMBus they stay as they are.
+  /// Reads the states from the device. On the SMBus they are unchanged.
   void ReadSwitch();
 
-  /// As far as is known, the state that the device has: the wanted one, but in a read-only run, whose writes never
-  /// arrive, the last read one.
+  /// The device's state as far as known: the set state, or in a read-only run, whose writes are suppressed, the last
+  /// state read.
   bool Closed(int bit) const { return (RealByte().value_or(0) >> bit & 1) != 0; }
   /// False in a read-only run until the device was read.
   bool Known() const { return RealByte().has_value(); }
 
-  /// Wanted or last read state of bit i (0..7): true is closed.
+  /// Set or last read state of bit i (0..7): true is closed.
   bool Status(int bit) const { return (status_ >> bit & 1) != 0; }
   void SetStatus(int bit, bool closed);
 

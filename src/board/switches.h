@@ -10,7 +10,7 @@ namespace krx {
 
 class Board;
 
-/// True when the chip was chosen on the printer-port board; only there are switches and heaters.
+/// True when the chip is on the printer-port board; only there are switches and heaters.
 bool HasBoard(const Link& link);
 
 /// Sends one byte to the board's device at `address` (8-bit form). Does nothing without a board.
@@ -18,10 +18,10 @@ void SendBoardByte(Link& link, std::uint8_t address, std::uint8_t data);
 /// Receives one byte; nothing without a board.
 std::optional<std::uint8_t> ReceiveBoardByte(Link& link, std::uint8_t address);
 
-/// Whole-byte access to the device at 0x90 + 2n (n = 0 is U5, 1 is U6, 2 is U4, 3 is U3). The states of that device's
-/// Switch follow, so that a later synchronisation does not undo what was written here.
+/// Whole-byte access to the device at 0x90 + 2n (n = 0 is U5, 1 is U6, 2 is U4, 3 is U3). The device's Switch is
+/// updated as well, so that a later synchronisation does not undo this write.
 void WriteSwitchDevice(Board& board, int n, std::uint8_t value);
-/// Without a board the states known so far are returned.
+/// Without a board returns the last known states.
 std::uint8_t ReadSwitchDevice(Board& board, int n);
 
 }  // namespace krx

@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// One of the board's 32 switches; its place in the table is its number in the switch access dialog.
+/// One of the board's 32 switches; its index in the table is its number in the switch access dialog.
 struct BoardSwitch {
   std::string_view Group;
   std::string_view Designator;

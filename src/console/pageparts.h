@@ -7,7 +7,7 @@
 
 namespace krx {
 
-// What each page takes of the run's objects.
+// The objects of the run used by each page.
 
 inline VisualParts VisualPartsOf(Workbench& bench) {
   return {.ChipLink = bench.ChipLink,

@@ -17,14 +17,14 @@ namespace krx {
 namespace {
 
 struct Step {
-  /// Read: repeated with F5. Board: changes what the pin steps rest on. Pins: follow the board's steps.
+  /// Read: repeated with F5. Board: changes the basis of the pin steps. Pins: repeated after the board steps.
   enum class Kind { Read, Heaters, Board, Pins };
   const char* Name;
   std::function<void()> Run;
   Kind What = Kind::Read;
 };
 
-/// Runs a step `tries` times at most, and keeps the list of what is owed. Returns how the last try failed.
+/// Runs a step up to `tries` times and removes it from the pending steps on success. Returns the last failure.
 std::optional<std::string> Try(const Step& step, int tries, Workbench& bench) {
   StartUpState& state = bench.Start;
   std::optional<std::string> problem;
@@ -43,7 +43,7 @@ std::optional<std::string> Try(const Step& step, int tries, Workbench& bench) {
 }
 
 void SwitchHeatersOff(Board& board) {
-  // A late try must not switch off what the user has switched on since.
+  // A late retry must not switch off a heater that the user has switched on since.
   for (const std::size_t heater : {0U, 1U}) {
     if (board.GetHeater(heater).SwitchedOnHere()) return;
   }
@@ -78,12 +78,12 @@ std::vector<Step> Steps(Workbench& bench) {
           therm,
           alert,
           {"Tach routing", [&bench] { RouteTachsFromChip(bench.EvalBoard); }, Kind::Board},
-          // Once more behind the routing, which shares devices with these pins.
+          // Again after the routing, which shares devices with these pins.
           therm,
           alert};
 }
 
-/// One try of every owed step and, if `reads`, of every reading step.
+/// One try of every pending step and, if `reads`, of every reading step.
 StepProblems TryAgain(Workbench& bench, bool reads) {
   const Link::MayGiveUp readings(bench.ChipLink);
   StepProblems problems;
@@ -97,7 +97,7 @@ StepProblems TryAgain(Workbench& bench, bool reads) {
       if (!due && !follows && !(reads && step.What == Step::Kind::Read)) continue;
       if (auto problem = Try(step, 1, bench)) problems.push_back(*problem);
     }
-  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
+  } catch (const GivenUp&) {  // the program ends; the rest is not needed
   }
   return problems;
 }
@@ -112,7 +112,7 @@ std::string ProblemText(const StepProblems& problems) {
 
 StepProblems StartUp(Workbench& bench) {
   const Link::MayGiveUp readings(bench.ChipLink);
-  // The other start values are those that the state was made with.
+  // All other start values are set by the constructors.
   bench.Log.ColumnTitles = StartColumnTitles();
   std::vector<std::pair<std::string, std::string>> failed;  // step and problem
   try {
@@ -121,14 +121,14 @@ StepProblems StartUp(Workbench& bench) {
         if (bench.Start.Owed.insert(step.Name).second) failed.emplace_back(step.Name, *problem);
       }
     }
-  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
+  } catch (const GivenUp&) {  // the program ends; the rest is not needed
   }
-  // A pin step that failed before the routing may have succeeded behind it.
+  // A pin step that failed before the routing may have succeeded after it.
   StepProblems problems;
   for (const auto& [step, problem] : failed) {
     if (bench.Start.Owed.contains(step)) problems.push_back(problem);
   }
-  // A speed of 0 that nobody measured would be one with whatever pulses.
+  // Otherwise an initial speed of 0 would look like a measured one.
   if (!bench.Fans.PulsesKnown) bench.Measured.FanSpeeds.fill(std::numeric_limits<float>::quiet_NaN());
   return problems;
 }

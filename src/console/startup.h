@@ -12,30 +12,30 @@ namespace krx {
 
 struct Workbench;
 
-/// What went wrong in a sequence whose steps go on past a failing one; empty when all went well. A line is
-/// "Programmed pulses: Error: 7, text".
+/// The failures of a sequence that continues after failed steps; empty if there were none. A line is "Programmed
+/// pulses: Error: 7, text".
 using StepProblems = std::vector<std::string>;
 
-/// As a box shows them: a line each.
+/// As shown in a box: one line per problem.
 std::string ProblemText(const StepProblems& problems);
 
-/// Which steps of the start-up have not succeeded yet.
+/// The start-up steps that have not succeeded yet.
 struct StartUpState {
   std::set<std::string> Owed;  ///< by name
-  /// Told of every try that failed, of one that succeeded afterwards too.
+  /// Called for every failed try, also if a later one succeeded.
   std::function<void(const std::string& step, const CommsError& error)> Faulted;
 };
 
 /// The main window's start-up, from the chosen chip to the shown window: heaters off, log column titles, programmed
-/// pulses, power mode, manual flags; then the VID-drive probe and the board's switches brought in line with the chip.
-/// A failing step is tried once more at once; one that fails again is a problem, and owed from then on.
+/// pulses, power mode, manual flags; then the VID-drive probe, and the board's switches are synchronised with the chip.
+/// A failed step is retried once; if it fails again, it is reported and stays pending.
 StepProblems StartUp(Workbench& bench);
 
-/// Tries what is owed again, and with it the pin settings that follow a probe or a routing. Run it before the reading
-/// cycle is started, never inside a tick.
+/// Retries the pending steps, and with them the pin settings that follow a probe or a routing. Call it before the
+/// reading cycle is started, never inside a tick.
 void RetryOwed(Workbench& bench);
 
-/// Repeats the reading steps of the start-up, for a chip that was changed behind the console's back, and what is owed.
+/// Repeats the reading steps of the start-up, for a chip that was changed by another program, and the pending steps.
 StepProblems ReReadChip(Workbench& bench);
 
 }  // namespace krx

@@ -10,7 +10,7 @@
 namespace krx {
 namespace {
 
-/// What the reading cycle reads again and again: it may be standing still.
+/// The values read by the reading cycle, which may be stopped.
 void RenewReadings(Workbench& bench, const UndoStep& step) {
   for (std::size_t i = 0; i < 3; ++i) {
     if (step.Register == chip::Zones[i].Tmin) bench.Zones.ZoneTmin[i] = static_cast<std::int8_t>(step.Value);
@@ -35,7 +35,7 @@ void RouteChangedTachs(Board& board, const UndoStep& step) {
   constexpr int tachs = 4;
   const int changed = step.Replaced ? step.Value ^ *step.Replaced : 0x0F;
   for (int tach = 0; tach < tachs; ++tach) {
-    // The others may stand as the user set them in the switch dialog.
+    // The others may have been set by the user in the switch dialog.
     if ((changed >> tach & 1) != 0) RouteTach(board, tach, (step.Value >> tach & 1) != 0);
   }
 }
@@ -49,7 +49,7 @@ void RenewAfterUndo(Workbench& bench, const std::vector<UndoStep>& steps) {
     RenewFans(bench, step);
     if (step.Register == chip::Configuration3 || step.Register == chip::Configuration4) pins = true;
   }
-  // What reaches the board comes last: a failure there leaves nothing else undone.
+  // Board accesses come last, so that a failure there does not prevent the other updates.
   for (const UndoStep& step : steps) {
     if (step.Register == chip::Configuration2) RouteChangedTachs(bench.EvalBoard, step);
   }

@@ -26,11 +26,11 @@
 
 namespace krx {
 
-/// Every headless object of the run, in order of dependency, with its start values. Only the frame sees
-/// all of it: what a page takes is in console/pageparts.h.
+/// All headless objects of the run, in order of dependency, with their start values. Only the frame sees all of it;
+/// console/pageparts.h lists what each page uses.
 struct Workbench {
   explicit Workbench(Link& link) : ChipLink(link) {}
-  /// However the program ends, what it took is put back.
+  /// Makes the pending restores.
   ~Workbench() { Owed.PutBackAtEnd(std::cerr); }
   Workbench(const Workbench&) = delete;
   Workbench& operator=(const Workbench&) = delete;

@@ -53,8 +53,8 @@ void ControlModel::Enter() {
   state_.VidProbed = parts_.BoardFlags.VidProbed;
   RefreshTherm();
   RefreshAlert();
-  // The Temp switches are closed at power-up and nothing else reads them: without this a click on one diode would
-  // open the switches of the other.
+  // The Temp switches are closed at power-up and are not read elsewhere: without this, a click on one diode would open
+  // the switches of the other.
   parts_.EvalBoard.Device(SwitchDevice::U4).ReadSwitch();
   ShowSwitches();
   for (std::size_t heater = 0; heater < state_.Heaters.size(); ++heater) {

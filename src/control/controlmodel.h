@@ -15,7 +15,7 @@ class Board;
 class PinSettings;
 struct BoardState;
 
-/// What the tab works on; all of it outlives the tab.
+/// The objects used by the tab; all of them outlive it.
 struct ControlParts {
   Link& ChipLink;
   Board& EvalBoard;
@@ -28,12 +28,12 @@ struct ControlParts {
 /// The three switches of a diode, or one switch: as they are known.
 enum class SwitchState { NotRead, Open, Closed, Mixed };
 
-/// What the boxes and options of the "Control " tab show.
+/// State of the boxes and options of the "Control " tab.
 struct ControlState {
   bool HasBoard = false;  ///< switches and heaters exist only on the evaluation board
 
   bool PinsRead = false;  ///< the bytes that decide on the pin functions were seen on the bus
-  bool Therm = false;     ///< chkPROCHOT; the two options are enabled with it and both clear without it
+  bool Therm = false;     ///< chkPROCHOT; enables the two options, which are both clear without it
   bool ThermOn5v = false;
   bool ThermOnTach4 = false;
 
@@ -53,17 +53,17 @@ struct ControlState {
   std::string ThermPeriod;  ///< s
 };
 
-/// The rules of the "Control " tab. Every handler throws what the link throws; the state then shows what was reached.
+/// The rules of the "Control " tab. Every handler throws what the link throws; the state then shows what was completed.
 class ControlModel {
  public:
   explicit ControlModel(const ControlParts& parts);
 
   const ControlState& State() const { return state_; }
 
-  /// The tab is shown: pin settings, switches and heaters are taken from chip and board.
+  /// The tab is shown: reads pin settings, switches and heaters from chip and board.
   void Enter();
 
-  // Clicks. Each is a read-modify-write of one bit and the refresh of its group.
+  // Clicks. Each is a read-modify-write of one bit, followed by a refresh of its group.
   void SetTherm(bool enabled);   ///< chkPROCHOT
   void SetThermPin(bool on5v);   ///< opt5V, optTach4
   void SetAlertOnPwm2(bool on);  ///< chkAlert, chkPWM2Alert
@@ -74,12 +74,12 @@ class ControlModel {
   void SetVid(std::size_t input, bool closed);
   void SetHeater(std::size_t heater, bool on);
 
-  /// The field "Set THERM# Read Time": the number that the text begins with, negative ones count as 0.
+  /// The field "Set THERM# Read Time": the number at the beginning of the text; negative numbers count as 0.
   void SetThermPeriod(const std::string& text);
 
-  /// The pin modes were derived anew by somebody else: the reading cycle, another page.
+  /// The pin modes were refreshed elsewhere: by the reading cycle or another page.
   void ShowPins();
-  /// The switches were changed by somebody else.
+  /// The switches were changed elsewhere.
   void ShowSwitches();
 
  private:

@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// The pin functions over the board, whose switches follow them.
+/// The pin functions with a board, whose switches follow them.
 class PinSettings : public PinFunctions {
  public:
   explicit PinSettings(Board& board) : board_(board) {}
@@ -16,7 +16,7 @@ class PinSettings : public PinFunctions {
   void ThermRefresh() override;
   void AlertRefresh() override;
 
-  /// Called after a refresh that changed a mode, whoever asked for it.
+  /// Called after every refresh that changed a mode.
   std::function<void()> Changed;
 
  private:

@@ -40,16 +40,16 @@ std::string ChartCsv::Next(std::size_t rows) {
   next_ = span_.End;
   done_ = true;
   history_.ForEachRow(begin, span_.End, [&](std::int64_t time, std::span<const float> values) {
-    // A block that began earlier comes once more with its first time.
+    // A block that began earlier is repeated with its first time.
     if (time < begin && begin != span_.Begin) return true;
-    if (count >= rows && time > last) {  // rows of one time stay together, for a piece begins at a time
+    if (count >= rows && time > last) {  // rows with the same time stay together, since pieces are split by time
       next_ = time;
       done_ = false;
       return false;
     }
     ++count;
     last = time;
-    AddRow(std::clamp(time, span_.Begin, span_.End - 1), values);  // a block may reach beyond the span
+    AddRow(std::clamp(time, span_.Begin, span_.End - 1), values);  // a block may extend beyond the span
     return true;
   });
   return std::exchange(text_, {});
@@ -64,7 +64,7 @@ void ChartCsv::AddRow(std::int64_t time, std::span<const float> values) {
   const auto measured = [&](const CsvColumn& column) { return std::isfinite(values[column.Trace]); };
   const bool nothing = std::ranges::none_of(columns_, measured);
   if (std::exchange(inGap_, nothing) && nothing) return;
-  // Whole numbers, not a double: after weeks the microseconds would be rounded away.
+  // Integers, since a double would lose the microseconds after weeks.
   fmt::format_to(std::back_inserter(text_), "{}{}.{:06}", time < 0 ? "-" : "", std::abs(time / 1'000'000),
                  std::abs(time % 1'000'000));
   for (const CsvColumn& column : columns_) {

@@ -16,20 +16,20 @@ struct CsvColumn {
   std::string Heading;
 };
 
-/// The rows of a span as comma-separated text, piece by piece, so that a long run can be written beside other work:
-/// the notes, each behind "# ", a heading line, then "Time (s)" in seconds with six decimals and each column in its
-/// shortest decimal text. A cell is empty where nothing was measured, and where none of the columns was, one row of
-/// empty cells marks the gap. A heading that holds a comma, a quote or a line end is quoted.
+/// The rows of a span as comma-separated text, in pieces, so that a long run can be written in the background: the
+/// notes, each after "# ", a heading line, then "Time (s)" in seconds with six decimals and each column in its shortest
+/// decimal text. A cell is empty if nothing was measured; where no column was measured, one row of empty cells marks
+/// the gap. A heading that contains a comma, a quote or a line end is quoted.
 class ChartCsv {
  public:
-  /// What comes into the history afterwards is not part of it.
+  /// Rows appended to the history afterwards are not included.
   ChartCsv(const TraceHistory& history, ChartSpan span, std::vector<CsvColumn> columns,
            const std::vector<std::string>& notes);
 
-  /// The next piece, made of about so many rows of the history.
+  /// The next piece, from about this many rows of the history.
   std::string Next(std::size_t rows);
-  bool Done() const { return done_; }  ///< the last piece was given
-  double Share() const;                ///< of the span's time that was given, 0..1
+  bool Done() const { return done_; }  ///< the last piece was returned
+  double Share() const;                ///< fraction of the span completed, 0..1
 
  private:
   void AddRow(std::int64_t time, std::span<const float> values);

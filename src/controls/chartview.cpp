@@ -11,7 +11,7 @@ ChartSpan ChartView::Shown() const {
   const std::int64_t newest = history_.Empty() ? std::max<std::int64_t>(firstTime_, 0) : history_.LastTime() + 1;
   const std::int64_t oldest = std::max(history_.FirstTime(), firstTime_);
   if (mode_ == ChartMode::Whole) return {oldest, std::max(newest, oldest + 1'000'000)};
-  // Until the first length is full the picture grows from the left, as on a paper recorder.
+  // Until the first window is full the chart grows from the left, as on a paper recorder.
   const std::int64_t end = std::max(newest, oldest + length_);
   return {end - length_, end};
 }

@@ -7,10 +7,10 @@
 
 namespace krx {
 
-/// Live follows the newest row, Paused stands still while rows keep coming, Whole always shows everything.
+/// Live follows the newest row, Paused is fixed while rows are appended, Whole always shows everything.
 enum class ChartMode { Live, Paused, Whole };
 
-/// Microseconds, the end outside.
+/// Microseconds, end excluded.
 struct ChartSpan {
   std::int64_t Begin = 0;
   std::int64_t End = 0;
@@ -18,7 +18,7 @@ struct ChartSpan {
   bool operator==(const ChartSpan&) const = default;
 };
 
-/// Which part of a history a chart shows. Several views may look at one history.
+/// The part of a history shown by a chart. Several views may share one history.
 class ChartView {
  public:
   static constexpr std::int64_t DefaultLength = 180'000'000;
@@ -31,11 +31,11 @@ class ChartView {
   ChartSpan Shown() const;
   std::int64_t FirstTime() const { return firstTime_; }
 
-  void Live();  ///< follows again, at the default length
+  void Live();  ///< follows the newest row again, at the default length
   void Pause();
   void Whole();
 
-  /// Makes what is shown `factor` times as long; the point at `share` of the width (0..1) keeps its place. A live view
+  /// Makes the shown span `factor` times as long; the point at `share` of the width (0..1) stays in place. A live view
   /// stays live and keeps its end.
   void Zoom(double factor, double share);
   /// Moves by `share` of the width, positive towards newer rows, and pauses.
@@ -43,7 +43,7 @@ class ChartView {
   /// Shows this and pauses.
   void Show(ChartSpan span);
 
-  /// Shows nothing older than what comes next; other views of the history keep theirs.
+  /// Shows only rows appended from now on; other views of the history are not affected.
   void Clear();
 
  private:

@@ -8,7 +8,7 @@
 namespace krx {
 namespace {
 
-/// The smallest of 1, 2 and 5 times a power of ten that is not below `raw`.
+/// The smallest 1, 2 or 5 times a power of ten not below `raw`.
 double RoundStep(double raw) {
   const double power = std::pow(10.0, std::floor(std::log10(raw)));
   for (const double factor : {1.0, 2.0, 5.0})

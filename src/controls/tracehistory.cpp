@@ -8,11 +8,11 @@ namespace krx {
 
 namespace {
 
-// A multiple of the factor, so that the entries below one block always lie, and go, together.
+// A multiple of the factor, so that the entries below one block are always stored and dropped together.
 constexpr std::uint64_t kRowsPerChunk = 1024;
 constexpr std::uint64_t kBlocksPerChunk = 64;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-// Ticks are closer together: only a cycle that stood still leaves more.
+// Longer than the time between ticks: only a stopped cycle leaves such a gap.
 constexpr std::int64_t kLongGap = 1'000'000;
 constexpr float kNotPosted = std::numeric_limits<float>::quiet_NaN();
 
@@ -83,7 +83,7 @@ void TraceHistory::NoteGap(std::int64_t time, bool measured) {
   nothingSince_.reset();
 }
 
-// Makes one block of the newest 16 entries of `level`. NaN loses every comparison, so what was not posted drops out,
+// Makes one block from the newest 16 entries of `level`. Comparisons with NaN are false, so missing values are ignored,
 // and a block without any value keeps a minimum above its maximum.
 void TraceHistory::FoldUp(std::size_t level) {
   if (levels_.size() == level + 1) levels_.emplace_back();
@@ -113,7 +113,7 @@ void TraceHistory::DropOld() {
     const std::uint64_t size = ChunkSize(level);
     while (store.Chunks.size() > 1) {
       const std::uint64_t end = (store.DroppedChunks + 1) * size;
-      // The level above stands in for what goes, so it has to cover the whole chunk already.
+      // The level above replaces the dropped chunk, so it must already cover all of it.
       if (levels_.size() < level + 2 || levels_[level + 1].Count * kFactor < end) break;
       if (lastTime_ - *RunAt(level, end - 1).Last <= kept) break;
       store.Chunks.erase(store.Chunks.begin());

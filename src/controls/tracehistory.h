@@ -12,7 +12,7 @@
 
 namespace krx {
 
-/// What one trace shows in one pixel column: the smallest and the largest value that fell into it.
+/// One trace in one pixel column: the smallest and the largest value in it.
 struct TraceColumn {
   float Min = std::numeric_limits<float>::infinity();
   float Max = -std::numeric_limits<float>::infinity();
@@ -26,7 +26,7 @@ struct TraceSample {
   float Value = 0;
 };
 
-/// How long the levels are kept, in microseconds back from the newest row; what is coarser than both is kept for ever.
+/// How long the levels are kept, in microseconds before the newest row; coarser levels are kept for ever.
 struct TraceRetention {
   std::int64_t Raw = std::int64_t{2} * 3600 * 1'000'000;      ///< every row
   std::int64_t Blocks = std::int64_t{24} * 3600 * 1'000'000;  ///< minimum and maximum of 16 rows
@@ -35,34 +35,34 @@ struct TraceRetention {
   }
 };
 
-/// Every value ever posted to a set of traces that share one time column. Over the rows stands a pyramid: each level
-/// holds the minimum and maximum of 16 entries of the level below, so a picture of the whole history costs the same
-/// after ten seconds and after ten days. Rows and blocks lie in chunks; an append never moves what is stored.
+/// All values posted to a set of traces with a common time column. Above the rows is a pyramid: each level holds the
+/// minimum and maximum of 16 entries of the level below, so drawing the whole history takes the same time after ten
+/// seconds and after ten days. Rows and blocks are stored in chunks; an append never moves stored data.
 class TraceHistory {
  public:
   explicit TraceHistory(std::size_t traceCount, TraceRetention retention = {});
 
   /// Adds one row. `time` in microseconds since the start of the program; a time before the newest row counts as that
-  /// row's. A value that is not finite, or missing because `values` is shorter than the trace count, was not measured:
-  /// from here to its next value the trace has a gap.
+  /// row's. A value that is not finite, or missing because `values` is shorter than the trace count, counts as not
+  /// measured: the trace has a gap up to its next value.
   void Append(std::int64_t time, std::span<const float> values);
 
-  /// Forgets everything.
+  /// Removes everything.
   void Clear();
 
   std::size_t TraceCount() const { return traceCount_; }
-  std::uint64_t RowCount() const;  ///< rows appended since the last Clear, dropped ones included
+  std::uint64_t RowCount() const;  ///< rows appended since the last Clear, including dropped ones
   bool Empty() const { return RowCount() == 0; }
   std::int64_t FirstTime() const;   ///< of the oldest entry of any level; 0 while empty
   std::int64_t LastTime() const;    ///< of the newest row; 0 while empty
   std::size_t MemoryBytes() const;  ///< allocated for rows and blocks
 
-  /// Fills `columns` with what `trace` shows when `columns` share the time from `begin` (inside) to `end` (outside)
-  /// evenly. A block that is shorter than a column belongs whole to the column it starts in; no value is lost. A gap
-  /// that is shorter than a column may be.
+  /// Fills `columns` with `trace` when the columns divide the time from `begin` (included) to `end` (excluded) evenly.
+  /// A block shorter than a column belongs to the column it starts in; no value is lost, but a gap shorter than a
+  /// column may be.
   void Columns(std::size_t trace, std::int64_t begin, std::int64_t end, std::span<TraceColumn> columns) const;
 
-  /// Smallest and largest value from `begin` (inside) to `end` (outside).
+  /// Smallest and largest value from `begin` (included) to `end` (excluded).
   TraceColumn Range(std::size_t trace, std::int64_t begin, std::int64_t end) const;
 
   /// The newest value posted at or before `time`, and the oldest one posted at or after it. Where only a block is left,
@@ -70,27 +70,27 @@ class TraceHistory {
   std::optional<TraceSample> LastUpTo(std::size_t trace, std::int64_t time) const;
   std::optional<TraceSample> FirstFrom(std::size_t trace, std::int64_t time) const;
 
-  /// Nothing was measured for the trace somewhere between two times, at which it was.
+  /// True if the trace has a gap between two times at which it was measured.
   bool GapBetween(std::size_t trace, std::int64_t from, std::int64_t to) const;
 
-  /// Calls `row` in order of time for every row from `begin` (inside) to `end` (outside) until it returns false. NaN
-  /// where nothing was measured. Where only a block is left it gives two rows: its minima at its first time, its maxima
-  /// at its last; a gap of a second or longer parts it in two such pairs with a row of NaN between them.
+  /// Calls `row` in order of time for every row from `begin` (included) to `end` (excluded) until it returns false. NaN
+  /// means not measured. Where only a block is left there are two rows: its minima at its first time, its maxima at its
+  /// last; a gap of a second or longer splits it into two such pairs with a row of NaN between them.
   void ForEachRow(std::int64_t begin, std::int64_t end,
                   const std::function<bool(std::int64_t time, std::span<const float> values)>& row) const;
 
  private:
   struct Chunk {
     std::unique_ptr<std::int64_t[]> Times;  // level 0: one column; above: first times, then last times
-    std::unique_ptr<float[]> Values;        // level 0: a column a trace; above: minima of every trace, then maxima
+    std::unique_ptr<float[]> Values;        // level 0: one column per trace; above: minima of every trace, then maxima
   };
   struct Level {
     std::vector<Chunk> Chunks;
     std::uint64_t DroppedChunks = 0;
-    std::uint64_t Count = 0;  // entries, dropped ones included
+    std::uint64_t Count = 0;  // entries, including dropped ones
   };
-  /// Where one entry lies: pointers to its times and to its values of trace 0; a trace further is one chunk size
-  /// further. On level 0 first and last time, minimum and maximum are the same cell.
+  /// Location of one entry: pointers to its times and to its values of trace 0; the next trace is one chunk size
+  /// further. On level 0 first and last time, and minimum and maximum, are the same cell.
   struct Run {
     std::int64_t* First;
     std::int64_t* Last;
@@ -126,7 +126,7 @@ class TraceHistory {
   TraceRetention retention_;
   std::vector<Level> levels_;
   std::int64_t lastTime_ = 0;
-  std::vector<Gap> gaps_;  ///< in order; the long ones, which a block would otherwise paint over
+  std::vector<Gap> gaps_;  ///< in order; only long ones, which a block would otherwise hide
   std::optional<std::int64_t> nothingSince_;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a trace history answers; how it is stored is in tracehistory.cpp.
+// Queries of the trace history; storage is in tracehistory.cpp.
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -14,7 +14,7 @@ constexpr float kNotPosted = std::numeric_limits<float>::quiet_NaN();
 
 }  // namespace
 
-// Those that overlap the time.
+// The gaps that overlap the time span.
 std::span<const TraceHistory::Gap> TraceHistory::GapsIn(std::int64_t begin, std::int64_t end) const {
   const auto first = std::ranges::upper_bound(gaps_, begin, {}, &Gap::End);
   const auto last = std::ranges::lower_bound(gaps_, end, {}, &Gap::Begin);
@@ -34,8 +34,8 @@ bool TraceHistory::WalkEntry(std::size_t level, std::uint64_t entry, std::int64_
   return true;
 }
 
-// Visits what covers the time from begin to end, in order, taking blocks as long as they last at most `longest`, until
-// a visit returns false. Only whole blocks are stored, so each level continues where the one above it ends.
+// Visits the entries that cover the time from begin to end, in order, using blocks of at most `longest`, until a visit
+// returns false. Only complete blocks are stored, so each level continues where the one above it ends.
 template <class Visit>
 void TraceHistory::Walk(std::int64_t begin, std::int64_t end, std::int64_t longest, Visit&& visit) const {
   std::uint64_t entry = 0;
@@ -63,14 +63,14 @@ void TraceHistory::Columns(std::size_t trace, std::int64_t begin, std::int64_t e
       return true;
     }
     const std::size_t first = columnOf(*run.First);
-    // Longer than a column means that the rows below are gone: then the block stands for its whole time.
+    // Longer than a column means that the rows below were dropped: the block then covers its whole time.
     const std::size_t last = *run.Last - *run.First > longest ? columnOf(*run.Last) : first;
     for (std::size_t i = first; i <= last; ++i)
       columns[i] = {std::min(min, columns[i].Min), std::max(max, columns[i].Max)};
     newest = &columns[last];
     return true;
   });
-  // Blocks do not know where in them nothing was measured.
+  // Blocks do not store where in them nothing was measured.
   std::size_t before = 0;
   for (const Gap& gap : GapsIn(begin, end)) {
     const std::size_t past = gap.End < end ? columnOf(gap.End) : columns.size();
@@ -126,7 +126,7 @@ std::optional<TraceSample> TraceHistory::FindIn(std::size_t level, std::uint64_t
 }
 
 std::optional<TraceSample> TraceHistory::Find(std::size_t trace, std::int64_t time, Direction direction) const {
-  // What no whole block of the level above covers comes first when looking back, last when looking forward.
+  // Entries not covered by a block of the level above come first when searching backward, last when searching forward.
   const bool backward = direction == Direction::Backward;
   for (std::size_t step = 0; step < levels_.size(); ++step) {
     const std::size_t level = backward ? step : levels_.size() - 1 - step;
@@ -160,7 +160,7 @@ void TraceHistory::ForEachRow(std::int64_t begin, std::int64_t end,
   };
   Walk(begin, end, -1, [&](const Run& run) {
     if (run.Last == run.First) return give(*run.First, run.Min, run.Stride);
-    // Minima and maxima stand for every stretch of the block in which something was measured.
+    // Minima and maxima are given for every part of the block in which something was measured.
     std::int64_t from = *run.First;
     for (const Gap& gap : GapsIn(*run.First, *run.Last + 1)) {
       if (gap.Begin > from && !(give(from, run.Min, run.Stride) && give(gap.Begin, run.Max, run.Stride))) return false;

@@ -5,7 +5,7 @@
 
 namespace krx {
 
-/// Lets costly work that is not urgent (the redraw of a chart) keep out of the short waits before a transfer.
+/// Keeps expensive work that is not urgent (redrawing a chart) out of the short waits before a transfer.
 class WaitBudget {
  public:
   virtual ~WaitBudget() = default;
@@ -17,7 +17,7 @@ class WaitBudget {
   /// replaces the work of the first.
   virtual void CallAfterwards(const void* owner, std::function<void()> work) = 0;
 
-  /// Drops what the owner has waiting; to be called before the owner ends.
+  /// Drops the owner's pending work; must be called before the owner is destroyed.
   virtual void Forget(const void* owner) = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// The settings of one fan that a user can edit.
+/// The editable settings of one fan.
 enum class FanSetting : std::size_t {
   FanType,
   Behaviour,
@@ -37,15 +37,15 @@ class PendingChanges {
   std::array<std::array<bool, 4>, fanSettingCount> flags_{};
 };
 
-/// The fan state that the rest of the system shares, by tach input.
+/// The fan state shared by the system, by tach input.
 struct FanCommon {
   std::array<std::string, 4> FanLabel{"Fan1", "Fan2", "Fan3", "Fan4"};
   std::array<float, 4> ProgrammedPulses{1, 1, 1, 1};  ///< pulses per revolution programmed into 0x7B
-  std::array<float, 4> ActualPulses{1, 1, 1, 1};      ///< pulses per revolution that the fan really gives
-  bool PulsesKnown = false;      ///< 0x7B was read: until then no speed and no limit in RPM can be told
+  std::array<float, 4> ActualPulses{1, 1, 1, 1};      ///< actual pulses per revolution of the fan
+  bool PulsesKnown = false;      ///< 0x7B was read; until then speeds and limits in RPM are unknown
   PendingChanges PendingChange;  ///< of the fan dialog
 
-  /// The byte of 0x7B: two bits a fan, pulses less one.
+  /// Takes the byte of 0x7B: two bits per fan, pulses minus one.
   void TakePulses(std::uint8_t fields) {
     for (std::size_t tach = 0; tach < ProgrammedPulses.size(); ++tach) {
       ProgrammedPulses[tach] = static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
@@ -53,16 +53,16 @@ struct FanCommon {
     PulsesKnown = true;
   }
 
-  /// False when a byte of 0x7B holds other pulses for the tach than speeds are told with.
+  /// False when a byte of 0x7B holds other pulses for the tach than those used for the shown speeds.
   bool AgreesWith(std::uint8_t fields, std::size_t tach) const {
     return ProgrammedPulses.at(tach) == static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
   }
 
-  /// The RPM of a shown speed or limit from the one that the count alone gives. Multiplied before it is divided: the
-  /// quotient first would round differently, and at a half to another count.
+  /// The shown RPM of a speed or limit, from the RPM of the count alone. Multiplies before dividing: forming the
+  /// quotient first would round differently and could give another count.
   float Corrected(float rpm, std::size_t tach) const { return rpm * ProgrammedPulses.at(tach) / ActualPulses.at(tach); }
 
-  /// The factor as one number, which a limit written from the gauge is multiplied with.
+  /// The correction as one factor, as used for limits written from the gauge.
   float PulseCorrection(std::size_t tach) const { return ProgrammedPulses.at(tach) / ActualPulses.at(tach); }
 };
 

@@ -27,14 +27,14 @@ std::string Item(std::span<const std::string_view> items, int code) {
   return std::string(items[static_cast<std::size_t>(code)]);
 }
 
-/// 1 to 4; nothing when the text is none of the items.
+/// 1 to 4; empty when the text is not one of the items.
 std::optional<int> Pulses(const std::string& text) {
   const auto code = CodeOf(text, pulseItems);
   if (!code) return std::nullopt;
   return *code + 1;
 }
 
-/// The leading number of the text; the dialog sees to it that nothing follows.
+/// The leading number of the text; the dialog ensures that nothing follows.
 float LimitRpm(const std::string& text) {
   return static_cast<float>(Val(text));
 }
@@ -43,7 +43,7 @@ float LimitRpm(const std::string& text) {
 
 std::optional<std::uint8_t> MinimumDutyByte(double percent) {
   if (!(percent >= 0 && percent <= 100)) return std::nullopt;
-  // 255/100 and not 2.55, which has no exact value: 50 % would fall below its half and come back as 127.
+  // 255/100 and not 2.55, which is not exact in binary: 50 % would be just below the half and give 127.
   return static_cast<std::uint8_t>(CInt(percent * 255 / 100));
 }
 
@@ -78,7 +78,7 @@ void FanConfig::LoadTach(std::size_t t, FanFields& fields) {
   const int count = high * 256 + ReadByte(link_, chip::Tachs.at(t).LimitLow);
   fields.TwoWire = (ReadByte(link_, chip::Configuration2) >> t & 1) != 0;
   const std::uint8_t pulses = ReadByte(link_, chip::FanPulses);
-  // Where the start-up could not read them this is the first time that they are seen.
+  // If the start-up could not read them, this is the first reading.
   if (!fans_.PulsesKnown) fans_.TakePulses(pulses);
   fields.TachLimit = std::to_string(CInt(fans_.Corrected(TachToRPM(static_cast<float>(count)), t)));
   fields.ProgrammedPulses = Item(pulseItems, pulses >> (2 * t) & 3);
@@ -119,7 +119,7 @@ void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
       if (Pending(setting, t)) apply(fields.at(t), t);
     }
   };
-  // Every step reads its register afresh, so that steps which share one do not undo each other.
+  // Every step reads its register again, so that steps sharing a register do not undo each other.
   forOutputs(FanSetting::Behaviour,
              [&](const chip::Output&, const FanFields& fan, std::size_t k) { ApplyBehaviour(k, fan); });
   forOutputs(FanSetting::Frequency, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
@@ -171,7 +171,7 @@ void FanConfig::ApplyPulses(std::size_t t, const FanFields& fields) {
   const auto pulses = Pulses(fields.ProgrammedPulses);
   if (!pulses) return;
   UpdateBits(link_, chip::FanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
-  // The byte holds all four fields, so that the other fans' are known with this one's.
+  // The byte holds all four fields, so the pulses of the other fans are known as well.
   if (const auto all = link_.Seen.Byte(chip::FanPulses); all && !fans_.PulsesKnown) fans_.TakePulses(*all);
   fans_.ProgrammedPulses.at(t) = static_cast<float>(*pulses);
 }

@@ -16,7 +16,7 @@ namespace krx {
 inline constexpr std::size_t pwmCount = 3;
 inline constexpr std::size_t fanCount = 4;
 
-/// What the fan dialog shows of one fan: list items by their text, check marks, and numbers as typed.
+/// What the fan dialog shows for one fan: list items by their text, check marks, and numbers as typed.
 struct FanFields {
   std::string FanType = "CPU Fan";
   std::string Behaviour;
@@ -34,33 +34,33 @@ struct FanFields {
 };
 using AllFanFields = std::array<FanFields, fanCount>;
 
-/// A pending field that has no encoding.
+/// A pending field that cannot be encoded.
 struct FanRefusal {
   std::string Message;
   FanSetting Setting;
   std::size_t Fan;
 };
 
-/// The percent's byte: 50 is 128, the chip's own default. Nothing outside 0..100 %.
+/// The byte of a percentage: 50 is 128, the chip's default. Empty outside 0..100 %.
 std::optional<std::uint8_t> MinimumDutyByte(double percent);
 
-/// Moves the fan settings between the chip and plain fields. Fan n is PWM output n with tach input n; the fourth has
-/// a tach input only.
+/// Transfers the fan settings between the chip and plain fields. Fan n is PWM output n with tach input n; the fourth
+/// fan has a tach input only.
 class FanConfig {
  public:
-  /// behaviourCodes: bits 7:5 of 0x5C..0x5E as the automatic control knows them; kept current.
+  /// behaviourCodes: bits 7:5 of 0x5C..0x5E as used by the automatic control; kept up to date.
   FanConfig(Link& link, Board& board, FanCommon& fans, std::array<std::uint8_t, 3>& behaviourCodes);
 
   /// Reads fan index+1 into the fields; an index above 3 loads nothing. Throws what the link throws.
   void LoadFanSettings(std::size_t index, FanFields& fields);
-  /// The same from what was last seen on the bus; reads only registers of which that is not known.
+  /// The same from the bytes last seen on the bus; reads only registers that were not seen yet.
   void LoadSeen(std::size_t index, FanFields& fields);
 
-  /// The first pending field, by setting and then fan, that could not be written; touches nothing.
+  /// The first pending field, by setting and then fan, that cannot be written; changes nothing.
   std::optional<FanRefusal> Check(const AllFanFields& fields) const;
 
   /// Writes every pending setting of all fans, thirteen steps in a fixed order, each a read-modify-write of its own
-  /// bits. Run Check first. A failing transfer is thrown: the steps before it have taken effect. The flags stay set.
+  /// bits. Run Check first. A failed transfer is thrown; the steps before it have taken effect. The flags stay set.
   void ApplyFanSettings(const AllFanFields& fields);
 
  private:

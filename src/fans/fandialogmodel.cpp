@@ -11,7 +11,7 @@ namespace {
 constexpr std::array<FanSetting, 8> outputSettings{
     FanSetting::Behaviour,  FanSetting::Polarity,  FanSetting::SpinUp,    FanSetting::MinimumDuty,
     FanSetting::Hysteresis, FanSetting::Frequency, FanSetting::Acoustics, FanSetting::RampRate};
-// Not the fan type: loading sets its text, and only the choice of an item is an edit.
+// Not the fan type: loading sets its text, and only the user's choice of an item is an edit.
 constexpr std::array<FanSetting, 4> tachSettings{FanSetting::TachLimit, FanSetting::TachSource,
                                                  FanSetting::ProgrammedPulses, FanSetting::ActualPulses};
 
@@ -22,7 +22,7 @@ constexpr std::array<std::string FanFields::*, 9> texts{
 constexpr std::array<bool FanFields::*, 4> marks{&FanFields::HysteresisOn, &FanFields::ActiveHigh,
                                                  &FanFields::EnhancedAcoustics, &FanFields::TwoWire};
 
-/// Takes what was seen, but for what the user has changed since it was known.
+/// Takes the seen fields, except those that the user has changed since.
 void TakeUnedited(FanFields& fields, const FanFields& known, const FanFields& seen) {
   const auto take = [&](const auto& members) {
     for (const auto member : members) {
@@ -39,7 +39,7 @@ FanDialogModel::FanDialogModel(FanConfig& config, FanCommon& fans) : config_(con
 
 void FanDialogModel::Open() {
   loaded_ = {};
-  // Before the load too: the flags outlive a dialog, and a failing load must not leave those of the last one.
+  // Before the load, too: the flags outlive a dialog, and a failed load must not leave those of the previous one.
   ClearEdits();
   Load(0);
   ClearEdits();
@@ -52,7 +52,7 @@ void FanDialogModel::ShowTab(std::size_t fan) {
 }
 
 void FanDialogModel::Load(std::size_t fan) {
-  // Into a copy: a failing transfer must not leave half a fan that the next Apply would write.
+  // Into a copy: a failed transfer must not leave a partly loaded fan that the next Apply would write.
   FanFields fields;
   config_.LoadFanSettings(fan, fields);
   Fields.at(fan) = known_.at(fan) = std::move(fields);
@@ -68,11 +68,11 @@ void FanDialogModel::Renew() {
     FanFields seen;
     if (!loaded_.at(fan)) continue;
     config_.LoadSeen(fan, seen);
-    // Whatever is flagged, by an edit of another fan or by a former Apply, must not write the old byte again.
+    // Flags set by an edit of another fan or an earlier Apply must not write the old byte again.
     TakeUnedited(Fields.at(fan), applyEnabled_ ? known_.at(fan) : Fields.at(fan), seen);
     known_.at(fan) = std::move(seen);
   }
-  // As after any load: what an earlier Apply wrote is no edit any more.
+  // As after any load: what an earlier Apply wrote is no longer an edit.
   if (!applyEnabled_) ClearEdits();
 }
 

@@ -11,29 +11,29 @@
 namespace krx {
 
 /// The fan dialog's rules: which tabs are loaded, which edits are pending, when Apply is enabled. Lives as long as the
-/// dialog is open. Operations that reach the chip throw what the link throws.
+/// dialog is open. Operations that access the chip throw what the link throws.
 class FanDialogModel {
  public:
   FanDialogModel(FanConfig& config, FanCommon& fans);
 
-  /// Opening: loads the first fan, no edits pending.
+  /// Opens the dialog: loads the first fan, no edits pending.
   void Open();
 
-  /// The tab of a fan (0..3) is shown; it is read from the chip the first time. With edits pending, the freshly loaded
-  /// fields count as edited too, so that the next Apply writes them back as read.
+  /// The tab of a fan (0..3) is shown; it is read from the chip the first time. With edits pending, the newly loaded
+  /// fields count as edited, too, so that the next Apply writes them back as read.
   void ShowTab(std::size_t fan);
 
   /// The user edited a setting; the window has put its new text or mark into Fields.
   void Edited(FanSetting setting, std::size_t fan);
 
-  /// The text of the tach limit as it is to be shown: what is no number becomes "0". Counts as an edit.
+  /// Returns the text of the tach limit to show: anything but a number becomes "0". Counts as an edit.
   const std::string& EditTachLimit(std::size_t fan, std::string text);
 
-  /// Writes what is pending. A refusal writes nothing and leaves Apply enabled; so does a failing transfer.
+  /// Writes the pending settings. A refusal writes nothing; after a refusal or a failed transfer Apply stays enabled.
   std::optional<FanRefusal> Apply();
 
-  /// The chip was changed from elsewhere: takes the loaded fans as they were last seen on the bus. Fields that the user
-  /// has changed and not yet applied stay.
+  /// The chip was changed elsewhere: updates the loaded fans from the bytes last seen on the bus. Fields that the user
+  /// has changed and not yet applied are kept.
   void Renew();
 
   bool ApplyEnabled() const { return applyEnabled_; }

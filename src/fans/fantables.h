@@ -20,7 +20,7 @@ inline constexpr std::array<std::string_view, 8> behaviourList{"Always On",
                                                                "Fastest of Remote 1,2",
                                                                "Fastest of all Temps",
                                                                "Manual Control"};
-/// A fan type of the dialog and the short label that the main window shows for it.
+/// A fan type of the dialog and its short label in the main window.
 struct FanType {
   std::string_view Item;
   std::string_view Label;
@@ -33,13 +33,13 @@ inline constexpr std::array<FanType, 5> fanTypes{{
     {"Not Used", "Unused"},
 }};
 
-/// The place of the item with this text, leading and trailing blanks ignored; nothing when there is none.
+/// The index of the item with this text, ignoring leading and trailing blanks; empty when there is none.
 std::optional<std::uint8_t> CodeOf(std::string_view text, std::span<const std::string_view> items);
 
-/// The ramp-rate code whose number the text begins with.
+/// The ramp-rate code for the number at the beginning of the text.
 std::optional<std::uint8_t> RampRateCode(std::string_view text);
 
-/// The short label of a dialog item; nothing for any other text.
+/// The short label of a dialog item; empty for any other text.
 std::optional<std::string_view> LabelOfType(std::string_view item);
 /// The dialog item of a short label, or the label itself when it is none of the five.
 std::string_view TypeOfLabel(std::string_view label);

@@ -18,7 +18,7 @@ constexpr std::uint8_t manualControl = chip::BehaviourMask;
 ManualControl::ManualControl(Link& link, OwedWrites& owed, std::size_t output, bool dutyChanges)
     : link_(link), owed_(owed), registers_(chip::Outputs.at(output)) {
   const std::uint8_t present = ReadByte(link_, registers_.Configuration);
-  // What an earlier run could not put back is no state to return to.
+  // An overdue restore takes precedence: the present byte is not the original state.
   const std::uint8_t before = owed_.OverdueByte(registers_.Configuration).value_or(present);
   if ((before & manualControl) == manualControl && dutyChanges) {
     duty_ = owed_.EnterRegister(registers_.Duty, ReadByte(link_, registers_.Duty), 0xFF);
@@ -27,7 +27,7 @@ ManualControl::ManualControl(Link& link, OwedWrites& owed, std::size_t output, b
   try {
     owed_.Change(configuration_, present | manualControl);
   } catch (...) {
-    // The destructor of an object that was never made does not run, and the write may have arrived.
+    // The destructor does not run after an exception in the constructor, and the write may have reached the chip.
     PutBack();
     throw;
   }
@@ -54,7 +54,7 @@ std::string NotRestoredText(const Link& link, const OwedWrites& owed, std::size_
     }
   }
   if (owedBytes.empty()) return {};
-  return fmt::format("PWM{} could not be put back ({}).\nIt stands in manual control at {}; {}.", output + 1,
+  return fmt::format("PWM{} could not be restored ({}).\nIt is in manual control at {}; {}.", output + 1,
                      owed.LastFailure().BoxText(), SeenDuty(link, output), owedBytes);
 }
 

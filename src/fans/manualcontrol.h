@@ -12,11 +12,12 @@
 
 namespace krx {
 
-/// Takes an output into manual control and puts its configuration back, whatever ends its scope. An output that was in
-/// manual control before gets its duty back too, unless a new one was found. What cannot be put back stays owed.
+/// Switches an output to manual control and restores its configuration at the end of the scope. An output that was
+/// already in manual control gets its duty restored as well, unless a new one was found. A failed restore stays
+/// pending.
 class ManualControl {
  public:
-  /// output: 0..2. Throws what the link throws; the output is then as it was, or owed.
+  /// output: 0..2. Throws what the link throws; the output is then unchanged or a pending restore.
   ManualControl(Link& link, OwedWrites& owed, std::size_t output, bool dutyChanges);
   ~ManualControl() { PutBack(); }
   ManualControl(const ManualControl&) = delete;
@@ -25,7 +26,7 @@ class ManualControl {
   void SetDuty(std::uint8_t byte);
   void KeepDuty() { owed_.Settle(duty_); }
 
-  /// False when it failed. Further calls do nothing.
+  /// Returns false on failure. Further calls do nothing.
   bool PutBack();
 
  private:
@@ -37,8 +38,8 @@ class ManualControl {
   bool done_ = false;
 };
 
-/// How an output stands that could not be put back, and what its registers should hold; empty when nothing is overdue.
-/// output: 0..2.
+/// The state of an output that could not be restored, and what its registers should hold; empty when nothing is
+/// overdue. output: 0..2.
 std::string NotRestoredText(const Link& link, const OwedWrites& owed, std::size_t output);
 
 }  // namespace krx

@@ -26,11 +26,11 @@ constexpr double valuesBarStep = 100.0 / 8;
 constexpr double readingsBarStep = 100.0 / 20;
 constexpr int failingMisses = 3;
 
-// A fan that this output does not drive would be waited for without end. Large fans coast for some ten seconds.
+// Limits the wait for a fan that this output does not drive. Large fans coast for about ten seconds.
 constexpr double standstillLimitSeconds = 30;
-// The tachometer is counted anew four times a second at most; polling faster only loads the bus.
+// The tachometer is updated at most four times a second; faster polling only loads the bus.
 constexpr double standstillPollSeconds = 0.02;
-// Nothing cools while the fan is waited for.
+// There is no cooling while waiting for the fan to stop.
 constexpr double heatCheckSeconds = 1;
 
 constexpr std::uint8_t fullDuty = 0xFF;
@@ -51,9 +51,9 @@ SteadyVerdict JudgeReadings(std::span<const std::uint16_t, steadyReadingCount> c
   SteadyVerdict verdict;
   verdict.Mean = static_cast<double>(sum) / static_cast<double>(number);
   for (const std::uint16_t count : kept) {
-    // |count - mean| > 0.3 mean in whole numbers, so that a reading exactly on the limit is inside.
+    // |count - mean| > 0.3 mean in integers, so that a reading exactly on the limit is inside.
     const bool outside = std::llabs(count * number - sum) * 10 > 3 * sum;
-    // A fan that never starts reads 65535 throughout, well inside the band of its own mean.
+    // A fan that never starts reads 65535 throughout, which is within the band around its mean.
     if (outside || count == standstillCount) ++verdict.Misses;
   }
   verdict.Passed = verdict.Misses < failingMisses;
@@ -84,7 +84,7 @@ DetectionResult MinimumPwm::Min_PWM(std::size_t index) {
 void MinimumPwm::Detect(std::size_t index, DetectionResult& result) {
   if (AtThermLimit()) {
     result.End = DetectionEnd::TooHot;
-    result.Message = "Temperature Too High!\n\nA temperature zone is at its THERM limit; the fan is not stopped now.";
+    result.Message = "Temperature Too High!\n\nA temperature zone is at its THERM limit; the fan will not be stopped.";
     return;
   }
   if (!IsPresent(index)) {
@@ -102,7 +102,7 @@ void MinimumPwm::Detect(std::size_t index, DetectionResult& result) {
   } catch (const TooHot&) {
     control.SetDuty(fullDuty);
     result.End = DetectionEnd::TooHot;
-    result.Message = "Temperature Too High!\n\nA temperature zone reached its THERM limit; the detection was ended.";
+    result.Message = "Temperature Too High!\n\nA temperature zone reached its THERM limit; the detection was aborted.";
   }
   control.PutBack();
 }
@@ -162,7 +162,7 @@ void MinimumPwm::WaitForStandstill(std::size_t index, DutyEvidence& evidence) {
 }
 
 void MinimumPwm::TestSteadyRun(std::size_t index, ManualControl& control, DutyEvidence& evidence) {
-  // The duty is a percentage throughout: what is tested is the byte that accepting the result writes.
+  // The same byte that is written when the result is accepted.
   control.SetDuty(MinimumDutyByte(evidence.Duty).value_or(fullDuty));
   Wait(settlingSeconds);
   progress_.Readings = 0;
@@ -177,7 +177,7 @@ void MinimumPwm::TestSteadyRun(std::size_t index, ManualControl& control, DutyEv
 }
 
 std::uint8_t MinimumPwm::Read(std::uint8_t reg) {
-  // On a slow bus the next look at the user's Cancel would come too late for a program that is to end.
+  // On a slow bus the next check for Cancel would be too late when the program is asked to end.
   if (link_.EndAsked && link_.EndAsked()) throw Cancelled();
   return ReadByte(link_, reg);
 }
@@ -212,8 +212,8 @@ void MinimumPwm::ShowProgress() {
 }
 
 std::string MinimumPwm::DidNotStopText() const {
-  std::string cause = "The fan slows down, but does not come to a standstill.";
-  // A tenth is more than the ripple of a fan that keeps its speed.
+  std::string cause = "The fan slows down, but does not stop.";
+  // 10 % is more than the speed ripple of a fan at constant duty.
   if (speedAtZero_ > 1.1F * speedBefore_) {
     cause = "It turns faster at 0 %: the polarity of the output (\"Fan Active High\") is probably inverted.";
   } else if (speedAtZero_ > 0.75F * speedBefore_) {
@@ -225,13 +225,13 @@ std::string MinimumPwm::DidNotStopText() const {
 
 std::string MonitoringWarning(const Link& link) {
   const auto seen = link.Seen.Byte(chip::Configuration1);
-  if (!seen) return "Temperatures may not be measured: it is not known whether monitoring is on";
+  if (!seen) return "Temperatures may not be measured: monitoring state unknown";
   return (*seen & chip::Start) != 0 ? "" : "Temperatures are not measured: monitoring is off";
 }
 
 std::string EvidenceText(const DetectionResult& result, int fan) {
-  constexpr std::array<const char*, 7> ends{"",        "none found", "fan not present",           "fan did not stop",
-                                            "too hot", "cancelled",  "ended by a failed transfer"};
+  constexpr std::array<const char*, 7> ends{
+      "", "none found", "fan not present", "fan did not stop", "too hot", "cancelled", "aborted by a failed transfer"};
   std::string text = fmt::format("Minimum PWM of fan {}: {}\n", fan,
                                  result.End == DetectionEnd::Found ? fmt::format("{} %", result.Value)
                                                                    : ends.at(static_cast<std::size_t>(result.End)));

@@ -21,15 +21,15 @@ class ManualControl;
 inline constexpr std::size_t steadyReadingCount = 21;  ///< the first one is discarded
 inline constexpr std::uint16_t standstillCount = 0xFFFF;
 
-/// What twenty kept readings say about one duty.
+/// The verdict of the twenty kept readings at one duty.
 struct SteadyVerdict {
   double Mean = 0;  ///< tach counts
-  int Misses = 0;   ///< outside ±30 % of the mean, limits included, or no pulses at all
+  int Misses = 0;   ///< readings outside ±30 % of the mean (limits count as inside) or without pulses
   bool Passed = false;
 };
 SteadyVerdict JudgeReadings(std::span<const std::uint16_t, steadyReadingCount> counts);
 
-/// What was measured at one duty.
+/// The measurements at one duty.
 struct DutyEvidence {
   int Duty = 0;  ///< %
   double SecondsToStop = 0;
@@ -40,50 +40,50 @@ struct DutyEvidence {
 enum class DetectionEnd { Found, NoneFound, Absent, DidNotStop, TooHot, Cancelled, LinkFault };
 
 struct DetectionResult {
-  std::int16_t Value = 100;  ///< the first duty in % that passed, 0 when none did, 100 when there is no result
+  std::int16_t Value = 100;  ///< the first duty in % that passed, 0 if none did, 100 if there is no result
   DetectionEnd End = DetectionEnd::Cancelled;
-  std::string Message;  ///< for a box with the critical-error icon; empty: none is shown
+  std::string Message;  ///< for a box with the critical icon; empty: no box
   std::vector<DutyEvidence> Evidence;
-  std::string NotRestored;          ///< how the output stands when it could not be put back; empty: it was
-  std::optional<CommsError> Fault;  ///< why it could not
+  std::string NotRestored;          ///< state of an output that could not be restored; empty: restored
+  std::optional<CommsError> Fault;  ///< why the restore failed
 };
 
-/// Counts, mean, misses, time to stop and verdict of every tested duty, as text.
+/// Counts, mean, misses, stopping time and verdict of every tested duty, as text.
 std::string EvidenceText(const DetectionResult& result, int fan);
 
-/// What to ask before a detection: without the chip's monitoring nothing sees that a zone gets hot while its fan
-/// stands. By what was last seen on the bus; empty when it monitors.
+/// The warning to confirm before a detection: without monitoring, a zone that gets hot while its fan is stopped is not
+/// detected. Based on the byte last seen on the bus; empty when monitoring is on.
 std::string MonitoringWarning(const Link& link);
 
-/// What a run shows while it goes on.
+/// The progress of a run.
 struct DetectionProgress {
   int Duty = 0;                                      ///< % under test
   double Values = 0;                                 ///< first bar, 0..100
   double Readings = 0;                               ///< second bar, 0..100
   float SpeedRpm = 0;                                ///< last speed read
-  double SecondsLeft = 0;                            ///< of the whole run, if every remaining duty has to be tried
-  std::optional<double> StandstillSecondsLeft = {};  ///< while the fan is waited for to stop
+  double SecondsLeft = 0;                            ///< of the whole run, if every remaining duty has to be tested
+  std::optional<double> StandstillSecondsLeft = {};  ///< while waiting for the fan to stop
 };
 
-/// The surroundings of a run: its display, its clock and its only control.
+/// The environment of a run: display, clock and Cancel.
 class DetectionMonitor {
  public:
   virtual ~DetectionMonitor() = default;
   virtual void Show(const DetectionProgress& progress) = 0;
-  /// Seconds from an arbitrary origin, in the time of the fans.
+  /// Seconds from an arbitrary origin, in the fans' time.
   virtual double Seconds() = 0;
   /// Waits without any chip traffic; false when the user cancelled.
   virtual bool Wait(double seconds) = 0;
 };
 
 /// Finds the lowest duty at which a fan starts from standstill and runs steadily. The output is in manual control
-/// meanwhile; its configuration register is put back on every way out, an exception included, and stays owed where that
-/// fails.
+/// meanwhile; its configuration register is restored on every exit, including exceptions, and stays a pending restore
+/// if that fails.
 class MinimumPwm {
  public:
   MinimumPwm(Link& link, OwedWrites& owed, const FanCommon& fans, DetectionMonitor& monitor);
 
-  /// index: 0..2. Throws what the link throws, unless the output could not be put back: then the result says both.
+  /// index: 0..2. Throws what the link throws, unless the output could not be restored: then the result reports both.
   DetectionResult Min_PWM(std::size_t index);
 
  private:

@@ -47,7 +47,7 @@ void BusJournal::LearnValues(JournalEntry& entry) {
   const bool ofRegister =
       entry.Operation == BusOperation::ReadRegister || entry.Operation == BusOperation::WriteRegister;
   const bool ofDevice = entry.Operation == BusOperation::ReceiveByte || entry.Operation == BusOperation::SendByte;
-  // The status byte is another one than the control byte; neither tells what the other held.
+  // Status byte and control byte are different bytes; neither gives the value of the other.
   if (!ofRegister && !ofDevice) return;
   const bool write = entry.Operation == BusOperation::WriteRegister || entry.Operation == BusOperation::SendByte;
   const Place place{entry.PrinterPort, ofRegister, entry.Address, entry.Register};
@@ -57,7 +57,7 @@ void BusJournal::LearnValues(JournalEntry& entry) {
   if (entry.Failure.empty()) {
     seen_[place] = entry.Value;
   } else if (write) {
-    // It may or may not have arrived: nothing is known of the place any more.
+    // The write may or may not have reached the chip: the value is unknown.
     seen_.erase(place);
   }
 }
@@ -65,7 +65,7 @@ void BusJournal::LearnValues(JournalEntry& entry) {
 void BusJournal::Remember(const JournalEntry& write) {
   const auto after = write.Failure.empty() ? std::optional(write.Value) : std::nullopt;
   for (auto known = writes_.rbegin(); known != writes_.rend() && known->Action == write.Action; ++known) {
-    // What the register held at the mark must stay known, too.
+    // The value at the mark must be kept as well.
     if (mark_ && known->Number <= *mark_) break;
     if (known->Address != write.Address || known->Register != write.Register) continue;
     known->After = after;
@@ -115,7 +115,7 @@ std::uint64_t BusJournal::ActionNumber(const std::string& origin, ActionScope::R
   if (run == ActionScope::Run::Continued) {
     if (const auto newest = newestActions_.find(origin); newest != newestActions_.end()) return newest->second;
   }
-  // One press may do two things: leaving a box takes over what was typed there, then the button's own handler runs.
+  // One press can run two handlers: leaving a box applies the typed text, then the button's own handler runs.
   if (gestureOpen_ && ofGesture_.Action != 0 && ofGesture_.Origin == origin) return ofGesture_.Action;
   newestActions_[origin] = ++actions_;
   if (gestureOpen_) ofGesture_ = {origin, actions_};

@@ -8,7 +8,7 @@
 namespace krx {
 namespace {
 
-/// Enters transfers of one bus.
+/// Records the transfers of one bus.
 class Recorder {
  public:
   Recorder(BusJournal& journal, bool printerPort, bool readOnly)
@@ -88,7 +88,7 @@ class JournalBusDevice : public BusDevice {
                     [&] { inner_->WriteByteData(address, reg, data); });
   }
   void Complete() override {
-    // It completes a control-byte change, which did not happen.
+    // It completes a control-byte change, which was suppressed.
     if (!recorder_.ReadOnly()) inner_->Complete();
   }
 

@@ -8,8 +8,8 @@
 
 namespace krx {
 
-/// A CommsModule that passes every operation on to another one and enters the transfers into a journal. With
-/// `readOnly` no write reaches chip or board: it is entered as skipped and succeeds. The journal outlives the module.
+/// A CommsModule that forwards every operation to another one and records the transfers in a journal. With `readOnly`
+/// writes are suppressed: they are recorded as skipped and succeed. The journal must outlive the module.
 std::unique_ptr<CommsModule> MakeJournalModule(std::unique_ptr<CommsModule> inner, BusJournal& journal, bool readOnly);
 
 }  // namespace krx

@@ -42,7 +42,7 @@ std::string Transfer(BusOperation operation) {
 std::string Device(const JournalEntry& entry) {
   if (entry.Operation == BusOperation::ControlByte || entry.Operation == BusOperation::StatusByte) return "Board port";
   if (!entry.PrinterPort) return "SMBus " + Hex(entry.Address);
-  // The chip's address is in the 7-bit form everywhere; a switch device goes by its designator.
+  // The chip's address is shown in the 7-bit form everywhere; a switch device by its designator.
   if (OfRegister(entry)) return "Board " + Hex(static_cast<std::uint8_t>(entry.Address >> 1));
   const auto name = SwitchDeviceName(entry.Address);
   return "Board " + (name ? std::string(*name) : Hex(entry.Address));
@@ -54,14 +54,14 @@ std::string Register(const JournalEntry& entry) {
   return known == nullptr ? Hex(entry.Register) : fmt::format("{} {}", Hex(entry.Register), known->PanelName);
 }
 
-/// What a write changes, by field.
+/// The changes made by a write, by field.
 std::string Change(const JournalEntry& entry) {
   if (entry.Operation != BusOperation::WriteRegister) return {};
   return ChangeText(entry.Register, entry.OldValue, entry.Value);
 }
 
 std::string Result(const JournalEntry& entry) {
-  if (entry.Skipped) return "not written (read-only)";
+  if (entry.Skipped) return "suppressed (read-only)";
   return entry.Failure.empty() ? "ok" : entry.Failure;
 }
 

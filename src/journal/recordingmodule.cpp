@@ -6,8 +6,8 @@
 
 namespace krx {
 
-/// Both media look like this one device: the waits of the SMBus are those of the real link. What would choose a port,
-/// a mode or an address changes nothing.
+/// Represents both media, since the SMBus waits are made by the real link. Selecting a port, mode or address has no
+/// effect.
 class RecordingLink::Device : public BusDevice {
  public:
   explicit Device(RecordingLink& owner) : owner_(owner) {}
@@ -46,9 +46,7 @@ class RecordingLink::Module : public CommsModule {
   explicit Module(RecordingLink& owner) : owner_(owner) {}
 
   std::unique_ptr<PrinterPortAdapter> ObtainPrinterPortAdapter() override { return std::make_unique<Adapter>(owner_); }
-  std::unique_ptr<SmbusController> ObtainSmbusController() override {
-    throw CommsError(5, "A recording has no SMBus of its own");
-  }
+  std::unique_ptr<SmbusController> ObtainSmbusController() override { throw CommsError(5, "A recording has no SMBus"); }
   void SelectMedium(int) override {}
 
  private:
@@ -60,7 +58,7 @@ RecordingLink::RecordingLink(Link& real, Reads reads)
       reads_(reads),
       root_([this] { return std::make_unique<Module>(*this); }),
       link_(root_, clock_, pump_) {
-  // Always the medium without a wait, so that none is waited twice; whether there is a board stays true.
+  // Always the medium without waits, so that none is made twice; the board setting is that of the real link.
   link_.CommsMedium = 1;
   link_.EvalBoardMedium = real.EvalBoardMedium;
   link_.ChipAddress = real.ChipAddress;

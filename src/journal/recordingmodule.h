@@ -12,29 +12,29 @@
 
 namespace krx {
 
-/// A write that was held back.
+/// A write that was recorded instead of sent.
 struct RecordedWrite {
-  bool OfDevice = false;                 ///< a byte for a device without registers, as the board's switches
+  bool OfDevice = false;                 ///< a byte for a device without registers, such as the board's switches
   std::uint8_t Address = 0;              ///< register, or bus address of the device
-  std::optional<std::uint8_t> Old = {};  ///< of a register as it was last seen; nothing when it never was
+  std::optional<std::uint8_t> Old = {};  ///< last known value; empty if it was never seen
   std::uint8_t New = 0;
 };
 
-/// A second link to the same chip over which nothing is changed: reads go through to the first one, once per place, and
-/// writes are recorded instead of sent; later reads see them. What runs on it shows what it would do.
+/// A second link to the same chip that changes nothing: reads are forwarded to the first one, once per address, and
+/// writes are recorded instead of sent and returned by later reads. Running code on it shows what it would write.
 class RecordingLink {
  public:
-  /// FromSeen: a register that passed on the bus before is not read, what was seen of it is taken.
+  /// FromSeen: a register already seen on the bus is not read again; the byte last seen is used.
   enum class Reads { Through, FromSeen };
 
-  /// `real` outlives this object and keeps its own waits.
+  /// `real` must outlive this object; its reads include their usual waits.
   explicit RecordingLink(Link& real, Reads reads = Reads::Through);
   ~RecordingLink();
   RecordingLink(const RecordingLink&) = delete;
   RecordingLink& operator=(const RecordingLink&) = delete;
 
   Link& Recording() { return link_; }
-  /// In the order in which they were made.
+  /// In order.
   const std::vector<RecordedWrite>& Writes() const { return writes_; }
 
  private:

@@ -11,14 +11,14 @@
 namespace krx {
 namespace {
 
-constexpr const char* neverSeen = "what it held before was never read; it keeps what was written";
+constexpr const char* neverSeen = "previous value unknown; the written value is kept";
 
 std::uint8_t ChipOf(const Link& link) {
   return static_cast<std::uint8_t>(link.ChipAddress);
 }
 
-/// False when the register is to be tried again.
-bool PutBack(Link& link, BusJournal& journal, const UndoRecord& record, UndoResult& result) {
+/// False when the register should be tried again.
+bool Restore(Link& link, BusJournal& journal, const UndoRecord& record, UndoResult& result) {
   if (record.Before && record.Before == record.After) return true;
   if (!record.Before) {
     result.Problems.push_back({record.Register, neverSeen});
@@ -36,9 +36,9 @@ bool PutBack(Link& link, BusJournal& journal, const UndoRecord& record, UndoResu
   return true;
 }
 
-/// Takes back what the records did together.
-void TakeBack(Link& link, BusJournal& journal, std::span<const UndoRecord> records, UndoResult& result) {
-  std::vector<UndoRecord> net;  // a register each: what it held before the first record, and after the last one
+/// Undoes the combined effect of the records.
+void UndoRecords(Link& link, BusJournal& journal, std::span<const UndoRecord> records, UndoResult& result) {
+  std::vector<UndoRecord> net;  // one per register: the value before the first record and after the last one
   for (const UndoRecord& record : records) {
     const auto known = std::ranges::find(net, record.Register, &UndoRecord::Register);
     if (known == net.end()) {
@@ -48,7 +48,7 @@ void TakeBack(Link& link, BusJournal& journal, std::span<const UndoRecord> recor
     }
   }
   for (auto each = net.rbegin(); each != net.rend(); ++each) {
-    if (!PutBack(link, journal, *each, result)) continue;
+    if (!Restore(link, journal, *each, result)) continue;
     for (const UndoRecord& record : records) {
       if (record.Register == each->Register) journal.SetUndone(record.Number);
     }
@@ -65,7 +65,7 @@ UndoResult UndoLastAction(Link& link, BusJournal& journal) {
     auto first = records.end();
     while (first != records.begin() && std::prev(first)->Action == action) --first;
     result.Origin = records.back().Origin;
-    TakeBack(link, journal, {first, records.end()}, result);
+    UndoRecords(link, journal, {first, records.end()}, result);
     records.erase(first, records.end());
   }
   return result;
@@ -77,7 +77,7 @@ UndoResult UndoToMark(Link& link, BusJournal& journal) {
   result.Forgotten = journal.ForgottenSinceMark();
   std::vector<UndoRecord> records = journal.UndoableWrites(ChipOf(link));
   std::erase_if(records, [&](const UndoRecord& record) { return record.Number <= *journal.Mark(); });
-  TakeBack(link, journal, records, result);
+  UndoRecords(link, journal, records, result);
   return result;
 }
 

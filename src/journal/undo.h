@@ -12,35 +12,35 @@
 
 namespace krx {
 
-/// A register and the byte that it got back.
+/// A register and the byte restored to it.
 struct UndoStep {
   std::uint8_t Register = 0;
   std::uint8_t Value = 0;
-  std::optional<std::uint8_t> Replaced = {};  ///< what stood there before the undo, where that was seen
+  std::optional<std::uint8_t> Replaced = {};  ///< value before the undo, if known
 };
 
-/// A register that could not be put back.
+/// A register that could not be restored.
 struct UndoProblem {
   std::uint8_t Register = 0;
   std::string Reason;
 };
 
 struct UndoResult {
-  std::string Origin;             ///< of the action that was taken back; empty: none, or all since the mark
-  std::vector<UndoStep> Written;  ///< in this order
+  std::string Origin;             ///< of the undone action; empty: none, or all since the mark
+  std::vector<UndoStep> Written;  ///< in order
   std::vector<UndoProblem> Problems;
-  std::size_t Forgotten = 0;  ///< writes since the mark that the journal no longer knows
+  std::size_t Forgotten = 0;  ///< writes since the mark that are no longer in the journal
 };
 
-// Both write through the link as anybody else does, under the origin "Undo"; those writes are journaled, and not undone
-// themselves. Every register gets back with one write what it held before, in the reverse order of their first writes;
-// one that holds it anyway is left alone. A failing transfer becomes a problem of its register, which the next call
-// tries again; a register whose former byte was never seen is a problem once. The others get their turn.
+// Both write through the link like any other code, with the origin "Undo"; these writes are recorded, but cannot be
+// undone themselves. Each register is restored with one write, in the reverse order of their first writes; one that
+// already holds its old byte is skipped. A failed transfer is reported as a problem of its register, and the next call
+// tries it again; a register whose old byte was never seen is reported once. The other registers are still restored.
 
-/// Takes back the newest action that left anything changed; nothing at all when there is none.
+/// Undoes the newest action that changed anything; does nothing if there is none.
 UndoResult UndoLastAction(Link& link, BusJournal& journal);
 
-/// Takes back everything since the mark; nothing when none was set.
+/// Undoes everything since the mark; does nothing if no mark is set.
 UndoResult UndoToMark(Link& link, BusJournal& journal);
 
 }  // namespace krx

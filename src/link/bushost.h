@@ -14,26 +14,26 @@ struct SmbusAdapter {
   std::string Label;  ///< "SMBus I801 adapter at 0700, i2c-1"
 };
 
-/// Ask: only look who has the right to write. Take: where nobody has it, it is this program's to its end. A write takes
-/// it by itself.
+/// Ask: only query who holds the write lock. Take: acquire it, if it is free, until the program ends. A write acquires
+/// it implicitly.
 enum class WriteRight { Ask, Take };
 
-/// What a bus-access library over the buses of a real computer does beside its operations: it tells several SMBus
-/// adapters apart, and keeps two programs from writing to one chip. The simulated computer has one of each bus and
-/// nobody to share it with.
+/// What a bus-access library for the buses of a real computer does in addition to its transfers: it distinguishes
+/// several SMBus adapters, and keeps two programs from writing to the same chip. The simulated computer has one bus of
+/// each kind and no other programs.
 class BusHost {
  public:
   virtual ~BusHost() = default;
 
-  /// The adapters that a search has to ask, one after the other. Throws CommsError when there is none.
+  /// The adapters to search, in this order. Throws CommsError when there is none.
   virtual std::vector<SmbusAdapter> SmbusAdapters() = 0;
-  /// All SMBus transfers from now on go to this adapter. Opens nothing.
+  /// Directs all further SMBus transfers to this adapter. Opens nothing.
   virtual void UseSmbusAdapter(int number) = 0;
-  /// N of /dev/parportN for a port of the printer-port adapter.
+  /// The N of /dev/parportN for a port of the printer-port adapter.
   virtual int PortNumber(int port) = 0;
 
-  /// The program that has the right to write, "krx5580-console (process 4711)", if it is another one. On the SMBus: to
-  /// this 7-bit address of the adapter in use; on a printer port: to whatever is at the selected one, since a board's
+  /// Another program that holds the write lock, "krx5580-console (process 4711)", if any. On the SMBus the lock covers
+  /// this 7-bit address of the adapter in use; on a printer port everything on the selected port, since a board's
   /// heaters and switches go with its chip. Nothing is transferred. Throws CommsError when the bus cannot be opened.
   virtual std::optional<std::string> SmbusHolder(std::uint8_t address, WriteRight right) = 0;
   virtual std::optional<std::string> PortHolder(WriteRight right) = 0;

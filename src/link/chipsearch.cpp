@@ -20,7 +20,7 @@ constexpr int progressPerMedium = 33;
 constexpr int progressPerPort = progressPerMedium / 4;
 constexpr int progressPerAddress = progressPerMedium / (static_cast<int>(candidateAddresses.size()) - 1);
 
-/// Runs operations one after the other, keeps the first failure and goes on.
+/// Runs operations one after the other, keeps the first failure and continues.
 class Routine {
  public:
   explicit Routine(std::string title) : title_(std::move(title)) {}
@@ -36,7 +36,7 @@ class Routine {
     }
   }
 
-  /// The company id at an address; nothing where no device answers or the transfer fails.
+  /// Whether the company ID matches; false when no device answers or the transfer fails.
   template <typename Read>
   bool IsChip(Read read) {
     bool found = false;
@@ -44,7 +44,7 @@ class Routine {
       try {
         found = read() == chip::ExpectedCompanyId;
       } catch (const NoAcknowledge&) {
-        // An empty address is what a search mostly finds.
+        // The normal case in a search.
       }
     });
     return found;
@@ -60,7 +60,7 @@ class Routine {
   std::optional<std::string> text_;
 };
 
-/// Whoever cannot be asked is found out when the chip is taken.
+/// A failure is ignored here: taking the chip will report it.
 template <typename Ask>
 std::string HolderText(Ask ask) {
   std::optional<std::string> holder;
@@ -117,7 +117,7 @@ std::vector<SearchReport> ChipSearch::Search(const SearchMedia& media, int maxim
     if (media.PrinterPort) SearchPrinterPort(reports);
     if (media.Smbus) SearchSmbus(reports);
     if (media.Usb) SearchUsb();
-  } catch (const GivenUp&) {  // the program ends, and nobody asks for the rest
+  } catch (const GivenUp&) {  // the program ends; the rest is not needed
   }
   progress_ = nullptr;
   return reports;
@@ -138,7 +138,7 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
     std::unique_ptr<BusDevice> device;
     const int number = host != nullptr ? host->PortNumber(port) : port;
     searched_.push_back(fmt::format("printer port {}", number));
-    // Without its port selected a device would be searched on the port before.
+    // If selecting fails, the previous port would be searched again.
     if (!routine.Try([&] {
           adapter->SelectPort(static_cast<std::uint8_t>(port));
           device = adapter->ObtainBusDevice();
@@ -150,7 +150,7 @@ void ChipSearch::SearchPrinterPort(std::vector<SearchReport>& reports) {
       for (const std::uint8_t address : candidateAddresses) {
         link_.ThrowIfGivenUp();
         if (!routine.IsChip([&] { return device->ReadByteData(address, chip::CompanyId); })) continue;
-        // A chip that answered is listed even when the adapter cannot say where it was asked.
+        // A chip that answered is listed even if reading back port and mode fails.
         PrinterFind find{address, port, mode, number, {}};
         routine.Try([&] { find.Port = adapter->CurrentPort(); });
         routine.Try([&] { find.BusMode = device->GetBusMode(); });
@@ -170,7 +170,7 @@ void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
     host = link_.Root().Get().Host();
     if (host != nullptr) adapters = host->SmbusAdapters();
   });
-  // A library without a choice has one SMBus.
+  // A library without BusHost has one SMBus.
   if (host == nullptr) adapters.emplace_back();
   for (const SmbusAdapter& adapter : adapters) searched_.push_back(host != nullptr ? adapter.Label : "the SMBus");
   for (const std::uint8_t candidate : candidateAddresses) {
@@ -195,7 +195,7 @@ void ChipSearch::SearchSmbus(std::vector<SearchReport>& reports) {
 }
 
 void ChipSearch::SearchUsb() {
-  // No device is known behind USB: only the progress moves.
+  // No USB device is supported: only the progress advances.
   for (std::size_t candidate = 0; candidate < candidateAddresses.size(); ++candidate) Advance(progressPerAddress);
 }
 
@@ -263,8 +263,8 @@ std::optional<std::string> ChipSearch::ConnectFirst(const SearchMedia& media) {
   if (rows.empty()) {
     const Link::MayGiveUp connecting(link_);
     link_.ThrowIfGivenUp();
-    std::string text = "No KRX5580 was found";
-    text += searched_.empty() ? ": there is no such bus to search" : " on: " + Searched();
+    std::string text = "No KRX5580 found";
+    text += searched_.empty() ? ": this computer has no such bus" : " on: " + Searched();
     for (const SearchReport& report : reports) text += ". " + report.Line();
     throw CommsError(noChipFound, text);
   }

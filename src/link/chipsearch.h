@@ -15,7 +15,7 @@
 
 namespace krx {
 
-/// The media that the user ticked.
+/// The media selected for the search.
 struct SearchMedia {
   bool PrinterPort = false;
   bool Smbus = false;
@@ -23,11 +23,11 @@ struct SearchMedia {
   bool Any() const { return PrinterPort || Smbus || Usb; }
 };
 
-/// A message box of a routine that went on past failing operations.
+/// The message box of a routine that continued after failed operations.
 struct SearchReport {
   std::string Title;
   std::string Text;
-  /// Both where there is no box: "Search SMBus: Error: 57, Device I/O error".
+  /// Both as one line, for programs without boxes: "Search SMBus: Error: 57, Device I/O error".
   std::string Line() const;
 };
 
@@ -40,42 +40,42 @@ class ChipSearch {
 
   explicit ChipSearch(Link& link);
 
-  /// Creates the CommsModule and puts the board's control byte to 0. Goes on past failing operations.
+  /// Creates the CommsModule and sets the board's control byte to 0. Continues after failed operations.
   void Load();
 
   /// Asks the SMBus host for its report. A failure is returned in `report`.
   std::optional<MediumReport> ReadChipset(std::optional<SearchReport>& report);
 
-  /// 33 for each ticked medium; the printer port counts only when the adapter reports a port.
+  /// 33 per selected medium; the printer port counts only when the adapter reports a port.
   int ProgressMaximum(const SearchMedia& media);
 
   /// Searches printer port, SMBus and USB in this order; appends to the finds. The progress ends at `maximum`, as
-  /// ProgressMaximum gave it. Returns the message boxes to show, one per routine that had a failing operation. An
-  /// address that no device acknowledges is no failure. Given up between two transfers when the program is to end.
+  /// returned by ProgressMaximum. Returns the message boxes to show, one per routine with a failed operation. An
+  /// address that no device acknowledges is not a failure. Abandoned between two transfers when the program is asked to
+  /// end.
   std::vector<SearchReport> Search(const SearchMedia& media, int maximum, const Progress& progress);
 
   void ClearFinds();
-  /// The ports and adapters that the last search asked: "SMBus I801 adapter at 0700, i2c-1 and printer port 0"; empty
-  /// when there were none.
+  /// The ports and adapters of the last search: "SMBus I801 adapter at 0700, i2c-1 and printer port 0"; empty when
+  /// there were none.
   std::string Searched() const;
 
-  /// Printer rows first, then SMBus rows, each in order of finding.
+  /// Printer-port rows first, then SMBus rows, each in the order found.
   std::vector<ResultRow> Rows() const;
 
-  /// Applies port, bus mode, device address and medium of the row and writes the link state. Goes on past failing
+  /// Applies port, bus mode, device address and medium of the row and sets the link state. Continues after failed
   /// operations: the link state is set in any case.
   void Finish(const ResultRow& row);
 
-  /// The bus of the chip that Finish chose, as its row names it.
+  /// The bus of the chip chosen by Finish, as named in its row.
   const std::string& ChosenBus() const { return chosenBus_; }
 
-  /// After Finish, before anything is written: takes the right to write to the chip for this program. Returns the
-  /// program that has it, if it is another one. A read-only run leaves it alone. Throws CommsError when the bus cannot
-  /// be opened.
+  /// After Finish, before anything is written: acquires the write lock of the chip. Returns the other program that
+  /// holds it, if any. A read-only run does not acquire it. Throws CommsError when the bus cannot be opened.
   std::optional<std::string> TakeChip();
 
-  /// Searches and finishes with the first row. Throws CommsError when there is none, saying what was searched and what
-  /// went wrong there; GivenUp when the program is to end. Returns what TakeChip returns.
+  /// Searches and finishes with the first row. Throws CommsError when there is none, naming what was searched and what
+  /// failed there; GivenUp when the program is asked to end. Returns what TakeChip returns.
   std::optional<std::string> ConnectFirst(const SearchMedia& media);
 
  private:

@@ -6,7 +6,7 @@
 
 namespace krx {
 
-/// The platform's performance counter, behind an interface so that a test can move time by hand.
+/// The platform's performance counter, as an interface so that a test can control time.
 class Clock {
  public:
   virtual ~Clock() = default;
@@ -17,7 +17,7 @@ class Clock {
   virtual double FallbackSeconds() = 0;
 };
 
-/// The counter's frequency, 0 until it has been asked for, and the count that was read last.
+/// The counter's frequency, 0 until it was queried, and the last count read.
 struct PerfClock {
   std::int64_t Frequency = 0;
   std::int64_t Counter = 0;

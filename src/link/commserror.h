@@ -6,11 +6,17 @@
 
 namespace krx {
 
-/// A failed operation of the bus-access library or of the link: a number and a text. Thrown where it happens,
-/// shown once at the window's edge.
-class CommsError : public std::runtime_error {
+/// A failure whose text is written for the user.
+class Failure : public std::runtime_error {
  public:
-  CommsError(int number, const std::string& text) : std::runtime_error(text), number_(number) {}
+  using std::runtime_error::runtime_error;
+};
+
+/// A failed operation of the bus-access library or of the link: a number and a text. Thrown where it happens, shown
+/// once at the boundary of the window.
+class CommsError : public Failure {
+ public:
+  CommsError(int number, const std::string& text) : Failure(text), number_(number) {}
 
   int Number() const { return number_; }
 
@@ -21,19 +27,19 @@ class CommsError : public std::runtime_error {
   int number_;
 };
 
-/// No device acknowledged its address. A search takes it for "nothing there", everybody else for a failure.
+/// No device acknowledged its address. For a search this means an empty address, for all other callers a failure.
 class NoAcknowledge : public CommsError {
  public:
   using CommsError::CommsError;
 };
 
-/// No failure: the program is to end, and a sequence that only reads was given up between two transfers.
+/// Not a failure: the program was asked to end, and a read-only sequence was abandoned between two transfers.
 class GivenUp : public std::runtime_error {
  public:
   GivenUp() : std::runtime_error("given up") {}
 };
 
-/// A value that does not fit the byte it is meant for.
+/// A value that does not fit into its byte.
 class Overflow : public CommsError {
  public:
   static constexpr int number = 6;
@@ -43,7 +49,7 @@ class Overflow : public CommsError {
   explicit Overflow(const std::string& text) : CommsError(number, text) {}
 };
 
-/// An overflow that is found before anything is written, with a text that names the value.
+/// An overflow that was detected before any write, with a text that states the valid range.
 class OutOfRange : public Overflow {
  public:
   explicit OutOfRange(const std::string& text) : Overflow(text) {}

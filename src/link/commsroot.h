@@ -17,8 +17,7 @@ class CommsRoot {
   /// The root object. Throws what the factory throws; the next call then tries again.
   CommsModule& Get();
 
-  /// Another bus altogether, before a chip was chosen on the first one. No object that Get's module handed out may be
-  /// alive.
+  /// Switches to another bus before a chip has been chosen. No object handed out by the old module may be alive.
   void Change(Factory factory);
 
  private:

@@ -9,7 +9,7 @@ enum class PumpMode {
   HoldUserInput,  ///< inside a transfer: user input stays queued, paints and timers run
 };
 
-/// What Delay asks of the user interface.
+/// Event handling while Delay waits.
 class EventPump {
  public:
   virtual ~EventPump() = default;

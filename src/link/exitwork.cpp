@@ -7,8 +7,8 @@
 namespace krx {
 namespace {
 
-/// Neither handler gets an argument, and one that is registered with atexit stays for good: this says whether and where
-/// there is still something to do.
+/// Neither handler gets an argument, and an atexit handler cannot be removed: this pointer tells them whether there is
+/// still work to do.
 ExitWork*& Registered() {
   static ExitWork* registered = nullptr;
   return registered;
@@ -27,7 +27,7 @@ ExitWork::~ExitWork() {
 }
 
 void ExitWork::AtExit() {
-  // Taken off first: what fails in here may end the program once more.
+  // Cleared first: a failure in the work may call exit or terminate again.
   if (ExitWork* const self = std::exchange(Registered(), nullptr)) self->work_();
 }
 

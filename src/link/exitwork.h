@@ -6,8 +6,8 @@
 
 namespace krx {
 
-/// While it lives, its work is also done when the program ends past its destructor: by exit(), which the toolkit calls
-/// when the display goes away, and by std::terminate. Done once. One at a time.
+/// While alive, runs its work also when the program ends without calling the destructor: by exit(), which the toolkit
+/// calls when the display connection is lost, and by std::terminate. Runs once. Only one instance at a time.
 class ExitWork {
  public:
   explicit ExitWork(std::function<void()> work);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint8_t printerPortMedium = 1;
 constexpr double smbusWaitSeconds = 0.005;
 
-/// The last stretch of a wait is spun: an event handled in it would make the wait late.
+/// The end of a wait is a busy loop: an event handled in it would make the wait late.
 constexpr double spinSeconds = 0.0001;
 
 std::uint8_t ToByte(std::int16_t value) {
@@ -22,15 +22,15 @@ std::uint8_t ToByte(std::int16_t value) {
 
 }  // namespace
 
-/// Marks a transfer as running, and puts the caller's operands back however it ends: handlers that ran during its
-/// wait have set their own.
+/// Marks a transfer as running and restores the caller's operands at its end, since handlers that ran during its wait
+/// have set their own.
 class LinkNewComPort06::TransferScope {
  public:
   explicit TransferScope(LinkNewComPort06& link)
       : link_(link), addressPointer_(link.AddressPointer), writeData_(link.WriteData) {
     ++link_.transfers_;
   }
-  /// The bus is reached; a transfer that was given up before never happened.
+  /// The bus is accessed from here on; a transfer abandoned earlier does not count.
   void Begin() {
     begun_ = true;
     ++link_.transferCount_;
@@ -38,7 +38,7 @@ class LinkNewComPort06::TransferScope {
   ~TransferScope() {
     --link_.transfers_;
     if (begun_) {
-      // Compared, because a transfer may itself be made while another failure is on its way up.
+      // Compared, because a transfer may run while another exception is propagating.
       link_.lastTransferFailed_ = std::uncaught_exceptions() > exceptions_;
       if (!link_.lastTransferFailed_) ++link_.successCount_;
     }
@@ -121,7 +121,7 @@ void LinkNewComPort06::Delay(double seconds) {
   const double end = (counting ? start : clock_.FallbackSeconds()) + seconds;
   const PumpMode mode = TransferInProgress() ? PumpMode::HoldUserInput : PumpMode::Everything;
   for (double left = end - now(); left > 0; left = end - now()) {
-    // A wait that is no longer than the last stretch would otherwise handle no event at all.
+    // A wait no longer than the busy loop would otherwise handle no events at all.
     if (left > spinSeconds || seconds <= spinSeconds) pump_->Pump(std::max(left - spinSeconds, 0.0), mode);
   }
 }

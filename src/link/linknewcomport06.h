@@ -13,7 +13,7 @@ namespace krx {
 
 /// The link state and the two routines through which every byte to and from the chip passes. The convention: set
 /// AddressPointer (and WriteData), call, and after a read take RegisterData. Made once per process and handed out by
-/// reference; link/registeraccess.h has the whole sequences.
+/// reference; link/registeraccess.h provides the complete sequences.
 class LinkNewComPort06 {
  public:
   LinkNewComPort06(CommsRoot& root, Clock& clock, EventPump& pump);
@@ -27,15 +27,13 @@ class LinkNewComPort06 {
   std::uint8_t CommsMedium = 0;      ///< 1: evaluation board at the printer port; anything else: SMBus
   std::int16_t EvalBoardMedium = 0;  ///< integer copy of CommsMedium for the windows
 
-  RegisterImage Seen;  ///< every byte that a transfer of this link carried
-  bool WritesHeldBack =
-      false;  ///< a read-only run: a write succeeds, but the chip never gets it, and Seen keeps its byte
+  RegisterImage Seen;           ///< every byte transferred by this link
+  bool WritesHeldBack = false;  ///< read-only run: writes are suppressed but succeed, and Seen keeps its byte
 
-  std::function<bool()> EndAsked;  ///< true once the program is to end; unset: never
+  std::function<bool()> EndAsked;  ///< true once the program is asked to end; unset: never
 
-  /// For a sequence that may stop anywhere, since it only reads. As long as one lives and an end was asked for, no read
-  /// begins any more: on a bus that hangs each costs up to a second. ReadRegister then throws GivenUp, and
-  /// so does ThrowIfGivenUp.
+  /// For a sequence that only reads and may therefore stop anywhere. While one is alive and the program was asked to
+  /// end, ReadRegister and ThrowIfGivenUp throw GivenUp: on a hung bus each further read would take up to a second.
   class MayGiveUp {
    public:
     explicit MayGiveUp(LinkNewComPort06& link) : link_(link) { ++link_.mayGiveUp_; }
@@ -47,29 +45,29 @@ class LinkNewComPort06 {
     LinkNewComPort06& link_;
   };
 
-  /// For such a sequence where it goes on without a read of this link.
+  /// For parts of such a sequence that do not read through this link.
   void ThrowIfGivenUp() const;
 
-  /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws
-  /// Overflow before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData
-  /// then keeps its value. AddressPointer is on return what it was on entry, whatever ran during the wait.
+  /// Reads the register at AddressPointer into RegisterData. On the SMBus it first waits 5 ms in Delay. Throws Overflow
+  /// before any wait when an operand does not fit a byte, CommsError when the transfer fails; RegisterData then keeps
+  /// its value. AddressPointer is unchanged on return, whatever ran during the wait.
   void ReadRegister();
 
-  /// Writes WriteData to the register at AddressPointer; errors and waits as ReadRegister. AddressPointer and
-  /// WriteData are on return what they were on entry.
+  /// Writes WriteData to the register at AddressPointer; errors and waits as ReadRegister. AddressPointer and WriteData
+  /// are unchanged on return.
   void WriteRegister();
 
   /// Seconds from an arbitrary origin; always 0 on a platform without a performance counter.
   double ElapsedSeconds();
 
-  /// Returns after at least `seconds`, handling events meanwhile. Zero and negative values handle none.
+  /// Returns after at least `seconds`, handling events meanwhile. Zero and negative values return at once.
   void Delay(double seconds);
 
-  /// The same, but as in a transfer's own wait: user input stays queued and nobody else gets the chip.
+  /// The same, but like the wait inside a transfer: user input stays queued and no other handler accesses the chip.
   void DelayHoldingInput(double seconds);
 
-  /// From now on waits just sleep and nobody is told of the bytes that pass: for an end of the program at which windows
-  /// and display may be half gone.
+  /// From now on waits just sleep and no listener is called: for the end of the program, when windows and display may
+  /// be partly destroyed.
   void LeaveWindowsAlone();
 
   /// True inside ReadRegister, WriteRegister and DelayHoldingInput, waits included.

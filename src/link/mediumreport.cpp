@@ -14,7 +14,7 @@ struct Beginning {
   bool SmbusOffered;
 };
 
-// Compared in this order: "ICH Type" is a beginning of its own before every "ICH".
+// Compared in this order: "ICH Type" also starts with "ICH".
 constexpr std::array<Beginning, 4> beginnings{{
     {"Unsupported and unrecognised", "The available southbridge or ICH is currently unsupported.", ReportColour::Red,
      false},

@@ -8,14 +8,14 @@ namespace krx {
 
 enum class ReportColour { Red, Green };
 
-/// What the medium page of the search wizard makes of the SMBus host's chipset report.
+/// What the medium page of the search wizard shows for the SMBus host's chipset report.
 struct MediumReport {
   std::string Description;
   ReportColour Colour;
   bool SmbusOffered;  ///< true: the SMBus box is checked and enabled, false: cleared and disabled
 };
 
-/// Compares the report's beginning; a report that is none of the known ones gives nothing and leaves the page as it is.
+/// Compares the beginning of the report; an unknown report returns nothing and leaves the page unchanged.
 std::optional<MediumReport> DescribeChipset(const std::string& report);
 
 }  // namespace krx

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <utility>
 
+#include "link/failuretext.h"
 #include "link/registeraccess.h"
 
 namespace krx {
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int tries = 3;
 constexpr double pauseSeconds = 0.05;
-// On a hung bus a transfer takes up to a second to fail; none begins after this, so that all is over after four.
+// On a hung bus a transfer takes up to a second to fail; none begins after this time, so all ends within four seconds.
 constexpr double lastTrySeconds = 3;
 
 std::string ShouldHold(std::uint8_t reg, std::uint8_t byte) {
@@ -88,7 +89,7 @@ bool OwedWrites::PutBack(std::vector<Ticket> tickets) {
   const bool once = ending && link_.LastTransferFailed();
   bool failed = false;
   for (int round = 0; round < tries && !tickets.empty() && !OutOfTime(); ++round) {
-    // What an end interrupts is tried again at the end itself.
+    // A restore interrupted by the end request is repeated at the end itself.
     if (round > 0 && (once || Ending() != ending)) break;
     if (round > 0) link_.DelayHoldingInput(pauseSeconds);
     std::vector<Ticket> left;
@@ -111,7 +112,7 @@ bool OwedWrites::Try(Ticket ticket) {
   const Entry* const found = Find(ticket);
   if (found == nullptr) return true;
   if (OutOfTime()) return false;
-  // A copy: what has been put back may take its entry off the list itself.
+  // A copy: PutBack may remove its own entry.
   const Entry entry = *found;
   trying_ = true;
   bool done = false;
@@ -147,8 +148,8 @@ void OwedWrites::Passed(std::uint8_t reg, std::optional<std::uint8_t> byte) {
   Entry& entry = *FindRegister(reg);
   Register& owed = *entry.Of;
   if (*byte == owed.Byte || !owed.Tried.test(*byte & owed.Mask)) {
-    // It holds what the taker never wrote: it has been set anew, by the user or by a failed write that arrived after
-    // all.
+    // The register holds a byte that the caller never wrote: it was changed by the user, or a write reported as failed
+    // did reach the chip.
     setAnew_ = setAnew_ || *byte != owed.Byte;
     Settle(entry.Number);
   } else {
@@ -172,17 +173,17 @@ bool OwedWrites::OutOfTime() {
 void OwedWrites::PutBackAtEnd(std::ostream& err) noexcept {
   try {
     BeginEnding();
-    MadeGood = nullptr;  // there may be no window any more to show it
+    MadeGood = nullptr;  // the window that would show it may be gone
     std::vector<Ticket> all;
     for (const Entry& entry : entries_) all.push_back(entry.Number);
     if (PutBack(all)) return;
     for (const Entry& entry : entries_) {
-      err << "Not put back: " << (entry.Of ? ShouldHold(entry.Of->Address, entry.Of->Byte) : entry.What);
+      err << "Not restored: " << (entry.Of ? ShouldHold(entry.Of->Address, entry.Of->Byte) : entry.What);
       if (lastFailure_.Number() != 0) err << " (" << lastFailure_.BoxText() << ')';
       err << '\n';
     }
   } catch (const std::exception& error) {
-    err << "Not everything was put back: " << error.what() << '\n';
+    err << "Not everything was restored: " << FailureText(error) << '\n';
   }
 }
 

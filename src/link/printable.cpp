@@ -8,7 +8,7 @@
 namespace krx {
 namespace {
 
-/// Bytes of the character that begins here; 0 when there is none that may be shown.
+/// Length in bytes of the character that begins here; 0 when it cannot be shown.
 std::size_t CharacterLength(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   if (first < 0x80) return first >= 0x20 && first != 0x7F ? 1 : 0;

@@ -7,11 +7,11 @@
 
 namespace krx {
 
-/// The text as it may be shown on a terminal: control characters and bytes that are no UTF-8 as "\x1B". For what comes
-/// from files and from other programs.
+/// The text made safe for a terminal: control characters and invalid UTF-8 bytes are shown as "\x1B". For text from
+/// files and other programs.
 std::string Printable(std::string_view text);
 
-/// The beginning of the text, at most `most` bytes and then "...", as Printable.
+/// The beginning of the text, at most `most` bytes followed by "...", as Printable.
 std::string Excerpt(std::string_view text, std::size_t most = 60);
 
 }  // namespace krx

@@ -10,23 +10,23 @@
 
 namespace krx {
 
-/// The chip as it was last seen on the bus: per register the byte of the newest transfer, whoever asked for it. Adds no
-/// traffic. What a window derived from a register is renewed from here, never by a read of its own.
+/// The chip's registers as last seen on the bus: per register the byte of the latest transfer, whichever code requested
+/// it. Adds no traffic. Windows refresh values derived from a register from here, never by reads of their own.
 class RegisterImage {
  public:
-  /// Told of every byte that passed, once it has arrived; nothing: a write failed, so that the register may hold
-  /// either byte. Called inside a transfer: a listener must not reach the bus and opens no box.
+  /// Called for every byte transferred; without a byte: a write failed, so that the register may hold either value.
+  /// Called inside a transfer: a listener must not access the bus or open a box.
   using Listener = std::function<void(std::uint8_t reg, std::optional<std::uint8_t> byte)>;
 
-  /// The byte last seen; nothing before the first one and after a failed write.
+  /// The byte last seen; empty before the first transfer and after a failed write.
   std::optional<std::uint8_t> Byte(std::uint8_t reg) const { return bytes_[reg]; }
 
   /// A byte that was read or written.
   void Saw(std::uint8_t reg, std::uint8_t byte) { Set(reg, byte); }
-  /// A write that failed: it may have arrived or not.
+  /// A write failed: it may or may not have reached the chip.
   void Forget(std::uint8_t reg) { Set(reg, std::nullopt); }
 
-  /// As long as it lives its listener is called. It may outlive the image.
+  /// The listener is called as long as this object lives. It may outlive the image.
   class Subscription {
    public:
     explicit Subscription(std::shared_ptr<Listener> listener) : listener_(std::move(listener)) {}
@@ -35,7 +35,7 @@ class RegisterImage {
     std::shared_ptr<Listener> listener_;
   };
   [[nodiscard]] Subscription Subscribe(Listener listener);
-  /// Nobody is told any more.
+  /// Removes all listeners.
   void TellNobody() { listeners_.clear(); }
 
  private:

@@ -6,14 +6,14 @@
 namespace krx {
 namespace {
 
-// They push the key at the end of a row out of the visible part of the list.
+// Blanks that move the key at the end of a row out of the visible part of the list.
 constexpr int printerRowBlanks = 50;
 constexpr int smbusRowBlanks = 98;
 
 }  // namespace
 
 std::string ResultRow::Place() const {
-  return fmt::format("{:02X}h on {}{}{}", SevenBitAddress(), Bus, Holder.empty() ? "" : ", used by ", Holder);
+  return fmt::format("{:02X}h on {}{}{}", SevenBitAddress(), Bus, Holder.empty() ? "" : ", in use by ", Holder);
 }
 
 ResultRow PrinterRow(const PrinterFind& find, int number) {

@@ -9,37 +9,37 @@
 
 namespace krx {
 
-/// A chip found through the printer-port adapter, with what it takes to reach it again.
+/// A chip found through the printer-port adapter, with everything needed to access it again.
 struct PrinterFind {
   std::uint8_t Address;  ///< 8-bit form
-  std::int32_t Port;     ///< as the adapter reported it
-  bool BusMode;          ///< as the device reported it
-  int Number;            ///< N of /dev/parportN; the port itself where there are no such nodes
-  std::string Holder;    ///< the other program that has the right to write there; empty: none
+  std::int32_t Port;     ///< as reported by the adapter
+  bool BusMode;          ///< as reported by the device
+  int Number;            ///< N of /dev/parportN; equals Port when there are no such nodes
+  std::string Holder;    ///< the other program that holds the write lock; empty: none
 };
 
 /// A chip found on the SMBus.
 struct SmbusFind {
   std::uint8_t Address;                 ///< 7-bit form
-  std::optional<SmbusAdapter> Adapter;  ///< the one behind which it is, where there can be several
-  std::string Holder;                   ///< as PrinterFind has it
+  std::optional<SmbusAdapter> Adapter;  ///< set when there can be several adapters
+  std::string Holder;                   ///< as in PrinterFind
 };
 
-/// One row of the result list. Finish goes by what was found; the text only shows it.
+/// One row of the result list. Finish uses the data; the text is for display only.
 struct ResultRow {
   std::string Text;
-  std::uint8_t Address = 0;                  ///< what ChipAddress becomes: 8-bit form or 7-bit form
+  std::uint8_t Address = 0;                  ///< for ChipAddress: 8-bit or 7-bit form
   std::optional<PrinterFind> Find = {};      ///< set for a printer row
   std::optional<SmbusAdapter> Adapter = {};  ///< of an SMBus row
   std::string Bus = {};  ///< "printer port 0", "SMBus I801 adapter at 0700, i2c-1", "the SMBus" where there is only one
-  std::string Holder = {};  ///< the other program that has the right to write to the chip; empty: none
+  std::string Holder = {};  ///< the other program that holds the write lock of the chip; empty: none
 
   std::uint8_t SevenBitAddress() const { return Find ? static_cast<std::uint8_t>(Address / 2) : Address; }
-  /// "2Dh on printer port 0, used by krx5580-console (process 4711)".
+  /// "2Dh on printer port 0, in use by krx5580-console (process 4711)".
   std::string Place() const;
 };
 
-/// number: of the row among the printer rows, from 1.
+/// number: position among the printer-port rows, from 1.
 ResultRow PrinterRow(const PrinterFind& find, int number);
 ResultRow SmbusRow(const SmbusFind& find);
 

@@ -96,7 +96,7 @@ std::optional<std::string> SearchWizard::TakeChip() {
   try {
     return search_.TakeChip();
   } catch (const CommsError&) {
-    // Finish goes on past what fails; the first write takes the chip itself and tells.
+    // Finish continues after failures; the first write acquires the lock itself and reports the error.
     return std::nullopt;
   }
 }
@@ -108,9 +108,10 @@ std::string SearchWizard::PlaceText() const {
 }
 
 std::string wizardtext::Held(const std::string& holder) {
-  return "The chip is used by " + holder +
-         ", and two programs that write to one chip undo each other's settings. Go on read-only? Then no write reaches "
-         "chip or board.";
+  return "The chip is in use by " + holder +
+         ". Two programs that write to the same chip overwrite each other's settings. Continue read-only? Then nothing "
+         "is "
+         "written to the chip or the board.";
 }
 
 }  // namespace krx

@@ -9,7 +9,7 @@
 
 namespace krx {
 
-/// The pages, buttons and texts of the search wizard over a ChipSearch; its window only shows them.
+/// Pages, buttons and texts of the search wizard, driving a ChipSearch; its window only shows them.
 class SearchWizard {
  public:
   enum class Page { Welcome = 1, Medium = 2, Searching = 3, Results = 4 };
@@ -17,11 +17,11 @@ class SearchWizard {
 
   explicit SearchWizard(ChipSearch& search);
 
-  /// What loading the form does: control byte 0, page 1, texts, medium page. Returns the box to show, if any.
+  /// Loads the form: control byte 0, page 1, texts, medium page. Returns the box to show, if any.
   std::optional<SearchReport> Load();
 
-  /// The Next button. SelectMedium: nothing is ticked, the window says so; Search: the window calls BeginSearch,
-  /// shows page 3 and runs it; Shown: the page and the buttons are as they have to be.
+  /// The Next button. SelectMedium: nothing is selected, and the window asks for it; Search: the window calls
+  /// BeginSearch, shows page 3 and runs the search; Shown: page and buttons are up to date.
   NextStep Next(const SearchMedia& media);
   void Back();
 
@@ -30,14 +30,14 @@ class SearchWizard {
   /// The search itself, then page 4 with its rows. Returns the boxes to show.
   std::vector<SearchReport> RunSearch(const SearchMedia& media, const ChipSearch::Progress& progress);
 
-  /// The user chose a row of the list; a number outside it means that none is selected.
+  /// Selects a row of the list; a number outside the list clears the selection.
   void Select(int row);
 
-  /// Hands the selected row to the link; false when none is selected.
+  /// Sets up the link for the selected row; false when none is selected.
   bool Finish();
 
-  /// After Finish: takes the right to write to the chip. Returns the other program that has it; then only reading is
-  /// left.
+  /// After Finish: acquires the write lock of the chip. Returns the other program that holds it, if any; then only
+  /// reading is possible.
   std::optional<std::string> TakeChip();
 
   Page CurrentPage() const { return page_; }
@@ -51,7 +51,7 @@ class SearchWizard {
   const std::optional<MediumReport>& Chipset() const { return chipset_; }
   const std::vector<ResultRow>& Rows() const { return rows_; }
   int SelectedRow() const { return selectedRow_; }
-  /// Where the selected chip is and who else uses it; what was searched when there is none.
+  /// The place of the selected chip and the program using it; without a chip, what was searched.
   std::string PlaceText() const;
   const std::string& SearchResultsText() const { return searchResults_; }
   const std::string& SearchInstructionText() const { return searchInstruction_; }
@@ -86,7 +86,7 @@ inline constexpr const char* mediumInstructions = "Click 'Next' to search for th
 inline constexpr const char* searchingDetails = "Please wait while searching for available KRX5580s.";
 inline constexpr const char* noMediumText = "Please select a search medium";
 inline constexpr const char* noMediumTitle = "A problem was detected";
-/// A question: the chip was chosen, but another program may write to it.
+/// The question asked when another program holds the write lock of the chosen chip.
 std::string Held(const std::string& holder);
 }  // namespace wizardtext
 

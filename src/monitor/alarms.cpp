@@ -13,7 +13,7 @@ struct AlarmBit {
   Effect Does;
 };
 
-// In the order in which they take effect. OOL (bit 7 of 0x41) and OVT (bit 1 of 0x42) have no indicator.
+// In the order of their effect. OOL (bit 7 of 0x41) and OVT (bit 1 of 0x42) have no indicator.
 constexpr std::array<AlarmBit, 14> alarmMap{{
     {1, 0, 11, Effect::SetAndClear},  // 2.5V
     {1, 1, 9, Effect::SetAndClear},   // Vccp

@@ -16,7 +16,7 @@ std::string LimitText(std::size_t channel, double limit, bool powerMode) {
 
 std::string AlarmReason(std::size_t channel, std::optional<double> value, const RegisterImage& seen,
                         const LimitContext& context) {
-  // First: the value that an open diode gives would be blamed on a limit.
+  // First, since the reading of an open diode would look like a limit violation.
   if (DiodeFault(channel, seen)) return "diode fault";
   if (value) {
     const auto text = [&](double limit) { return LimitText(channel, limit, context.Power.PowerMode); };

@@ -11,8 +11,8 @@
 
 namespace krx {
 
-/// Why a channel's alarm is set, as far as the bus has shown it: "above high limit 62 °C", "below low limit 2400 RPM",
-/// "diode fault", otherwise "out of limits". value: the channel's, once it was measured. Makes no transfer.
+/// The reason of a channel's alarm, as far as known from the bus: "above high limit 62 °C", "below low limit 2400 RPM",
+/// "diode fault", otherwise "out of limits". value: the channel's value, once measured. Makes no transfer.
 std::string AlarmReason(std::size_t channel, std::optional<double> value, const RegisterImage& seen,
                         const LimitContext& context);
 

@@ -51,7 +51,7 @@ double ChannelValue(std::size_t channel, const Measurements& measured, const Pow
   }
   const float volts = measured.Voltages.at(row.Slot);
   if (!MeasuresCurrent(channel, power.PowerMode)) return volts;
-  // In this order a value that is not known stays so.
+  // This argument order keeps NaN (unknown).
   return std::max(ProcessorCurrent(volts, measured.Voltages[chip::VccpSupply], power), 0.0F);
 }
 

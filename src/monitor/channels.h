@@ -15,17 +15,17 @@
 
 namespace krx {
 
-// The twelve measured channels. The number is shared by captions, indicators, gauge, alarm map and readout.
+// The twelve measured channels. Captions, indicators, gauge, alarm map and readout use the same number.
 
 enum class ChannelKind { Temperature, Fan, Voltage };
 
-/// Which of the two strip charts; one is visible at a time.
+/// The two strip charts; one is visible at a time.
 enum class Strip { Strip2, Strip3 };
 
-/// How a measured quantity is written.
+/// Unit and format of a measured quantity.
 struct Quantity {
   std::string_view Unit;
-  std::string_view ReadoutUnit;  ///< without the sign of the degree, as it directly follows a shown value
+  std::string_view ReadoutUnit;  ///< without the degree sign, for use directly after a value
   int Decimals;                  ///< of a measured value
   int LimitDecimals;             ///< of a limit
 };
@@ -35,12 +35,12 @@ inline constexpr Quantity voltageQuantity{"V", "V", 3, 3};
 inline constexpr Quantity currentQuantity{"A", "A", 2, 2};
 
 struct Channel {
-  std::string_view Caption;  ///< of a fan: while its label is none of the five of `fanPlaceLabels`
+  std::string_view Caption;  ///< for a fan: used unless its label is one of `fanPlaceLabels`
   ChannelKind Kind;
   std::size_t Slot;                ///< index into Temperatures, FanSpeeds or Voltages
-  std::uint8_t ValueRegister;      ///< of a fan: the low byte, the high byte follows
-  std::uint8_t LowLimitRegister;   ///< of a fan: the low byte of the tach minimum
-  std::uint8_t HighLimitRegister;  ///< of a fan: the high byte of the tach minimum
+  std::uint8_t ValueRegister;      ///< for a fan: the low byte, the high byte follows
+  std::uint8_t LowLimitRegister;   ///< for a fan: the low byte of the tach minimum
+  std::uint8_t HighLimitRegister;  ///< for a fan: the high byte of the tach minimum
   GaugeScale Scale;
   krx::Quantity Quantity;
   Strip Chart;
@@ -94,7 +94,7 @@ inline constexpr std::array<std::string_view, traceCount> traceNames{
     "Internal",        "External 1", "External 2", "Fan1", "Fan2", "Fan3", "Fan4",
     "Proc. Power (W)", "THERM= %",   "5V",         "12V",  "Vccp", "Vcc",  "2.5V"};
 
-/// The labels that say where a fan sits; any other label leaves the channel its numbered caption.
+/// The labels that describe a fan's position; with any other label the channel keeps its numbered caption.
 inline constexpr std::array<std::string_view, 5> fanPlaceLabels{"CPU Fan", "Fr. Chas.", "Rr. Chas.", "Int. Circ.",
                                                                 "Unused"};
 
@@ -104,17 +104,16 @@ std::string ChannelCaption(std::size_t channel, const FanCommon& fans, bool powe
 /// The gauge's scale; channel 11 in power mode has its own.
 GaugeScale ChannelScale(std::size_t channel, bool powerMode);
 
-/// How the channel's values and limits are written; channel 11 in power mode is a current.
+/// Unit and format of the channel's values and limits; channel 11 in power mode is a current.
 const Quantity& ChannelQuantity(std::size_t channel, bool powerMode);
 
 /// The chart shown when the channel is selected; channel 11 in power mode shows Strip2, where the power trace is.
 Strip ChannelChart(std::size_t channel, bool powerMode);
 
-/// The channel's last measured value in °C, RPM (NaN: not known), V, or A for channel 11 in power mode (never
-/// negative).
+/// The channel's last measured value in °C, RPM (NaN: unknown), V, or A for channel 11 in power mode (never negative).
 double ChannelValue(std::size_t channel, const Measurements& measured, const PowerSettings& power);
 
-/// The value with its unit: "45.25C", "2400 RPM", "3.312 V", "12.50 A"; "– RPM" for a speed that is not known.
+/// The value with its unit: "45.25C", "2400 RPM", "3.312 V", "12.50 A"; "– RPM" for an unknown speed.
 std::string ReadoutText(std::size_t channel, const Measurements& measured, const PowerSettings& power);
 
 }  // namespace krx

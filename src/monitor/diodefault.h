@@ -10,8 +10,8 @@ namespace krx {
 /// The fault bit of a channel's remote diode as last seen on the bus; false for a channel without one.
 bool DiodeFault(std::size_t channel, const RegisterImage& seen);
 
-/// A remote channel's reading that is no temperature: its diode is named faulty, or the reading is the -128 °C that
-/// the chip gives for an open diode. The status may have been read before, or have been cleared by a read since.
+/// True for a reading of a remote channel that is not a temperature: its diode fault bit is set, or the reading is the
+/// -128 °C of an open diode. Both are checked, since the status may be older or may have been cleared by a read.
 bool IsDiodeCode(std::size_t channel, double celsius, const RegisterImage& seen);
 
 }  // namespace krx

@@ -6,7 +6,7 @@
 namespace krx {
 namespace {
 
-constexpr double firstConversionSeconds = 1;  ///< a tachometer's, the slowest
+constexpr double firstConversionSeconds = 1;  ///< of a tachometer, the slowest
 
 constexpr std::uint8_t ResetByte(ChannelKind kind) {
   switch (kind) {

@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint8_t fullScale = 255;
 constexpr float largestCount = 65535;
 
-/// Of an arrow, in the channel's unit.
+/// Step of an arrow, in the channel's unit.
 double StepOf(std::size_t channel, bool powerMode) {
   switch (channels.at(channel).Kind) {
     case ChannelKind::Temperature:
@@ -37,7 +37,7 @@ struct Range {
   double Maximum;
 };
 
-/// What the limit register can hold, in the channel's unit.
+/// Range of the limit register, in the channel's unit.
 Range RegisterRange(std::size_t channel, const LimitContext& context) {
   const Channel& row = channels.at(channel);
   if (row.Kind == ChannelKind::Temperature) return {-128, 127};
@@ -78,7 +78,7 @@ double SlowestFanLimit(std::size_t channel, const FanCommon& fans) {
   return rpm;
 }
 
-/// A bound as the window writes it: what is shown as the range, or stands in the other box, must be accepted.
+/// A bound as shown in the window: a value shown as the range or in the other box must be accepted.
 double Shown(double bound, const Quantity& unit) {
   return Val(FormatFixed(bound, unit.LimitDecimals));
 }
@@ -90,7 +90,7 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The number of a text that holds nothing else, but the unit perhaps.
+/// The number in a text that contains nothing else except an optional unit.
 std::optional<double> NumberOf(std::string_view text, const Quantity& unit) {
   text = Trimmed(text);
   if (text.ends_with(unit.Unit)) text = Trimmed(text.substr(0, text.size() - unit.Unit.size()));
@@ -160,10 +160,10 @@ std::optional<double> SteppedLimit(int steps, std::size_t channel, Marker marker
   if (!markers.IsDraggable(marker) || !markers.IsKnown(marker)) return std::nullopt;
   const double from = markers.ValueOf(marker);
   Range range = AllowedRange(channel, marker, context, markers);
-  // No arrow is needed beyond the gauge where the register has no end.
+  // Without an upper register limit the arrows stop at the end of the gauge.
   if (std::isinf(range.Maximum)) range.Maximum = std::max(from, channels.at(channel).Scale.Maximum);
   const double wanted = Shown(from + steps * StepOf(channel, context.Power.PowerMode), unit);
-  // A limit that stands outside stays there until the step leads back.
+  // A limit outside the range stays there until a step leads back into it.
   const double end = LimitStepEnd(channel, context.Fans, from,
                                   std::clamp(wanted, std::min(range.Minimum, from), std::max(range.Maximum, from)));
   if (end == from) return std::nullopt;

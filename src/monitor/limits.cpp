@@ -17,7 +17,7 @@ bool LimitsAreCurrents(std::size_t channel, const LimitContext& context) {
   return channel == currentChannel && context.Power.PowerMode;
 }
 
-/// False while a limit's bytes are no value, nothing that could be shown or moved.
+/// False while a limit's bytes cannot be converted, so that it cannot be shown or moved.
 bool IsConvertible(std::size_t channel, const LimitContext& context) {
   if (channels.at(channel).Kind == ChannelKind::Fan) return context.Fans.PulsesKnown;
   return channel != currentChannel || context.VccpKnown || !context.Power.NeedsVccp();
@@ -45,7 +45,7 @@ float FanLimitFromBytes(const Channel& row, std::uint8_t low, std::uint8_t high,
   return context.Fans.Corrected(TachToRPM(static_cast<float>(high * 256 + low)), row.Slot);
 }
 
-/// The bytes a marker stands for: remembered, or converted when it was moved; empty when nobody knows them.
+/// The bytes represented by a marker: as placed, or converted if it was moved; empty if unknown.
 Bytes MarkerBytes(std::size_t channel, Marker marker, const LimitContext& context, const GaugeMarkers& markers) {
   if (!markers.IsKnown(marker)) return {};
   if (auto remembered = markers.Bytes(marker)) return *remembered;
@@ -116,7 +116,7 @@ std::optional<double> SeenLimit(const RegisterImage& seen, std::size_t channel, 
 
 void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, GaugeMarkers& markers) {
   const Channel& row = channels.at(channel);
-  const auto putBackOnError = [&markers](const auto& action) {
+  const auto resetOnError = [&markers](const auto& action) {
     try {
       action();
     } catch (...) {
@@ -126,12 +126,12 @@ void WriteLimits(Link& link, std::size_t channel, const LimitContext& context, G
     }
   };
   Bytes low, high;
-  putBackOnError([&] {
+  resetOnError([&] {
     low = MarkerBytes(channel, Marker::Low, context, markers);
     if (row.Kind != ChannelKind::Fan) high = MarkerBytes(channel, Marker::High, context, markers);
   });
   try {
-    putBackOnError([&] {
+    resetOnError([&] {
       if (row.Kind == ChannelKind::Fan) return WriteFanLimit(link, row, low, markers);
       WriteLimit(link, row.LowLimitRegister, Marker::Low, low, markers);
       WriteLimit(link, row.HighLimitRegister, Marker::High, high, markers);

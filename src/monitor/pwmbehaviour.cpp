@@ -5,7 +5,6 @@
 #include "registers/chip.h"
 
 namespace krx {
-namespace {}  // namespace
 
 PwmBehaviour PwmBehaviourOf(const RegisterImage& seen, std::size_t output, bool manual) {
   const auto byte = seen.Byte(chip::Outputs.at(output).Configuration);
@@ -14,7 +13,7 @@ PwmBehaviour PwmBehaviourOf(const RegisterImage& seen, std::size_t output, bool 
   const std::string item(behaviourItems[code]);
   PwmBehaviour behaviour{code == manualBehaviour ? "manual" : item, "", ""};
   if ((code == manualBehaviour) == manual) return behaviour;
-  behaviour.Difference = "PWM" + std::to_string(output + 1) + " is set to " + item + " now";
+  behaviour.Difference = "PWM" + std::to_string(output + 1) + " is now set to " + item;
   if (manual) behaviour.Difference += ": the slider has no effect";
   behaviour.Remedy = manual ? "Hide slider" : "Use slider";
   return behaviour;

@@ -9,7 +9,7 @@
 namespace krx {
 namespace {
 
-/// Bits that decide what a channel's value register stands for.
+/// Bits that determine what a channel's value register means.
 struct SeriesBits {
   std::size_t Channel;
   std::uint8_t Register;
@@ -33,7 +33,7 @@ constexpr std::array<SeriesBits, 22> seriesBits{{
     {9, chip::Configuration2, chip::Attenuators},
     {10, chip::Configuration2, chip::Attenuators},
     {11, chip::Configuration2, chip::Attenuators},
-    {6, chip::Configuration3, chip::ThermEnabled},  // THERM takes the 5V or the Tach4 pin
+    {6, chip::Configuration3, chip::ThermEnabled},  // THERM uses the 5V or the Tach4 pin
     {7, chip::Configuration3, chip::ThermEnabled},
     {6, chip::Configuration4, chip::ThermOn5V},
     {7, chip::Configuration4, chip::ThermOn5V},
@@ -41,7 +41,7 @@ constexpr std::array<SeriesBits, 22> seriesBits{{
     {currentChannel, chip::Configuration1, chip::CurrentInput},
 }};
 
-constexpr double conversionSeconds = 1;  ///< a tachometer's, the slowest
+constexpr double conversionSeconds = 1;  ///< of a tachometer, the slowest
 
 }  // namespace
 

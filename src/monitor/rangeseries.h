@@ -12,18 +12,18 @@
 
 namespace krx {
 
-/// Adds readings to the ranges, and lets a channel's range begin anew when its readings become those of something else:
-/// other pulses per revolution, another tach source, a temperature offset, a pin that got another function, the
-/// constants of the processor current. Follows what passes on the bus and asks nothing of it.
+/// Adds readings to the ranges, and restarts a channel's range when the meaning of its readings changes: pulses per
+/// revolution, tach source, temperature offset, pin function, or the constants of the processor current. Follows the
+/// transfers on the bus and makes none.
 class RangeSeries {
  public:
-  /// All are to outlive it.
+  /// All must outlive it.
   RangeSeries(Link& link, const FanCommon& fans, const PowerSettings& power, SeenRanges& ranges);
   RangeSeries(const RangeSeries&) = delete;
   RangeSeries& operator=(const RangeSeries&) = delete;
 
-  /// The channel's latest reading, in its unit. Left out are readings that the chip may have made before the change
-  /// (for 1 s), and the temperature of a remote diode that is open.
+  /// Adds the channel's latest reading, in its unit. Ignores readings that the chip may have taken before the change
+  /// (for 1 s) and the reading of an open remote diode.
   void Add(std::size_t channel, double value);
 
  private:
@@ -34,8 +34,8 @@ class RangeSeries {
   const FanCommon& fans_;
   const PowerSettings& power_;
   SeenRanges& ranges_;
-  std::array<std::optional<std::uint8_t>, 256> known_{};  ///< bytes before the one that passes
-  std::array<double, channelCount> settled_{};            ///< clock readings from which the values count
+  std::array<std::optional<std::uint8_t>, 256> known_{};  ///< previous bytes
+  std::array<double, channelCount> settled_{};            ///< clock readings from which values count
   std::array<float, channelCount> fanFactors_{};
   PowerSettings lastPower_;
   RegisterImage::Subscription seen_;

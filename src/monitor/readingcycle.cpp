@@ -34,7 +34,7 @@ struct TminOpPointRow {
 };
 constexpr std::array<TminOpPointRow, 3> tminOpPointRows{{{0, 1}, {1, 0}, {2, 2}}};
 
-/// Advances a counter and returns the member it stands for.
+/// Advances a counter and returns the selected member.
 std::size_t Next(std::int16_t& counter, std::int16_t wrap, int members) {
   if (++counter == wrap) counter = 0;
   return static_cast<std::size_t>(counter % members);
@@ -56,7 +56,7 @@ void ReadingCycle::Tick() {
   ThermCaption.clear();
   const Link::MayGiveUp readings(link_);
   const auto append = [&] {
-    // A chip that is seen not monitoring repeats its last values.
+    // A chip that is not monitoring repeats its last values.
     if (state_.First.Monitoring() == false) row = nothing;
     lastTick_ = Now();
     state_.History.Append(*lastTick_, row);

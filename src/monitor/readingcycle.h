@@ -24,7 +24,7 @@
 
 namespace krx {
 
-/// What the reading cycle shares with the rest of the console.
+/// State shared between the reading cycle and the rest of the console.
 struct ReadingCycleState {
   Measurements& Measured;
   ZoneState& Zones;
@@ -37,8 +37,8 @@ struct ReadingCycleState {
   SeenRanges& Ranges;
 };
 
-/// Round-robin counters, one per kind of reading. A counter is advanced before it is used and goes back to 0 at a
-/// multiple of its number of members, so that the selection never jumps.
+/// Round-robin counters, one per kind of reading. A counter is advanced before use and wraps to 0 at a multiple of its
+/// number of members, so that the selection never jumps.
 struct ReadingCounters {
   std::int16_t Temperature = 0;
   std::int16_t Tach = 0;
@@ -48,33 +48,33 @@ struct ReadingCounters {
   std::int16_t TminOpPoint = 0;
 };
 
-/// The periodic reading of the chip. One tick reads one member of every group, so that it stays short on a slow bus.
+/// Periodic reading of the chip. One tick reads one member of every group, so that it stays short on a slow bus.
 class ReadingCycle {
  public:
   ReadingCycle(Link& link, ReadingCycleState state);
 
-  /// One tick: its nine steps in order, then one row appended to the history: every value that the chip had measured
-  /// when it was read last, else NaN. A failing transfer gives the rest of the tick up and is thrown on; what was
-  /// posted until then is appended, and no value made of several bytes is left half-read. So does the
-  /// program's end, which gives a tick up between two reads.
+  /// One tick: its nine steps in order, then one row is appended to the history: every value that was measured by the
+  /// chip at its last reading, else NaN. A failed transfer aborts the tick and is rethrown; the values posted so far
+  /// are appended, and no value of several bytes is left half read. A request to end the program aborts a tick between
+  /// two reads in the same way.
   void Tick();
 
-  /// No tick will come for a while: one row of nothing ends the traces, and each begins anew with its next reading. A
-  /// tick that comes a second late without it does the same first.
+  /// The cycle stops for a while: an empty row ends the traces, and each restarts with its next reading. A tick that
+  /// comes a second late does the same first.
   void StandStill();
 
-  std::int64_t Now() const;  ///< microseconds, on the clock of the history's rows
+  std::int64_t Now() const;  ///< microseconds, in the time of the history's rows
 
   /// The duty step alone: reads the next output's duty into DutyTexts.
   void DutyStep();
 
-  /// The last attempt to read the channel, or the duty of output 0..2, failed: what is kept of it is older than the
-  /// tick.
+  /// True if the last attempt to read the channel, or the duty of output 0..2, failed, so that its value is out of
+  /// date.
   bool ReadFailed(std::size_t channel) const { return failed_.at(channel); }
   bool DutyFailed(std::size_t output) const { return dutyFailed_.at(output); }
 
   double ThermPeriod = 1;     ///< seconds between two readings of the THERM timer; negative counts as 0
-  double ThermReadStart = 0;  ///< clock reading at which the present period began
+  double ThermReadStart = 0;  ///< clock reading at the start of the present period
   ReadingCounters Counters;
   AlarmStates Alarms{};
   std::string ThermCaption;  ///< "THERM=22.8%" after a tick that read THERM with the input enabled, else empty
@@ -97,11 +97,11 @@ class ReadingCycle {
   Link& link_;
   ReadingCycleState state_;
   RangeSeries series_;
-  double start_;                             ///< clock reading that the history's times count from
-  std::array<bool, traceCount> measured_{};  ///< read in the last attempt, and measured by the chip
+  double start_;                             ///< clock reading at time 0 of the history
+  std::array<bool, traceCount> measured_{};  ///< last read succeeded, and the value was measured by the chip
   std::array<bool, channelCount> failed_{};
   std::array<bool, 3> dutyFailed_{};
-  std::optional<std::int64_t> lastTick_;  ///< end of the last tick; none while the cycle stands still
+  std::optional<std::int64_t> lastTick_;  ///< end of the last tick; empty while the cycle is stopped
 };
 
 }  // namespace krx

@@ -10,7 +10,7 @@ void SeenRanges::Add(std::size_t channel, double value) {
   range.Minimum = range.Any() ? std::min(range.Minimum, value) : value;
   range.Maximum = range.Any() ? std::max(range.Maximum, value) : value;
   ++range.Count;
-  // Not a sum: that of a week of readings would lose the last digits shown.
+  // Not a sum: after a week of readings it would lose the last shown digits.
   range.Mean += (value - range.Mean) / static_cast<double>(range.Count);
 }
 

@@ -9,7 +9,7 @@
 
 namespace krx {
 
-/// What a channel measured since its last reset: °C, RPM or V. The mean is that of the readings.
+/// Statistics of a channel since its last reset: °C, RPM or V. The mean is over the readings.
 struct SeenRange {
   std::uint64_t Count = 0;
   double Minimum = 0;

@@ -91,7 +91,7 @@ void VisualModel::EnterReadWrite() {
 }
 
 void VisualModel::StartCycle() {
-  // What the start-up owes is tried before the cycle and never inside it: a tick is to stay as short as it is.
+  // Failed start-up steps are retried before the cycle and never inside it, to keep ticks short.
   if (!frame_.VisualTimerRunning() && frame_.OwesStartUp()) {
     const bool powerMode = parts_.Power.PowerMode;
     frame_.RetryStartUp();
@@ -117,7 +117,7 @@ void VisualModel::SelectChannel(std::size_t channel) {
   parts_.Display.SelectedChannel = static_cast<std::int16_t>(channel);
   state_.Marks.fill(CaptionMark::Plain);
   state_.Marks[channel] = CaptionMark::Selected;
-  // Before the reads: a failing one must not leave the last channel's value under this one's name.
+  // Before the reads: a failed one must not leave the previous channel's value under this one's name.
   ShowReadout();
   state_.ShownStrip = ChannelChart(channel, parts_.Power.PowerMode);
   PlaceLimits(parts_.ChipLink, channel, Limits(), state_.Gauge);
@@ -180,12 +180,12 @@ void VisualModel::ReRead(const std::function<void()>& read) {
 void VisualModel::ShowChangedMode(bool powerModeBefore) {
   const auto selected = static_cast<std::size_t>(parts_.Display.SelectedChannel);
   if (parts_.Power.PowerMode != powerModeBefore && selected == currentChannel) {
-    // Its markers stand for the other unit; the next selection places them anew.
+    // Its markers are in the other unit; the next selection places them again.
     const GaugeScale scale = ChannelScale(currentChannel, parts_.Power.PowerMode);
     state_.Gauge.SetScale(scale.Minimum, scale.Maximum);
     state_.ShownStrip = ChannelChart(currentChannel, parts_.Power.PowerMode);
   }
-  // Its volts are no amperes.
+  // Volts and amperes must not be mixed.
   if (parts_.Power.PowerMode != powerModeBefore) parts_.Ranges.Reset(currentChannel);
   Relabel();
   ShowPwmPanel();
@@ -205,7 +205,7 @@ void VisualModel::LabelByPowerMode() {
   const bool powerMode = parts_.Power.PowerMode;
   state_.Strip2Caption = powerMode ? "Proc Power (W)" : "";
   state_.Strip3Caption = powerMode ? "" : "2.5V";
-  // Without a current input the power is a number without meaning.
+  // Without a current input the power is meaningless.
   state_.TraceShown[powerTrace] = powerMode;
   for (std::size_t channel = 0; channel < channelCount; ++channel) {
     state_.Captions[channel] = ChannelCaption(channel, parts_.Fans, powerMode);
@@ -258,14 +258,14 @@ void VisualModel::ShowReadout() {
 void VisualModel::ShowDuty() {
   const auto output = static_cast<std::size_t>(parts_.Display.SelectedPwm - 1);
   std::string text = parts_.Measured.DutyTexts.at(output);
-  // The cycle may stand still, and somebody else have read it.
+  // The cycle may be stopped while other code has read the duty.
   const auto seen = parts_.ChipLink.Seen.Byte(chip::Outputs.at(output).Duty);
   if (text.empty() && seen) text = DutyText(DutyToPercent(*seen));
   state_.PwmText = text.empty() ? "–" : text;
-  if (sliderPressed_) return;  // it is the user's
+  if (sliderPressed_) return;  // the user is moving it
   state_.DutyCycleText = state_.PwmText;
   if (text.empty()) return;
-  // Times 2.55, in an order that is exact: 50 % is 127.5 and becomes 128.
+  // × 2.55 in an order that is exact: 50 % is 127.5 and becomes 128.
   state_.SliderValue = CInt(Val(text) * 255 / 100);
 }
 

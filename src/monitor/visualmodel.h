@@ -23,7 +23,7 @@ struct DisplayState;
 struct LogState;
 struct ZoneState;
 
-/// What the tab works on; all of it outlives the tab.
+/// The objects used by the tab; all of them outlive it.
 struct VisualParts {
   Link& ChipLink;
   Measurements& Measured;
@@ -39,7 +39,7 @@ struct VisualParts {
   ReadingCycle& Cycle;
 };
 
-/// What the main window does for the tab.
+/// Services of the main window for the tab.
 class VisualFrame {
  public:
   virtual ~VisualFrame() = default;
@@ -48,28 +48,28 @@ class VisualFrame {
   virtual void StartVisualTimer() = 0;
   virtual void StopVisualTimer() = 0;
   virtual bool VisualTimerRunning() const = 0;
-  /// Timer3 and its switch: "Continuous Reading is Off".
+  /// Stops Timer3 and sets its switch to "Continuous Reading is Off".
   virtual void StopContinuousReading() = 0;
-  /// Steps of the start-up have not succeeded yet.
+  /// True while start-up steps have failed and are pending.
   virtual bool OwesStartUp() const = 0;
-  /// Tries them again.
+  /// Retries them.
   virtual void RetryStartUp() = 0;
 };
 
 /// The alarms of all shown channels.
 struct AlarmReport {
-  std::optional<int> Count;  ///< nothing before the first reading
-  std::string Details;       ///< a line each: "Fan 1: below low limit 2400 RPM"
-  bool Old = false;          ///< the chip does not measure
+  std::optional<int> Count;  ///< empty before the first reading
+  std::string Details;       ///< one line per alarm: "Fan 1: below low limit 2400 RPM"
+  bool Old = false;          ///< the chip is not monitoring
 };
 
 enum class CaptionMark {
   Plain,       ///< muted text
-  FirstShown,  ///< dark green: channel 0 on the first visit, before anything was clicked
-  Selected,    ///< bright green: clicked last
+  FirstShown,  ///< dark green: channel 0 on the first visit, before any click
+  Selected,    ///< bright green: last clicked
 };
 
-/// Everything the "Visual Display" tab shows that is not in the measurement state. Changed by VisualModel only.
+/// Everything shown by the "Visual Display" tab that is not in the measurement state. Changed by VisualModel only.
 struct VisualState {
   std::array<std::string, channelCount> Captions;
   std::array<bool, channelCount> ChannelShown{};  ///< caption, tile and indicator
@@ -88,19 +88,20 @@ struct VisualState {
 
   bool SliderShown = false;   ///< pnlSlider; pnlPWM is shown in the opposite case
   std::string PanelCaption;   ///< "Fan1 PWM"
-  std::string SliderCaption;  ///< "Fan1": chooses the register that the slider writes
-  std::string PwmText;        ///< lblPWM; "–" where the duty was never seen
+  std::string SliderCaption;  ///< "Fan1": selects the register written by the slider
+  std::string PwmText;        ///< lblPWM; "–" if the duty was never seen
   PwmBehaviour Pwm;           ///< of the selected output
   std::string DutyCycleText;  ///< lblDutyCycle1
   int SliderValue = 255;      ///< 0..255
 
-  // "40", "Disabled", or "–" where the register was never seen.
+  // "40", "Disabled", or "–" if the register was never seen.
   std::array<std::string, 3> TminTexts;
   std::array<std::string, 3> OpPointTexts;
 };
 
-/// The rules of the "Visual Display" tab: what every handler reads and writes, in which order, and what is seen
-/// afterwards. Handlers throw what the link throws; the state then shows what was reached, and the next one works.
+/// The rules of the "Visual Display" tab: what each handler reads and writes, in which order, and what is shown
+/// afterwards. Handlers throw what the link throws; the state then shows what was completed, and the next handler
+/// works.
 class VisualModel {
  public:
   VisualModel(const VisualParts& parts, VisualFrame& frame);
@@ -109,7 +110,7 @@ class VisualModel {
 
   /// The tab was selected.
   void EnterVisualDisplay();
-  /// While the tab is shown somebody has written Configuration 1: a chip that monitors is read.
+  /// Configuration 1 was written elsewhere while the tab is shown: starts the cycle if monitoring is on.
   void ConfigurationWritten(std::uint8_t byte);
   /// The "Read/Write" tab was selected: both timers stop. (The register panel then selects its row.)
   void EnterReadWrite();
@@ -120,21 +121,21 @@ class VisualModel {
   /// A caption was clicked.
   void SelectChannel(std::size_t channel);
   void EasySetup();
-  /// Captions, visibility, traces and markers by the present labels, modes and pulses, without any transfer.
+  /// Updates captions, visibility, traces and markers for the present labels, modes and pulses, without any transfer.
   void Relabel();
-  /// What follows the bytes last seen on the bus, whoever asked for them, a tick that failed half-way too: the readout,
-  /// the PWM panel and the zones.
+  /// Updates what depends on the bytes last seen on the bus, also after a tick that failed half-way: the readout, the
+  /// PWM panel and the zones.
   void ShowSeen();
-  /// The readings by the present measurement state, without any transfer: for a change of labels or constants.
+  /// Updates the readings from the measurement state, without any transfer: for a change of labels or constants.
   void ShowReadings();
 
-  /// Why the channel's alarm is set; empty while it is not, and for a channel that is not shown.
+  /// The reason of the channel's alarm; empty without an alarm and for a channel that is not shown.
   std::string AlarmWords(std::size_t channel) const;
   AlarmReport ReportAlarms() const;
-  /// A fan's pulses were changed behind the console's back: its speed is not the one shown until they are read again.
+  /// True if a fan's pulses were changed elsewhere: the shown speed is wrong until they are read again.
   bool PulsesDiffer(std::size_t channel) const;
 
-  /// Runs what reads the chip's settings anew, without a tick between its reads, and shows what that changed.
+  /// Runs code that reads the chip's settings again, without a tick between its reads, and shows the changes.
   void ReRead(const std::function<void()>& read);
 
   // The duty slider. Values 0..255; which of the notifications writes depends on the medium.
@@ -143,19 +144,18 @@ class VisualModel {
   void SliderReleased();
   void SliderReleasedAfterMove(int value);
 
-  // A limit marker. Values in the channel's unit; which of the notifications writes depends on the medium. A value
-  // that could not be written throws; the marker then stands where it was placed.
+  // A limit marker. Values in the channel's unit; which of the notifications writes depends on the medium. A value that
+  // cannot be written throws, and the marker returns to its placed value.
   void MarkerMoving(Marker marker, double value);
   void MarkerReleased(Marker marker, double value);
 
-  // The boxes of the limits: written at once, on either medium. The gauge's scale does not bind them. A text outside
-  // the range throws OutOfRange with the range as its text and writes nothing; the value that stands there writes
-  // nothing either.
+  // The limit boxes: written at once on either medium, not limited to the gauge's scale. A text out of range throws
+  // OutOfRange with the range as its text and writes nothing; the present value writes nothing either.
   void TypeLimit(Marker marker, const std::string& text);
   void StepLimit(Marker marker, int steps);
-  /// What may be typed into the box of a limit now.
+  /// The range presently allowed in the box of a limit.
   std::string LimitRange(Marker marker) const;
-  /// Where a step of the gauge's keys from one value to another ends, which a fan without such a count passes over.
+  /// The end of a key step of the gauge; a fan limit skips values without a count.
   double LimitStepEnd(double from, double wanted) const;
 
  private:
@@ -182,7 +182,7 @@ class VisualModel {
   VisualState state_;
   bool visited_ = false;
   bool sliderPressed_ = false;
-  RegisterImage::Subscription seen_;  ///< of limits that others read or write
+  RegisterImage::Subscription seen_;  ///< for limits read or written elsewhere
 };
 
 }  // namespace krx

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the display says beside the values; its handlers are in visualmodel.cpp.
+// Alarm texts of the display; its handlers are in visualmodel.cpp.
 #include "monitor/alarmtext.h"
 #include "monitor/displaystate.h"
 #include "monitor/firstvalues.h"

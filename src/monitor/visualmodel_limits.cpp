@@ -19,14 +19,14 @@ void VisualModel::MarkerMoving(Marker marker, double value) {
 }
 
 void VisualModel::MarkerReleased(Marker marker, double value) {
-  // On the board the last move has written it, or put the marker back.
+  // On the board the last move has already written it or reset the marker.
   if (parts_.ChipLink.EvalBoardMedium != smbusMedium) return;
   MoveMarker(marker, value);
   WriteMarkers(marker);
 }
 
 void VisualModel::MoveMarker(Marker marker, double value) {
-  // A value that it has already leaves the marker unmoved, with the bytes it was placed from.
+  // An unchanged value leaves the marker unmoved, with the bytes it was placed from.
   if (value != state_.Gauge.ValueOf(marker) || !state_.Gauge.IsKnown(marker)) state_.Gauge.Move(marker, value);
 }
 
@@ -36,7 +36,7 @@ void VisualModel::WriteMarkers(Marker dragged) {
 }
 
 void VisualModel::PlaceAwaitedLimits() {
-  // The pulses or Vccp may have become known since the channel was selected, by whatever read them.
+  // The pulses or Vccp may have become known since the channel was selected.
   if (state_.Gauge.IsPlaced(Marker::Low)) return;
   PlaceSeenLimits(parts_.ChipLink, static_cast<std::size_t>(parts_.Display.SelectedChannel), Limits(), state_.Gauge);
 }

@@ -20,10 +20,10 @@ struct Caution {
   std::string_view Text;
 };
 constexpr std::array<Caution, 4> cautions{{
-    {0x40, "LOCK (bit 1) makes the limit and configuration registers read-only until the chip is powered up again."},
+    {0x40, "LOCK (bit 1) makes the limit and configuration registers read-only until the next power cycle."},
     {0x6F, "The XOR tree test takes the pins out of normal operation."},
-    {0x7E, "A test register of the maker: measurements may stop until the chip is powered up again."},
-    {0x7F, "A test register of the maker: measurements may stop until the chip is powered up again."},
+    {0x7E, "Manufacturer test register: measurements may stop until the next power cycle."},
+    {0x7F, "Manufacturer test register: measurements may stop until the next power cycle."},
 }};
 
 std::string_view CautionFor(std::uint8_t address) {
@@ -33,7 +33,7 @@ std::string_view CautionFor(std::uint8_t address) {
   return {};
 }
 
-/// All digits and a byte; nothing otherwise. Unsigned, since a sign is no digit: "-0" is not zero.
+/// The byte of a text of digits only; empty otherwise. Unsigned, since a sign is not a digit: "-0" is not zero.
 std::optional<std::uint8_t> ByteOf(std::string_view digits, int base) {
   unsigned value = 0;
   const char* const end = digits.data() + digits.size();
@@ -51,7 +51,7 @@ std::string Hex(std::uint8_t byte) {
 RegisterPanel::RegisterPanel(Link& link) : link_(link) {}
 
 const RegisterEntry& RegisterPanel::SelectedRegister() const {
-  // Row 90 needs no look: it is what remains when no other row is selected.
+  // Row 90 is not checked: it is selected when no other row is.
   for (int row = 1; row < rowCount; ++row) {
     if (State(row) == RowState::Selected || State(row) == RowState::SelectedHovered) return *LookupEntry(row);
   }
@@ -100,7 +100,7 @@ void RegisterPanel::ShowRegister(int row) {
   view_.BitNames = BitNames(entry.Bits);
   view_.Editable = entry.Access == Access::Editable;
   view_.Caution = CautionFor(entry.Address);
-  // Before the read: a failing one must leave neither the address of another register for the next write nor its value.
+  // Before the read: a failed one must leave neither address nor value of the previous register for the next write.
   view_.Address = Hex(entry.Address);
   view_.HexValue.clear();
   view_.DecimalValue.clear();
@@ -163,7 +163,7 @@ void RegisterPanel::RejectEntries() {
 }
 
 void RegisterPanel::WriteDecimalEntry() {
-  // A single 0 is refused, so that a box that was only cleared of a wrong entry does not write; an empty one is zero.
+  // A single 0 is rejected, so that a box that was only cleared of a wrong entry does not write; an empty one is zero.
   const auto byte = decimalEntry_.empty() ? std::optional<std::uint8_t>(0) : ByteOf(decimalEntry_, 10);
   if (!byte || decimalEntry_ == "0") return RejectEntries();
   if (!view_.Editable) return;
@@ -191,7 +191,7 @@ void RegisterPanel::ShowWritten(std::uint8_t address, std::uint8_t byte) {
   lastWritten_ = byte;
   view_.Address = Hex(address);
   UpdateRegisterInfo();
-  // The bits show what was written, the value labels what was read last: a write is not verified.
+  // The bits show the written byte, the value labels the byte last read: a write is not verified.
   ShowBits(byte);
 }
 

@@ -11,26 +11,26 @@
 
 namespace krx {
 
-/// How a row of the register list is shown; the panel finds the selected register by it.
+/// State of a row of the register list; it also identifies the selected register.
 enum class RowState : std::uint8_t { Plain, Hovered, Selected, SelectedHovered };
 
 /// The button beside an entry box.
 enum class EntryState : std::uint8_t { Untouched, Unwritten, Written };
 
-/// What the panel shows of the selected register.
+/// What the panel shows for the selected register.
 struct RegisterView {
-  std::string Address;  ///< hexadecimal, no prefix; the hexadecimal write goes there
+  std::string Address;  ///< hexadecimal without prefix; the target of the hexadecimal write
   std::string Name;
   std::string HexValue;  ///< of the last read
   std::string DecimalValue;
   std::array<bool, 8> Bits{};  ///< of the last read, or of the byte just written; b0 first
   std::array<std::string_view, 8> BitNames{};
   bool Editable = false;     ///< entry boxes enabled, bits clickable
-  std::string_view Caution;  ///< why a write to this register wants care; empty for most
+  std::string_view Caution;  ///< warning about writes to this register; empty for most
 };
 
 /// The "Read/Write" panel: 90 rows, the selected register bit by bit, and the two entry boxes. Handlers throw what the
-/// link throws; a failed one leaves no value of another register shown.
+/// link throws; after a failure no value of another register is shown.
 class RegisterPanel {
  public:
   static constexpr int rowCount = 90;
@@ -42,19 +42,19 @@ class RegisterPanel {
   int CurrentRow() const { return currentRow_; }
   int LastSelectedRow() const { return lastSelectedRow_; }
 
-  /// A real click: the pointer is over the row, also where no motion was reported before. Reads the register once.
+  /// A real click: the pointer is over the row, even if no motion was reported before. Reads the register once.
   void Click(int row);
   void Hover(int row);
   /// The pointer left the list.
   void LeaveList();
-  /// The tab is shown: the row clicked last (the first one at first) ends selected and is read once.
+  /// The tab is shown: selects the last clicked row (initially the first) and reads it once.
   void Reselect();
 
   /// One tick of continuous reading.
   void ReadSelected();
 
-  /// Inverts the bit as it is shown, in the byte read afresh; shows what the chip keeps of it. Nothing happens on a
-  /// read-only register.
+  /// Inverts the shown state of a bit in the byte read again, and shows what the chip kept. Does nothing on a read-only
+  /// register.
   void ClickBit(int bit);
 
   const std::string& HexEntry() const { return hexEntry_; }
@@ -64,12 +64,12 @@ class RegisterPanel {
   EntryState HexButton() const { return hexButton_; }
   EntryState DecimalButton() const { return decimalButton_; }
 
-  /// Writes the entry. An invalid one turns both boxes into "00" and writes nothing; on a read-only register nothing
-  /// happens.
+  /// Writes the entry. An invalid entry sets both boxes to "00" and writes nothing; does nothing on a read-only
+  /// register.
   void WriteHexEntry();
   void WriteDecimalEntry();
 
-  /// Somebody else has written a register: shows its byte where it is the one that is shown.
+  /// A register was written elsewhere: shows its byte if it is the shown register.
   void ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte);
 
   /// Shows the last read byte again.

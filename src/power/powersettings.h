@@ -3,7 +3,7 @@
 
 namespace krx {
 
-/// How the 2.5V input stands for the processor current.
+/// How the processor current is derived from the 2.5V input.
 struct PowerSettings {
   bool PowerMode = false;         ///< bit 4 ("V*I") of 0x40, as found at start-up
   bool PowerEquation = true;      ///< true: Rout equation, false: Scale/Offset equation
@@ -12,7 +12,7 @@ struct PowerSettings {
   float SenseScale = 0.0125F;     ///< V per A
   float SenseOffset = 1.0F;       ///< V at zero current
 
-  /// The 2.5V channel's value and limits rest on Vccp, too.
+  /// True if value and limits of the 2.5V channel also depend on Vccp.
   bool NeedsVccp() const { return PowerMode && PowerEquation; }
   bool operator==(const PowerSettings&) const = default;
 };

@@ -5,8 +5,8 @@
 
 namespace krx {
 
-/// Processor current in A from the voltage on the sense (2.5V) input and the core voltage Vccp, by the equation that
-/// PowerEquation chooses. May be negative.
+/// Processor current in A from the voltage on the sense (2.5V) input and the core voltage Vccp, using the equation
+/// selected by PowerEquation. May be negative.
 float ProcessorCurrent(float senseVolts, float coreVolts, const PowerSettings& settings);
 
 /// Processor power in W: the current times the core voltage.

@@ -16,7 +16,7 @@ struct SlotValue {
   std::size_t Index = 0;
 };
 
-// Voltages are logged in another order than they are measured: 12V, 5V, 2.5V, Vccp, Vcc.
+// Voltages are logged in a different order: 12V, 5V, 2.5V, Vccp, Vcc.
 constexpr std::array<SlotValue, logColumnCount> slotValues{{
     {Kind::Temperature, 0}, {Kind::Temperature, 1}, {Kind::Temperature, 2}, {Kind::Duty, 0},    {Kind::Duty, 1},
     {Kind::Duty, 2},        {Kind::Speed, 0},       {Kind::Speed, 1},       {Kind::Speed, 2},   {Kind::Speed, 3},
@@ -27,7 +27,7 @@ constexpr std::array<SlotValue, logColumnCount> slotValues{{
 
 constexpr int voltageDecimals = 4;
 
-/// The log's power column is always of the Scale/Offset equation, whichever one the displays use.
+/// The log's power column always uses the Scale/Offset equation, independent of the displays.
 float LoggedPower(const LogSources& sources) {
   const auto& volts = sources.Measured.Voltages;
   return (volts[4] - sources.Power.SenseOffset) / sources.Power.SenseScale * volts[2];

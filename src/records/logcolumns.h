@@ -14,7 +14,7 @@ namespace krx {
 
 // The slots of a log line, in file order.
 inline constexpr std::size_t logColumnCount = 23;
-inline constexpr std::size_t logStartColumns = 10;  ///< the first ten are logged until the user chooses otherwise
+inline constexpr std::size_t logStartColumns = 10;  ///< the first ten are logged by default
 inline constexpr std::array<std::string_view, logColumnCount> logColumnTitles{"Int(°C)",
                                                                               "Ext1(°C)",
                                                                               "Ext2(°C)",
@@ -41,7 +41,7 @@ inline constexpr std::array<std::string_view, logColumnCount> logColumnTitles{"I
 /// Title of the last slot while THERM is logged in milliseconds.
 inline constexpr std::string_view logThermMillisecondsTitle = "PROCHOT#(ms)";
 
-/// What a log line is made of.
+/// The sources of a log line.
 struct LogSources {
   const Measurements& Measured;
   const ZoneState& Zones;
@@ -51,7 +51,7 @@ struct LogSources {
 /// The titles at start-up: the first ten slots, the others empty (not logged).
 std::array<std::string, logColumnCount> StartColumnTitles();
 
-/// The slot's present value in its number format, without the tab.
+/// The slot's present value in its number format, without tab.
 std::string LogColumnText(std::size_t slot, const LogSources& sources);
 
 }  // namespace krx

@@ -13,8 +13,8 @@ struct LogState {
   std::array<std::string, 23> ColumnTitles;  ///< an empty title: the column is not logged
   std::int32_t LogLineCount = 0;
   bool LogStopRequested = false;
-  bool TimerStateAtLogStart = false;  ///< visual_timer ran when the log was started
-  std::int16_t ThermLogMode = 1;      ///< 1: THERM kept as the raw byte, 2: in milliseconds
+  bool TimerStateAtLogStart = false;  ///< visual_timer was running when the log was started
+  std::int16_t ThermLogMode = 1;      ///< 1: THERM as raw byte, 2: in milliseconds
 };
 
 }  // namespace krx

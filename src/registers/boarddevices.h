@@ -17,7 +17,7 @@ constexpr std::uint8_t SwitchDeviceAddress(SwitchDevice device) {
   return static_cast<std::uint8_t>(0x90 + 2 * static_cast<int>(device));
 }
 
-/// "U5", "U6", "U4" or "U3"; nothing for an address that is no switch device.
+/// "U5", "U6", "U4" or "U3"; empty for any other address.
 constexpr std::optional<std::string_view> SwitchDeviceName(std::uint8_t address) {
   constexpr std::array<std::string_view, 4> names{"U5", "U6", "U4", "U3"};
   if (address < 0x90 || address > 0x96 || address % 2 != 0) return std::nullopt;

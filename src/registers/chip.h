@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// The one home of the chip's register addresses, of the bits that the console acts on, and of the rows by zone,
-/// output, tachometer and supply. Names and access of all 90 registers: registers/registermap.
+/// The chip's register addresses, the bits used by the console, and the tables by zone, output, tachometer and supply,
+/// all in one place. Names and access of all 90 registers: registers/registermap.
 namespace krx::chip {
 
 inline constexpr std::uint8_t DynamicTmin1 = 0x36;
@@ -21,7 +21,7 @@ inline constexpr std::uint8_t InterruptStatus2 = 0x42;
 inline constexpr std::uint8_t Vid = 0x43;
 inline constexpr std::uint8_t Acoustics1 = 0x62;
 inline constexpr std::uint8_t Acoustics2 = 0x63;
-inline constexpr std::uint8_t Hysteresis1 = 0x6D;  ///< Remote1 above Local
+inline constexpr std::uint8_t Hysteresis1 = 0x6D;  ///< upper half Remote1, lower half Local
 inline constexpr std::uint8_t Hysteresis2 = 0x6E;  ///< Remote2
 inline constexpr std::uint8_t XorTest = 0x6F;
 inline constexpr std::uint8_t Configuration2 = 0x73;
@@ -45,7 +45,7 @@ inline constexpr std::uint8_t FullSpeed = 0x08;     ///< FSPD
 inline constexpr std::uint8_t CurrentInput = 0x10;  ///< V*I: the 2.5V input measures the processor's current
 inline constexpr std::uint8_t DisableSpinUp = 0x20;
 
-// Mask in Configuration2, beside those of the tachometers below.
+// Mask in Configuration2, besides those of the tachometers below.
 inline constexpr std::uint8_t Attenuators = 0x20;  ///< ATTN, of the supply inputs
 
 // Masks in Configuration3.
@@ -56,19 +56,19 @@ inline constexpr std::uint8_t ThermEnabled = 0x02;  ///< PHOT: the THERM input i
 inline constexpr std::uint8_t AlertOn25V = 0x01;  ///< AL2.5V: the SMBus alert output is on the 2.5V pin
 inline constexpr std::uint8_t ThermOn5V = 0x02;   ///< TH5V: THERM on the 5V pin, else on the Tach4 pin
 
-// Bits in InterruptStatus2 beside those of the rows below.
+// Bits in InterruptStatus2 besides those of the tables below.
 inline constexpr int OverTemperatureBit = 1;  ///< OVT
-inline constexpr int Diode1Bit = 6;           ///< D1: Remote1's diode is open or shorted; D2 follows
+inline constexpr int Diode1Bit = 6;           ///< D1: Remote1's diode is open or shorted; D2 is the next bit
 
 // Bit in InterruptStatus1.
-inline constexpr int OutOfLimitBit = 7;  ///< OOL: something is set in InterruptStatus2
+inline constexpr int OutOfLimitBit = 7;  ///< OOL: a bit is set in InterruptStatus2
 
-/// A temperature zone: 0 Local, 1 Remote1, 2 Remote2. (The chip keeps their registers in the order Remote1, Local,
-/// Remote2.) All its temperatures are signed bytes of whole °C.
+/// A temperature zone: 0 Local, 1 Remote1, 2 Remote2. (On the chip their registers are in the order Remote1, Local,
+/// Remote2.) All temperatures are signed bytes in whole °C.
 struct Zone {
   std::string_view Name;
   std::uint8_t Value;
-  int FractionShift;  ///< place of the lower fraction bit in ExtendedResolution2
+  int FractionShift;  ///< position of the lower fraction bit in ExtendedResolution2
   std::uint8_t LowLimit;
   std::uint8_t HighLimit;
   int StatusBit;  ///< in InterruptStatus1
@@ -109,7 +109,7 @@ inline constexpr int BehaviourShift = 5;
 inline constexpr std::uint8_t PolarityMask = 0x10;
 inline constexpr std::uint8_t SpinUpMask = 0x07;
 inline constexpr std::uint8_t FrequencyMask = 0x07;
-inline constexpr std::uint8_t RampMask = 0x07;  ///< before it is shifted by RampShift
+inline constexpr std::uint8_t RampMask = 0x07;  ///< before shifting by RampShift
 
 /// A tachometer input: 0..3 for Tach1..Tach4. Counts have 16 bits.
 struct Tach {
@@ -128,7 +128,7 @@ inline constexpr std::array<Tach, 4> Tachs{{
     {0x2E, 0x2F, 0x5A, 0x5B, 0x08, 6, 5},
 }};
 
-/// A supply input, in the order in which the console shows them.
+/// A supply input, in the order shown by the console.
 struct Supply {
   std::string_view Name;
   std::uint8_t Value;

@@ -8,10 +8,10 @@
 
 namespace krx {
 
-// The conversions that reach the chip, or ask what was seen of it. The former throw what the link throws; a channel,
-// zone or fan outside its range is a fault of the caller and throws std::out_of_range before any transfer.
+// Conversions that access the chip or use the bytes last seen on the bus. The former throw what the link throws; a
+// channel, zone or fan out of range is a programming error and throws std::out_of_range before any transfer.
 
-/// The two bits below a whole degree.
+/// The two fraction bits of a temperature.
 struct TempFractionReading {
   std::string Text;  ///< " " (one blank), ".25", ".5" or ".75"
   float Value;
@@ -23,7 +23,7 @@ TempFractionReading TempFraction(Link& link, int channel);
 /// Reads 0x76 or 0x77: the two lowest bits of the 10-bit code, 0..3. channel: 0..4.
 int VoltageExtension(Link& link, int channel);
 
-/// The present duty of output 0..2 as last seen on the bus, "29 %"; "an unknown duty" where it was not. No transfer.
+/// The present duty of output 0..2 as last seen on the bus, "29 %"; "an unknown duty" if it was not seen. No transfer.
 std::string SeenDuty(const Link& link, std::size_t output);
 
 /// Reads 0x6D or 0x6E: °C, 0..15. zone: 0 Local, 1 Remote1, 2 Remote2.

@@ -7,7 +7,7 @@
 
 namespace krx {
 
-// The texts of the codes that fields of the registers hold; an item's place is its code.
+// The texts of the codes in register fields; the index of an item is its code.
 
 inline constexpr std::array<std::string_view, 8> behaviourItems{
     "Remote1 Control", "Local Control",         "Remote2 Control",      "Always On",

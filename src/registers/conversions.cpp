@@ -31,7 +31,7 @@ float TempFromByte(std::uint8_t byte, float fraction) {
 }
 
 std::uint8_t TempToByte(int degrees) {
-  if (degrees < -128 || degrees > 127) throw OutOfRange("A temperature limit lies between -128 and 127 °C");
+  if (degrees < -128 || degrees > 127) throw OutOfRange("A temperature limit must be between -128 and 127 °C");
   return static_cast<std::uint8_t>(degrees < 0 ? degrees + 256 : degrees);
 }
 
@@ -62,7 +62,7 @@ std::uint16_t TachLimitCount(float rpm, float programmedOrQuotient, float actual
   if (rpm == 0) return noTachLimit;
   const float count = std::nearbyint(TachToRPM(rpm) * programmedOrQuotient / actual);
   if (!(rpm > 0 && count >= 0 && count <= 65535)) {
-    throw OutOfRange("A fan limit of " + ShortestText(rpm) + " RPM has no tachometer count");
+    throw OutOfRange("A fan limit of " + ShortestText(rpm) + " RPM cannot be expressed as a tachometer count");
   }
   return static_cast<std::uint16_t>(count);
 }

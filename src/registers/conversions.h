@@ -8,9 +8,9 @@
 
 namespace krx {
 
-// Register bytes to engineering units and back. Engineering values are singles and computed in single precision.
+// Conversion between register bytes and engineering units, in single precision.
 
-/// °C of a signed value byte. The fraction widens the magnitude: 0xF6 with 0.25 is -10.25.
+/// °C of a signed value byte. The fraction increases the magnitude: 0xF6 with 0.25 is -10.25.
 float TempFromByte(std::uint8_t byte, float fraction);
 
 /// The signed byte of whole degrees. Throws OutOfRange outside -128..127.
@@ -27,19 +27,19 @@ float VoltageFromByte(int channel, std::uint8_t byte);
 std::uint8_t VoltageToByte(std::string_view name, float volts);
 
 /// Speed in RPM of a tachometer count, and count of a speed: the relation is its own inverse. 0 gives 65535, and the
-/// counts of a fan that stands still (65,061 to 65,535) give 0.
+/// counts of a stopped fan (65,061 to 65,535) give 0.
 float TachToRPM(float value);
 
-/// The limit count of a speed: TachToRPM times the programmed by the actual pulses, from left to right, halves to even;
-/// or times their quotient, which some writers form first. 0 RPM is "no limit", 65535 whatever the pulses. Throws
+/// The limit count of a speed: TachToRPM × programmed / actual pulses, evaluated from left to right, halves to even; or
+/// × their quotient, which some callers form first. 0 RPM is "no limit", 65535 regardless of the pulses. Throws
 /// OutOfRange for a negative speed and for a count outside 0..65535.
 std::uint16_t TachLimitCount(float rpm, float programmedOrQuotient, float actual = 1);
 
 /// Percent of a duty byte: 255 is 100.
 float DutyToPercent(std::uint8_t byte);
 
-/// Percent of the read period during which THERM was asserted, at most 100; none for a period of 0 or less, which
-/// leaves the last percent standing. `count` is the byte of 0x79.
+/// Percent of the read period during which THERM was asserted, at most 100; empty for a period of 0 or less, so that
+/// the last value is kept. `count` is the byte of 0x79.
 std::optional<float> ThermShare(std::uint8_t count, float seconds);
 
 /// Milliseconds during which THERM was asserted.

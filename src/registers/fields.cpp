@@ -15,7 +15,7 @@ namespace krx {
 namespace {
 
 using Items2 = std::array<std::string_view, 2>;
-constexpr Items2 bit{"0", "1"};  // a bit whose effect the console does not know
+constexpr Items2 bit{"0", "1"};  // a bit whose effect is not known to the console
 constexpr Items2 onOff{"off", "on"};
 constexpr Items2 yesNo{"no", "yes"};
 constexpr Items2 spinUp{"as configured", "disabled"};
@@ -32,7 +32,7 @@ constexpr Items2 pwm2Pin{"PWM2 output", "SMBALERT output"};
 constexpr Items2 thermPin{"Tach4 pin", "5V pin"};
 constexpr Items2 pin25V{"2.5V input", "SMBALERT output"};
 constexpr std::array<std::string_view, 4> quarters{".00", ".25", ".50", ".75"};
-/// How often Tmin may be lowered and raised.
+/// How often Tmin can be lowered and raised.
 constexpr std::array<std::string_view, 8> cycles{"0.5 s down, 1 s up", "1 s down, 2 s up",   "2 s down, 4 s up",
                                                  "4 s down, 8 s up",   "8 s down, 16 s up",  "16 s down, 32 s up",
                                                  "32 s down, 64 s up", "64 s down, 128 s up"};

@@ -9,22 +9,22 @@
 
 namespace krx {
 
-/// How the number in a field is read.
+/// How the number in a field is interpreted.
 enum class FieldScale : std::uint8_t {
-  Number,     ///< as it stands, decimal
-  Byte,       ///< as it stands, hexadecimal
+  Number,     ///< unchanged, decimal
+  Byte,       ///< unchanged, hexadecimal
   Code,       ///< an item of the field's list
   Celsius,    ///< signed whole °C
   Degrees,    ///< whole °C, never negative
   Percent,    ///< of a duty: 255 is 100 %
-  Volts,      ///< of the supply input whose registers these are
+  Volts,      ///< of the register's supply input
   ThermTime,  ///< milliseconds of the THERM timer
-  LowerBits,  ///< the two bits below a value in another register
+  LowerBits,  ///< the two low-order bits of a value in another register
   TachLow,    ///< lower half of a tachometer count
   TachHigh,   ///< upper half of a tachometer count
 };
 
-/// What some bits of a register mean.
+/// A field of a register.
 struct RegisterField {
   std::uint8_t Register;
   int High;  ///< uppermost bit, 7..0
@@ -36,18 +36,18 @@ struct RegisterField {
   std::uint8_t Mask() const;
 };
 
-/// The fields of a register, uppermost first; together they cover the eight bits, reserved ones excepted. Empty for an
-/// address that the chip does not have.
+/// The fields of a register, uppermost first; together they cover the eight bits, except reserved bits. Empty for an
+/// unknown address.
 std::span<const RegisterField> FieldsOf(int address);
 
-/// The number that a field holds in a register's byte.
+/// The number in a field of a register's byte.
 int FieldValue(const RegisterField& field, std::uint8_t byte);
 
-/// What a field says in a register's byte: "Manual Control", "45 °C", "50.2 %", "3.302 V".
+/// The meaning of a field in a register's byte: "Manual Control", "45 °C", "50.2 %", "3.302 V".
 std::string FieldText(const RegisterField& field, std::uint8_t byte);
 
-/// What a write changes, field by field: "PWM2 behaviour: Remote1 Control → Manual Control". Fields that keep their
-/// value are left out; empty when none changes, or when the old byte is not known and the register has several fields.
+/// The changes made by a write, by field: "PWM2 behaviour: Remote1 Control → Manual Control". Unchanged fields are
+/// omitted; empty when none changes, or when the old byte is unknown and the register has several fields.
 std::string ChangeText(int address, std::optional<std::uint8_t> from, std::uint8_t to);
 
 }  // namespace krx

@@ -22,11 +22,11 @@ std::size_t CountDigits(std::string_view text) {
   return static_cast<std::size_t>(std::ranges::find_if_not(text, IsDigit) - text.begin());
 }
 
-/// The leading number of a text, taken apart. Length 0: there is none.
+/// The leading number of a text. Length 0: there is none.
 struct Scan {
-  std::size_t Start = 0;   ///< of the number, behind the blanks
+  std::size_t Start = 0;   ///< of the number, after the blanks
   std::size_t Length = 0;  ///< sign and exponent included
-  bool Below1 = false;     ///< by its exponent's sign, or by its whole digits if it has none
+  bool Below1 = false;     ///< by the sign of its exponent, or by its integer digits if it has none
 };
 
 Scan ScanNumber(std::string_view text) {
@@ -63,7 +63,7 @@ Scan ScanNumber(std::string_view text) {
   return scan;
 }
 
-/// to_chars with any of its argument lists; a double in fixed notation has at most 309 digits before the point.
+/// to_chars for any argument list; a double in fixed notation has at most 309 digits before the point.
 template <typename... Arguments>
 std::string ToText(Arguments... arguments) {
   std::array<char, 400> buffer;
@@ -94,7 +94,7 @@ double Val(std::string_view text) {
     const double infinity = std::numeric_limits<double>::infinity();
     value = scan.Below1 ? 0 : (number.starts_with('-') ? -infinity : infinity);
   }
-  return value + 0.0;  // "-0" is an ordinary zero
+  return value + 0.0;  // turns -0 into 0
 }
 
 bool IsNumber(std::string_view text) {
@@ -127,7 +127,7 @@ std::string ShortestText(double value) {
 }
 
 std::string FormatFixed(double value, int decimals) {
-  // An exact half is an odd multiple of 2^-(decimals + 1); to_chars takes it to the even digit unless nudged outward.
+  // An exact half is an odd multiple of 2^-(decimals + 1); to_chars rounds it to even, so move it away from zero.
   if (std::fmod(std::ldexp(std::abs(value), decimals + 1), 2.0) == 1.0) {
     value = std::nextafter(value, std::copysign(std::numeric_limits<double>::infinity(), value));
   }

@@ -106,7 +106,7 @@ using Names = std::array<std::string_view, 8>;
 
 struct BitNameRow {
   BitSet Set;
-  Names FromB7;  ///< as a register is written down: b7 first
+  Names FromB7;  ///< as written: b7 first
 };
 
 constexpr BitNameRow bitNameRows[] = {
@@ -183,7 +183,7 @@ const RegisterEntry* LookupAddress(int address) {
 
 const RegisterEntry* LookupName(std::string_view name) {
   const std::string_view wanted = Trimmed(name);
-  if (wanted.empty()) return nullptr;  // or it would match the missing save labels
+  if (wanted.empty()) return nullptr;  // would match entries without a save label
   return FindRow(
       [=](const RegisterEntry& row) { return SameName(row.PanelName, wanted) || SameName(row.SaveLabel, wanted); });
 }

@@ -34,7 +34,7 @@ ChipPins SimBoard::Pins(bool vidFollowsU3) const {
   pins.Tach = {Wiring(devices_[u5] & 7), Wiring(devices_[u5] >> 5), Wiring(devices_[u6] & 7),
                Wiring(devices_[u6] >> 5)};
   pins.ProchotOnTach4 = (devices_[u3] & 0x40) != 0;
-  // U3E routes the signal to the 5V pin, unless the board uses U3A to U3E for VID: then it is wired there for good.
+  // U3E routes the signal to the 5V pin, unless the board uses U3A to U3E for VID: then it is hard-wired.
   pins.ProchotOn5V = vidFollowsU3 || (devices_[u3] & 0x10) != 0;
   if (vidFollowsU3) pins.Vid = static_cast<std::uint8_t>((ChipPins::steadyVid & 0x20) | (devices_[u3] & 0x1F));
   return pins;

@@ -6,13 +6,13 @@
 
 namespace krx {
 
-/// What reaches the pins of one chip besides the measured quantities. The defaults are a chip on the SMBus: no
-/// switches in the way.
+/// The signals at the pins of one chip besides the measured quantities. The defaults describe a chip on the SMBus,
+/// without switches.
 struct ChipPins {
   enum class TachWiring { Always, ThreeWire, TwoWire, None };
 
   std::array<bool, 2> DiodeOpen{};   ///< remote diodes 1, 2
-  std::array<TachWiring, 4> Tach{};  ///< for which tach source the pulses arrive
+  std::array<TachWiring, 4> Tach{};  ///< the tach source for which pulses arrive
   bool ProchotOnTach4 = true;        ///< the processor-hot signal reaches the Tach4 pin
   bool ProchotOn5V = true;           ///< ... and the 5V pin
   std::uint8_t Vid = steadyVid;      ///< bits 5..0
@@ -38,7 +38,7 @@ class SimBoard {
   std::uint8_t StatusByte() const { return control_ & 0x30; }
   bool HeaterOn(int heater) const { return (control_ & (heater == 1 ? 0x10 : 0x20)) != 0; }
 
-  /// What the switches let through to the chip.
+  /// The chip's pin signals with the present switch settings.
   ChipPins Pins(bool vidFollowsU3) const;
 
   bool BusMode = false;

@@ -50,7 +50,7 @@ SimChip& SimBus::Find(bool smbus, std::uint8_t port, std::uint8_t address) {
 std::uint8_t SimBus::ReadChip(bool smbus, std::uint8_t port, std::uint8_t address, std::uint8_t reg) {
   std::uint8_t value = 0;
   Perform(Operation::ReadByteData, address, reg, 0, [&](Transfer& entry) {
-    // What a planned slowness adds is no time that the reader takes.
+    // The delay added by a slow= fault does not count as the reader's time.
     value = Find(smbus, port, address).Read(reg, sim_.Seconds() - sim_.slowedSeconds_);
     if (reg == chip::CompanyId) value = sim_.companyId_.value_or(value);
     entry.Data = value;
@@ -81,7 +81,7 @@ std::uint8_t& SimBus::SwitchDevice(std::uint8_t port, std::uint8_t address) {
 
 namespace {
 
-/// Counts the handed-out objects, so that a test sees a handle that was not released.
+/// Counts the objects handed out, so that a test can detect a handle that was not released.
 class Handle {
  public:
   explicit Handle(Simulation& simulation) : bus_(simulation) { ++bus_.LiveHandles(); }

@@ -8,11 +8,11 @@
 
 namespace krx {
 
-/// A chip with what surrounds it.
+/// A chip and its surroundings.
 struct Simulation::Unit {
   explicit Unit(const SimOptions& options) : Chip(options), Plant(options.Load) {}
 
-  std::uint8_t Address = 0;  ///< in the form that the medium takes
+  std::uint8_t Address = 0;  ///< in the form used by the medium
   BusModes Modes = BusModes::Both;
   std::uint8_t Port = 0;
   SimBoard* Board = nullptr;  ///< null on the SMBus
@@ -20,13 +20,13 @@ struct Simulation::Unit {
   SimPlant Plant;
 };
 
-/// The bus operations that the handed-out objects share: each is traced, may fail by plan, and finds chips and boards
-/// brought up to now.
+/// The bus operations shared by the objects handed out: each is traced, may fail as injected, and first advances the
+/// model to the present time.
 class SimBus {
  public:
   explicit SimBus(Simulation& simulation) : sim_(simulation) {}
 
-  /// Traces the operation, waits and fails as planned, then runs `action` with the trace entry.
+  /// Traces the operation, applies injected delays and failures, then runs `action` with the trace entry.
   template <typename Action>
   void Perform(Operation op, std::uint8_t address, std::uint8_t reg, std::uint8_t data, Action action);
 

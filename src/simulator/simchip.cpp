@@ -14,7 +14,7 @@ using Reg = SimRegisters;
 constexpr double holdSeconds = 1;
 constexpr std::uint8_t firstValue = 0x20, lastValue = 0x2F;
 
-/// Below this a fan counts as standing.
+/// Below this speed a fan counts as stopped.
 constexpr double turningRpm = 83;
 
 /// The output whose duty register this is.

@@ -50,7 +50,7 @@ double Simulation::Seconds() {
 }
 
 void Simulation::Advance(Side& side) {
-  // First, so that the steps see what the board has been told since the last one.
+  // First, so that the steps use the present board settings.
   for (const auto& unit : side.Units) RefreshPins(*unit);
   const double steps = Seconds() * options_.Speed / SimPlant::stepSeconds;
   const auto target = static_cast<std::int64_t>(std::floor(steps + 1e-6));

@@ -19,13 +19,13 @@
 
 namespace krx {
 
-/// The simulated computer: chips with their fans and their heat, boards at the printer ports, the SMBus, the trace of
-/// what was asked for and the planned faults. The model advances when it is looked at, in steps of 10 ms of model
-/// time, so the same seed, the same operations and the same clock readings give the same bytes.
+/// The simulated computer: chips with their fans and temperatures, boards on the printer ports, the SMBus, the trace of
+/// all operations and the injected faults. The model advances on each access, in steps of 10 ms of simulated time, so
+/// the same seed, operations and clock readings give the same bytes.
 ///
-/// Of a gap longer than an hour of model time only the last hour is computed: a program that was not reading does not
-/// have to make up for days at once (an hour is a fraction of a second of work), and all but a slow dynamic Tmin has
-/// settled by then. Board and SMBus advance each on their own, so that the medium that nobody uses costs nothing.
+/// After a gap of more than an hour of simulated time only the last hour is computed: computing days at once would take
+/// too long (an hour takes a fraction of a second), and everything but a slow dynamic Tmin has settled by then. Board
+/// and SMBus advance independently, so that an unused medium costs nothing.
 class Simulation {
  public:
   Simulation(Clock& clock, SimOptions options);
@@ -33,28 +33,28 @@ class Simulation {
   Simulation(const Simulation&) = delete;
   Simulation& operator=(const Simulation&) = delete;
 
-  /// A bus-access library over this simulation, which must outlive it and everything it hands out.
+  /// A bus-access library for this simulation, which must outlive it and all objects it hands out.
   std::unique_ptr<CommsModule> MakeCommsModule();
 
   SimTrace& Trace() { return trace_; }
 
-  /// Plans a fault; those of a kind add up. Counting for FailTransfer starts here.
+  /// Injects a fault; faults of the same kind add up. Counting for FailTransfer starts here.
   void AddFault(const Fault& fault);
   void ClearFaults();
-  /// How many transfers have failed by plan since the last ClearFaults.
+  /// Number of transfers failed by injection since the last ClearFaults.
   int FaultsFired() const { return plan_.Fired(); }
 
-  // Looking inside without a trace; the model is brought up to now first. Throws std::out_of_range for a chip or
-  // board that the options do not have.
+  // Direct access without a trace; the model is advanced to the present time first. Throws std::out_of_range for a chip
+  // or board that does not exist.
   SimChip& BoardChip(std::size_t index = 0);
   SimChip& SmbusChip(std::size_t index = 0);
   SimBoard& Board(std::size_t port = 0);
   /// The fans and temperatures around a chip.
   SimPlant& BoardPlant(std::size_t index = 0);
   SimPlant& SmbusPlant(std::size_t index = 0);
-  /// Adapters, bus devices and controllers that are handed out and not yet released.
+  /// Adapters, bus devices and controllers handed out and not yet released.
   int LiveHandles() const { return liveHandles_; }
-  /// Clock seconds since the simulation was made.
+  /// Clock seconds since the simulation was created.
   double Seconds();
 
  private:
@@ -80,7 +80,7 @@ class Simulation {
   SimTrace trace_;
   FaultPlan plan_;
   double extraSeconds_ = 0;
-  double slowedSeconds_ = 0;  ///< what they have added up to
+  double slowedSeconds_ = 0;  ///< total delay added so far
   std::optional<double> absentFrom_;
   PlantFaults plantFaults_;
   std::array<bool, 2> openDiode_{};

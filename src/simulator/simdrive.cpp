@@ -17,7 +17,7 @@ constexpr std::array<double, 16> slopes{33.5, 26.8, 20.12, 16.75, 13.4, 10.04, 8
                                         5.03, 4.19, 3.35,  2.51,  2.09, 1.68,  1.26, 0.84};
 /// By spin-up code: none, 100, 250, 400, 667 ms, 1, 2, 4 s.
 constexpr std::array<int, 8> spinUpSteps{0, 10, 25, 40, 67, 100, 200, 400};
-/// By ramp-rate code; eight times as many counts a second.
+/// By ramp-rate code; times eight in counts per second.
 constexpr std::array<int, 8> rampRates{1, 2, 3, 5, 8, 12, 24, 48};
 
 std::size_t Behaviour(const Reg& registers, std::size_t pwm) {
@@ -28,7 +28,7 @@ bool DrivenBy(const Reg& registers, std::size_t pwm, std::size_t zone) {
   return ((behaviourZones[Behaviour(registers, pwm)] >> zone) & 1) != 0;
 }
 
-/// The most that a duty may move in a step.
+/// The largest change of a duty per step.
 double RampPerStep(const Reg& registers, std::size_t pwm) {
   const chip::Output& row = chip::Outputs[pwm];
   if (!registers.Has(row.Acoustics, row.AcousticsEnable)) return 255;
@@ -55,7 +55,7 @@ bool SimDrive::SettleOutput(const SimRegisters& registers, std::size_t pwm, bool
   const bool automatic = behaviourZones[behaviour] != 0;
   if (automatic && registers.Monitoring() && measured) return false;
   Output& output = outputs_[pwm];
-  // An automatic output without temperatures to follow gives full duty.
+  // An automatic output without valid temperatures runs at full duty.
   if (automatic || behaviour == alwaysOn) output.Duty = 255;
   if (behaviour == alwaysOff) output.Duty = 0;
   if (behaviour == manual) output.Duty = std::exchange(output.Written, std::nullopt).value_or(output.Duty);
@@ -83,7 +83,7 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
   }
   std::uint8_t& duty = output.Duty;
   if (full) {
-    // A zone that is overheated, or whose temperature is not known, waits for no ramp.
+    // For an overheated zone or an unknown temperature the ramp is skipped.
     output.Ramp = 255;
     output.SpinUpSteps = 0;
     duty = 255;
@@ -93,7 +93,7 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
     output.SpinUpSteps = 0;
   } else if (duty == 0) {
     output.SpinUpSteps = spinUpSteps[registers[chip::Outputs[pwm].Configuration] & 7u];
-    // Not below what the ramp has gained: a slow one takes several steps to its first whole count.
+    // Not below the present ramp value: a slow ramp takes several steps to its first whole count.
     output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[chip::Outputs[pwm].MinimumDuty]));
   }
   if (registers.Has(chip::Configuration1, chip::DisableSpinUp)) output.SpinUpSteps = 0;
@@ -140,7 +140,7 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
       return false;
     };
     int direction = 0;
-    // An open diode says nothing about the temperature.
+    // With an open diode the temperature is unknown.
     const bool known = measure.Measured() && !measure.DiodeOpen(z);
     if (registers.Monitoring() && known && registers.Bit(chip::DynamicTmin1, enableBits[z])) {
       if (prochot || measure.Celsius(z) > opPoint) {

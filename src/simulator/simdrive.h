@@ -12,22 +12,22 @@
 namespace krx {
 
 /// The three outputs: behaviour, slope, minimum duty, hysteresis, spin-up, enhanced acoustics, full speed (FSPD), and
-/// the duty that was written. What an output gives now stands in its duty register.
+/// the written duty. The duty register holds the present duty of an output.
 class SimDrive {
  public:
-  /// A byte written to a duty register: it drives the output as soon as that is under manual control. An output that
-  /// comes under manual control without one keeps its duty.
+  /// A byte written to a duty register: it takes effect as soon as the output is under manual control. An output that
+  /// is switched to manual control without such a byte keeps its duty.
   void WriteDuty(std::size_t pwm, std::uint8_t value) { outputs_[pwm].Written = value; }
 
-  /// Brings those outputs up to date that follow no temperature, so that a write shows at once.
+  /// Updates the outputs that do not follow a temperature, so that a write takes effect at once.
   void Settle(SimRegisters& registers, bool measured);
   /// One step of 10 ms of all outputs.
   void Step(SimRegisters& registers, const SimMeasure& measure);
 
  private:
   struct Output {
-    std::uint8_t Duty = 255;                   ///< what the behaviour gives
-    std::optional<std::uint8_t> Written;       ///< not yet driven
+    std::uint8_t Duty = 255;                   ///< as set by the behaviour
+    std::optional<std::uint8_t> Written;       ///< not yet in effect
     double Ramp = 255;                         ///< duty, followed slowly with enhanced acoustics
     std::array<bool, 3> On{true, true, true};  ///< by zone: above Tmin, or not yet below Tmin - hysteresis
     int SpinUpSteps = 0;

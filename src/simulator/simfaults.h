@@ -10,13 +10,13 @@
 
 namespace krx {
 
-/// One planned fault. The fields beside `What` matter only to the kinds named with them.
+/// One fault to inject. The fields beside `What` apply only to the kinds that name them.
 struct Fault {
   enum class Kind {
-    FailTransfer,    ///< the Nth matching transfer fails and leaves chip and board untouched
+    FailTransfer,    ///< the Nth matching transfer fails without effect on chip and board
     ExtraTime,       ///< every bus transfer takes `Seconds` longer
     ChipAbsent,      ///< from `Seconds` after the start of the simulation no chip acknowledges
-    StalledFan,      ///< fan `Index` (1..4) does not turn, whatever drives it
+    StalledFan,      ///< fan `Index` (1..4) does not turn at any duty
     RunawayFan,      ///< fan `Index` (1..4) never stops
     HuntingFan,      ///< fan `Index` (1..4) turns unsteadily
     OpenDiode,       ///< remote diode `Index` (1, 2) is open
@@ -29,7 +29,7 @@ struct Fault {
   // FailTransfer. Counted from the moment the fault is added, the first one is 1. Without Op the bus transfers are
   // counted (IsBusTransfer); with Op that operation; with Register only transfers of that register.
   int Nth = 1;
-  bool Onward = false;  ///< all from the Nth on instead of just that one
+  bool Onward = false;  ///< the Nth and all later ones
   std::optional<Operation> Op = {};
   std::optional<std::uint8_t> Register = {};
   bool NoAck = false;  ///< throws NoAcknowledge instead of CommsError
@@ -41,16 +41,16 @@ struct Fault {
   std::uint8_t Value = 0;
 };
 
-/// The planned faults of transfers, counted down as the transfers come.
+/// The injected transfer faults and their countdowns.
 class FaultPlan {
  public:
   void Add(const Fault& fault);
   void Clear();
 
-  /// Counts this transfer; throws when a fault says that it fails.
+  /// Counts this transfer; throws when an injected fault makes it fail.
   void Check(Operation op, std::uint8_t reg);
 
-  /// How many transfers have failed by plan since the last Clear.
+  /// Number of transfers failed by injection since the last Clear.
   int Fired() const { return fired_; }
 
  private:

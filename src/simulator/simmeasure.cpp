@@ -77,13 +77,13 @@ void CompareFans(Reg& registers) {
   for (int tach = 0; tach < 4; ++tach) {
     const chip::Tach& row = chip::Tachs[static_cast<std::size_t>(tach)];
     bool alarm = Count(registers, row.Low) > Count(registers, row.LimitLow);
-    // F4P stands for what is at the Tach4 pin.
+    // F4P reports the function of the Tach4 pin.
     if (tach == 3 && ThermOnTach4(registers)) alarm = registers[chip::ThermTimer] > registers[chip::ThermTimerLimit];
     PutBits(registers, chip::InterruptStatus2, row.StatusBit, 1, alarm);
   }
 }
 
-/// Reached at the limit, left below limit - hysteresis. The lowest limit, 0x80, stands for none.
+/// Set at the limit, cleared below limit - hysteresis. The lowest limit, 0x80, disables it.
 bool Overheats(const Reg& registers, const chip::Zone& zone, double celsius, bool before) {
   if (registers[zone.Therm] == 0x80) return false;
   return celsius >= registers.Signed(zone.Therm) - (before ? registers.HysteresisOf(zone) : 0);
@@ -94,7 +94,7 @@ bool Overheats(const Reg& registers, const chip::Zone& zone, double celsius, boo
 TemperatureCode EncodeTemperature(double celsius) {
   const auto quarters = static_cast<int>(std::floor(std::clamp(celsius, -128.0, 127.75) * 4 + 0.5));
   if (quarters >= 0) return {static_cast<std::uint8_t>(quarters / 4), static_cast<std::uint8_t>(quarters % 4)};
-  // Without a whole degree there is no byte of 128 and above that could carry the sign: the nearer of 0 and -1.
+  // Between 0 and -1 the value byte cannot carry the sign: use the nearer of 0 and -1.
   if (quarters > -4) return {static_cast<std::uint8_t>(quarters < -2 ? 0xFF : 0), 0};
   return {static_cast<std::uint8_t>(256 + quarters / 4), static_cast<std::uint8_t>(-quarters % 4)};
 }

@@ -12,7 +12,7 @@ class SimNoise {
   /// scale: 0 switches the noise off.
   SimNoise(std::uint32_t seed, double scale) : seed_(seed), scale_(scale) {}
 
-  /// Evenly spread over -amplitude..amplitude (times the scale).
+  /// Uniformly distributed over -amplitude..amplitude (times the scale).
   double At(std::int64_t step, unsigned channel, double amplitude) const {
     // A 64-bit finaliser: every input bit reaches every output bit.
     std::uint64_t x = (static_cast<std::uint64_t>(seed_) << 40) ^ (static_cast<std::uint64_t>(step) << 5) ^ channel;

@@ -23,7 +23,7 @@ constexpr std::array<FanRow, 4> fanRows{{
 constexpr double speedUpSeconds = 0.8;
 constexpr double slowDownSeconds = 1.2;
 
-// A hunting fan loses its supply for half of each period, long enough to spoil most readings of a second each.
+// A hunting fan loses its supply for half of each period, long enough to disturb most one-second readings.
 constexpr std::int64_t huntPeriodSteps = 600;
 constexpr double huntShare = 0.2;
 

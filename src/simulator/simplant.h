@@ -12,24 +12,24 @@ struct PlantState {
   std::array<double, 4> Rpm{};
   std::array<double, 3> Celsius{};
   std::array<double, 5> Volts{};
-  double ProchotShare = 0;  ///< share of the time in which the processor-hot signal is asserted
+  double ProchotShare = 0;  ///< fraction of time for which the processor-hot signal is asserted
 };
 
-/// What acts on the plant.
+/// The inputs of the plant.
 struct PlantDrive {
-  std::array<double, 3> Duty{};  ///< of PWM1 to PWM3 as the fans see it, 0..1
+  std::array<double, 3> Duty{};  ///< PWM1 to PWM3 as seen by the fans, 0..1
   std::array<bool, 2> Heater{};
 };
 
-/// What is broken in it.
+/// Faults of the plant.
 struct PlantFaults {
   std::array<bool, 4> StalledFan{};
   std::array<bool, 4> RunawayFan{};
   std::array<bool, 4> HuntingFan{};
 };
 
-/// The fans and the heat around one chip, in steps of 10 ms. It starts as a board that has been on for a while: fans
-/// at full speed, temperatures settled.
+/// Fans and temperatures around one chip, in steps of 10 ms. The initial state is that of a board that has been on for
+/// a while: fans at full speed, temperatures settled.
 class SimPlant {
  public:
   static constexpr double stepSeconds = 0.01;
@@ -39,7 +39,7 @@ class SimPlant {
   void Step(const PlantDrive& drive, const PlantFaults& faults, std::int64_t step);
   const PlantState& State() const { return state_; }
 
-  /// Keeps a zone at a temperature, for tests; nullopt lets it go again.
+  /// Holds a zone at a temperature, for tests; nullopt releases it.
   void HoldTemperature(int zone, std::optional<double> celsius);
 
  private:

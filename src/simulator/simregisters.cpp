@@ -10,7 +10,7 @@ struct Range {
   std::uint8_t Value;
 };
 
-/// What is not 0 after power-on.
+/// Registers that are not 0 after power-on.
 constexpr Range resetRows[] = {
     {0x25, 0x27, 0x80},  // temperatures: not measured
     {0x28, 0x2F, 0xFF},  // tachometers: stopped

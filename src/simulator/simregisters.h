@@ -26,14 +26,14 @@ inline int SimRegisters::HysteresisOf(const chip::Zone& zone) const {
   return (Bytes[zone.Hysteresis] >> zone.HysteresisShift) & 0x0F;
 }
 
-/// Which zones drive an output, by behaviour code: bit 0 Local, bit 1 Remote1, bit 2 Remote2. No zone: the code is
-/// not an automatic one.
+/// The zones that control an output, by behaviour code: bit 0 Local, bit 1 Remote1, bit 2 Remote2. No zone: the
+/// behaviour is not automatic.
 inline constexpr std::array<std::uint8_t, 8> behaviourZones{0b010, 0b001, 0b100, 0, 0, 0b101, 0b111, 0};
 
-/// The bytes after power-on. Values that are measured read "not measured" (temperatures 0x80, counts 0xFFFF).
+/// The bytes after power-on. Measured values read "not measured" (temperatures 0x80, counts 0xFFFF).
 SimRegisters ResetRegisters();
 
-/// The bits that a write changes: 0 for read-only and unlisted registers.
+/// The writable bits of a register: 0 for read-only and unlisted registers.
 std::uint8_t WritableBits(std::uint8_t reg);
 
 }  // namespace krx

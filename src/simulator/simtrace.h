@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// The operations of the bus-access library, as a trace records them.
+/// The operations of the bus-access library, as recorded in a trace.
 enum class Operation {
   ObtainPrinterPortAdapter,
   ObtainSmbusController,
@@ -31,9 +31,9 @@ enum class Operation {
   SetTargetAddress,
 };
 
-/// One operation as it was asked for. Fields that an operation does not have are 0; Data of a read is its result.
+/// One requested operation. Fields that an operation does not use are 0; Data of a read is its result.
 struct Transfer {
-  double Seconds = 0;  ///< clock time since the simulation was made
+  double Seconds = 0;  ///< clock time since the simulation was created
   Operation Op = Operation::ReadByteData;
   std::uint8_t Address = 0;
   std::uint8_t Register = 0;
@@ -41,23 +41,23 @@ struct Transfer {
   bool Failed = false;
 };
 
-/// Which operations a text shows.
+/// Operations included in a text.
 enum class TraceFilter {
   Registers,  ///< chip registers read and written
-  Bus,        ///< those and the board: switch devices, control and status byte, complete
+  Bus,        ///< the same and the board: switch devices, control and status byte, complete
   All,
 };
 
-/// True for the operations that move bytes on a bus or on the port: the ones TraceFilter::Bus shows.
+/// True for operations that transfer bytes on a bus or the port, as shown by TraceFilter::Bus.
 bool IsBusTransfer(Operation op);
 
-/// One transfer in short, numbers in hexadecimal: registers "R77" and "W30:FF", switch devices "S90:10" (sent) and
+/// Short form of one transfer, numbers in hexadecimal: registers "R77" and "W30:FF", switch devices "S90:10" (sent) and
 /// "V94" (received), control byte "C10", status byte "ST", complete "K", adapter "A", bus device "D", port count "N",
-/// select port "P0", current port "Q", bus mode "B1" (set) and "B?" (got), device or target address "T5A",
-/// controller "H", chipset report "I", select medium "M1". A failed one ends in "!".
+/// select port "P0", current port "Q", bus mode "B1" (set) and "B?" (got), device or target address "T5A", controller
+/// "H", chipset report "I", select medium "M1". A failed transfer ends with "!".
 std::string TransferText(const Transfer& transfer);
 
-/// Every operation in order; the oldest ones are dropped beyond `capacity`.
+/// All operations in order; beyond `capacity` the oldest are dropped.
 class SimTrace {
  public:
   static constexpr std::size_t capacity = 100'000;

@@ -14,7 +14,7 @@
 namespace krx {
 namespace {
 
-/// Why a text is not taken.
+/// Why a text is rejected.
 struct Refused {
   std::string Why;
 };
@@ -103,7 +103,7 @@ Fault FailOf(std::string_view text) {
     } else if (word == "op") {
       fault.Op = OperationOf(value);
     } else {
-      throw Refused{"fail= goes with op=, reg=, number= and noack"};
+      throw Refused{"fail= accepts only op=, reg=, number= and noack"};
     }
   }
   return fault;
@@ -118,11 +118,11 @@ Fault StuckOf(std::string_view text) {
   return fault;
 }
 
-/// The faults of one number.
+/// The faults with one numeric argument.
 struct NumberFault {
   std::string_view Word;
   Fault::Kind Kind;
-  int Highest;  ///< of an index, which begins with 1, or of seconds, which begin with 0
+  int Highest;  ///< of an index, which starts at 1, or of seconds, which start at 0
   bool Seconds;
 };
 constexpr std::array<NumberFault, 6> numberFaults{{
@@ -154,13 +154,13 @@ Fault FaultOf(std::string_view text) {
     }
     return fault;
   }
-  throw Refused{"there are fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= and stuck="};
+  throw Refused{"unknown fault; use fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= or stuck="};
 }
 
 void TakePulses(SimOptions& options, std::string_view value) {
   const std::vector<std::string_view> parts = Split(value, ':');
   if (parts.size() != 1 && parts.size() != options.RealPulses.size()) {
-    throw Refused{"pulses= takes one number, or four with a colon between two"};
+    throw Refused{"pulses= takes one number, or four separated by colons"};
   }
   for (std::size_t fan = 0; fan < options.RealPulses.size(); ++fan) {
     options.RealPulses[fan] = WholeNumber("pulses", parts[std::min(fan, parts.size() - 1)], 1, 4);
@@ -180,7 +180,7 @@ void TakeBoardWord(SimOptions& options, std::string_view text) {
   } else if (word == "noise") {
     options.Noise = Number(word, value, 0, 10);
   } else {
-    throw Refused{"there are vid, pulses=, ports=, load= and noise="};
+    throw Refused{"unknown option; use vid, pulses=, ports=, load= or noise="};
   }
 }
 

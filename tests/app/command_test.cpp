@@ -11,40 +11,41 @@
 namespace krx {
 namespace {
 
-TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
+TEST(Command, UsageErrorsEndWithTwoAndSayWhy) {
   const std::pair<std::string, std::string> rows[] = {
-      {"", "a command is missing: watch, scan, read, dump or write; see krx5580 --help"},
-      {"frobnicate", "there is no command \"frobnicate\": see krx5580 --help"},
-      {"read", "REG... is missing; see krx5580 read --help"},
-      {"read 0x40 --colour", "there is no option \"--colour\"; see krx5580 read --help"},
-      {"write 0x30 1 2", "\"2\" is one argument too many; see krx5580 write --help"},
-      {"dump --speed", "--speed takes a value; see krx5580 dump --help"},
+      {"", "missing command: watch, scan, read, dump or write; see krx5580 --help"},
+      {"frobnicate", "unknown command \"frobnicate\"; see krx5580 --help"},
+      {"read", "missing argument REG...; see krx5580 read --help"},
+      {"read 0x40 --colour", "unknown option \"--colour\"; see krx5580 read --help"},
+      {"write 0x30 1 2", "unexpected argument \"2\"; see krx5580 write --help"},
+      {"dump --speed", "--speed needs a value; see krx5580 dump --help"},
       {"dump --json=0", "--json takes no value; see krx5580 dump --help"},
-      {"read 0x40 40", "register 40 is ambiguous: 0x40 or 40h for the hexadecimal number, 0x28 for the"},
-      {"read 5C", "register 5C is ambiguous: 0x5C or 5Ch for the hexadecimal number\n"},
+      {"read 0x40 40", "register 40 is ambiguous: use 0x40 or 40h for hexadecimal, 0x28 for decimal\n"},
+      {"read 5C", "register 5C is ambiguous: use 0x5C or 5Ch for hexadecimal\n"},
       {"read 0x38", "the chip has no register 38h"},
-      {"read 0x40h", "no register is called \"0x40h\""},
-      {"write 0x30 80", "value 80 is ambiguous: 0x80 or 80h for the hexadecimal number, 0x50 for the decimal"},
-      {"write 0x30 0x100", "value 0x100 does not fit a byte"},
-      {"write 0x30 -1", "\"-1\" is no value: write 0x28 or 28h"},
-      {"write 0x3E 0x00", "3Eh \"Company ID\" is only read"},
+      {"read 0x40h", "unknown register \"0x40h\""},
+      {"write 0x30 80", "value 80 is ambiguous: use 0x80 or 80h for hexadecimal, 0x50 for decimal"},
+      {"write 0x30 0x100", "value 0x100 does not fit into a byte"},
+      {"write 0x30 -1", "\"-1\" is not a value: use 0x28 or 28h"},
+      {"write 0x3E 0x00", "3Eh \"Company ID\" is read-only"},
       {"watch --interval nan", "--interval takes a number from 0.1 to 3600, not \"nan\""},
       {"watch --interval 0.05", "--interval takes a number from 0.1 to 3600"},
       {"watch --count 0", "--count takes a whole number from 1 to 1000000000, not \"0\""},
       {"watch --seed 4294967296", "--seed takes a whole number from 0 to 4294967295, not"},
       {"watch --medium 1", "--medium takes simulated, linux or auto, not \"1\""},
       {"watch --bus 0", "--bus takes printer-port or smbus, not \"0\""},
-      {"dump --fault fail=3 --fault nonsense", "--fault nonsense: there are fail=, slow="},
+      {"dump --fault fail=3 --fault nonsense", "--fault nonsense: unknown fault; use fail=, slow="},
       {"dump --fault slow=60", "--fault slow=60: slow= takes a number from 0 to 10"},
       {"dump --board vid,load=99", "--board vid,load=99: load= takes a number from 0 to 10"},
       {"dump --smbus 1", "--smbus needs --medium linux"},
       {"dump --wiring f --force --medium simulated", "--wiring needs --medium linux"},
       {"dump --medium linux --printer-port -1", "--printer-port takes a whole number from 0 to 1048575"},
       {"dump --medium linux --speed 2 --fault fail=3", "--fault needs --medium simulated"},
-      {"dump --medium linux --smbus 1 --bus printer-port", "--smbus does not go with --bus printer"},
+      {"dump --medium linux --smbus 1 --bus printer-port", "--smbus cannot be combined with --bus printer"},
       {"read --address 2E 0x40", "--address takes 2Ch, 2Dh or 2Eh, not \"2E\""},
       {"scan --address 5Ah", "--address takes 2Ch, 2Dh or 2Eh, not \"5Ah\""},
-      {"dump --medium linux --wiring /nowhere\x1b", "cannot read the wiring file /nowhere\\x1B: No such"},
+      {"dump --medium linux --wiring /nowhere\x1b",
+       "cannot read the wiring file /nowhere\\x1B: no such file or directory (ENOENT)"},
   };
   for (const auto& [line, says] : rows) {
     TestHost host;
@@ -54,7 +55,7 @@ TEST(Command, WhatCannotBeUnderstoodEndsWithTwoAndSaysWhy) {
   }
 }
 
-TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
+TEST(Command, PrintsDataAndMessagesThatNameTheMediumAndEndsWithACode) {
   const std::string on = "krx5580: Simulated board, chip at 2Dh on printer port 0\n",
                     error = "Error: 57, Device I/O error\n";
   const std::string board = R"("source":"Simulated board, chip at 2Dh on printer port 0"})";
@@ -62,10 +63,10 @@ TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
   const std::string limit = "0x7A  0x00  00000000  PROCHOT Limit\n", id = "0x3E  0x41  01000001  Company ID\n";
   const std::tuple<std::string, int, std::string, std::string> rows[] = {
       {"--version", 0, "krx5580 0.1.0\n", ""},
-      {"dump --fault absent=0", 1, "", "krx5580: no KRX5580 answers on: Simulated board\n"},
-      {"dump --address 2Ch", 1, "", "krx5580: no KRX5580 answers at 2Ch on: Simulated board\n"},
-      {"dump --bus smbus --address 2Dh", 1, "", "krx5580: no KRX5580 answers at 2Dh on: Simulated board\n"},
-      // A register is named by address, panel name or save label in any case.
+      {"dump --fault absent=0", 1, "", "krx5580: no KRX5580 found on: Simulated board\n"},
+      {"dump --address 2Ch", 1, "", "krx5580: no KRX5580 found at 2Ch on: Simulated board\n"},
+      {"dump --bus smbus --address 2Dh", 1, "", "krx5580: no KRX5580 found at 2Dh on: Simulated board\n"},
+      // A register is given by address, panel name or save label, ignoring case.
       {R"(read 0x7a 7Ah "prochot limit" "PROCHOT Mask" "COMPANY ID")", 0, limit + limit + limit + limit + id, on},
       {"read 3Eh --json", 0, R"({"address":"0x3E","name":"Company ID","value":65,)" + board + "\n", on},
       {"read 0x3D 0x3E --fault fail=1,reg=3D", 1, "0x3D  ----  --------  Device ID\n" + id,
@@ -76,11 +77,11 @@ TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
        R"({"address":"0x68","name":"Local Temp Tmin","value":40,)" + smbus + "\n",
        "krx5580: Simulated board, chip at 2Eh on the SMBus\n"},
       {R"(write "local tmin" 28h)", 0, "0x68  0x28  00101000  Local Temp Tmin\n", on},
-      // The chip keeps VID5..VID0 to itself.
+      // VID5..VID0 are read-only.
       {"write 43h 0xFF", 0, "0x43  0xCE  11001110  VID Register\n",
-       on + "krx5580: 43h was written 0xFF and reads 0xCE\n"},
+       on + "krx5580: wrote 0xFF to 43h, but it reads 0xCE\n"},
       {"write 68h 28h --fault fail=1,op=read,reg=68", 1, "0x68  ----  --------  Local Temp Tmin\n",
-       on + "krx5580: 68h was written 0x28, but it could not be read back: " + error},
+       on + "krx5580: wrote 0x28 to 68h, but reading it back failed: " + error},
       {"write 68h 28h --fault fail=1,op=write", 1, "", on + "krx5580: " + error},
       {"scan --json", 0,
        R"({"address":"0x2D","bus":"printer-port","port":0,"busMode":0,)" + board + "\n" +
@@ -101,10 +102,10 @@ TEST(Command, EndsWithACodeAfterDataAndTalkThatNamesTheMedium) {
   TestHost full;
   full.Data.setstate(std::ios::badbit);
   EXPECT_EQ(full.Run("read 0x3E"), 1);
-  EXPECT_TRUE(full.Said("the output could not be written"));
+  EXPECT_TRUE(full.Said("cannot write the output"));
 }
 
-TEST(Command, DumpReadsEveryRegisterOnceInTheOrderOfTheAddressesAndGivesADeadBusUp) {
+TEST(Command, DumpReadsEveryRegisterOnceInAddressOrderAndStopsOnADeadBus) {
   TestHost host;
   EXPECT_EQ(host.Run("dump"), 0);
   const auto lines = host.Lines();
@@ -113,15 +114,15 @@ TEST(Command, DumpReadsEveryRegisterOnceInTheOrderOfTheAddressesAndGivesADeadBus
   EXPECT_TRUE(lines.back().starts_with("0x7F")) << lines.back();
   EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
   TestHost dead;
-  EXPECT_EQ(dead.Run("dump --fault fail=12+"), 1);  // the search takes nine reads of its own
+  EXPECT_EQ(dead.Run("dump --fault fail=12+"), 1);  // the search makes nine reads
   EXPECT_TRUE(dead.Lines().back().starts_with("0x24  ----"));
-  EXPECT_TRUE(dead.Said("3 failures in a row, the rest is left unread"));
+  EXPECT_TRUE(dead.Said("3 consecutive failures, remaining registers skipped"));
 }
 
-TEST(JsonText, IsAStringForEveryReader) {
+TEST(JsonText, IsAlwaysAValidString) {
   EXPECT_EQ(JsonText("i2c \"a\\b\"\t\x1B\x7F"), R"("i2c \"a\\b\"\u0009\u001b\u007f")");
   EXPECT_EQ(JsonText("25 °C €\U0001F600"), "\"25 °C €\U0001F600\"");
-  // Cut off, overlong, a surrogate, beyond the last character, a byte that follows nothing.
+  // Truncated, overlong, a surrogate, beyond the last character, a stray continuation byte.
   for (const std::string text : {"\xC2", "\xC1\x81", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80", "\xE2\x82"}) {
     const std::vector<const char*> marks(text.size(), "\\ufffd");
     EXPECT_EQ(JsonText(text), fmt::format("\"{}\"", fmt::join(marks, "")));

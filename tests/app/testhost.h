@@ -13,7 +13,7 @@
 
 namespace krx {
 
-/// The world of one command, at hand: both streams as texts, and a clock that only waiting moves.
+/// The environment of one command: both streams as texts, and a clock that is advanced only by waiting.
 class TestHost : public CommandHost {
  public:
   std::ostream& Out() override { return Data; }
@@ -30,14 +30,14 @@ class TestHost : public CommandHost {
   bool StopRequested() override { return Stop; }
   int ScreenLines() override { return ScreenHeight; }
 
-  /// Runs a command whose words stand between blanks (one with a blank in it in quotes); returns its exit code.
+  /// Runs a command line split at blanks (arguments with blanks in quotes); returns its exit code.
   int Run(const std::string& line) {
     std::istringstream stream(line);
     std::vector<std::string> words;
     for (std::string word; stream >> std::quoted(word);) words.push_back(word);
     return RunCommand(words, *this);
   }
-  /// What was put out, by lines.
+  /// The output, by lines.
   std::vector<std::string> Lines() const {
     std::vector<std::string> lines;
     std::istringstream stream(Data.str());

@@ -17,7 +17,7 @@
 namespace krx {
 namespace {
 
-/// The number behind a key of a JSON line; NaN for null.
+/// The number of a key in a JSON line; NaN for null.
 double NumberOf(const std::string& line, const std::string& key) {
   const std::size_t at = line.find("\"" + key + "\":");
   EXPECT_NE(at, std::string::npos) << key << " in: " << line;
@@ -29,7 +29,7 @@ bool Contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-/// Every value is as it should be, or not there where that may be.
+/// Checks that every value is in range, or missing where that is allowed.
 void ExpectPlausible(const std::string& line, bool complete) {
   const std::tuple<const char*, double, double> rows[] = {
       {"local", 20, 40},    {"remote1", 20, 60},  {"remote2", 20, 60}, {"fan1", 4700, 4900}, {"fan2", 3500, 3700},
@@ -41,7 +41,7 @@ void ExpectPlausible(const std::string& line, bool complete) {
   }
 }
 
-TEST(Watch, TheFirstRowComesAtOnceAndNoneHasAValueThatNobodyMeasured) {
+TEST(Watch, TheFirstRowComesAtOnceAndUnmeasuredValuesAreLeftOut) {
   for (const std::string bus : {"printer-port", "smbus"}) {
     TestHost host;
     ASSERT_EQ(host.Run("watch --json --count 3 --interval 2 --bus " + bus), 0);
@@ -62,8 +62,8 @@ TEST(Watch, TheFirstRowComesAtOnceAndNoneHasAValueThatNobodyMeasured) {
   EXPECT_NE(seeded.Data.str(), halved.Data.str());
 }
 
-TEST(Watch, WhatFailsIsCountedCostsItsValueAndIsTriedAgainBetweenTheRows) {
-  // Planned faults, how many the second and the first row count, whether the second has fans, and what is said.
+TEST(Watch, FailuresAreCountedLoseTheirValueAndAreRetriedBetweenRows) {
+  // Injected faults, fault counts of the second and the first row, whether the second has fans, and the message.
   const std::tuple<std::string, int, int, bool, const char*> rows[] = {
       {"fail=1,reg=7B", 0, 1, true, "bus fault 1: Error: 57"},
       {"fail=1,reg=7B --fault fail=2,reg=7B", 0, 2, true, "Programmed pulses: Error: 57"},
@@ -128,7 +128,7 @@ TEST(Watch, AChannelBeyondItsLimitIsMarked) {
   EXPECT_TRUE(Contains(host.Lines().back(), "\"alarms\":[\"remote1\"")) << host.Lines().back();
 }
 
-TEST(Watch, HardwareIsNotWrittenUntilStartIsAskedFor) {
+TEST(Watch, HardwareIsNotWrittenWithoutStart) {
   for (const auto& [bus, start] : {std::pair{ChipBus::PrinterPort, false},
                                    {ChipBus::PrinterPort, true},
                                    {ChipBus::Smbus, false},
@@ -145,17 +145,17 @@ TEST(Watch, HardwareIsNotWrittenUntilStartIsAskedFor) {
     EXPECT_EQ(Contains(traffic, "R40 R40 W40:01"), start) << traffic;
     EXPECT_EQ(Contains(traffic, " S") || Contains(traffic, " C"), start && bus == ChipBus::PrinterPort) << traffic;
     EXPECT_FALSE(Contains(traffic, "R79")) << traffic;
-    EXPECT_EQ(host.Said("monitoring is off, the values stand still: start it with --start"), !start);
+    EXPECT_EQ(host.Said("monitoring is off, values are out of date: use --start to start it"), !start);
   }
 }
 
-TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
+TEST(Watch, CtrlCAbortsARowBetweenTwoTransfers) {
   for (const int transfer : {3, 40}) {  // of the preparation, and of a row
     TestHost host;
     host.Pumping.OnPump = [&] { host.Stop = host.Stop || host.Pumping.Calls == transfer; };
     EXPECT_EQ(host.Run("watch --bus smbus --json"), 0) << transfer;
     EXPECT_EQ(host.Pumping.Calls, transfer) << "no transfer waits after it";
-    EXPECT_EQ(host.Data.str(), "") << "no row that is only half read";
+    EXPECT_EQ(host.Data.str(), "") << "no partly read row";
   }
   for (const auto& [command, code] : {std::pair{"watch", 0}, {"dump", 1}}) {
     TestHost host;
@@ -165,7 +165,7 @@ TEST(Watch, CtrlCGivesARowUpBetweenTwoTransfers) {
   }
 }
 
-TEST(Watch, OnATerminalOnePageIsKeptCurrentUntilCtrlC) {
+TEST(Watch, OnATerminalOnePageIsUpdatedUntilCtrlC) {
   TestHost host;
   host.ScreenHeight = 24;
   int waits = 0;
@@ -218,7 +218,7 @@ TEST(WatchRow, JsonHasBareNumbersAndNullWhereNothingWasMeasured) {
   EXPECT_NE(JsonLine(row, "").find(R"("alarms":null)"), std::string::npos);
 }
 
-TEST(WatchRow, ACurrentIsNotKnownWithoutVccp) {
+TEST(WatchRow, ACurrentIsUnknownWithoutVccp) {
   TestBench bench(TestBench::Medium::Board);
   Workbench work(bench.Bus);
   work.Power.PowerMode = true;

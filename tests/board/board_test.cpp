@@ -14,7 +14,7 @@
 namespace krx {
 namespace {
 
-TEST(Board, DiodeAndVidBoxesWriteTheirDeviceOnceAndTheLampsFollowEvenAFailedWrite) {
+TEST(Board, DiodeAndVidBoxesWriteTheirDeviceOnceAndTheIndicatorsFollowEvenAFailedWrite) {
   BoardBench bench;
   for (const auto& [diode, closed] : {std::pair{0U, true}, {1U, true}, {0U, false}}) bench.Eval.SetDiode(diode, closed);
   for (int input = 0; input < 5; ++input) bench.Eval.SetVid(input, true);
@@ -39,24 +39,24 @@ TEST(Heater, ChangesItsOwnBitOfTheStatusByteAndCompletes) {
   Heater(bench.Bus, bench.Owed, 3).SetHeaterOn(true);
   EXPECT_EQ(bench.BusTraffic(), "ST C30 K ST ST C20 K ST ST C20 K ST C00 K ST K");
   EXPECT_EQ(UpToFailure(bench, 1, [&] { bench.Eval.SwitchHeatersOff(); }), "ST! ST C00 K")
-      << "a failing heater does not keep the other one on";
+      << "if one heater fails, the other is still switched off";
 }
 
-TEST(Heater, AtTheEndExactlyThoseThatThisRunMayHaveSwitchedOnAreSwitchedOff) {
+TEST(Heater, AtTheEndOnlyHeatersThatThisRunMayHaveSwitchedOnAreSwitchedOff) {
   BoardBench bench;
   std::ostringstream said;
   const auto end = [&] { return bench.Owed.PutBackAtEnd(said), bench.BusTraffic(); };
   bench.Sim.Board().SetControlByte(0x10);
   EXPECT_EQ(end(), "") << "heater 1 was on before";
   EXPECT_EQ(UpToFailure(bench, 2, [&] { bench.Eval.SetHeater(1, true); }), "ST C30!");
-  EXPECT_EQ(end(), "ST C10 K") << "a failed write may have arrived";
+  EXPECT_EQ(end(), "ST C10 K") << "a failed write may have reached the board";
   EXPECT_EQ(end(), "");
   for (const std::size_t heater : {0U, 1U}) bench.Eval.SetHeater(heater, true);
   bench.Eval.SetHeater(0, false);
   bench.Eval.SetHeater(0, true);
   bench.BusTraffic();
   bench.FailTransfer(1);
-  EXPECT_EQ(end(), "ST! ST C20 K ST C00 K") << "what failed is tried again";
+  EXPECT_EQ(end(), "ST! ST C20 K ST C00 K") << "a failed restore is tried again";
   EXPECT_EQ(said.str(), "");
 }
 
@@ -102,7 +102,7 @@ TEST(BoardSync, TheVidProbeIsSteadyWhenTheReadingsAgreeAndLeavesU3DClosed) {
 }
 
 TEST(BoardSync, PinFunctionsRouteTheirSwitchesAndVidSwitchesOnlyAfterASteadyProbe) {
-  // The devices start with every switch of a VID or pin group closed, so that a switch left alone shows.
+  // The devices start with every switch of a VID or pin group closed, so that an unchanged switch is visible.
   const std::tuple<bool, const char*, int, int, int, const char*> rows[] = {
       {true, "78:00 7D:03", 0, 1, 2, "R78 S96:AF R78 S90:F7 R7D S96:AD"},
       {true, "78:02 7D:02", 1, 1, 1, "R78 R7D S96:BB R78 S90:F7 R7D S96:BA"},

@@ -11,7 +11,7 @@
 namespace krx {
 namespace {
 
-TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
+TEST(StartUp, ReadsTheChipInOrderAndSynchronisesTheBoardByteByByte) {
   const std::string board = "ST C20 K ST C00 K R7B R40 R5C R5D R5E S96:00 R43 S96:08 R43 ";
   const std::string routing = " R73 S90:12 S90:52 S92:02 S92:42 ";
   const struct {
@@ -43,11 +43,11 @@ TEST(StartUp, ReadsTheChipInOrderAndBringsTheBoardInLineByteByByte) {
     const auto all = [&] { return ending.Sim.Trace().Text(TraceFilter::Bus); };
     ending.Bus.EndAsked = [&] { return all() == begun; };
     EXPECT_TRUE(StartUp(ending.Work).empty());
-    EXPECT_EQ(all(), begun) << "no step, no heater and no second try begins any more";
+    EXPECT_EQ(all(), begun) << "no further step, heater or second try begins";
   }
 }
 
-TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
+TEST(StartUp, AnySingleFailureIsCountedAndRetriedAtOnce) {
   for (const auto medium : {Medium::Board, Medium::Smbus}) {
     for (int nth = 1, faults = 1; faults > 0; ++nth) {
       SCOPED_TRACE(nth);
@@ -64,10 +64,10 @@ TEST(StartUp, AnySingleFailureIsCountedAndMadeGoodAtOnce) {
   }
 }
 
-TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
+TEST(StartUp, WhatFailsTwiceStaysPendingUntilTheCycleStarts) {
   const struct {
     const char *Fails, *Step;
-    const char* Retried;  ///< with the next start of the cycle, behind the transfers of the click
+    const char* Retried;  ///< with the next start of the cycle, after the transfers of the click
     bool Click = true;
   } rows[] = {
       {"reg=7B", "Programmed pulses", "R7B"},
@@ -87,7 +87,7 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
     row.Click ? bench.Model.SelectChannel(0) : bench.Model.ConfigurationWritten(0x01);
     EXPECT_EQ(bench.BusTraffic(), std::string(row.Click ? "R50 R51 " : "") + row.Retried);
     bench.Model.SelectChannel(0);
-    EXPECT_EQ(bench.BusTraffic(), "R50 R51") << row.Step << " is paid";
+    EXPECT_EQ(bench.BusTraffic(), "R50 R51") << row.Step << " is done";
   }
   VisualBench bench;
   bench.FailTransfer(1, true);
@@ -95,7 +95,7 @@ TEST(StartUp, WhatFailsTwiceIsOwedUntilTheCycleStarts) {
   bench.Sim.ClearFaults();
   bench.Work.EvalBoard.SetHeater(1, true);
   bench.ReReadChip();
-  EXPECT_TRUE(bench.Sim.Board().HeaterOn(2)) << "a late try does not switch off what was switched on since";
+  EXPECT_TRUE(bench.Sim.Board().HeaterOn(2)) << "a late retry does not switch off a heater switched on since";
 }
 
 TEST(StartUp, AFansLimitCannotBeMovedBeforeThePulsesAreKnown) {

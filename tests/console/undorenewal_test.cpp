@@ -10,7 +10,7 @@
 namespace krx {
 namespace {
 
-/// The console without windows, its transfers journaled.
+/// The console without windows, with a journal.
 struct UndoBench : VisualBench {
   explicit UndoBench(Medium medium = Medium::Board) : VisualBench(medium) {
     Root.Change([this] { return MakeJournalModule(Sim.MakeCommsModule(), Journal, false); });
@@ -46,7 +46,7 @@ TEST(UndoRenewal, OfAnApplyPulsesBehavioursAndTachRoutingFollowTheChip) {
     EXPECT_EQ(bench.Undo(), medium == Medium::Board ? "W73:00 W7B:55 W5C:62 V90 S90:52" : "W73:00 W7B:55 W5C:62");
     EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, pulses);
     EXPECT_EQ(bench.Work.Display.BehaviourCode[0], 3);
-    // Another's write leaves the pulses until F5, and its undo does not make them wrong.
+    // Pulses written elsewhere are taken with F5 only, and undoing that write does not make them wrong.
     bench.Act([&] { WriteByte(bench.Bus, 0x7B, 0); });
     EXPECT_EQ(bench.Work.Fans.ProgrammedPulses, pulses);
     EXPECT_EQ(bench.Undo(), "W7B:55");
@@ -79,7 +79,7 @@ TEST(UndoRenewal, OfEasySetupAndOfADragNothingIsWrittenAgain) {
   }
 }
 
-TEST(UndoRenewal, EachByteRenewsWhatItStandsForThoughTheCycleStandsStill) {
+TEST(UndoRenewal, EachByteUpdatesItsValueEvenWhileTheCycleIsStopped) {
   UndoBench bench;
   const Measurements& measured = bench.Work.Measured;
   for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x30, 0x67, 0x34, 0x6E, 0x6D}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a chart's history keeps, what its view shows of it, and what goes into a file.
+// History, view and export of a chart.
 #include "controls/tracehistory.h"
 
 #include <fmt/format.h>

@@ -14,7 +14,7 @@ namespace {
 
 using enum FanSetting;
 
-TEST(FanTables, TheListOfBehavioursHoldsTheSameItems) {
+TEST(FanTables, TheListOfBehavioursHasTheSameItems) {
   for (const std::string_view item : behaviourList) EXPECT_TRUE(CodeOf(item, behaviourItems)) << item;
 }
 
@@ -109,7 +109,7 @@ constexpr const char* muchTraffic =
 TEST(FanConfig, ThirteenStepsInOrderEachOnTopOfTheOnesBefore) {
   FanBench bench;
   EditMuch(bench);
-  EXPECT_EQ(bench.Apply(), muchTraffic) << "the limit goes by the pulses programmed now and the fan's of before";
+  EXPECT_EQ(bench.Apply(), muchTraffic) << "the limit uses the new programmed pulses and the previous actual ones";
   EXPECT_EQ(bench.Fans.ProgrammedPulses, (std::array<float, 4>{2, 1, 1, 2}));
   EXPECT_EQ(bench.Fans.ActualPulses, (std::array<float, 4>{4, 1, 1, 4}));
   EXPECT_EQ(bench.Fans.FanLabel, (std::array<std::string, 4>{"CPU Fan", "Fan2", "Fan3", "Fan4"}));

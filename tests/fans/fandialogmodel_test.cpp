@@ -11,7 +11,7 @@ namespace {
 
 using enum FanSetting;
 
-TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNoEdit) {
+TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNotAnEdit) {
   FanBench bench;
   const auto apply = [&] {
     bench.Traffic();
@@ -29,12 +29,12 @@ TEST(FanDialogModel, ReadsATabOnceAndLoadingAloneIsNoEdit) {
   EXPECT_EQ(bench.Traffic(), "");
   EXPECT_EQ(apply(), "R5E W5E:60");
   bench.Model.Edited(MinimumDuty, 0);
-  EXPECT_EQ(apply(), "R5E W5E:60 W64:80") << "what was applied before is written again";
+  EXPECT_EQ(apply(), "R5E W5E:60 W64:80") << "an earlier Apply is written again";
   bench.Model.Fields[0].MinimumDuty = "10";
   bench.Model.Edited(MinimumDuty, 0);
   WriteByte(bench.Bus, 0x5E, 0x62);
   bench.Model.Renew();
-  EXPECT_EQ(apply(), "R5E W5E:62 W64:1A") << "but not what an undo has put back since";
+  EXPECT_EQ(apply(), "R5E W5E:62 W64:1A") << "but not what an undo has restored since";
   bench.Model.ShowTab(0);
   bench.Model.Edited(MinimumDuty, 0);
   EXPECT_EQ(apply(), "W64:1A") << "showing a tab without pending edits clears the flags";
@@ -58,7 +58,7 @@ TEST(FanDialogModel, WithEditsPendingAFreshTabIsWrittenBackAsItWasRead) {
             "S90:40 W57:FF W56:FF R63 W63:00 R63 W63:00");
 }
 
-TEST(FanDialogModel, WhatHasNoEncodingIsRefusedBeforeAnythingIsWritten) {
+TEST(FanDialogModel, AnInvalidEntryIsRejectedBeforeAnythingIsWritten) {
   const std::tuple<FanSetting, const char*, const char*> rows[] = {
       {MinimumDuty, "101", "Invalid Min PWM Value"},
       {MinimumDuty, "-1", "Invalid Min PWM Value"},
@@ -93,7 +93,7 @@ TEST(FanDialogModel, WhatHasNoEncodingIsRefusedBeforeAnythingIsWritten) {
 TEST(FanDialogModel, AFailedLoadOrApplyLeavesNothingHalfDone) {
   FanBench bench;
   for (int nth = 1; nth <= 10; ++nth) {
-    bench.Fans.PendingChange.Set(Behaviour, 2);  // of a dialog before
+    bench.Fans.PendingChange.Set(Behaviour, 2);  // of an earlier dialog
     UpToFailure(bench, nth, [&] { bench.Model.Open(); });
     EXPECT_FALSE(bench.Model.Loaded(0) || bench.Model.ApplyEnabled() || bench.Fans.PendingChange.Has(Behaviour, 2));
     EXPECT_EQ(bench.Model.Fields[0].Behaviour, "");

@@ -57,7 +57,7 @@ std::array<std::uint16_t, steadyReadingCount> Readings(std::initializer_list<std
 TEST(MinimumPwm, TwoReadingsOutsideTheBandPassAndThreeFail) {
   const std::pair<std::array<std::uint16_t, steadyReadingCount>, int> rows[] = {
       {Readings({}, 1000), 0},
-      {Readings({65535}, 1000), 0},             // the first one takes no part
+      {Readings({65535}, 1000), 0},             // the first one is ignored
       {Readings({1000, 5000, 5000}, 1000), 2},  // mean 1400, band 980 to 1820
       {Readings({1000, 4000, 4000, 4000}, 1200), 3},
       // Mean 1000: exactly 700 and 1300 are inside, one count further is not.
@@ -73,7 +73,7 @@ TEST(MinimumPwm, TwoReadingsOutsideTheBandPassAndThreeFail) {
   }
 }
 
-TEST(MinimumPwm, FindsWhereEachSimulatedFanStartsAndPutsTheConfigurationBack) {
+TEST(MinimumPwm, FindsWhereEachSimulatedFanStartsAndRestoresTheConfiguration) {
   for (const auto& [index, duty, written] :
        {std::tuple{std::size_t{0}, 30, "W30:4C "}, {std::size_t{1}, 25, "W31:40 "}, {std::size_t{2}, 35, "W32:59 "}}) {
     DetectionBench bench;
@@ -85,11 +85,11 @@ TEST(MinimumPwm, FindsWhereEachSimulatedFanStartsAndPutsTheConfigurationBack) {
     EXPECT_EQ(result.Evidence.back().Duty, duty);
     EXPECT_EQ(bench.Last.Values + bench.Last.Readings, 200);
     EXPECT_NEAR(bench.First.SecondsLeft, 8 * 22.5, 0.01);
-    EXPECT_LT(bench.LeastStandstill, 30) << "shown while it is waited for";
+    EXPECT_LT(bench.LeastStandstill, 30) << "shown while waiting";
     EXPECT_EQ(bench.Peek(static_cast<std::uint8_t>(0x5C + index)), 0x62);
     EXPECT_NE(bench.BusTraffic().find(written), std::string::npos);
     // For each duty half a second at 0 %, the polls for the standstill, one second and twenty-one readings.
-    EXPECT_EQ(bench.Waits.front(), 0.5) << "before the tachometer is asked";
+    EXPECT_EQ(bench.Waits.front(), 0.5) << "before the tachometer is read";
     std::erase_if(bench.Waits, [](double seconds) { return seconds < 0.1; });
     ASSERT_EQ(bench.Waits.size(), result.Evidence.size() * 23U);
     for (std::size_t i = 0; i < bench.Waits.size(); ++i) EXPECT_EQ(bench.Waits[i], i % 23 == 0 ? 0.5 : 1) << i;
@@ -104,10 +104,10 @@ TEST(MinimumPwm, TheDutyThatWasFoundIsKeptInManualControl) {
   EXPECT_NE(traffic.find("W5D:E2 W31:00 R2A R2B R2A R2B R2A R2B "), std::string::npos) << "no heat in the first second";
   EXPECT_EQ(bench.Peek(0x31), 0x40);
   bench.Owed.PutBackAtEnd(std::cerr);
-  EXPECT_EQ(bench.BusTraffic(), "") << "nothing is owed";
+  EXPECT_EQ(bench.BusTraffic(), "") << "nothing is pending";
 }
 
-TEST(MinimumPwm, AnAbsentFanTakesOneWriteAndItsReturn) {
+TEST(MinimumPwm, AnAbsentFanTakesOneWriteAndItsRestore) {
   DetectionBench bench;
   bench.Break(Fault::Kind::StalledFan, 2);
   bench.Advance(20);
@@ -116,10 +116,10 @@ TEST(MinimumPwm, AnAbsentFanTakesOneWriteAndItsReturn) {
   EXPECT_EQ(result.Message, "Fan Not Present!");
 }
 
-TEST(MinimumPwm, EveryOtherEndThanSuccessGivesConfigurationAndManualDutyBack) {
+TEST(MinimumPwm, EveryEndExceptSuccessRestoresConfigurationAndManualDuty) {
   using enum DetectionEnd;
   using Bench = DetectionBench&;
-  using Act = std::function<void(Bench)>;  // before the run, and while it waits
+  using Act = std::function<void(Bench)>;  // before the run, and while waiting
   const auto nothing = [](Bench) {};
   const auto breaks = [](Fault::Kind kind) { return [kind](Bench bench) { bench.Break(kind, 1); }; };
   const std::tuple<const char*, DetectionEnd, int, const char*, Act, Act> rows[] = {
@@ -127,11 +127,11 @@ TEST(MinimumPwm, EveryOtherEndThanSuccessGivesConfigurationAndManualDutyBack) {
       {"hunts", NoneFound, 0, "", breaks(Fault::Kind::HuntingFan), nothing},
       {"never stops", DidNotStop, 100, "Fan Did Not Stop!", breaks(Fault::Kind::RunawayFan), nothing},
       {"cancelled", Cancelled, 100, "", [](Bench bench) { bench.CancelAfter = 10; }, nothing},
-      {"the program is to end", Cancelled, 100, "",
+      {"the program ends", Cancelled, 100, "",
        [](Bench bench) { bench.Bus.EndAsked = [&bench] { return bench.Waited > 10; }; }, nothing},
       {"hot while it runs", TooHot, 100, "Temperature Too High!", nothing,
        [](Bench bench) { bench.Plant().HoldTemperature(0, bench.Waited > 10 ? 101 : 30); }},
-      {"hot while it is waited for", TooHot, 100, "Temperature Too High!", breaks(Fault::Kind::RunawayFan),
+      {"hot while waiting for standstill", TooHot, 100, "Temperature Too High!", breaks(Fault::Kind::RunawayFan),
        [](Bench bench) { bench.Plant().HoldTemperature(2, 101); }},
   };
   for (const auto& [name, wantedEnd, value, message, arrange, whileWaiting] : rows) {
@@ -151,7 +151,7 @@ TEST(MinimumPwm, EveryOtherEndThanSuccessGivesConfigurationAndManualDutyBack) {
   }
 }
 
-TEST(MinimumPwm, RefusesToStartAtAThermLimitUnlessItStandsForNone) {
+TEST(MinimumPwm, RefusesToStartAtAThermLimitUnlessItIsDisabled) {
   DetectionBench bench;
   bench.Plant().HoldTemperature(1, 100);
   bench.Advance(2);
@@ -162,9 +162,9 @@ TEST(MinimumPwm, RefusesToStartAtAThermLimitUnlessItStandsForNone) {
 }
 
 TEST(MinimumPwm, SaysWhyTheFanProbablyDidNotStop) {
-  // What the tachometer shows at 0 %, whatever the output does, of 2000 RPM before.
+  // What the tachometer shows at 0 %, regardless of the output, with 2000 RPM before.
   const std::tuple<const char*, int, const char*> rows[] = {
-      {"28:10 29:0E", 1500, "does not come to a standstill"},
+      {"28:10 29:0E", 1500, "but does not stop"},
       {"28:2F 29:0D", 1600, "probably not controlled by this output"},
       {"28:C4 29:09", 2160, "probably not controlled by this output"},
       {"28:60 29:09", 2250, "probably inverted"},
@@ -179,12 +179,12 @@ TEST(MinimumPwm, SaysWhyTheFanProbablyDidNotStop) {
   }
 }
 
-TEST(MinimumPwm, AnyTransferMayFailAndTheConfigurationIsBackBeforeItIsReported) {
-  constexpr int putBackAfterPresenceTest = 11;
+TEST(MinimumPwm, AnyTransferMayFailAndTheConfigurationIsRestoredBeforeTheReport) {
+  constexpr int restoreAfterPresenceTest = 11;
   for (int nth = 1; nth <= 400; nth += nth < 20 ? 1 : 37) {
     DetectionBench bench;
     bench.FailTransfer(nth);
-    if (nth == putBackAfterPresenceTest) {
+    if (nth == restoreAfterPresenceTest) {
       EXPECT_EQ(bench.Detection.Min_PWM(1).Value, 25) << "it is tried again";
     } else {
       EXPECT_THROW(bench.Detection.Min_PWM(1), CommsError) << nth;
@@ -194,7 +194,7 @@ TEST(MinimumPwm, AnyTransferMayFailAndTheConfigurationIsBackBeforeItIsReported) 
   }
 }
 
-TEST(MinimumPwm, WhatCannotBePutBackIsSaidKeptAndReturnedToByTheNextRun) {
+TEST(MinimumPwm, AFailedRestoreIsReportedKeptAndDoneByTheNextRun) {
   using enum DetectionEnd;
   const std::string fault = "Error: 57, Device I/O error";
   struct Row {
@@ -228,7 +228,7 @@ TEST(MinimumPwm, WhatCannotBePutBackIsSaidKeptAndReturnedToByTheNextRun) {
     EXPECT_EQ(result.Value, 100) << row.NotRestored;
     EXPECT_EQ(result.Message, row.End == LinkFault ? fault : "") << row.NotRestored;
     EXPECT_EQ(result.NotRestored,
-              "PWM1 could not be put back (" + fault + ").\nIt stands in manual control at " + row.NotRestored);
+              "PWM1 could not be restored (" + fault + ").\nIt is in manual control at " + row.NotRestored);
     bench.Sim.ClearFaults();
     bench.OnWait = nullptr;
     ReadByte(bench.Bus, 0x26);
@@ -242,7 +242,7 @@ TEST(MinimumPwm, WhatCannotBePutBackIsSaidKeptAndReturnedToByTheNextRun) {
 
 TEST(MinimumPwm, WarnsByTheConfigurationLastSeenWhenTheChipDoesNotMonitor) {
   TestBench bench;
-  EXPECT_EQ(MonitoringWarning(bench.Bus), "Temperatures may not be measured: it is not known whether monitoring is on");
+  EXPECT_EQ(MonitoringWarning(bench.Bus), "Temperatures may not be measured: monitoring state unknown");
   WriteByte(bench.Bus, 0x40, 0x01);
   EXPECT_EQ(MonitoringWarning(bench.Bus), "");
   WriteByte(bench.Bus, 0x40, 0x12);
@@ -260,7 +260,7 @@ TEST(MinimumPwm, TheEvidenceNamesCountsMeanMissesAndVerdict) {
   EXPECT_NE(text.find("20 %: passed\nstopped after 0.0 s, mean count 9.95, misses 0 of 20\ncounts: 7 9 10 10"),
             std::string::npos);
   for (int end = 1; const char* const heading : {"none found", "fan not present", "fan did not stop", "too hot",
-                                                 "cancelled", "ended by a failed transfer"}) {
+                                                 "cancelled", "aborted by a failed transfer"}) {
     result.End = static_cast<DetectionEnd>(end++);
     EXPECT_TRUE(EvidenceText(result, 2).starts_with(fmt::format("Minimum PWM of fan 2: {}\n", heading))) << heading;
   }

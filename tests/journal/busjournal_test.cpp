@@ -30,7 +30,7 @@ struct JournalBench : BoardBench {
     const BusJournal::ActionScope scope(Journal, name);
     for (const auto& [reg, byte] : writes) WriteByte(Bus, static_cast<std::uint8_t>(reg), byte);
   }
-  /// Presses undo: the traffic, and behind it the action's name and the registers with a problem.
+  /// Presses undo: the traffic, followed by the action's name and the registers with a problem.
   std::string Undo(UndoResult (*undo)(Link&, BusJournal&) = UndoLastAction) {
     Traffic();
     const UndoResult result = undo(Bus, Journal);
@@ -43,7 +43,7 @@ struct JournalBench : BoardBench {
   BusJournal Journal{Time};
 };
 
-/// Some of everything that a console does on a bus.
+/// One of each kind of transfer that a console makes.
 void Exercise(Link& link, Board& board) {
   WriteByte(link, 0x30, 0x10);
   UpdateBits(link, 0x5C, 0xE0, 0xE0);
@@ -52,7 +52,7 @@ void Exercise(Link& link, Board& board) {
   board.SetHeater(0, true);
 }
 
-TEST(BusJournal, ChangesNothingOnTheBusEntersEveryTransferAndReadOnlyHoldsEveryWriteBack) {
+TEST(BusJournal, ChangesNothingOnTheBusRecordsEveryTransferAndReadOnlySuppressesEveryWrite) {
   for (const auto medium : {TestBench::Medium::Board, TestBench::Medium::Smbus}) {
     const bool onBoard = medium == TestBench::Medium::Board;
     BoardBench plain(medium);
@@ -80,13 +80,13 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
     WriteByte(link, 0x64, 0x10);
     {
       const BusJournal::OriginScope inner(bench.Journal, "Inner");
-      UpdateBits(link, 0x5C, 0x12, 0xF0);  // the neighbours stay
+      UpdateBits(link, 0x5C, 0x12, 0xF0);  // the other bits are preserved
     }
     WriteByte(link, 0x64, 0x20);
   }
   bench.FailTransfer(1);
   EXPECT_THROW(WriteByte(link, 0x64, 0x30), CommsError);
-  WriteByte(link, 0x64, 0x40);  // the failed write may have arrived
+  WriteByte(link, 0x64, 0x40);  // the failed write may have reached the chip
   bench.Eval.SetDiode(0, true);
   bench.Eval.SetDiode(1, true);
   std::string entries;
@@ -94,7 +94,7 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
   EXPECT_EQ(entries,
             "15A/64 ?>10 Outer;05A/5C ?>62 Inner;15A/5C 62>70 Inner;15A/64 10>20 Outer;15A/64 20>30! ;15A/64 ?>40 ;"
             "294/00 ?>07 ;294/00 07>3F ;");
-  for (const std::int64_t frequency : {1'000'000, 0}) {  // 0: by the other clock
+  for (const std::int64_t frequency : {1'000'000, 0}) {  // 0: with the fallback clock
     ManualClock clock;
     clock.CountsPerSecond = frequency;
     BusJournal journal(clock);
@@ -103,7 +103,7 @@ TEST(BusJournal, KnowsOldValuesOriginsAndFailures) {
   }
 }
 
-TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
+TEST(BusJournal, KeepsTheUsersWritesSeparateFromTenThousandTransfers) {
   JournalBench bench;
   ReadByte(bench.Bus, 0x64);
   bench.Act("A", {{0x64, 0x10}});
@@ -125,11 +125,11 @@ TEST(BusJournal, KeepsTheUsersWritesApartFromTenThousandTransfers) {
 
 class UndoActions : public testing::Test, protected JournalBench {};
 
-constexpr const char* neverRead = "what it held before was never read; it keeps what was written";
+constexpr const char* neverRead = "previous value unknown; the written value is kept";
 
-TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
+TEST_F(UndoActions, UndoesTheNewestActionAsAWholeAndGoesFurtherBackEachTime) {
   for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x64, 0x65}) ReadByte(Bus, reg);
-  WriteByte(Bus, 0x65, 0x81);  // the console's own
+  WriteByte(Bus, 0x65, 0x81);  // by the console itself
   Act("A", {{0x64, 0x11}});
   Act("B", {{0x64, 0x12}, {0x5C, 0xE2}, {0x65, 0x14}, {0x64, 0x13}, {0x5C, 0x62}});  // the last restores
   Act("C", {{0x66, 0x13}});
@@ -143,13 +143,13 @@ TEST_F(UndoActions, TakesBackTheNewestActionAsAWholeAndGoesFurtherBackEachTime) 
   EXPECT_EQ(Undo(), " ") << "neither an undo nor what the console did itself";
   FailTransfer(1);
   EXPECT_THROW(Act("E", {{0x64, 0x30}}), CommsError);
-  EXPECT_EQ(Undo(), "W64:80 E") << "the failed write may have arrived";
+  EXPECT_EQ(Undo(), "W64:80 E") << "the failed write may have reached the chip";
 }
 
-TEST_F(UndoActions, ToTheMarkGivesEachRegisterItsByteOfThenWithOneWrite) {
+TEST_F(UndoActions, ToTheMarkRestoresEachRegisterWithOneWrite) {
   for (const std::uint8_t reg : std::initializer_list<std::uint8_t>{0x5C, 0x5D, 0x5E, 0x64}) ReadByte(Bus, reg);
   Act("A", {{0x5C, 0x01}});
-  EXPECT_EQ(Undo(UndoToMark), " ") << "there is no mark";
+  EXPECT_EQ(Undo(UndoToMark), " ") << "no mark is set";
   Act("Glitch", {{0x64, 0x20}});
   Journal.SetMark();
   {

@@ -40,7 +40,7 @@ std::string PrinterRow(const char* address, const char* port, const char* number
                      number);
 }
 
-TEST(ChipSearch, AsksTheLibraryInThisOrderAndFinishHandsTheChosenChipOver) {
+TEST(ChipSearch, CallsTheLibraryInThisOrderAndFinishSetsUpTheChosenChip) {
   SearchBench bench({.BoardChips = {{0x2D, 0, BusModes::TrueOnly}}, .Wait = {}});
   bench.Wizard.Load();
   EXPECT_EQ(bench.All(), "A D C00 H I");
@@ -91,7 +91,7 @@ TEST(ChipSearch, AChipInBothModesIsListedTwiceAndTheTenthRowStillReachesItsFind)
   EXPECT_EQ(bench.All(), "A P4 D B1 T58 M1");
 }
 
-TEST(ChipSearch, GoesOnPastFailuresAndReportsOneBoxARoutineWhileAnEmptyAddressIsNone) {
+TEST(ChipSearch, ContinuesAfterFailuresAndReportsOneBoxPerRoutineWhileAnEmptyAddressIsNotAFailure) {
   const std::string port = "Search Printer Port", bus = "Search SMBus";
   const std::tuple<Operation, int, std::string, std::size_t> rows[] = {
       {Operation::ReadByteData, 1, port, 2}, {Operation::ReadByteData, 2, port, 1},
@@ -113,7 +113,7 @@ TEST(ChipSearch, GoesOnPastFailuresAndReportsOneBoxARoutineWhileAnEmptyAddressIs
   EXPECT_EQ(bench.Run(both).size(), 2U);
 }
 
-TEST(ChipSearch, NothingElseThanTheCompanyIdIsTheChip) {
+TEST(ChipSearch, OnlyTheCompanyIdIdentifiesTheChip) {
   for (const auto& [media, ports, id, found] :
        {std::tuple{both, 1, 0x41, 2U}, {both, 1, 0x42, 0U}, {printerPort, 0, 0x41, 0U}, {usb, 1, 0x41, 0U}}) {
     SearchBench bench({.Ports = static_cast<std::uint8_t>(ports), .Wait = {}});
@@ -133,7 +133,7 @@ TEST(ChipSearch, NothingElseThanTheCompanyIdIsTheChip) {
   EXPECT_EQ(bench.Steps, (std::vector<int>{16, 32, 33}));
 }
 
-TEST(ChipSearch, IsGivenUpBetweenTwoTransfersWhenTheProgramIsToEnd) {
+TEST(ChipSearch, IsAbandonedBetweenTwoTransfersWhenTheProgramEnds) {
   SearchBench bench;
   int asked = 0;
   bench.Bus.EndAsked = [&asked] { return ++asked > 2; };
@@ -177,7 +177,7 @@ TEST(SearchWizard, PagesAndButtonsFollowNextBackAndTheSearch) {
 }
 
 TEST(MediumReport, TheBeginningOfTheReportDecides) {
-  // A report's colour, whether the SMBus is offered, and the text; empty: the page stays as it is.
+  // A report's colour, whether the SMBus is offered, and the text; empty: the page is unchanged.
   const std::pair<const char*, const char*> rows[] = {
       {"Unsupported and unrecognised: x", "red no The available southbridge or ICH is currently unsupported."},
       {"ICH Type not in the list",

@@ -14,7 +14,7 @@
 namespace krx {
 namespace {
 
-/// Waits return after at most 2 ms each and are noted among the transfers: "~" with user input held, "." without.
+/// Waits return after at most 2 ms and are recorded with the transfers: "~" with user input held, "." without.
 struct LinkBench : TestBench {
   /// The printer port is medium 1, everything else the SMBus.
   explicit LinkBench(int medium = 1, SimOptions options = {})
@@ -128,7 +128,7 @@ TEST(Link, AHandlerThatRunsDuringTheWaitChangesNeitherTheTransferNorItsOperands)
   EXPECT_FALSE(bench.Bus.TransferInProgress());
 }
 
-TEST(Link, TheRootObjectIsMadeOnFirstUseOnlyAndAFailureToMakeItIsTriedAgain) {
+TEST(Link, TheRootObjectIsCreatedOnFirstUseAndAFailureToCreateItIsRetried) {
   TestBench bench;
   int attempts = 0;
   bench.Root.Change([&]() -> std::unique_ptr<CommsModule> {
@@ -141,7 +141,7 @@ TEST(Link, TheRootObjectIsMadeOnFirstUseOnlyAndAFailureToMakeItIsTriedAgain) {
   EXPECT_EQ(attempts, 2);
 }
 
-TEST(Link, ReadingsAreGivenUpBetweenTwoTransfersOnceTheEndIsAskedFor) {
+TEST(Link, ReadingsAreAbandonedBetweenTwoTransfersOnceTheEndIsRequested) {
   for (bool asked : {true, false}) {
     LinkBench bench(0);
     bench.Handler = [&] { asked = true; };  // at the latest during the wait
@@ -149,15 +149,15 @@ TEST(Link, ReadingsAreGivenUpBetweenTwoTransfersOnceTheEndIsAskedFor) {
     {
       const Link::MayGiveUp readings(bench.Bus);
       EXPECT_THROW(ReadByte(bench.Bus, 0x26), GivenUp);
-      EXPECT_NO_THROW(WriteByte(bench.Bus, 0x30, 1)) << "what has to be put back is put back";
+      EXPECT_NO_THROW(WriteByte(bench.Bus, 0x30, 1)) << "restores are still made";
       EXPECT_EQ(bench.Log().find('R'), std::string::npos);
     }
-    EXPECT_NO_THROW(ReadByte(bench.Bus, 0x26)) << "nor what reads to write";
+    EXPECT_NO_THROW(ReadByte(bench.Bus, 0x26)) << "nor does a read-modify-write";
   }
 }
 
-TEST(Delay, ReturnsAfterTheTimeAskedForAndLetsEventsRunMeanwhile) {
-  for (const std::int64_t counts : {1'000'000, 0}) {  // without a counter by another clock
+TEST(Delay, ReturnsAfterTheRequestedTimeAndHandlesEventsMeanwhile) {
+  for (const std::int64_t counts : {1'000'000, 0}) {  // 0: no counter, fallback clock
     LinkBench bench;
     bench.Time.CountsPerSecond = counts;
     for (const double seconds : {0.0, -1.0, std::nan("")}) bench.Bus.Delay(seconds);
@@ -165,14 +165,14 @@ TEST(Delay, ReturnsAfterTheTimeAskedForAndLetsEventsRunMeanwhile) {
     const double start = bench.Time.Seconds();
     bench.Bus.Delay(0.005);
     EXPECT_NEAR(bench.Time.Seconds() - start, 0.00505, 0.00005);
-    EXPECT_EQ(bench.Log(), "...") << "outside a transfer nothing is held back";
+    EXPECT_EQ(bench.Log(), "...") << "outside a transfer input is delivered";
     bench.Bus.Delay(0.00005);
     EXPECT_EQ(bench.Log().find('.'), 0U) << "a very short wait handles events too";
     EXPECT_EQ(bench.Bus.ElapsedSeconds() > 0, counts > 0);
   }
 }
 
-TEST(Link, RemembersTheByteLastSeenOfEachRegisterAndTellsItsListeners) {
+TEST(Link, RemembersTheByteLastSeenOfEachRegisterAndNotifiesItsListeners) {
   TestBench bench;
   using Told = std::vector<std::pair<int, std::optional<std::uint8_t>>>;
   Told told;
@@ -183,10 +183,10 @@ TEST(Link, RemembersTheByteLastSeenOfEachRegisterAndTellsItsListeners) {
     WriteByte(bench.Bus, 0x64, 0x4C);
     bench.Sim.AddFault(*ParseFault("fail=1+,op=write"));
     EXPECT_THROW(WriteByte(bench.Bus, 0x64, 0x00), CommsError);
-    EXPECT_EQ(bench.Bus.Seen.Byte(0x64), std::nullopt) << "it may have arrived";
+    EXPECT_EQ(bench.Bus.Seen.Byte(0x64), std::nullopt) << "it may have reached the chip";
     bench.Bus.WritesHeldBack = true;
     EXPECT_THROW(WriteByte(bench.Bus, 0x3E, 0x00), CommsError);
-    EXPECT_EQ(bench.Bus.Seen.Byte(0x3E), 0x41) << "the chip never gets a byte that is held back";
+    EXPECT_EQ(bench.Bus.Seen.Byte(0x3E), 0x41) << "a suppressed write does not reach the chip";
   }
   ReadByte(bench.Bus, 0x3F);
   EXPECT_EQ(told, (Told{{0x3E, 0x41}, {0x64, 0x4C}, {0x64, std::nullopt}}));

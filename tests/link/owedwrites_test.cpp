@@ -15,7 +15,7 @@
 namespace krx {
 namespace {
 
-/// An output in manual control at 0 %, whose configuration 62h and duty 90h are owed.
+/// An output in manual control at 0 %, with pending restores of configuration 62h and duty 90h.
 struct OwedBench : TestBench {
   explicit OwedBench(Medium medium = Medium::Board) : TestBench(medium) {
     Poke(0x5C, 0x62);
@@ -30,7 +30,7 @@ struct OwedBench : TestBench {
     if (seconds > 0) Sim.AddFault(*ParseFault("slow=" + std::to_string(seconds)));
   }
   bool PutBack() { return Owed.PutBack({DutyOwed, ConfigurationOwed}); }
-  /// Nothing could be put back; then the bus works again.
+  /// All restores failed; then the bus works again.
   void LetBecomeOverdue() {
     FailWrites(0x5C);
     FailWrites(0x30);
@@ -62,7 +62,7 @@ TEST(OwedWrites, AByteIsTriedThreeTimesFiftyMillisecondsApartWithoutAnotherHandl
   ended.FailWrites(0x5C);
   ended.Bus.EndAsked = [&] { return ended.Sim.FaultsFired() > 0; };
   EXPECT_FALSE(ended.PutBack());
-  EXPECT_EQ(ended.BusTraffic(), "W30:90 W5C:62!") << "the rest is for the end, which has been asked for";
+  EXPECT_EQ(ended.BusTraffic(), "W30:90 W5C:62!") << "the rest is done by the requested end";
 
   OwedBench once;
   once.FailTransfer(1);
@@ -71,11 +71,11 @@ TEST(OwedWrites, AByteIsTriedThreeTimesFiftyMillisecondsApartWithoutAnotherHandl
   EXPECT_TRUE(once.PutBack());
   EXPECT_EQ(once.BusTraffic(), "W30:90! W5C:62 W30:90");
   EXPECT_TRUE(once.PutBack());
-  EXPECT_EQ(once.BusTraffic(), "") << "it is off the list";
+  EXPECT_EQ(once.BusTraffic(), "") << "it has been removed from the list";
   EXPECT_EQ(madeGood, 57);
 }
 
-TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
+TEST(OwedWrites, ATurnMakesOverdueRestoresOnceATransferHasSucceeded) {
   OwedBench bench;
   bench.LetBecomeOverdue();
   bench.Owed.TakeTurn();  // the last transfer failed
@@ -90,7 +90,7 @@ TEST(OwedWrites, ATurnWritesWhatIsOverdueOnceATransferHasSucceeded) {
   EXPECT_FALSE(bench.Owed.AnyOverdue());
 }
 
-TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
+TEST(OwedWrites, ARegisterChangedMeanwhileIsNotOverwritten) {
   const struct {
     std::uint8_t Register, Byte;
     const char* Turn;
@@ -98,9 +98,9 @@ TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
   } rows[] = {
       {0x5C, 0x02, "W30:90", true},          // another behaviour
       {0x5C, 0x62, "W30:90", false},         // what it should hold
-      {0x5C, 0xE5, "W30:90 W5C:65", false},  // another spin-up: its behaviour is still the taker's
+      {0x5C, 0xE5, "W30:90 W5C:65", false},  // another spin-up: its behaviour is still the detection's
       {0x30, 0x80, "W5C:62", true},          // the slider
-      {0x30, 0x00, "W30:90 W5C:62", false},  // still as the taker left it
+      {0x30, 0x00, "W30:90 W5C:62", false},  // still as left by the detection
   };
   for (const auto& row : rows) {
     OwedBench bench;
@@ -113,8 +113,8 @@ TEST(OwedWrites, WhatIsSetAnewMeanwhileIsNotWrittenOver) {
   }
 }
 
-TEST(OwedWrites, TheEndTriesOnceWhereTheLastTransferFailedBeginsNoneAfterThreeSecondsAndSaysWhatIsLeft) {
-  // Whether the transfer before failed, the seconds of each, and what is tried.
+TEST(OwedWrites, TheEndTriesOnceIfTheLastTransferFailedBeginsNoneAfterThreeSecondsAndListsTheRest) {
+  // Whether the previous transfer failed, the seconds per transfer, and the tries.
   const std::tuple<bool, int, const char*> rows[] = {
       {false, 0, "W30:90! W5C:62! W30:90! W5C:62! W30:90! W5C:62!"},
       {true, 0, "W30:90! W5C:62!"},
@@ -134,19 +134,19 @@ TEST(OwedWrites, TheEndTriesOnceWhereTheLastTransferFailedBeginsNoneAfterThreeSe
     bench.Owed.PutBackAtEnd(said);
     EXPECT_EQ(bench.BusTraffic(), traffic);
     EXPECT_EQ(said.str(),
-              "Not put back: 30h should hold 90h (Error: 57, Device I/O error)\n"
-              "Not put back: 5Ch should hold 62h (Error: 57, Device I/O error)\n");
+              "Not restored: 30h should hold 90h (Error: 57, Device I/O error)\n"
+              "Not restored: 5Ch should hold 62h (Error: 57, Device I/O error)\n");
   }
   OwedBench bench;
   std::ostringstream said;
   bench.Owed.BeginEnding();
   bench.Advance(3.5);
   bench.Owed.PutBackAtEnd(said);
-  EXPECT_EQ(bench.BusTraffic(), "") << "the time counts from when the end was asked for";
-  EXPECT_EQ(said.str(), "Not put back: 30h should hold 90h\nNot put back: 5Ch should hold 62h\n");
+  EXPECT_EQ(bench.BusTraffic(), "") << "the time counts from the request to end";
+  EXPECT_EQ(said.str(), "Not restored: 30h should hold 90h\nNot restored: 5Ch should hold 62h\n");
 }
 
-TEST(OwedWrites, AtAnEndWithoutWindowsTransfersSleepAndTellNobody) {
+TEST(OwedWrites, AtAnEndWithoutWindowsTransfersSleepAndNotifyNoListener) {
   OwedBench bench(TestBench::Medium::Smbus);
   SystemClock clock;
   ScriptedPump pump(bench.Time);
@@ -165,7 +165,7 @@ TEST(OwedWrites, AtAnEndWithoutWindowsTransfersSleepAndTellNobody) {
   EXPECT_EQ(told, 0);
 }
 
-TEST(ExitWork, IsDoneOnceByAnExitPastItsDestructorAndByTerminateAndNotAfterIt) {
+TEST(ExitWork, RunsOnceOnExitOrTerminateWithoutDestructorAndNotAfterIt) {
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   static constexpr auto sayDone = [] { std::cerr << "done;"; };
   const auto exitWithin = [] {

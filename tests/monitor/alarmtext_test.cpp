@@ -20,11 +20,11 @@ RegisterImage Seen(const Bytes& bytes) {
   return seen;
 }
 
-TEST(Alarms, EachBitTurnsItsIndicatorBadAndOnlyThat) {
+TEST(Alarms, EachBitSetsOnlyItsOwnIndicatorToBad) {
   std::string bad;
   for (int bit = 0; bit < 16; ++bit) {
     AlarmStates alarms{};
-    alarms.fill(AlarmState::Bad);  // of the tick before
+    alarms.fill(AlarmState::Bad);  // of the previous tick
     ApplyAlarms(static_cast<std::uint8_t>(1 << bit), static_cast<std::uint8_t>(1 << bit >> 8), alarms);
     for (std::size_t channel = 0; channel < channelCount; ++channel)
       if (alarms[channel] != AlarmState::Ok) bad += std::to_string(channel) + " ";
@@ -33,7 +33,7 @@ TEST(Alarms, EachBitTurnsItsIndicatorBadAndOnlyThat) {
   EXPECT_EQ(bad, "11 | 9 | 10 | 7 | 1 | 0 | 2 | | 8 | | 3 | 4 | 5 | 6 | 1 | 2 | ");
 }
 
-TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
+TEST(AlarmReason, NamesTheLimitSeenOnTheBus) {
   const struct {
     std::size_t Channel;
     std::optional<double> Value;
@@ -48,7 +48,7 @@ TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
       {0, 99, {{0x50, 0x0A}}, "out of limits"},
       {0, std::nullopt, {{0x50, 0x0A}, {0x51, 62}}, "out of limits"},
       {4, 1999, {{0x56, 0x94}, {0x57, 0x11}}, "below low limit 2400 RPM"},  // 4500 counts, two pulses for one
-      {4, 0, {{0x57, 0x11}}, "out of limits"},                              // half a count is no limit
+      {4, 0, {{0x57, 0x11}}, "out of limits"},                              // half a count is not a limit
       {4, 30000, {{0x56, 0x94}, {0x57, 0x11}}, "out of limits"},
       {7, 5.3, {{0x4A, 0xB8}, {0x4B, 0xC8}}, "above high limit 5.200 V"},
       {11, 20, {{0x44, 0x64}, {0x45, 0x82}}, "below low limit 22.40 A", true},
@@ -69,7 +69,7 @@ TEST(AlarmReason, NamesTheLimitThatTheBusHasShown) {
   }
 }
 
-TEST(PwmBehaviour, FollowsTheByteAndSaysWhereThePanelDoesNot) {
+TEST(PwmBehaviour, FollowsTheByteAndReportsAnOutdatedPanel) {
   const struct {
     int Register, Byte;
     std::size_t Output;
@@ -80,8 +80,8 @@ TEST(PwmBehaviour, FollowsTheByteAndSaysWhereThePanelDoesNot) {
       {0x5C, 0x02, 0, false, "Remote1 Control||"},
       {0x5E, 0xA2, 2, false, "Fastest of Remote 1,2||"},
       {0x5D, 0xE2, 1, true, "manual||"},
-      {0x5D, 0xE2, 1, false, "manual|PWM2 is set to Manual Control now|Use slider"},
-      {0x5E, 0x42, 2, true, "Remote2 Control|PWM3 is set to Remote2 Control now: the slider has no effect|Hide slider"},
+      {0x5D, 0xE2, 1, false, "manual|PWM2 is now set to Manual Control|Use slider"},
+      {0x5E, 0x42, 2, true, "Remote2 Control|PWM3 is now set to Remote2 Control: the slider has no effect|Hide slider"},
       {0x5D, 0xE2, 0, true, "not read||"},
   };
   for (const auto& row : rows) {

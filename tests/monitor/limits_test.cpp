@@ -70,7 +70,7 @@ const LimitRow limitRows[] = {
     {11, 0xC0, 0xF0, lowLimit, "-801", "!-800.00 to 224.00 A", true},
 };
 
-TEST(Limits, ADragATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
+TEST(Limits, ADragATextOrAStepIsWrittenOnceCompletelyOrNotAtAll) {
   for (const LimitRow& row : limitRows) {
     for (const Medium medium : {Medium::Board, Medium::Smbus}) {
       SCOPED_TRACE(fmt::format("{} {} medium {}", row.Channel, row.How, static_cast<int>(medium)));
@@ -107,7 +107,7 @@ TEST(Limits, ADragATextOrAStepIsWrittenWholeOnceOrNotAtAll) {
   }
 }
 
-TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerGoesBack) {
+TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerIsReset) {
   VisualBench bench;
   bench.Work.Power.PowerMode = true;
   bench.MeasureVccp(1.5F);
@@ -121,7 +121,7 @@ TEST(Limits, ACurrentWhoseSenseVoltageHasNoCodeIsNotWrittenAndTheMarkerGoesBack)
   EXPECT_EQ(bench.Model.State().Gauge.High(), 100);
 }
 
-TEST(Limits, AByteThatPassedFromElsewhereIsShownAndIsWhatTheNextMoveWrites) {
+TEST(Limits, AByteWrittenElsewhereIsShownAndWrittenByTheNextMove) {
   const struct {
     std::string Does;
     int Where, Value, Fails;  ///< register or channel; byte or place of the marker; which transfer, if not 0
@@ -131,16 +131,16 @@ TEST(Limits, AByteThatPassedFromElsewhereIsShownAndIsWhatTheNextMoveWrites) {
       {"select", 0, 0, 0, "R50 R51", "5 °C|127 °C"},
       {"write", 0x50, 20, 0, "W50:14", "20 °C|127 °C"},
       {"high", 0, 60, 0, "W50:14 W51:3C", "20 °C|60 °C"},
-      {"write", 0x50, 30, 1, "W50:1E!", "|60 °C"},  // nobody knows whether it arrived, so nobody writes it again
+      {"write", 0x50, 30, 1, "W50:1E!", "|60 °C"},  // unknown whether it was written, so it is not written again
       {"high", 0, 62, 0, "W51:3E", "|62 °C"},
-      {"low", 0, 20, 0, "W50:14 W51:3E", "20 °C|62 °C"},  // the marker's old place, wanted by the user
+      {"low", 0, 20, 0, "W50:14 W51:3E", "20 °C|62 °C"},  // the marker's old place, set by the user
       {"write", 0x51, 30, 1, "W51:1E!", "20 °C|"},
       {"read", 0x51, 0, 0, "R51", "20 °C|62 °C"},
       {"low", 0, 21, 0, "W50:15 W51:3E", "21 °C|62 °C"},
       {"high", 0, 70, 2, "W50:15 W51:46!", "21 °C|"},
       {"low", 0, 22, 0, "W50:16", "22 °C|"},
       {"select", 3, 0, 0, "R54 R55 R30", "0 RPM|20000 RPM"},
-      {"low", 0, 2400, 2, "W54:CA W55:08!", "|20000 RPM"},  // half a pair is a count that nobody knows
+      {"low", 0, 2400, 2, "W54:CA W55:08!", "|20000 RPM"},  // half a pair leaves the count unknown
       {"write", 0x55, 0x10, 0, "W55:10", "1256 RPM|20000 RPM"},
       {"pulses", 0, 2, 0, "", "2513 RPM|20000 RPM"},
   };
@@ -165,11 +165,11 @@ TEST(Limits, AByteThatPassedFromElsewhereIsShownAndIsWhatTheNextMoveWrites) {
       const auto text = [&](Marker which) { return LimitText(channel, which, false, gauge); };
       EXPECT_EQ(text(Marker::Low) + "|" + text(Marker::High), step.Limits) << step.Does << " " << step.Value;
     }
-    EXPECT_EQ(bench.Model.LimitStepEnd(101, 1), 0) << "so slow a fan has no count";
+    EXPECT_EQ(bench.Model.LimitStepEnd(101, 1), 0) << "such a slow fan has no count";
   }
 }
 
-TEST(Limits, AMarkerInTheUsersHandStaysWhereItIs) {
+TEST(Limits, AMarkerBeingDraggedStaysWhereItIs) {
   VisualBench bench(Medium::Smbus);
   bench.Model.SelectChannel(0);
   bench.Model.MarkerMoving(Marker::High, 60);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::int64_t anyTime = std::numeric_limits<std::int64_t>::max();
 
-TEST(ReadingCycle, ReadsOneMemberOfEachGroupATickInOrderAndCountersWrapWithoutAJump) {
+TEST(ReadingCycle, ReadsOneMemberOfEachGroupPerTickInOrderAndCountersWrapWithoutAJump) {
   for (const auto medium : {Medium::Board, Medium::Smbus}) {
     VisualBench bench(medium);
     ReadingCycle& cycle = bench.Work.Cycle;
@@ -35,7 +35,7 @@ TEST(ReadingCycle, ReadsOneMemberOfEachGroupATickInOrderAndCountersWrapWithoutAJ
   }
 }
 
-TEST(ReadingCycle, ConvertsAndKeepsWhatItReads) {
+TEST(ReadingCycle, ConvertsAndStoresReadings) {
   VisualBench bench;
   Workbench& work = bench.Work;
   work.Fans.ProgrammedPulses = {1, 4, 1, 1};
@@ -76,20 +76,20 @@ TEST(ReadingCycle, ReadsThermWhenItsPeriodIsOver) {
   }
 }
 
-TEST(ReadingCycle, AFailedTickKeepsTheOldSpeedAndEachTickIsARowOfItsTime) {
+TEST(ReadingCycle, AFailedTickKeepsTheOldSpeedAndEachTickAppendsARow) {
   VisualBench bench;
   Workbench& work = bench.Work;
   bench.FailTransfer(4);  // the high byte of a fan
   const float speed = work.Measured.FanSpeeds[1] = 1234;
   EXPECT_THROW(work.Cycle.Tick(), CommsError);
-  EXPECT_EQ(work.Measured.FanSpeeds[1], speed) << "half a count is no speed";
+  EXPECT_EQ(work.Measured.FanSpeeds[1], speed) << "half a count is not a speed";
   bench.Advance(0.5);
   work.Cycle.Tick();
   EXPECT_EQ(work.History.RowCount(), 2U);
   EXPECT_NEAR(static_cast<double>(work.History.LastTime()), 0.5e6, 1e3);
 }
 
-/// The traces of the newest rows that have a value, the oldest first: one letter a trace, "-" for none.
+/// The traces of the newest rows that have a value, the oldest first: one letter per trace, "-" for none.
 std::string NewestRows(const Workbench& work, std::size_t count) {
   std::string text;
   work.History.ForEachRow(0, anyTime, [&](std::int64_t, std::span<const float> values) {
@@ -100,7 +100,7 @@ std::string NewestRows(const Workbench& work, std::size_t count) {
   return text.substr(text.size() - count * (traceCount + 1) + 1);
 }
 
-/// Ticks every 10 ms, whatever fails; five are as many as the slowest group needs.
+/// Ticks every 10 ms, ignoring failures; five ticks cover the largest group.
 void Tick(VisualBench& bench, int count = 5) {
   for (int tick = 0; tick < count; ++tick) {
     bench.Advance(0.01);
@@ -118,7 +118,7 @@ TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
   bench.Advance(1.1);
   Tick(bench, 5);
   EXPECT_EQ(NewestRows(work, 5), "-T--F---H-V--- -TT-FF--H-VV-- TTT-FFF-H-VVV- TTTFFFF-H-VVVV TTTFFFFPHVVVVV")
-      << "no zeros for what has not had its turn";
+      << "no zeros for channels not read yet";
   bench.Sim.AddFault(*ParseFault("fail=1+,reg=25"));  // Remote 1, every third tick
   Tick(bench, 6);
   EXPECT_EQ(NewestRows(work, 3), "T-TFFFFPHVVVVV -------------- T-TFFFFPHVVVVV") << "a value that cannot be read ends";
@@ -126,7 +126,7 @@ TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
   Tick(bench, 3);
   EXPECT_EQ(NewestRows(work, 1), "TTTFFFFPHVVVVV");
 
-  bench.Model.EnterReadWrite();  // twice, and one row of nothing
+  bench.Model.EnterReadWrite();  // twice, but one empty row
   const std::function<void()> pauses[] = {[&] { bench.Model.EnterReadWrite(); }, [&] { bench.Model.SliderPressed(); },
                                           [&] { bench.ReReadChip(); }};
   for (const auto& pause : pauses) {
@@ -134,9 +134,9 @@ TEST(ReadingCycle, PostsOnlyWhatWasMeasured) {
     EXPECT_EQ(NewestRows(work, 2), "TTTFFFFPHVVVVV --------------");
     Tick(bench, 6);
   }
-  bench.Advance(1.1);  // whatever held the turns
+  bench.Advance(1.1);  // turns were held
   Tick(bench, 1);
-  EXPECT_EQ(NewestRows(work, 3).substr(0, 29), "TTTFFFFPHVVVVV --------------") << "a late tick says so first";
+  EXPECT_EQ(NewestRows(work, 3).substr(0, 29), "TTTFFFFPHVVVVV --------------") << "a late tick ends the traces first";
 }
 
 constexpr std::size_t remote1 = 1, fan2 = 4, fan3 = 5, twelveVolts = 8;
@@ -144,7 +144,7 @@ constexpr std::size_t remote1 = 1, fan2 = 4, fan3 = 5, twelveVolts = 8;
 TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitoringWasSeenOn) {
   VisualBench bench;
   const FirstValues& first = bench.Work.First;
-  /// The fan stands still, and time passes.
+  /// The fan is stopped, and time passes.
   const auto standing = [&](double seconds) {
     bench.Advance(seconds);
     bench.Poke({{0x2C, 0xFF}, {0x2D, 0xFF}});
@@ -152,7 +152,7 @@ TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitori
     return first.Measured(fan3);
   };
 
-  EXPECT_FALSE(standing(2)) << "nobody has seen the chip measure";
+  EXPECT_FALSE(standing(2)) << "monitoring was never seen on";
 
   bench.Poke({{0x25, 0x20}, {0x2B, 0x08}, {0x24, 0xC0}, {0x21, 0x01}});
   Tick(bench);
@@ -163,15 +163,15 @@ TEST(FirstValues, BeginWithTheFirstByteUnlikeTheResetValueOrASecondAfterMonitori
 
   WriteByte(bench.Bus, 0x40, 1);
   EXPECT_FALSE(standing(0.9));
-  for (const int start : {0, 1}) WriteByte(bench.Bus, 0x40, start);  // the second begins anew
-  FirstValues late(bench.Bus);                                       // made when the chip was seen already
+  for (const int start : {0, 1}) WriteByte(bench.Bus, 0x40, start);  // the second one restarts
+  FirstValues late(bench.Bus);                                       // created after the chip was seen
   EXPECT_FALSE(standing(0.2));
-  EXPECT_TRUE(standing(0.9)) << "it stands still";
+  EXPECT_TRUE(standing(0.9)) << "the fan is stopped";
   EXPECT_TRUE(late.Took(fan3));
   EXPECT_EQ(bench.Work.Ranges.Of(fan3).Maximum, 0);
 }
 
-TEST(FirstValues, AChipThatDoesNotMonitorMeasuresNothing) {
+TEST(FirstValues, WithMonitoringOffNothingIsMeasured) {
   VisualBench bench;
   EXPECT_EQ(bench.Work.First.Monitoring(), std::nullopt);
   WriteByte(bench.Bus, 0x40, 0x00);
@@ -183,7 +183,7 @@ TEST(FirstValues, AChipThatDoesNotMonitorMeasuresNothing) {
   EXPECT_EQ(NewestRows(bench.Work, 1), "--------------");
 }
 
-TEST(RangeSeries, BeginsAnewWhenAReadingStandsForSomethingElse) {
+TEST(RangeSeries, RestartsWhenTheMeaningOfAReadingChanges) {
   const struct {
     int Register, Bits;
     const char* Anew;  ///< channels
@@ -211,7 +211,7 @@ TEST(RangeSeries, BeginsAnewWhenAReadingStandsForSomethingElse) {
     EXPECT_EQ(empty(), "") << "the same byte again";
     WriteByte(bench.Bus, reg, before ^ row.Bits);
     EXPECT_EQ(empty(), row.Anew);
-    EXPECT_EQ(addAll(), row.Anew) << "perhaps converted before the write";
+    EXPECT_EQ(addAll(), row.Anew) << "possibly converted before the write";
     bench.Advance(1.1);
     EXPECT_EQ(addAll(), "");
     bench.Work.Fans.ActualPulses[3] = 2;
@@ -223,7 +223,7 @@ TEST(RangeSeries, BeginsAnewWhenAReadingStandsForSomethingElse) {
   }
 }
 
-TEST(RangeSeries, AnOpenDiodesCodeIsNoTemperature) {
+TEST(RangeSeries, TheCodeOfAnOpenDiodeIsNotATemperature) {
   VisualBench bench;
   SeenRanges ranges;
   RangeSeries series(bench.Bus, bench.Work.Fans, bench.Work.Power, ranges);

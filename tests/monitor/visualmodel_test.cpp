@@ -53,14 +53,14 @@ TEST(VisualModel, EnteringStartsTheTimerOnlyWhileTheChipMonitors) {
   EXPECT_EQ(bench.Work.Display.SelectedChannel, 5) << "only the first visit selects channel 0";
   bench.Model.EasySetup();
   EXPECT_EQ(bench.Timers.Take(), "V+ V+");
-  EXPECT_EQ(enter(), "R78 R78 R30 T- V+") << "a chip that was set up is read, whatever it says";
+  EXPECT_EQ(enter(), "R78 R78 R30 T- V+") << "after Easy Setup the chip is read in any case";
   bench.Work.Log.TimerStateAtLogStart = true;
   EXPECT_EQ(enter(), "R78 R78 R31 T-");
   bench.Model.EnterReadWrite();
   EXPECT_EQ(bench.Timers.Take(), "V- T-");
 }
 
-TEST(VisualModel, PinFunctionsDecideWhatIsSeen) {
+TEST(VisualModel, PinFunctionsDetermineWhatIsShown) {
   /// Fan 4 and its trace, 5V, THERM's trace, 2.5V and its trace, the charts' captions.
   const auto seen = [](int config3, int config4) {
     VisualBench bench;
@@ -79,7 +79,7 @@ TEST(VisualModel, PinFunctionsDecideWhatIsSeen) {
   EXPECT_EQ(seen(0x00, 0x01), "111000 |2.5V");
 }
 
-TEST(VisualModel, AFanBringsItsOutputsPanelAndEachChannelItsChart) {
+TEST(VisualModel, AFanShowsItsOutputsPanelAndEachChannelItsChart) {
   VisualBench bench;
   bench.Work.Display.PwmManual = {false, true, false};
   WriteByte(bench.Bus, 0x5D, 0xE2);
@@ -107,7 +107,7 @@ TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
   bench.FailTransfer(1);
   EXPECT_THROW(bench.Model.SelectChannel(7), CommsError);
   EXPECT_EQ(bench.Model.State().Readout, "5.000 V");
-  bench.Work.Measured.Voltages.fill(4.5F);  // by a tick that has not come to its end
+  bench.Work.Measured.Voltages.fill(4.5F);  // by an unfinished tick
   bench.Model.ShowSeen();
   EXPECT_EQ(bench.Model.State().Readout, "4.500 V");
   EXPECT_EQ(bench.Model.State().ShownStrip, Strip::Strip3);
@@ -116,7 +116,7 @@ TEST(VisualModel, AChannelWhoseLimitsCannotBeReadShowsItsOwnValue) {
 
 TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
   VisualBench bench;
-  bench.Work.Display.SelectedPwm = 2;  // the first output that a fresh cycle reads
+  bench.Work.Display.SelectedPwm = 2;  // the first output read by a new cycle
   bench.Model.ShowReadings();
   EXPECT_EQ(bench.Model.State().PwmText + bench.Model.State().DutyCycleText, "––") << "never read";
   WriteByte(bench.Bus, 0x31, 0x80);
@@ -133,7 +133,7 @@ TEST(VisualModel, ATickMovesTheSliderUnlessItIsHeld) {
   EXPECT_EQ(bench.Model.State().SliderValue, 128) << "127.5, the half to even";
 }
 
-TEST(VisualModel, ZonesShowWhatWasSeenOfThem) {
+TEST(VisualModel, ZonesShowTheBytesLastSeen) {
   VisualBench bench;
   const VisualState& state = bench.Model.State();
   const auto shown = [&] {
@@ -157,7 +157,7 @@ TEST(VisualModel, TheReportCountsTheAlarmsOfShownChannels) {
   const AlarmReport report = bench.Model.ReportAlarms();
   EXPECT_EQ(report.Count, 2);
   EXPECT_EQ(report.Details, "Local: out of limits\nFan 2: out of limits");
-  EXPECT_TRUE(report.Old) << "0x40 was read and says so";
+  EXPECT_TRUE(report.Old) << "according to 0x40";
 }
 
 TEST(VisualModel, AnyFailedTransferOfAnyHandlerLeavesTheNextTickWorking) {

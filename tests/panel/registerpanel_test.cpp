@@ -10,7 +10,7 @@ namespace {
 
 struct PanelBench : TestBench {
   RegisterPanel Panel{Bus};
-  /// c clicks a row, h hovers over one, l leaves the list, r selects anew, b clicks a bit, t is a tick; H and D type a
+  /// c clicks a row, h hovers over one, l leaves the list, r reselects, b clicks a bit, t is a tick; H and D type a
   /// text into a box and write it, d only types.
   void Do(const std::string& step) {
     const std::string text = step.substr(1);
@@ -60,10 +60,10 @@ TEST(RegisterPanel, RowsGoThroughTheirFourStatesAndOneStaysSelected) {
   }
 }
 
-TEST(RegisterPanel, ShowsWhatTheChipKeepsOfABitAndTheLastReadValueBesideAWrittenByte) {
+TEST(RegisterPanel, ShowsWhatTheChipKeptOfABitAndTheLastReadValueWithAWrittenByte) {
   const struct {
     const char* Step;
-    int Config4;  ///< what the chip holds before, if 0 or more
+    int Config4;  ///< initial value if 0 or more
     const char *Traffic, *Shown, *Boxes;
   } steps[] = {
       {"t", -1, "R7D", "7D 0 0 00000000", "- -"},  // nothing is selected: the last row
@@ -71,10 +71,10 @@ TEST(RegisterPanel, ShowsWhatTheChipKeepsOfABitAndTheLastReadValueBesideAWritten
       {"t", -1, "R40", "40 5 5 00000101", "- -"},
       {"c90", -1, "R7D", "7D 0 0 00000000", "- -"},
       {"b7", -1, "R7D W7D:80 R7D", "7D 80 128 10000000", "- -"},
-      {"b7", 0x83, "R7D W7D:03 R7D", "7D 3 3 00000011", "- -"},     // in the byte read afresh
+      {"b7", 0x83, "R7D W7D:03 R7D", "7D 3 3 00000011", "- -"},     // in the byte read again
       {"b7", 0x80, "R7D W7D:80 R7D", "7D 80 128 10000000", "- -"},  // it was shown as 0, so it is set
       {"c25", -1, "R76", "76 0 0 00000000", "- -"},
-      {"b0", -1, "R76 W76:01 R76", "76 0 0 00000000", "- -"},  // the chip does not let it be written
+      {"b0", -1, "R76 W76:01 R76", "76 0 0 00000000", "- -"},  // read-only in the chip
       {"c90", -1, "R7D", "7D 80 128 10000000", "- -"},
       {"HF0", -1, "W7D:F0", "7D 80 128 11110000", "F0w 240w"},
       {"d9", -1, "", "7D 80 128 11110000", "F0w 9u"},
@@ -95,7 +95,7 @@ TEST(RegisterPanel, ShowsWhatTheChipKeepsOfABitAndTheLastReadValueBesideAWritten
   EXPECT_EQ(bench.Panel.LastWritten(), 0xF0);
 }
 
-TEST(RegisterPanel, TheEntryRulesToTheLetter) {
+TEST(RegisterPanel, TheEntryRules) {
   const struct {
     const char *Step, *Traffic, *Boxes;
   } rows[] = {
@@ -119,7 +119,7 @@ TEST(RegisterPanel, TheEntryRulesToTheLetter) {
   }
 }
 
-TEST(RegisterPanel, AFailedTransferShowsNoValueThatIsNotTheRegisters) {
+TEST(RegisterPanel, AfterAFailedTransferNoValueOfAnotherRegisterIsShown) {
   const struct {
     const char *Traffic, *Step, *Shown;  ///< after any failure
   } rows[] = {

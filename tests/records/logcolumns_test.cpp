@@ -26,7 +26,7 @@ TEST(LogColumns, EverySlotHasItsOwnValueAndFormat) {
     EXPECT_EQ(LogColumnText(slot, {measured, zones, power}), expected[slot]) << logColumnTitles[slot];
   }
   measured.FanSpeeds[0] = std::numeric_limits<float>::quiet_NaN();
-  EXPECT_EQ(LogColumnText(6, {measured, zones, power}), "-") << "a speed that is not known";
+  EXPECT_EQ(LogColumnText(6, {measured, zones, power}), "-") << "an unknown speed";
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace krx {
 namespace {
 
-TEST(Conversions, TheFractionWidensTheMagnitudeOfANegativeTemperature) {
+TEST(Conversions, TheFractionIncreasesTheMagnitudeOfANegativeTemperature) {
   const std::tuple<std::uint8_t, float, float> rows[] = {{0x7F, .75F, 127.75F}, {0x80, 0, -128},    {0xFF, 0, -1},
                                                          {0xFE, 0, -2},         {0xFF, .5F, -1.5F}, {0, .25F, .25F},
                                                          {0xF6, .25F, -10.25F}};
@@ -43,7 +43,7 @@ TEST(Conversions, AVoltageLimitIsFlooredInSinglePrecisionAndCapped) {
   EXPECT_THROW(VoltageToByte("3.3V", 1), CommsError);
 }
 
-TEST(Conversions, TheTachRelationIsItsOwnInverseWithAFanThatStandsStillAtZero) {
+TEST(Conversions, TheTachRelationIsItsOwnInverseAndAStoppedFanIsZero) {
   EXPECT_EQ(TachToRPM(0), 65535);
   EXPECT_EQ(TachToRPM(2250), 2400);
   EXPECT_EQ(TachToRPM(2400), 2250);

@@ -26,7 +26,7 @@ TEST(RegisterMap, EveryPanelEntryAndEveryNameLeadsToOneRegister) {
   for (const int entry : {-1, 0, 91}) EXPECT_EQ(LookupEntry(entry), nullptr);
 }
 
-TEST(RegisterMap, HoldsTheAddressesTheChipHas) {
+TEST(RegisterMap, HasExactlyTheAddressesOfTheChip) {
   for (int address = -1; address < 0x200; ++address) {
     const bool gap = (address >= 0x38 && address <= 0x3C) || address == 0x7C;
     EXPECT_EQ(LookupAddress(address) != nullptr, address >= 0x20 && address <= 0x7F && !gap) << address;
@@ -76,12 +76,12 @@ TEST(RegisterFields, CoverEveryRegisterOnceAndReservedBitsNot) {
   EXPECT_EQ(reserved, "36:02 6E:0F 6F:FE 7D:F0 ");
 }
 
-TEST(RegisterFields, AChangeIsSaidByFieldInItsUnit) {
+TEST(RegisterFields, AChangeIsDescribedByFieldInItsUnit) {
   const std::tuple<int, std::optional<std::uint8_t>, std::uint8_t, const char*> rows[] = {
       {0x5D, 0x02, 0xE2, "PWM2 behaviour: Remote1 Control → Manual Control"},
       {0x5D, 0x02, 0x17, "PWM2 polarity: active low → active high; PWM2 spin-up: 250 ms → 4 sec"},
       {0x5D, 0x02, 0x02, ""},
-      {0x5D, std::nullopt, 0xE2, ""},  // which of its fields changed nobody knows
+      {0x5D, std::nullopt, 0xE2, ""},  // unknown which field changed
       {0x67, std::nullopt, 0xF6, "Remote1 Tmin: ? → -10 °C"},
       {0x60, 0xC4, 0x44, "Local Trange: 32°C → 5°C"},
       {0x63, 0x80, 0xF0, "PWM2 ramp rate: 1 → 48"},

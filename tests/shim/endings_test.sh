@@ -1,8 +1,8 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# endings_test.sh SHIM PRESSER CONSOLE: whatever ends the console, a heater that it switched on goes off and an
-# output that a detection drives gets its configuration back. The simulated board's state file shows what was written
-# last when the process is gone.
+# endings_test.sh SHIM PRESSER CONSOLE: however the console ends, a heater that it switched on is switched off and the
+# configuration of an output driven by a detection is restored. The state file of the simulated board shows the last
+# writes after the process has ended.
 set -eu
 shim="$1"
 presser="$2"
@@ -28,7 +28,7 @@ within() {
   done
 }
 gone() { ! kill -0 "$1" 2>/dev/null; }
-# Written last to a place: "W5C:62"
+# Last write to an address: "W5C:62"
 last() { sed -n "s/^parport0 \($1\)/\1/p" "$state" | tail -n 1; }
 
 ends_well() {
@@ -41,7 +41,7 @@ ends_well() {
     KRX_PRESS="Main_Form_Tab=3 chkHeater1 cmdConfigureFans cmdAutoDetect_0" \
     "$console" --medium linux --printer-port 0 --connect printer-port >"$directory/said" 2>&1 &
   process=$!
-  within 20 grep -q 'W30:00' "$state" || complain "$how: no detection began: $(cat "$directory/said")"
+  within 20 grep -q 'W30:00' "$state" || complain "$how: no detection started: $(cat "$directory/said")"
   [ "$(last C) $(last W5C)" = 'C10 W5C:E2' ] || complain "$how: the heater is not on or PWM1 not in manual control"
   if [ "$how" = display ]; then
     kill "$server"
@@ -49,10 +49,10 @@ ends_well() {
   else
     kill -"$how" "$process"
   fi
-  within 5 gone "$process" || { complain "$how: still there after 5 s"; kill -KILL "$process"; }
+  within 5 gone "$process" || { complain "$how: still running after 5 s"; kill -KILL "$process"; }
   wait "$process" 2>/dev/null && code=0 || code=$?
   [ "$how" != display ] || code=$((code - 1))
-  [ "$code" -eq 0 ] || complain "$how: ended with another code than 0, or 1 without a display"
+  [ "$code" -eq 0 ] || complain "$how: exit code is not 0, or 1 without a display"
   [ "$(last C)" = C00 ] || complain "$how: the heater stays on"
   [ "$(last W5C)" = W5C:62 ] || complain "$how: PWM1 stays in manual control at 0 %"
 }

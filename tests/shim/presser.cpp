@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-//
-// A library for LD_PRELOAD, for tests only: presses controls of a window program by their object names, as soon as each
-// can be pressed. KRX_PRESS is a list such as "Main_Form_Tab=3 chkHeater1": a tab is chosen by its number, a button is
-// clicked.
+// A library for LD_PRELOAD, for tests only: operates controls of a graphical program by their object names, each as
+// soon as it is enabled. KRX_PRESS is a list such as "Main_Form_Tab=3 chkHeater1": a tab is selected by its number, a
+// button is clicked.
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -22,7 +21,7 @@ void Start() {
       if (widget->objectName() != name || !widget->isVisible() || !widget->isEnabled()) continue;
       const QString value = left.takeFirst().section('=', 1);
       if (auto* const tabs = qobject_cast<QTabWidget*>(widget)) return tabs->setCurrentIndex(value.toInt());
-      // The click may not return before the program ends; the timer goes on meanwhile.
+      // The click may not return before the program ends; the timer keeps running.
       return static_cast<QAbstractButton*>(widget)->click();
     }
   });

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-//
-// A library for LD_PRELOAD, for tests only: any program that opens /dev/i2c-1, /dev/i2c-2 or /dev/parport0 finds a
-// simulated computer there, the chip at 2Eh on an SMBus, at 2Dh on the board. What was written is kept in the file that
-// KRX_SHIM_STATE names ("parport0 W5C:E2", as a trace has it) and done again by the next process; the clock stands a
-// minute after the start, so that everybody reads the same values. The descriptor that a program gets is one of a file
-// beside that one: what it locks there, the kernel keeps.
+// A library for LD_PRELOAD, for tests only: a program that opens /dev/i2c-1, /dev/i2c-2 or /dev/parport0 gets a
+// simulated computer with the chip at 2Eh on the SMBus and at 2Dh on the board. Writes are stored in the file named by
+// KRX_SHIM_STATE ("parport0 W5C:E2", as in a trace) and repeated by the next process; the clock is fixed at one minute
+// after the start, so that all processes read the same values. The program gets the descriptor of a file next to the
+// state file, so that locks are held by the kernel.
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -25,7 +24,7 @@ namespace {
 constexpr double settledSeconds = 60;
 constexpr int firstFakeDescriptor = 1000;
 
-/// What is behind one node.
+/// The device of one node.
 struct Computer {
   Computer(const std::string& node, const std::string& state) : Node(node), State(state) {
     std::ifstream file(State);
@@ -36,7 +35,7 @@ struct Computer {
         Repeat(what, static_cast<std::uint8_t>(place), static_cast<std::uint8_t>(data));
     }
     Time.Advance(settledSeconds);
-    // What the data register keeps between two programs.
+    // State of the data register between two programs.
     Port.Heaters = static_cast<std::uint8_t>(Board.ReadStatusByte() & 0x30);
     Port.Data = static_cast<std::uint8_t>(0x0F | Port.Heaters);
     Port.OnHeaters = [this](std::uint8_t heaters) { Board.SetControlByte(heaters); };
@@ -49,7 +48,7 @@ struct Computer {
     if (OnBoard()) return Board.WriteByteData(0x5A, place, data);
     Smbus.Chips->WriteByteData(0x2E, place, data);
   }
-  /// Keeps what has been written since the last time.
+  /// Stores the writes since the last call.
   void Keep() {
     std::string lines;
     for (const Transfer& transfer : Simulated.Trace().Transfers()) {
@@ -83,7 +82,7 @@ struct Shim {
   std::map<std::string, Computer> Computers;
   std::map<int, File> Files;
 
-  /// One for the process; never destroyed, since programs close their descriptors at any time.
+  /// One per process; never destroyed, since programs may close their descriptors at any time.
   static Shim& Get() {
     static Shim& shim = *new Shim;
     return shim;
@@ -97,8 +96,8 @@ int Call(long number, Arguments... arguments) {
 
 }  // namespace
 
-// The functions of the C library that these stand for; their optional argument comes as a named one would. All else in
-// this library stays its own: the program it is loaded into has a simulation, too.
+// Replaced functions of the C library; their optional argument is passed like a named one. All other symbols are local,
+// since the program itself contains a simulation, too.
 #define REPLACES(name) __asm__(name) __attribute__((visibility("default")))
 int Open(const char* path, int flags, mode_t mode) REPLACES("open");
 int Open64(const char* path, int flags, mode_t mode) REPLACES("open64");

@@ -20,7 +20,7 @@ struct QuietChip : TestBench {
   int Pair(std::uint8_t low) { return Peek(low) + 256 * Peek(static_cast<std::uint8_t>(low + 1)); }
 };
 
-TEST(SimChip, AFreshChipReadsItsDefaults) {
+TEST(SimChip, APoweredUpChipReadsItsDefaults) {
   const char* const rows[] = {
       "00 00 00 00 00 80 80 80 FF FF FF FF FF FF FF FF ",  // 0x20: values
       "FF FF FF 64 64 64 00 00 00 00 00 00 00 5A 41 10 ",  // 0x30: duties, operating points, identity
@@ -126,7 +126,7 @@ TEST(SimChip, CountsTachometersWhetherStartedOrNot) {
   QuietChip chip;
   EXPECT_EQ(chip.Pair(0x28), 2250);  // 5,400,000 * 2 / 4800: two pulses programmed, one real
   EXPECT_EQ(chip.Pair(0x2E), 4500);
-  chip.Write("7B:54");  // as many programmed as the fan gives
+  chip.Write("7B:54");  // programmed to the fan's actual pulses
   chip.Advance(1);
   EXPECT_EQ(chip.Pair(0x28), 1125);
   chip.Write("5C:80 78:08");  // Always Off; FAST
@@ -183,8 +183,8 @@ TEST(SimChip, OnTheBoardProchotArrivesOverTheSwitchOfItsPin) {
   }
 }
 
-// At this speed everything is measured anew between two transfers on the SMBus.
-TEST(SimChip, WhatBelongsTogetherIsReadTogetherAtEverySpeed) {
+// At this speed everything is measured again between two transfers on the SMBus.
+TEST(SimChip, ValuesInTwoRegistersAreCoherentAtEverySpeed) {
   for (const char* fault : {"stall=4", "slow=1.1"}) {
     TestBench bench(TestBench::Medium::Smbus, {.Speed = 100});
     bench.Sim.AddFault(*ParseFault(fault));
@@ -207,7 +207,7 @@ TEST(SimChip, WhatBelongsTogetherIsReadTogetherAtEverySpeed) {
       const int together = bench.Peek(upper);
       EXPECT_EQ(readOn(first, upper, 0), together) << fault << std::hex << " " << int{upper};
       EXPECT_NE(ReadByte(bench.Bus, upper), together) << "once";
-      EXPECT_NE(readOn(first, upper, 1.1), together) << "nobody waits that long";
+      EXPECT_NE(readOn(first, upper, 1.1), together) << "the latch has expired";
     }
   }
 }

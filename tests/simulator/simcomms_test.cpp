@@ -30,10 +30,10 @@ TEST(SimComms, TheTraceHoldsEveryOperationInOrderWithTheFailedOnesMarked) {
   EXPECT_EQ(bench.Traffic(), "R77 W30:FF R25 R2A! R2B");
   EXPECT_EQ(bench.Sim.LiveHandles(), 0);
   for (std::size_t i = 0; i <= SimTrace::capacity; ++i) bench.Sim.Trace().Add({});
-  EXPECT_EQ(bench.Sim.Trace().Transfers().size(), SimTrace::capacity) << "the oldest are forgotten";
+  EXPECT_EQ(bench.Sim.Trace().Transfers().size(), SimTrace::capacity) << "the oldest are dropped";
 }
 
-TEST(SimComms, TheSameSeedAndTimesGiveTheSameBytesHoweverOftenTheModelIsLookedAt) {
+TEST(SimComms, TheSameSeedAndTimesGiveTheSameBytesHoweverOftenTheModelIsAccessed) {
   const auto run = [](std::uint32_t seed, int looks) {
     TestBench bench(TestBench::Medium::Smbus, {.Seed = seed, .Speed = 20});
     bench.Write("40:01 5C:02");
@@ -59,12 +59,12 @@ TEST(SimComms, TheHeatBalanceMeetsTheBoardsFigures) {
   EXPECT_GT(celsius(0x82, 0x10, 1045)[1], 100);       // heater, no fan
   EXPECT_LT(celsius(0x82, 0x20, 1045)[1], 65);        // the other heater is not beneath this diode
   EXPECT_LT(celsius(0x62, 0x10, 1045)[1], 75);
-  EXPECT_NEAR(celsius(0x82, 0x20, 1045)[2], 63, 6);  // fan 2 goes on
+  EXPECT_NEAR(celsius(0x82, 0x20, 1045)[2], 63, 6);  // fan 2 keeps running
   EXPECT_LT(celsius(0x82, 0x10, 1045)[2], 50);
   EXPECT_GT(celsius(0x62, 0x00, 60, 10)[1], 60);  // at the peak of a heavy load
 }
 
-TEST(SimComms, ALongGapAtFullSpeedIsCaughtUpInBoundedTime) {
+TEST(SimComms, ALongGapAtFullSpeedIsComputedInBoundedTime) {
   TestBench bench(TestBench::Medium::Smbus, {.Speed = 1000});
   bench.Write("40:01");
   const auto before = std::chrono::steady_clock::now();
@@ -73,7 +73,7 @@ TEST(SimComms, ALongGapAtFullSpeedIsCaughtUpInBoundedTime) {
   EXPECT_NE(ReadByte(bench.Bus, 0x25), 0x80);
 }
 
-/// The number of the error that the transfer ends with; 0 when it is made.
+/// The error number of the transfer; 0 on success.
 int Failure(const std::function<void()>& transfer) {
   try {
     transfer();
@@ -130,7 +130,7 @@ TEST(SimComms, VidFollowsTheSwitchesOnlyWhenAskedTo) {
   }
 }
 
-TEST(SimFaults, TheCommandLineWordsPlanWhatTheySay) {
+TEST(SimFaults, TheCommandLineWordsInjectTheirFaults) {
   const std::pair<const char*, const char*> rows[] = {
       {"fail=2", "R25 W5C:62! S90:01 R25 W5C:62 S90:01"},
       {"fail=4+", "R25 W5C:62 S90:01 R25! W5C:62! S90:01!"},
@@ -151,17 +151,17 @@ TEST(SimFaults, TheCommandLineWordsPlanWhatTheySay) {
   }
 }
 
-TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
+TEST(SimWords, RejectedInputIsReportedWithItsRange) {
   const std::string hex = "= takes a hexadecimal number from 00 to FF";
   struct Row {
     std::string Why;
     std::vector<const char*> Texts;
   };
   const Row faults[] = {
-      {"there are fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= and stuck=",
+      {"unknown fault; use fail=, slow=, absent=, stall=, runaway=, hunt=, diode=, company= or stuck=",
        {"", "nonsense", "reg=5C"}},
       {"fail= takes a whole number from 1 to 1000000000", {"fail", "fail=0", "fail=1 ", "fail=1.5"}},
-      {"fail= goes with op=, reg=, number= and noack", {"fail=1,"}},
+      {"fail= accepts only op=, reg=, number= and noack", {"fail=1,"}},
       {"number= takes a whole number from 1 to 65535", {"fail=1,number=65536"}},
       {"op= takes one of read, write, send, receive, control, status, complete, mode, port, report", {"fail=1,op=eat"}},
       {"slow= takes a number from 0 to 10", {"slow=-1", "slow=10.5", "slow=nan"}},
@@ -174,9 +174,9 @@ TEST(SimWords, WhatIsRefusedIsToldWithItsRange) {
       {"taken", {"slow=10", "stuck=40:0F"}},
   };
   const Row boards[] = {
-      {"there are vid, pulses=, ports=, load= and noise=", {"", "vid=1"}},
+      {"unknown option; use vid, pulses=, ports=, load= or noise=", {"", "vid=1"}},
       {"pulses= takes a whole number from 1 to 4", {"vid,pulses=5"}},
-      {"pulses= takes one number, or four with a colon between two", {"pulses=2:2"}},
+      {"pulses= takes one number, or four separated by colons", {"pulses=2:2"}},
       {"ports= takes a whole number from 0 to 8", {"ports=9"}},
       {"load= takes a number from 0 to 10", {"load=10.1"}},
       {"noise= takes a number from 0 to 10", {"noise=-1"}},

@@ -16,7 +16,7 @@ struct DriveBench : TestBench {
     Write("40:01");
     Write(settings);
   }
-  /// The duty when the temperatures have stood for so long.
+  /// The duty after holding the temperatures for this time.
   int Duty(double local, double remote1, double remote2, double seconds = 0.2) {
     for (int zone = 0; const double celsius : {local, remote1, remote2}) Plant().HoldTemperature(zone++, celsius);
     Advance(seconds);
@@ -55,10 +55,10 @@ TEST(SimDrive, SwitchesOffOnlyBelowTheHysteresisAndOnAgainAtTmin) {
   }
 }
 
-TEST(SimDrive, ASlowRampBeginsAtTheMinimumAndGoesOnUnderTheSpinUp) {
+TEST(SimDrive, ASlowRampBeginsAtTheMinimumAndContinuesDuringTheSpinUp) {
   DriveBench bench("67:28 5F:34 62:0C 5C:03");  // 16.75 % per °C, 64 counts a second, 400 ms
   EXPECT_EQ(bench.Duty(25, 25, 25, 10), 0);
-  EXPECT_EQ(bench.Duty(25, 42, 25, 0.3), 255);  // asks for 128 + 85 = 213
+  EXPECT_EQ(bench.Duty(25, 42, 25, 0.3), 255);  // target 128 + 85 = 213
   EXPECT_NEAR(bench.Duty(25, 42, 25, 0.3), 160, 9);
   EXPECT_EQ(bench.Duty(25, 42, 25, 1.5), 213);
 }
@@ -114,7 +114,7 @@ TEST(SimDrive, AnOverheatedZoneAndAnOpenDiodeGetFullDuty) {
   EXPECT_EQ(gives(49), "0 40");
 }
 
-TEST(SimDrive, WhatTheFanSeesFollowsPolarityAndTheUseOfThePin) {
+TEST(SimDrive, TheFansDutyFollowsPolarityAndPinFunction) {
   DriveBench bench("30:33 31:33 5C:F0 5D:E0");
   EXPECT_EQ(bench.Chip().FanDuty(), (std::array<double, 3>{0.8, 0.2, 1}));
   bench.Write("78:01");  // PWM2 is the alert output
@@ -141,7 +141,7 @@ TEST(SimDrive, DynamicTminMovesOneDegreePerPeriodBetweenLowLimitAndOperatingPoin
   EXPECT_EQ(tmin(80, 60), 69) << "an open diode is not cold";
 }
 
-TEST(SimDrive, EachZoneHasItsOwnDynamicTminAndProchotLowersThoseThatListenToIt) {
+TEST(SimDrive, EachZoneHasItsOwnDynamicTminAndProchotLowersTheEnabledZones) {
   // Enabled, followed and heated zone by zone: Local, Remote1, Remote2; code 0: down every half second
   const std::pair<const char*, int> zones[] = {{"36:40", 0x68}, {"36:20", 0x67}, {"36:80", 0x69}};
   for (const auto& [enable, tmin] : zones) {
@@ -154,7 +154,7 @@ TEST(SimDrive, EachZoneHasItsOwnDynamicTminAndProchotLowersThoseThatListenToIt) 
   DriveBench bench("68:32 69:32 78:02 36:D0 37:01");  // THERM of 78 °C at Remote1 counts for Remote2, whose code is 1
   bench.Duty(25, 78, 25, 1.15);
   EXPECT_EQ(bench.Peek(0x69), 49);
-  EXPECT_EQ(bench.Peek(0x68), 50) << "no fan of its own turns";
+  EXPECT_EQ(bench.Peek(0x68), 50) << "none of its fans is running";
 }
 
 }  // namespace

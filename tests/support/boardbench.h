@@ -25,7 +25,7 @@ struct BoardBench : TestBench {
   int Reports = 0;  ///< of changed switches
 };
 
-/// The transfers that `handler` makes before the nth of them fails, with the failed one: "R78!". It must throw then.
+/// The transfers of `handler` up to and including the failed nth one: "R78!". It must throw.
 inline std::string UpToFailure(TestBench& bench, int nth, const std::function<void()>& handler) {
   bench.BusTraffic();
   bench.FailTransfer(nth);

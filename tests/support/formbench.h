@@ -16,8 +16,8 @@
 
 namespace krx {
 
-/// The main window over a simulated chip whose clock stands still unless a test moves it: what a register was poked
-/// with is what the cycle reads.
+/// The main window with a simulated chip whose clock is advanced only by the test: the cycle reads what was poked into
+/// the registers.
 struct FormBench {
   explicit FormBench(TestBench::Medium medium = TestBench::Medium::Board) : Chip(medium) {}
   void Open(bool readOnly = false) {

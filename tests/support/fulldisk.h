@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// As long as one lives, no file of this process grows beyond 4 KiB: what writing to a full disk is like.
+/// While alive, no file of this process grows beyond 4 KiB, as on a full disk.
 class FullDisk {
  public:
   FullDisk() : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {

@@ -11,7 +11,7 @@
 
 namespace krx {
 
-/// A wait with as many seconds left as a test says.
+/// A wait budget with the remaining seconds set by the test.
 struct ScriptedBudget : WaitBudget {
   double SecondsLeft() const override { return Left; }
   void CallAfterwards(const void*, std::function<void()> work) override { Afterwards = std::move(work); }
@@ -20,7 +20,7 @@ struct ScriptedBudget : WaitBudget {
   std::function<void()> Afterwards;
 };
 
-/// A link on the simulated SMBus with the real clock and the real event loop: what only shows in live waits.
+/// A link on the simulated SMBus with the real clock and event loop, for effects of real waits.
 struct LiveBench {
   LiveBench() {
     Bus.CommsMedium = 0;

@@ -17,7 +17,7 @@ class ScriptedDialogs : public UserDialogs {
   std::vector<std::string> Shown;
   std::deque<std::string> Files;
   bool Yes = false;  ///< the answer to every question
-  /// Called while a box or dialog is open: what the event loop behind it would do.
+  /// Called while a box or dialog is open, in place of its event loop.
   std::function<void()> WhileOpen;
 
   void Critical(const QString& text, const QString& title = {}) override { Record("critical", text, title); }

@@ -18,8 +18,8 @@
 
 namespace krx {
 
-/// A clock that a test moves by hand. Every reading moves it on by a microsecond, so that a loop which waits for it
-/// ends.
+/// A clock advanced by the test. Every reading advances it by a microsecond, so that a loop waiting for it
+/// terminates.
 class ManualClock : public Clock {
  public:
   std::int64_t Frequency() override { return CountsPerSecond; }
@@ -27,7 +27,7 @@ class ManualClock : public Clock {
   double FallbackSeconds() override { return static_cast<double>(Counter()) / 1e6; }
 
   void Advance(double seconds) { micros_ += std::llround(seconds * 1e6); }
-  /// The present time without moving it on.
+  /// The present time without advancing it.
   double Seconds() const { return static_cast<double>(micros_) / 1e6; }
 
   std::int64_t CountsPerSecond = 1'000'000;  ///< 0: no performance counter
@@ -36,7 +36,7 @@ class ManualClock : public Clock {
   std::int64_t micros_ = 0;
 };
 
-/// An event pump whose "waiting" moves the clock. `OnPump` stands for the events handled meanwhile.
+/// An event pump whose "waiting" moves the clock. `OnPump` represents the events handled meanwhile.
 class ScriptedPump : public EventPump {
  public:
   explicit ScriptedPump(ManualClock& clock) : clock_(clock) {}
@@ -57,7 +57,7 @@ class ScriptedPump : public EventPump {
   ManualClock& clock_;
 };
 
-/// A link on the simulated computer, ready to use: the chip is chosen, the trace is empty.
+/// A link on the simulated computer, ready to use: chip selected, trace empty.
 struct TestBench {
   enum class Medium { Board, Smbus };
 
@@ -72,7 +72,7 @@ struct TestBench {
     Bus.ChipAddress = medium == Medium::Board ? 0x5A : 0x2E;
   }
 
-  /// The chip that the link reaches, brought up to now; Peek and Poke leave no trace.
+  /// The chip of the link, advanced to the present time; Peek and Poke leave no trace.
   SimChip& Chip() { return On == Medium::Board ? Sim.BoardChip() : Sim.SmbusChip(); }
   SimPlant& Plant() { return On == Medium::Board ? Sim.BoardPlant() : Sim.SmbusPlant(); }
   std::uint8_t Peek(std::uint8_t reg) { return Chip().Peek(reg); }
@@ -84,7 +84,7 @@ struct TestBench {
   void Poke(std::string_view bytes) { ForEachByte(bytes, &SimChip::Poke); }
   void Write(std::string_view bytes) { ForEachByte(bytes, &SimChip::Write); }
 
-  /// Lets clock and model run.
+  /// Advances clock and model.
   void Advance(double seconds) {
     Time.Advance(seconds);
     Chip();
@@ -94,7 +94,7 @@ struct TestBench {
   std::string Traffic() { return Take(TraceFilter::Registers); }
   /// The same with the board's transfers: "S90:10" and "V94" (switch devices), "C10", "ST", "K" (complete).
   std::string BusTraffic() { return Take(TraceFilter::Bus); }
-  /// Everything that was asked of the library.
+  /// All library calls.
   std::string All() { return Take(TraceFilter::All); }
 
   /// The nth bus transfer from now on fails (n = 1 is the next).

@@ -12,7 +12,7 @@ namespace krx {
 
 using Medium = TestBench::Medium;
 
-/// Records what the models ask of the timers: V+ V- visual_timer, T- continuous reading off.
+/// Records the timer requests of the models: V+ V- visual_timer, T- continuous reading off.
 class RecordingFrame : public VisualFrame {
  public:
   explicit RecordingFrame(Workbench& work) : work_(work) {}
@@ -36,7 +36,7 @@ struct VisualBench : TestBench {
   explicit VisualBench(Medium medium = Medium::Board, SimOptions options = {}) : TestBench(medium, std::move(options)) {
     Work.Fans.PulsesKnown = true;
   }
-  /// The chip has measured Vccp, on which a current rests.
+  /// Makes Vccp known, on which a current depends.
   void MeasureVccp(float volts) {
     Bus.Seen.Saw(channels[vccpChannel].ValueRegister, 0x80);
     Work.First.Took(vccpChannel);

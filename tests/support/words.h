@@ -8,7 +8,7 @@
 
 namespace krx {
 
-/// The words in sight in a window, in their order, what is disabled in brackets: "Easy Setup|(Expand Graph)".
+/// The visible texts of a window in order, disabled ones in brackets: "Easy Setup|(Expand Graph)".
 inline std::string Words(const QWidget& window) {
   QStringList words;
   for (const auto* widget : window.findChildren<const QWidget*>()) {
@@ -19,7 +19,7 @@ inline std::string Words(const QWidget& window) {
   return words.join('|').toStdString();
 }
 
-/// Whether what a change does to a window in sight asks for a new picture of `part`.
+/// Whether a change to a visible window causes a repaint of `part`.
 inline bool Repaints(QWidget& part, const std::function<void()>& change) {
   struct Counter : QObject {
     bool eventFilter(QObject*, QEvent* event) override {
@@ -38,7 +38,7 @@ inline bool Repaints(QWidget& part, const std::function<void()>& change) {
   return counter.Paints > 0;
 }
 
-/// Of what is in sight: what lies over its neighbour, what takes the focus without a name or from a passing wheel.
+/// Among visible widgets: those that overlap, or take the focus without a name or from the mouse wheel.
 inline std::string Flaws(const QWidget& window) {
   QStringList flaws;
   for (const auto* widget : window.findChildren<const QWidget*>()) {

@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The layer check finds each kind of breach, names its place, and leaves what is allowed alone.
+# The layer check reports each kind of violation with its location, and accepts what is allowed.
 set -eu
 check="$(cd "$(dirname "$0")/../../tools" && pwd)/check_layers"
 tree=$(mktemp -d)
@@ -12,7 +12,7 @@ cat >"$tree/src/fans/good.cpp" <<'CODE'
 #include "link/registeraccess.h"
 #include "monitor/measurements.h"
 #include <queue>
-// QColor("#ff0000"), processEvents and #include <QString> in a comment harm nobody.
+// QColor("#ff0000"), processEvents and #include <QString> in a comment are ignored.
 /* Nor does Qt::red
    here */ int x = 0;  // format "##0.00"
 CODE

@@ -73,7 +73,7 @@ QString ConsoleRun::MediumNote() const {
   QString note = u"Buses: %1."_s.arg(medium_.Name);
   if (!medium_.Reason.isEmpty()) note += u' ' + medium_.Reason + u'.';
   if (medium_.Simulated) {
-    note += u" The chip with heaters and switches is at its printer port, another one on its SMBus."_s;
+    note += u" The chip with heaters and switches is on the printer port, another chip on the SMBus."_s;
   }
   return note;
 }
@@ -108,9 +108,10 @@ void ConsoleRun::ConnectFirstChip() {
   if (!holder) return;
   GoReadOnly();
   search_.Finish(search_.Rows().front());
-  dialogs_.Exclamation(u"The chip is used by %1. This console starts read-only: no write reaches chip or board."_s.arg(
-                           QString::fromStdString(*holder)),
-                       QtText(wizardtext::title));
+  dialogs_.Exclamation(
+      u"The chip is in use by %1. This console starts read-only: nothing is written to the chip or the board."_s.arg(
+          QString::fromStdString(*holder)),
+      QtText(wizardtext::title));
 }
 
 /// Another program writes to the chip: the same bus anew, for reading only. The chip is then chosen once more.

@@ -53,7 +53,8 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
   MakeBars();
   windows_ = new WindowOpener(bench, turns, dialogs, options.ReadOnly, options.FanSecondsPerSecond, this);
   owedTurn_ = std::make_unique<OwedTurn>(bench.Owed, turns, [this](bool setAnew) {
-    ShowNotice(setAnew ? u"Nothing is owed any more: it was set anew"_s : u"What was owed has been put back"_s);
+    ShowNotice(setAnew ? u"Pending restore dropped: the register was changed meanwhile"_s
+                       : u"Pending restores completed"_s);
   });
   end_ = std::make_unique<RunEnd>(bench.Glitch, visual_->Saving());
   hooks_ = std::make_unique<FrameHooks>(bench, dialogs, turns, journal, *status_,
@@ -194,7 +195,7 @@ void MainForm::ReReadChip() {
   model_->ReRead([&] { problems = krx::ReReadChip(bench_); });
   visual_->ShowAll();
   ShowProblems(problems);
-  if (problems.empty()) ShowNotice(u"The chip was read again"_s);
+  if (problems.empty()) ShowNotice(u"Chip re-read"_s);
 }
 
 void MainForm::EasySetup() {
@@ -227,7 +228,7 @@ void MainForm::ShowReadings(bool old) {
 void MainForm::ResetRanges() {
   bench_.Ranges.ResetAll();
   visual_->ShowAll();
-  ShowNotice(u"Minimum, maximum and mean of all channels begin anew"_s);
+  ShowNotice(u"Minimum, maximum and mean of all channels reset"_s);
 }
 
 void MainForm::ShowSkipped() {

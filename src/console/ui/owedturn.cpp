@@ -6,7 +6,7 @@
 namespace krx {
 
 OwedTurn::OwedTurn(OwedWrites& owed, ChipTurns& turns, std::function<void(bool)> over, int interval)
-    : owed_(owed), over_(std::move(over)), timer_(turns, "Owed writes", interval, [this] { Tick(); }) {
+    : owed_(owed), over_(std::move(over)), timer_(turns, "Pending restores", interval, [this] { Tick(); }) {
   owed_.BecameOverdue = [this] { timer_.Start(); };
 }
 

@@ -22,7 +22,7 @@ QStringList RunEnd::Leaves() const {
 
 bool RunEnd::MayClose(UserDialogs& dialogs) const {
   const QStringList left = Leaves();
-  return left.isEmpty() || dialogs.Ask(u"To end now means:\n\n"_s + left.join(u'\n'), u"End"_s);
+  return left.isEmpty() || dialogs.Ask(u"If you exit now:\n\n"_s + left.join(u'\n'), u"Exit"_s);
 }
 
 void RunEnd::GiveUp(std::ostream& err) {

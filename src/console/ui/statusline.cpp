@@ -64,11 +64,11 @@ void StatusLine::ShowConnection(const QString& connection) {
 void StatusLine::ShowCycle(const CycleRates& report) {
   QString text = u"|  Not reading, values are out of date"_s;
   if (report.PauseSeconds > 0) {
-    text = u"|  The bus fails, next try every %1 s, values are out of date"_s.arg(report.PauseSeconds, 0, 'f', 1);
+    text = u"|  Bus failing, retrying every %1 s, values are out of date"_s.arg(report.PauseSeconds, 0, 'f', 1);
   } else if (report.NotMonitoring) {
     text = u"|  Not monitoring, values are out of date"_s;
   } else if (report.Running) {
-    text = u"|  Monitoring, %1 reads a tick, %2 ticks/s"_s.arg(report.ReadsPerTick, 0, 'f', 0)
+    text = u"|  Monitoring, %1 reads/tick, %2 ticks/s"_s.arg(report.ReadsPerTick, 0, 'f', 0)
                .arg(report.TicksPerSecond, 0, 'f', 1);
   }
   SetTextIfChanged(*cycle_, text);
@@ -79,7 +79,7 @@ void StatusLine::ShowAlarms(const AlarmReport& report, bool old) {
   QString text;
   if (report.Count) text = u"No alarms"_s;
   if (count > 0) text = count == 1 ? u"◆ 1 alarm"_s : u"◆ %1 alarms"_s.arg(count);
-  if (report.Count && (old || report.Old)) text += u" (old)"_s;
+  if (report.Count && (old || report.Old)) text += u" (out of date)"_s;
   if (alarms_->text() == text && alarms_->toolTip().toStdString() == report.Details) return;
   alarms_->setText(text);
   alarms_->setToolTip(QString::fromStdString(report.Details));

@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "link/failuretext.h"
+
 namespace krx {
 namespace {
 
@@ -20,7 +22,7 @@ std::optional<CommsError> RunCaught(const std::function<void()>& tick) {
   } catch (const CommsError& error) {
     return error;
   } catch (const std::exception& error) {
-    return CommsError(0, error.what());
+    return CommsError(0, FailureText(error));
   }
   return std::nullopt;
 }

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "link/printable.h"
+
 namespace krx {
 
 using namespace Qt::StringLiterals;
@@ -16,18 +18,25 @@ void Say(const QString& text) {
   std::fprintf(stderr, "krx5580-console: %s\n", qPrintable(text));
 }
 
+/// The setting that selects the display.
+QString Display() {
+  for (const char* const name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
+    const QString value = qEnvironmentVariable(name);
+    if (!value.isEmpty()) return QString::fromStdString(Printable(name + ("=" + value.toStdString())));
+  }
+  return u"no display"_s;
+}
+
 [[noreturn]] void EndWithoutDisplay() {
-  Say(u"no window can open here; krx5580 watch shows the same readings in the terminal"_s);
+  Say(u"cannot open a window (%1); krx5580 watch shows the same readings in the terminal"_s.arg(Display()));
   std::fflush(nullptr);
-  // Nothing is owed yet, and the toolkit's own objects are half made.
+  // There are no pending restores yet, and the toolkit's objects are only partly constructed.
   std::_Exit(1);
 }
 
 void OnMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
-  // The toolkit speaks of its plugins and of installing it anew. What the plugin itself says before is the reason.
-  const bool aboutPlugins = message.contains(u"platform plugin"_s);
-  const bool unknownName = message.contains(u"Could not find"_s);
-  if (!aboutPlugins || unknownName) Say(message.trimmed());
+  // The toolkit's messages are about its plugins and its installation.
+  if (qEnvironmentVariableIsSet("QT_DEBUG_PLUGINS")) Say(message.trimmed());
   if (type == QtFatalMsg) EndWithoutDisplay();
 }
 

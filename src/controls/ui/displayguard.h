@@ -3,8 +3,9 @@
 
 namespace krx {
 
-/// Around the making of the QApplication: where no window can open, the toolkit aborts the process. With this the
-/// program says so, names the command line, and ends with 1, whichever platform was asked for.
+/// Guards the construction of the QApplication, which aborts the process without a display: the program then reports
+/// it, refers to the command line, and ends with 1. The toolkit's own messages are printed only with QT_DEBUG_PLUGINS
+/// set.
 class DisplayGuard {
  public:
   DisplayGuard();
@@ -12,7 +13,7 @@ class DisplayGuard {
   DisplayGuard(const DisplayGuard&) = delete;
   DisplayGuard& operator=(const DisplayGuard&) = delete;
 
-  /// The application is made. A platform without a screen ends the program, too.
+  /// After the construction. A platform without a screen ends the program, too.
   void Release();
 };
 

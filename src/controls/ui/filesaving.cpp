@@ -4,8 +4,10 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <cerrno>
 
 #include "controls/ui/userdialogs.h"
+#include "link/failuretext.h"
 
 namespace krx {
 
@@ -23,19 +25,39 @@ std::optional<QString> AskSaveName(UserDialogs& dialogs, const QString& filter, 
   return name;
 }
 
+// The toolkit keeps only its own text of a failure; the number behind it is the one that the system has left.
+bool WholeFile::Checked(bool done) {
+  if (!done && error_ == 0) error_ = errno;
+  return done;
+}
+
+bool WholeFile::Open() {
+  errno = 0;
+  return Checked(open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+}
+
 bool WholeFile::WriteAll(QByteArrayView bytes) {
   while (!bytes.isEmpty()) {
+    errno = 0;
     const qint64 written = write(bytes.data(), bytes.size());
-    if (written <= 0) return false;
+    if (!Checked(written > 0)) return false;
     bytes = bytes.sliced(written);
   }
   return true;
 }
 
+bool WholeFile::Commit() {
+  errno = 0;
+  return Checked(commit());
+}
+
+QString WholeFile::Reason() const {
+  return error_ == 0 ? u"the file cannot be written"_s : QString::fromStdString(SystemErrorText(error_));
+}
+
 QString SaveWhole(const QString& fileName, const QByteArray& bytes) {
   WholeFile file(fileName);
-  if (!file.Open() || !file.WriteAll(bytes)) return file.errorString();
-  return file.commit() ? QString() : file.errorString();
+  return file.Open() && file.WriteAll(bytes) && file.Commit() ? QString() : file.Reason();
 }
 
 QString SaveAndTell(UserDialogs& dialogs, const QString& what, const QString& fileName, const QByteArray& bytes) {

@@ -10,15 +10,22 @@ namespace krx {
 
 class UserDialogs;
 
-/// A file that is replaced when all is written and committed, and left as it was by whatever comes between. The
-/// toolkit's own class, but none of the bytes waits in its buffer: it does not notice when the last of them find the
-/// disk full.
+/// A file that is replaced when all is written and committed, and otherwise left as it was. The toolkit's class, but
+/// without its buffer: it does not notice a full disk when the buffer is flushed.
 class WholeFile : public QSaveFile {
  public:
   explicit WholeFile(const QString& fileName) : QSaveFile(fileName) {}
-  bool Open() { return open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
-  /// False when not all could be written; errorString tells why.
+  // Each returns false on failure.
+  bool Open();
   bool WriteAll(QByteArrayView bytes);
+  bool Commit();
+  /// Why the first failed one failed, in our words.
+  QString Reason() const;
+
+ private:
+  bool Checked(bool done);
+
+  int error_ = 0;  ///< of the system; 0: none was given
 };
 
 /// Asks for the name of a file to write, as UserDialogs::SaveFile does. Where the user typed no ending it gets that of

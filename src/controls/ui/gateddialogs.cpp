@@ -35,17 +35,17 @@ void GatedDialogs::Information(const QString& text, const QString& title) {
 }
 
 bool GatedDialogs::Ask(const QString& text, const QString& yes, const QString& title) {
-  Q_ASSERT_X(!busy_(), "GatedDialogs", "a question was asked inside a transfer");
+  Q_ASSERT_X(!busy_(), "GatedDialogs", "a question inside a transfer");
   return !busy_() && shown_.Ask(text, yes, title);
 }
 
 std::optional<QString> GatedDialogs::SaveFile(const QString& filter, const QString& proposedName) {
-  Q_ASSERT_X(!busy_(), "GatedDialogs", "a file dialog was asked for inside a transfer");
+  Q_ASSERT_X(!busy_(), "GatedDialogs", "a file dialog inside a transfer");
   return busy_() ? std::nullopt : shown_.SaveFile(filter, proposedName);
 }
 
 std::optional<QString> GatedDialogs::OpenFile(const QString& filter, const QString& proposedName) {
-  Q_ASSERT_X(!busy_(), "GatedDialogs", "a file dialog was asked for inside a transfer");
+  Q_ASSERT_X(!busy_(), "GatedDialogs", "a file dialog inside a transfer");
   return busy_() ? std::nullopt : shown_.OpenFile(filter, proposedName);
 }
 

@@ -68,7 +68,7 @@ QSize Indicator::sizeHint() const {
 }
 
 void Indicator::Changed() {
-  setAccessibleDescription(StateText(state_) + (stale_ ? u" (old)"_s : QString()));
+  setAccessibleDescription(StateText(state_) + (stale_ ? u" (out of date)"_s : QString()));
   update();
 }
 

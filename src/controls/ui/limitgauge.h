@@ -69,7 +69,7 @@ class LimitGauge : public QWidget {
   double YOf(double value) const;
   double ValueAtY(double y) const;
   std::optional<Marker> MarkerAt(QPointF position) const;
-  /// "High 80", the number with the scale's decimals; "High not known".
+  /// "High 80", the number with the scale's decimals; "High unknown".
   QString Label(Marker marker) const;
   void PaintScale(QPainter& painter) const;
   void PaintMarker(QPainter& painter, Marker marker, double labelY) const;

@@ -21,7 +21,7 @@ QString TickText(double tick, double step) {
 
 QString LimitGauge::Label(Marker marker) const {
   const double value = markers_.ValueOf(marker);
-  const QString number = !markers_.IsKnown(marker) ? u"not known"_s
+  const QString number = !markers_.IsKnown(marker) ? u"unknown"_s
                          : std::isfinite(value)    ? QString::number(value, 'f', markers_.Scale().Decimals())
                                                    : u"none"_s;
   return (marker == Marker::Low ? u"Low "_s : u"High "_s) + number;

@@ -97,7 +97,7 @@ void SavingBar::Commit() {
   if (!committed_.valid()) {
     bar_->setValue(100);
     cancel_->setEnabled(false);
-    committed_ = std::async(std::launch::async, [file = file_.get()] { return file->commit(); });
+    committed_ = std::async(std::launch::async, [file = file_.get()] { return file->Commit(); });
   }
   if (committed_.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
     QTimer::singleShot(pollMilliseconds, this, &SavingBar::Commit);
@@ -127,7 +127,7 @@ void SavingBar::GiveUp() {
 void SavingBar::Fail() {
   if (!Busy()) return;
   if (budget_ && !std::isinf(budget_->SecondsLeft())) return budget_->CallAfterwards(this, [this] { Fail(); });
-  const QString reason = file_->errorString();
+  const QString reason = file_->Reason();
   End();
   emit Failed(reason);
 }

@@ -39,8 +39,8 @@ void StripChart::BuildTools() {
   tools_->addWidget(caption_, 1);
 
   live_ = MakeTool(u"live"_s, u"Live"_s, u"Follow the newest readings (Home, double click)"_s);
-  pause_ = MakeTool(u"pause"_s, u"Pause"_s, u"Hold the picture; the measuring goes on"_s);
-  fit_ = MakeTool(u"fit"_s, u"Fit"_s, u"Show the whole run and every value"_s);
+  pause_ = MakeTool(u"pause"_s, u"Pause"_s, u"Freeze the view; measuring continues"_s);
+  fit_ = MakeTool(u"fit"_s, u"Fit"_s, u"Show the whole run and all values"_s);
   for (QToolButton* button : {live_, pause_, fit_}) {
     button->setCheckable(true);
     tools_->addWidget(button);
@@ -57,8 +57,8 @@ void StripChart::BuildTools() {
     tools_->addWidget(button);
     return menu;
   };
-  traceMenu_ = addMenu(u"traces"_s, u"Traces"_s, u"Choose the traces shown"_s);
-  QMenu* exports = addMenu(u"export"_s, u"Export"_s, u"Write the visible part to a file"_s);
+  traceMenu_ = addMenu(u"traces"_s, u"Traces"_s, u"Select the traces to show"_s);
+  QMenu* exports = addMenu(u"export"_s, u"Export"_s, u"Save the visible part to a file"_s);
   for (const auto& [format, text] :
        {std::pair{ChartFormat::Png, u"Picture (PNG)..."_s}, std::pair{ChartFormat::Pdf, u"Drawing (PDF)..."_s},
         std::pair{ChartFormat::Csv, u"Values (CSV)..."_s}})
@@ -77,7 +77,7 @@ void StripChart::BuildPlot() {
   new FocusRing(*plot_);  // the plot owns it
   plot_->setToolTip(
       u"Drag the arrows at the edges of this graph to zoom in and out.\n"
-      u"Drag a frame to zoom, drag with Shift to move, turn the wheel to zoom the time, double click to go live."_s);
+      u"Drag a frame to zoom, drag with Shift to move, use the wheel to zoom the time axis, double click for the live view."_s);
 
   PlaceLegendOnTop(*plot_);
   plot_->xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());

@@ -10,6 +10,7 @@
 #include <exception>
 
 #include "link/commserror.h"
+#include "link/failuretext.h"
 
 namespace krx {
 
@@ -99,7 +100,7 @@ bool RunUserAction(UserDialogs& dialogs, const std::function<void()>& action, co
     if (dialogs.LinkFault) dialogs.LinkFault(error);
     text = QString::fromStdString(error.BoxText());
   } catch (const std::exception& error) {
-    text = QString::fromLocal8Bit(error.what());
+    text = QString::fromStdString(FailureText(error));
   }
   // Only here, when everything the action held is released: the box runs the event loop.
   dialogs.Critical(text);

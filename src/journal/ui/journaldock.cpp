@@ -36,13 +36,13 @@ QString UndoNotice(const UndoResult& result) {
   constexpr std::size_t most = 4;
   QStringList steps;
   for (const UndoStep& step : result.Written) steps << u"%1 = %2"_s.arg(Hex(step.Register), Hex(step.Value));
-  const QString what = steps.isEmpty()                ? u"nothing was written back"_s
-                       : result.Written.size() > most ? u"%1 registers written back"_s.arg(result.Written.size())
+  const QString what = steps.isEmpty()                ? u"nothing restored"_s
+                       : result.Written.size() > most ? u"%1 registers restored"_s.arg(result.Written.size())
                                                       : steps.join(u", "_s);
   QString notice =
       (result.Origin.empty() ? u"Undo to mark: "_s : u"Undo of \"%1\": "_s.arg(QString::fromStdString(result.Origin))) +
       what;
-  if (result.Forgotten > 0) notice += u"; %1 older writes are no longer known"_s.arg(result.Forgotten);
+  if (result.Forgotten > 0) notice += u"; %1 older writes are no longer in the journal"_s.arg(result.Forgotten);
   return notice;
 }
 
@@ -99,14 +99,14 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   row->setContentsMargins(0, 0, 0, 0);
   filter_ = new QLineEdit;
   filter_->setObjectName(u"txtJournalFilter"_s);
-  filter_->setAccessibleName(u"Filter of the bus journal"_s);
+  filter_->setAccessibleName(u"Bus journal filter"_s);
   filter_->setPlaceholderText(u"Filter"_s);
   AddClearButton(*filter_);
   writesOnly_ = new QCheckBox(u"Writes only"_s);
   writesOnly_->setObjectName(u"chkJournalWrites"_s);
   userOnly_ = new QCheckBox(u"My writes"_s);
   userOnly_->setObjectName(u"chkJournalUser"_s);
-  userOnly_->setToolTip(u"What you wrote, without the transfers of the reading cycle: the last 10,000 of the run"_s);
+  userOnly_->setToolTip(u"Your last 10,000 writes, without the transfers of the reading cycle"_s);
   count_ = new QLabel;
   row->addWidget(filter_, 1);
   row->addWidget(writesOnly_);
@@ -127,7 +127,7 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
   add(u"cmdJournalMark"_s, u"Set mark"_s, [this, readOnly] {
     journal_.SetMark();
     undoToMark_->setEnabled(!readOnly);
-    emit Notice(u"Mark set: \"Undo to mark\" takes back what is written from here on"_s);
+    emit Notice(u"Mark set: \"Undo to mark\" undoes all writes from here on"_s);
   });
   add(u"cmdUndoLast"_s, u"Undo last action"_s, [this] { Undo(&UndoLastAction); })->setEnabled(!readOnly);
   undoToMark_ = add(u"cmdUndoMark"_s, u"Undo to mark"_s, [this] { Undo(&UndoToMark); });

@@ -41,7 +41,7 @@ std::vector<I2cAdapter> ListI2cAdapters(const KernelRoots& roots) {
   for (const int number : NumberedEntries(devices, "i2c-")) {
     const std::string entry = fmt::format("{}/i2c-{}", devices, number);
     I2cAdapter adapter{number, FirstLine(entry + "/name").value_or(""), 0, 0};
-    // The entry is a link into the device tree: there, and only there, the adapter stands below its PCI device.
+    // The entry is a link into the device tree; only there is the adapter a child of its PCI device.
     std::error_code error;
     const auto place = std::filesystem::canonical(entry, error);
     if (!error) {
@@ -83,8 +83,8 @@ std::optional<I2cAdapter> ChooseAdapter(const KernelRoots& roots, std::optional<
 
 std::string ChipsetReportOf(const std::optional<I2cAdapter>& adapter, std::optional<int> number) {
   if (!adapter) {
-    return number ? fmt::format("No adapter is registered as i2c-{}", *number)
-                  : "Unsupported and unrecognised: no SMBus adapter is registered";
+    return number ? fmt::format("No adapter i2c-{} found", *number)
+                  : "Unsupported and unrecognised: no SMBus adapter found";
   }
   const std::string where = AdapterLabel(*adapter);
   if (adapter->Vendor == intelVendor) {

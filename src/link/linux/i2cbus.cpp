@@ -27,7 +27,7 @@ namespace {
                                            path));
     case ENXIO:
     case ENODEV:
-      throw CommsError(number, fmt::format("no adapter behind {}: the adapter's driver is not loaded", path));
+      throw CommsError(number, fmt::format("no adapter for {}: its driver is not loaded", path));
     default:
       throw CommsError(number, fmt::format("cannot open {} ({})", path, ErrorSymbol(number)));
   }
@@ -41,7 +41,7 @@ namespace {
   const std::string link = fmt::format("{}/bus/i2c/devices/{}/driver", roots.Sys, device);
   std::error_code error;
   const std::string driver = std::filesystem::read_symlink(link, error).filename().string();
-  throw CommsError(number, fmt::format("address {:02X}h of i2c-{} is held by the kernel driver {}: unbind it "
+  throw CommsError(number, fmt::format("address {:02X}h on i2c-{} is in use by the kernel driver {}: unbind it "
                                        "(\"echo {} > {}/unbind\" as root), or use --force",
                                        address, bus, driver.empty() ? "of another device" : driver, device, link));
 }
@@ -59,7 +59,7 @@ std::uint8_t I2cBus::Read(std::uint8_t address, std::uint8_t reg) {
 
 void I2cBus::Write(std::uint8_t address, std::uint8_t reg, std::uint8_t data) {
   if (const auto holder = Holder(address, WriteRight::Take)) {
-    throw CommsError(EBUSY, fmt::format("the chip at {:02X}h on i2c-{} is used by {}: it can only be read", address,
+    throw CommsError(EBUSY, fmt::format("the chip at {:02X}h on i2c-{} is in use by {} and can only be read", address,
                                         number_, *holder));
   }
   Transfer(address, reg, I2C_SMBUS_WRITE, data);
@@ -76,8 +76,8 @@ std::optional<std::string> I2cBus::Holder(std::uint8_t address, WriteRight right
 
 void I2cBus::Select(std::uint8_t address) {
   OpenNode();
-  // Asked before every transfer: a driver may have taken the address meanwhile, and after a refusal the node still
-  // has the address of the transfer before.
+  // Set before every transfer: a driver may have bound to the address meanwhile, and after a refusal the node keeps the
+  // address of the previous transfer.
   const int result = node_.Ioctl(force_ ? I2C_SLAVE_FORCE : I2C_SLAVE, static_cast<unsigned long>(address));
   if (result < 0) RefusedAddress(-result, roots_, number_, address);
 }
@@ -94,14 +94,15 @@ void I2cBus::OpenNode() {
   if (opened < 0 && wasRegistered_ && !Registered()) Gone(-opened);
   if (opened < 0) FailedOpen(-opened, path);
 
-  unsigned long functions = 0;  // The kernel stores a whole long here, whatever the width of the flags.
+  unsigned long functions = 0;  // The kernel stores a long here, regardless of the width of the flags.
   const int asked = node_.Ioctl(I2C_FUNCS, &functions);
   constexpr unsigned long needed = I2C_FUNC_SMBUS_BYTE_DATA;
   if (asked < 0 || (functions & needed) != needed) {
     node_.Close();
-    if (asked < 0) throw CommsError(-asked, fmt::format("{} is no I2C bus ({})", path, ErrorSymbol(-asked)));
-    throw CommsError(EOPNOTSUPP,
-                     fmt::format("i2c-{} cannot transfer byte data: choose another bus with --smbus", number_));
+    if (asked < 0) throw CommsError(-asked, fmt::format("{} is not an I2C bus ({})", path, ErrorSymbol(-asked)));
+    throw CommsError(
+        EOPNOTSUPP,
+        fmt::format("i2c-{} does not support byte data transfers: choose another bus with --smbus", number_));
   }
   wasRegistered_ = Registered();
 }
@@ -123,7 +124,7 @@ void I2cBus::Transfer(std::uint8_t address, std::uint8_t reg, std::uint8_t direc
 
 void I2cBus::FailedTransfer(int error, std::uint8_t address) {
   if (wasRegistered_ && !Registered()) {
-    // An adapter that was unplugged stays busy as long as its node is open and cannot come back under its number.
+    // An unplugged adapter stays registered while its node is open and could not return under its old number.
     Close();
     Gone(error);
   }
@@ -133,23 +134,23 @@ void I2cBus::FailedTransfer(int error, std::uint8_t address) {
     case ENODEV:
       throw NoAcknowledge(error, fmt::format("no device answers at {:02X}h", address));
     case EBUSY:
-      throw CommsError(error, fmt::format("the firmware uses the bus i2c-{}: leave it to the firmware, "
-                                          "or choose another bus with --smbus",
-                                          number_));
+      throw CommsError(error,
+                       fmt::format("i2c-{} is in use by the firmware: choose another bus with --smbus", number_));
     case ETIMEDOUT:
-      throw CommsError(error, fmt::format("a device holds the clock of i2c-{}, or wiring or power is wrong: the bus "
-                                          "hangs, and each transfer blocks up to a second",
-                                          number_));
+      throw CommsError(error,
+                       fmt::format("timeout on i2c-{}: a device holds the clock low, or wiring or power is faulty; "
+                                   "each transfer can block for up to a second",
+                                   number_));
     case EAGAIN:
-      throw CommsError(error, fmt::format("another master took the bus i2c-{}", number_));
+      throw CommsError(error, fmt::format("arbitration lost on i2c-{}: another master is using the bus", number_));
     default:
-      throw CommsError(
-          error, fmt::format("transfer with {:02X}h on i2c-{} failed ({})", address, number_, ErrorSymbol(error)));
+      throw CommsError(error,
+                       fmt::format("transfer to {:02X}h on i2c-{} failed ({})", address, number_, ErrorSymbol(error)));
   }
 }
 
 void I2cBus::Gone(int error) const {
-  throw CommsError(error, fmt::format("the adapter of i2c-{} is gone: plug it in again", number_));
+  throw CommsError(error, fmt::format("the adapter of i2c-{} was disconnected: plug it in again", number_));
 }
 
 }  // namespace krx

@@ -37,8 +37,7 @@ void I2cDevSmbus::Close() {
 std::vector<SmbusAdapter> I2cDevSmbus::Adapters() const {
   auto adapters = SearchedAdapters(roots_, number_);
   if (adapters.empty()) {
-    throw CommsError(ENODEV,
-                     "no SMBus adapter is registered: load the driver of the PC's SMBus, or choose a bus with --smbus");
+    throw CommsError(ENODEV, "no SMBus adapter found: load the driver of the PC's SMBus, or choose a bus with --smbus");
   }
   return adapters;
 }

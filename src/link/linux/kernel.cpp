@@ -23,9 +23,9 @@ int ResultOrError(int result) {
   return result < 0 ? -errno : result;
 }
 
-// The older kind of lock, that of a process and not of an open file: only for this one the kernel tells who holds it,
-// and whoever may open the node can ask, whatever user that is. It goes with the first close of the node by this
-// process, so a node is open once, and the lock is on the descriptor that makes the transfers.
+// A process-associated lock, not one of an open file description: only for this kind does the kernel report the holder,
+// to every user who may open the node. It is released by the first close of the node in this process, so each node is
+// opened only once and the lock is on the descriptor used for the transfers.
 struct flock WriteLock(LockRange range) {
   struct flock lock {};
   lock.l_type = F_WRLCK;
@@ -57,7 +57,7 @@ int RealKernel::Lock(int descriptor, LockRange range) {
 pid_t RealKernel::LockHolder(int descriptor, LockRange range) {
   struct flock lock = WriteLock(range);
   if (::fcntl(descriptor, F_GETLK, &lock) < 0 || lock.l_type == F_UNLCK) return 0;
-  // A process in another name space has no number here.
+  // A process in another PID namespace has no number here.
   return lock.l_pid > 0 ? lock.l_pid : -1;
 }
 
@@ -82,7 +82,7 @@ std::optional<pid_t> DeviceNode::OtherHolder(LockRange range, bool take) {
   if (!IsOpen()) return std::nullopt;
   if (take) {
     const int result = kernel_.Lock(descriptor_, range);
-    // A node that cannot be locked at all is used without: no kernel is known to have one.
+    // A node that does not support locks is used without one; no kernel is known to have such a node.
     if (result != -EAGAIN && result != -EACCES) return std::nullopt;
   }
   const pid_t holder = kernel_.LockHolder(descriptor_, range);
@@ -107,7 +107,7 @@ void OnInterrupt(int) {}
 }  // namespace
 
 InterruptTimer::InterruptTimer(double seconds) : state_(std::make_unique<State>()) {
-  // Without SA_RESTART: the blocked call has to come back.
+  // Without SA_RESTART, so that the blocked call returns.
   struct sigaction action {};
   action.sa_handler = OnInterrupt;
   sigaction(InterruptSignal(), &action, &state_->OldAction);
@@ -122,7 +122,7 @@ InterruptTimer::InterruptTimer(double seconds) : state_(std::make_unique<State>(
   event._sigev_un._tid = gettid();
   timer_create(CLOCK_MONOTONIC, &event, &state_->Timer);
   const auto whole = static_cast<time_t>(seconds);
-  // It goes on firing, since the first signal could arrive just before the call begins to block.
+  // Periodic, since the first signal could arrive just before the call blocks.
   itimerspec times{};
   times.it_value = {whole, static_cast<long>((seconds - static_cast<double>(whole)) * 1e9) + 1};
   times.it_interval = {0, 20'000'000};

@@ -15,7 +15,7 @@ namespace krx {
 
 namespace {
 
-constexpr const char* leftAlone = "The SMBus is left alone: only a printer port was asked for";
+constexpr const char* leftAlone = "SMBus not used: only a printer port was selected";
 
 class SmbusHandle : public SmbusController {
  public:

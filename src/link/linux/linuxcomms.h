@@ -19,16 +19,16 @@ struct LinuxOptions {
   std::optional<int> Smbus;        ///< N of /dev/i2c-N; none: all host SMBus adapters
   std::optional<int> PrinterPort;  ///< N of /dev/parportN; none: all ports
   PortWiring Wiring = DefaultWiring();
-  bool Force = false;  ///< also use a chip that a kernel driver holds
+  bool Force = false;  ///< also use a chip that a kernel driver is bound to
   KernelRoots Roots = {};
 
-  // Naming a bus of one kind leaves the other kind alone: whoever names an SMBus does not want a printer probed.
+  // Naming a bus of one kind excludes the other kind: a user who names an SMBus does not want a printer probed.
   bool UsesSmbus() const { return Smbus || !PrinterPort; }
   bool UsesPrinterPorts() const { return PrinterPort || !Smbus; }
 };
 
-/// The real buses of a Linux PC: its SMBus through i2c-dev, the evaluation board on a printer port through ppdev.
-/// Making it opens nothing. The objects it hands out must not outlive it.
+/// The real buses of a Linux PC: its SMBus through i2c-dev, the evaluation board on a printer port through ppdev. The
+/// constructor opens nothing. The objects it hands out must not outlive it.
 class LinuxComms : public CommsModule, private BusHost {
  public:
   /// `kernel` and `clock` must outlive it.
@@ -37,7 +37,7 @@ class LinuxComms : public CommsModule, private BusHost {
 
   std::unique_ptr<PrinterPortAdapter> ObtainPrinterPortAdapter() override;
   std::unique_ptr<SmbusController> ObtainSmbusController() override;
-  /// Gives back the medium that was not selected.
+  /// Closes the medium that was not selected.
   void SelectMedium(int medium) override;
   BusHost* Host() override { return this; }
 
@@ -52,11 +52,11 @@ class LinuxComms : public CommsModule, private BusHost {
   std::unique_ptr<Buses> buses_;
 };
 
-/// LinuxComms over the running kernel.
+/// LinuxComms using the running kernel.
 std::unique_ptr<CommsModule> MakeLinuxComms(const LinuxOptions& options, Clock& clock);
 
-/// The buses that these options reach, for `--medium auto` and for titles: "SMBus I801 adapter at 0700, i2c-1",
-/// "printer port 0", several with " and " between them; nothing when none is named and this PC has none.
+/// The buses selected by these options, for `--medium auto` and for titles: "SMBus I801 adapter at 0700, i2c-1",
+/// "printer port 0", several joined by " and "; empty when none is named and this PC has none.
 std::optional<std::string> FindLinuxBus(const LinuxOptions& options);
 
 }  // namespace krx

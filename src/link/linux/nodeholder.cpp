@@ -14,7 +14,7 @@ std::string ProcessText(const KernelRoots& roots, pid_t process) {
   if (process <= 0) return "another process";
   const auto name = FirstLine(fmt::format("{}/{}/comm", roots.Proc, process));
   if (!name) return fmt::format("process {}", process);
-  // A process may call itself anything.
+  // A process can set its name to any bytes.
   return fmt::format("{} (process {})", Printable(*name), process);
 }
 

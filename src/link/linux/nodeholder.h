@@ -9,12 +9,12 @@
 
 namespace krx {
 
-/// "krx5580-console (process 4711)"; "process 4711" where the kernel does not tell its name, "another process" for one
-/// without a number.
+/// "krx5580-console (process 4711)"; "process 4711" when its name is not available, "another process" when its number
+/// is not.
 std::string ProcessText(const KernelRoots& roots, pid_t process);
 
-/// Another process that has the device node open, as ProcessText; "another program" where /proc does not show it,
-/// since it tells the open files of other users' processes to nobody but root.
+/// Another process that has the device node open, as ProcessText; "another program" when /proc does not show it, since
+/// only root can see the open files of other users' processes.
 std::string NodeUser(const KernelRoots& roots, const std::string& path);
 
 }  // namespace krx

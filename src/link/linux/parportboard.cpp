@@ -50,7 +50,7 @@ std::uint8_t ParportBoard::PortCount() const {
 }
 
 void ParportBoard::SelectPort(std::uint8_t port) {
-  if (port >= PortCount()) throw CommsError(ENODEV, fmt::format("there is no printer port {}", port));
+  if (port >= PortCount()) throw CommsError(ENODEV, fmt::format("printer port {} does not exist", port));
   if (port == selected_) return;
   Close();
   selected_ = port;
@@ -85,7 +85,7 @@ void ParportBoard::SetControlByte(std::uint8_t value) {
   try {
     Transaction(Purpose::Write, [](LineDriver&, TwoWireMaster&) {});
   } catch (const CommsError&) {
-    // The next transaction must not switch on a heater that its user was told had failed.
+    // The next transaction must not switch on a heater whose switching was reported as failed.
     control_ = value & before;
     throw;
   }
@@ -115,7 +115,7 @@ int ParportBoard::PortNumber(int port) const {
 
 void ParportBoard::OpenSelected() {
   const int number = PortNumber(selected_);
-  if (number < 0) throw CommsError(ENODEV, "this PC has no printer port, or it is gone");
+  if (number < 0) throw CommsError(ENODEV, "no printer port found, or it was disconnected");
   node_.Open(number);
 }
 
@@ -124,14 +124,14 @@ void ParportBoard::Transaction(Purpose purpose, const Work& work) {
   const bool writes = purpose == Purpose::Write;
   const auto holder = writes || control_ ? node_.Holder(WriteRight::Take) : std::nullopt;
   if (writes && holder) {
-    throw CommsError(EBUSY, fmt::format("what is at printer port {} is used by {}: it can only be read",
+    throw CommsError(EBUSY, fmt::format("the board on printer port {} is in use by {} and can only be read",
                                         PortNumber(selected_), *holder));
   }
   const Claimed claimed(node_);
   used_ = true;
   LineDriver driver(node_);
   TwoWireMaster bus(driver, Lines(), clock_);
-  // Whoever had the port meanwhile may have left other levels on the heater lines.
+  // Another program may have left different levels on the heater lines.
   for (const HeaterLines& heater : heaters) {
     const auto& line = Lines().*heater.Out;
     if (line && control_ && !holder) driver.Set(*line, (*control_ & heater.Mask) != 0);

@@ -12,10 +12,10 @@
 
 namespace krx {
 
-/// The evaluation board on a printer port: what PrinterPortAdapter and BusDevice do, kept for handles that come and go.
-/// Each bus operation is one transaction between claim and release of the port. Addresses are in their 8-bit form;
-/// errors as TwoWireMaster and ParportNode have them. One that changes something takes the right to write first, and
-/// throws CommsError EBUSY naming the program that has it.
+/// The evaluation board on a printer port: the implementation behind PrinterPortAdapter and BusDevice, which are
+/// short-lived handles. Each bus operation is one transaction between claim and release of the port. Addresses are in
+/// their 8-bit form; errors as in TwoWireMaster and ParportNode. A writing operation acquires the write lock first and
+/// throws CommsError EBUSY naming the program that holds it.
 class ParportBoard {
  public:
   /// port: the only port to offer, by its number N in /dev/parportN; none offers all. `kernel` and `clock` must outlive
@@ -24,7 +24,7 @@ class ParportBoard {
 
   /// Opens nothing.
   std::uint8_t PortCount() const;
-  /// port: 0 to PortCount() - 1. Opens nothing; the port selected before is given back.
+  /// port: 0 to PortCount() - 1. Opens nothing; the previously selected port is closed.
   void SelectPort(std::uint8_t port);
   std::int32_t CurrentPort() const { return selected_; }
 
@@ -33,23 +33,22 @@ class ParportBoard {
   std::uint8_t ReadByteData(std::uint8_t address, std::uint8_t reg);
   void WriteByteData(std::uint8_t address, std::uint8_t reg, std::uint8_t data);
 
-  /// Bits 4 and 5 go to the heater lines, the others nowhere. While a port has not been used, a 0 is only remembered
-  /// and goes to the lines with the first use, so that a printer that nobody mentioned is not disturbed. Heaters that
-  /// were never set stay as they were found: who only reads must not switch them. So they do as long as another program
-  /// has the right to write there.
+  /// Bits 4 and 5 drive the heater lines, the others are ignored. On an unused port a 0 is only stored and goes to the
+  /// lines with the first use, so that a printer on that port is not disturbed. Heaters that were never set are left as
+  /// found, since reading must not switch them; so they are while another program holds the write lock.
   void SetControlByte(std::uint8_t value);
-  /// The heater lines read back, in bits 4 and 5. A heater without a line to read: as it was set.
+  /// The heater lines read back, in bits 4 and 5. Without a line to read, the bit is the value last set.
   std::uint8_t ReadStatusByte();
 
-  /// N of /dev/parportN of a port that SelectPort takes; -1 for none.
+  /// The N of /dev/parportN for a port number as used by SelectPort; -1 when there is none.
   int PortNumber(int port) const;
-  /// Another program that has the right to write to what is at the selected port.
+  /// Another program that holds the write lock of the selected port, if any.
   std::optional<std::string> Holder(WriteRight right);
 
   void SetBusMode(bool mode) { busMode_ = mode; }
   bool GetBusMode() const { return busMode_; }
 
-  /// Gives the port back to others; the next operation takes it again.
+  /// Closes the port; the next operation opens it again.
   void Close() { node_.Close(); }
 
  private:

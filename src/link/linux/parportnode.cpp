@@ -19,9 +19,9 @@ namespace krx {
 namespace {
 
 constexpr double claimLimitSeconds = 0.5;
-constexpr const char* nobody = "none";           // what the kernel calls the holder of an idle port
-constexpr const char* programsDriver = "ppdev";  // the driver through which programs use a port
-constexpr LockRange wholePort{0, 128};           // as many bytes as a bus has addresses
+constexpr const char* idlePort = "none";         // the kernel's name for the holder of an idle port
+constexpr const char* programsDriver = "ppdev";  // the driver used by programs
+constexpr LockRange wholePort{0, 128};           // one byte per bus address
 
 [[noreturn]] void FailedOpen(int number, const std::string& path) {
   switch (number) {
@@ -35,7 +35,7 @@ constexpr LockRange wholePort{0, 128};           // as many bytes as a bus has a
                                            path));
     case ENXIO:
     case ENODEV:
-      throw CommsError(number, fmt::format("no printer port behind {}: the driver parport_pc is not loaded, "
+      throw CommsError(number, fmt::format("no printer port for {}: the driver parport_pc is not loaded, "
                                            "or the PC has no such port",
                                            path));
     default:
@@ -50,7 +50,7 @@ std::string PortDirectory(const KernelRoots& roots, int number) {
 }  // namespace
 
 std::vector<int> ListPrinterPorts(const KernelRoots& roots) {
-  // The kernel's own list knows ports whose node is missing; those are offered so that using one tells what to do.
+  // The kernel's list includes ports whose node is missing; using one of them then reports what to do.
   auto ports = NumberedEntries(roots.Dev, "parport");
   const auto registered = NumberedEntries(roots.Sys + "/bus/parport/devices", "parport");
   ports.insert(ports.end(), registered.begin(), registered.end());
@@ -84,18 +84,18 @@ void ParportNode::Claim() {
   if (active && !active->starts_with(programsDriver)) Used(*active);
   int result = 0;
   {
-    // The kernel lets a claim wait for as long as the other one likes.
+    // The kernel lets a claim wait without limit.
     const InterruptTimer timer(claimLimitSeconds);
     result = node_.Ioctl(PPCLAIM);
   }
-  // A program that wants a port for itself alone lets nobody else register: the kernel says ENXIO as without a port.
+  // When a program has exclusive access to the port, the kernel returns ENXIO as if there were no port.
   const bool refused = result == -ENXIO && std::filesystem::exists(PortDirectory(roots_, number_));
   if (refused || result == -EINTR || result == -EAGAIN || result == -EBUSY) {
     Used(ActiveDriver().value_or(programsDriver));
   }
   if (result < 0) Failed(-result);
   worked_ = true;
-  // Only ports that can turn the data lines round know this request; the others always drive them.
+  // Only bidirectional ports support this request; the others always drive the data lines.
   int outputs = 0;
   node_.Ioctl(PPDATADIR, &outputs);
 }
@@ -133,7 +133,7 @@ void ParportNode::Access(unsigned long request, std::uint8_t& value) {
   const int result = node_.Ioctl(request, &value);
   if (result >= 0) return;
   Close();
-  throw CommsError(-result, fmt::format("printer port {} does not answer ({})", number_, ErrorSymbol(-result)));
+  throw CommsError(-result, fmt::format("printer port {} does not respond ({})", number_, ErrorSymbol(-result)));
 }
 
 void ParportNode::Used(const std::string& by) {
@@ -142,15 +142,15 @@ void ParportNode::Used(const std::string& by) {
     const auto process = node_.OtherHolder(wholePort, false);
     user = process ? ProcessText(roots_, *process) : NodeUser(roots_, Path());
   }
-  // This also takes back a claim that is still queued; the kernel would grant it later, behind our back.
+  // This also cancels a queued claim, which the kernel would grant later.
   Close();
-  throw CommsError(EBUSY, fmt::format("printer port {} is used by {}", number_, user));
+  throw CommsError(EBUSY, fmt::format("printer port {} is in use by {}", number_, user));
 }
 
 void ParportNode::Failed(int number) {
   Close();
   if (worked_ && (number == ENOENT || number == ENXIO || number == ENODEV)) {
-    throw CommsError(number, fmt::format("printer port {} is gone: plug its adapter in again", number_));
+    throw CommsError(number, fmt::format("printer port {} was disconnected: plug its adapter in again", number_));
   }
   FailedOpen(number, Path());
 }
@@ -161,7 +161,7 @@ std::string ParportNode::Path() const {
 
 std::optional<std::string> ParportNode::ActiveDriver() const {
   auto active = FirstLine(PortDirectory(roots_, number_) + "/devices/active");
-  if (active && *active == nobody) active.reset();
+  if (active && *active == idlePort) active.reset();
   return active;
 }
 

@@ -15,20 +15,19 @@ namespace krx {
 /// Numbers N of the PC's printer ports, ascending. Opens nothing.
 std::vector<int> ListPrinterPorts(const KernelRoots& roots);
 
-/// One printer port through /dev/parportN, claimed for a transaction at a time. A failing access closes the node, so
-/// that the next Claim starts afresh when the port is back.
+/// One printer port through /dev/parportN, claimed for one transaction at a time. A failed access closes the node, so
+/// that the next Claim starts from scratch when the port is back.
 class ParportNode : public PortRegisters {
  public:
   ParportNode(Kernel& kernel, KernelRoots roots);
 
-  /// Opens the node of port `number`, if it is not open; claims nothing, so that other programs go on. Throws
-  /// CommsError: what to do about a node that cannot be opened.
+  /// Opens the node of port `number`, if it is not open; does not claim the port, so that other programs can use it.
+  /// Throws CommsError saying what to do when the node cannot be opened.
   void Open(int number);
-  /// Another program that has the right to write to what is at the port. Open first; Close gives the right back.
+  /// Another program that holds the write lock of the port, if any. Call Open first; Close releases the lock.
   std::optional<std::string> Holder(WriteRight right);
-  /// Makes the opened port ours until Release. Waits up to half a second for another program's transaction; a driver
-  /// that is no program's, such as that of a printer, is not waited for. Throws CommsError EBUSY "printer port N is
-  /// used by X".
+  /// Claims the open port until Release. Waits up to half a second for another program's transaction, but not for other
+  /// drivers such as that of a printer. Throws CommsError EBUSY "printer port N is in use by X".
   void Claim();
   /// Ends the transaction; the node stays open and others may claim the port.
   void Release();
@@ -42,13 +41,13 @@ class ParportNode : public PortRegisters {
   [[noreturn]] void Used(const std::string& by);
   [[noreturn]] void Failed(int number);
   std::string Path() const;
-  /// Nothing while the port is idle, or where the kernel does not tell.
+  /// Empty while the port is idle or when the kernel does not report it.
   std::optional<std::string> ActiveDriver() const;
 
   KernelRoots roots_;
   DeviceNode node_;
   int number_ = -1;
-  bool taken_ = false;   ///< this program has the right to write
+  bool taken_ = false;   ///< this program holds the write lock
   bool worked_ = false;  ///< the port has been claimed in this run
 };
 

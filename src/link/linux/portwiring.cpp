@@ -4,20 +4,20 @@
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
 #include <string_view>
 
 #include "link/commserror.h"
+#include "link/failuretext.h"
 #include "link/printable.h"
 
 namespace krx {
 
 namespace {
 
-// A wiring has ten lines; a longer file is another one, or a device that never ends.
+// A wiring file has about ten lines; a longer one is a different file or an endless device.
 constexpr std::size_t mostBytes = 64 * 1024;
 
 struct RegisterPins {
@@ -26,7 +26,7 @@ struct RegisterPins {
   int FirstBit, LastBit;
 };
 
-// The bits that are pins of the connector; the others are the port's own.
+// The bits that are connector pins; the others are internal to the port.
 constexpr std::array registerPins{
     RegisterPins{"data", PortRegister::Data, 0, 7},
     RegisterPins{"status", PortRegister::Status, 3, 7},
@@ -59,7 +59,8 @@ std::string_view Trimmed(std::string_view text) {
 
 PortLine ParseLine(std::string_view text, int lineNumber) {
   const auto malformed = [&] {
-    Refuse(lineNumber, fmt::format("\"{}\" is no line; write register.bit, as in data.7 or status.7!", Excerpt(text)));
+    Refuse(lineNumber,
+           fmt::format("\"{}\" is not a pin; use register.bit, such as data.7 or status.7!", Excerpt(text)));
   };
   PortLine line;
   std::string_view pin = text;
@@ -73,7 +74,7 @@ PortLine ParseLine(std::string_view text, int lineNumber) {
   for (const RegisterPins& pins : registerPins) {
     if (pin.substr(0, point) != pins.Name) continue;
     if (bit < pins.FirstBit || bit > pins.LastBit) {
-      Refuse(lineNumber, fmt::format("{} has the bits {} to {}", pins.Name, pins.FirstBit, pins.LastBit));
+      Refuse(lineNumber, fmt::format("{} has bits {} to {} only", pins.Name, pins.FirstBit, pins.LastBit));
     }
     line.Register = pins.Register;
     line.Bit = static_cast<std::uint8_t>(bit);
@@ -86,19 +87,19 @@ PortLine ParseLine(std::string_view text, int lineNumber) {
 void ParseAssignment(std::string_view text, int lineNumber, Table& table) {
   const auto equals = text.find('=');
   if (equals == std::string_view::npos)
-    Refuse(lineNumber, fmt::format("\"{}\" is no \"role = register.bit\"", Excerpt(text)));
+    Refuse(lineNumber, fmt::format("\"{}\" does not have the form \"role = register.bit\"", Excerpt(text)));
   const std::string name(Trimmed(text.substr(0, equals)));
   const PortLine line = ParseLine(Trimmed(text.substr(equals + 1)), lineNumber);
   const Role* role = nullptr;
   for (const Role& candidate : roles) {
     if (name == candidate.Name) role = &candidate;
   }
-  if (role == nullptr) Refuse(lineNumber, fmt::format("there is no role \"{}\"", Excerpt(name)));
+  if (role == nullptr) Refuse(lineNumber, fmt::format("unknown role \"{}\"", Excerpt(name)));
   if (role->Output && line.Register == PortRegister::Status) {
-    Refuse(lineNumber, fmt::format("{} cannot be on status: its pins are inputs", name));
+    Refuse(lineNumber, fmt::format("{} cannot be on status: these pins are inputs", name));
   }
   for (const auto& [other, taken] : table) {
-    if (other == name) Refuse(lineNumber, fmt::format("{} is given twice", name));
+    if (other == name) Refuse(lineNumber, fmt::format("{} is assigned twice", name));
     if (taken.Register == line.Register && taken.Bit == line.Bit) {
       Refuse(lineNumber, fmt::format("{} and {} are on the same pin", other, name));
     }
@@ -109,7 +110,7 @@ void ParseAssignment(std::string_view text, int lineNumber, Table& table) {
 PortLines FromTable(const Table& table, int mode) {
   for (const Role& role : roles) {
     if (role.Needed && !table.contains(role.Name)) {
-      throw CommsError(EINVAL, fmt::format("bus mode {} has no {}", mode, role.Name));
+      throw CommsError(EINVAL, fmt::format("bus mode {}: {} is missing", mode, role.Name));
     }
   }
   const auto optionalLine = [&](const char* name) {
@@ -154,7 +155,7 @@ PortWiring ParseWiring(const std::string& text) {
     } else if (line == "[bus mode 1]" && mode == 0) {
       mode = 1;
     } else {
-      Refuse(lineNumber, fmt::format("\"{}\" is no block; the only one is [bus mode 1], once", Excerpt(line)));
+      Refuse(lineNumber, fmt::format("unknown section \"{}\"; only [bus mode 1] is allowed, once", Excerpt(line)));
     }
   }
   PortWiring wiring = WithoutClockReadBack(FromTable(tables[0], 0));
@@ -174,10 +175,10 @@ PortWiring ReadWiringFile(const std::string& path) {
   }
   if (!file.is_open() || file.bad()) {
     const int number = errno != 0 ? errno : EIO;
-    throw CommsError(number, fmt::format("cannot read the wiring file {}: {}", name, std::strerror(number)));
+    throw CommsError(number, fmt::format("cannot read the wiring file {}: {}", name, SystemErrorText(number)));
   }
   text.resize(static_cast<std::size_t>(file.gcount()));
-  if (text.size() > mostBytes) throw CommsError(EFBIG, fmt::format("wiring file {}: more than 64 KiB", name));
+  if (text.size() > mostBytes) throw CommsError(EFBIG, fmt::format("wiring file {}: larger than 64 KiB", name));
   try {
     return ParseWiring(text);
   } catch (const CommsError& error) {

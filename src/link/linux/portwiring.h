@@ -8,12 +8,12 @@
 
 namespace krx {
 
-// Which pins of a printer port carry which line of the evaluation board: a table, so that another board or adapter
-// needs another file and no other program.
+// Pin assignment between the printer port and the evaluation board. A table, so that another board or adapter needs
+// only another file.
 
 enum class PortRegister : std::uint8_t { Data, Status, Control };
 
-/// One bit of one port register; Inverted when a set bit means a low line.
+/// One bit of a port register; Inverted when a set bit means a low line.
 struct PortLine {
   PortRegister Register = PortRegister::Data;
   std::uint8_t Bit = 0;
@@ -34,25 +34,25 @@ struct PortWiring {
   bool operator==(const PortWiring&) const = default;
 };
 
-/// Our own choice, to be checked against the drawing of the board at hand.
+/// The built-in assignment; to be checked against the schematic of the board in use.
 PortWiring DefaultWiring();
 
-/// Reads a wiring:
+/// Parses a wiring file:
 ///
 ///     # a comment
 ///     sda_out = data.7!        role = register.bit, "!" for inverted
 ///     ...
-///     [bus mode 1]             optional: the lines of bus mode 1, all of them
+///     [bus mode 1]             optional: all lines of bus mode 1
 ///     sda_out = ...
 ///
-/// Roles: sda_out, scl_out, sda_in (needed), scl_in, heater1_out, heater2_out, heater1_in, heater2_in. Registers:
-/// data (bits 0..7), status (3..7), control (0..3). Without the second block bus mode 1 has the same lines but scl_in.
-/// Throws CommsError (EINVAL) naming the line for whatever it does not understand, a pin in two roles, an output on
-/// status, a needed role without a line.
+/// Roles: sda_out, scl_out, sda_in (required), scl_in, heater1_out, heater2_out, heater1_in, heater2_in. Registers:
+/// data (bits 0..7), status (3..7), control (0..3). Without the second section bus mode 1 has the same lines except
+/// scl_in. Throws CommsError (EINVAL) naming the line for a syntax error, a pin with two roles or an output on status,
+/// and one for a required role that is missing.
 PortWiring ParseWiring(const std::string& text);
 
-/// ParseWiring of a file of at most 64 KiB; errors name the file, one that cannot be read has the system's error
-/// number. What is quoted from the file is fit for a terminal.
+/// ParseWiring of a file of at most 64 KiB; errors name the file, and a read error carries the system's error number.
+/// Text quoted from the file is made safe for a terminal.
 PortWiring ReadWiringFile(const std::string& path);
 
 }  // namespace krx

@@ -12,9 +12,9 @@ namespace krx {
 namespace {
 
 constexpr double fastHalfPeriod = 5e-6;   // 100 kHz, the bus's limit
-constexpr double slowHalfPeriod = 50e-6;  // 10 kHz: every device is ready again by then
-constexpr double stretchLimit = 0.035;    // the bus's time-out: a device has given up by then
-constexpr int recoveryClocks = 9;         // the rest of any byte and its acknowledge
+constexpr double slowHalfPeriod = 50e-6;  // 10 kHz: slow enough that no device stretches the clock
+constexpr double stretchLimit = 0.035;    // the SMBus timeout, after which devices reset
+constexpr int recoveryClocks = 9;         // the remainder of any byte and its acknowledge
 constexpr std::uint8_t readFlag = 1;
 
 double Seconds(Clock& clock) {
@@ -49,7 +49,7 @@ bool LineDriver::Get(const PortLine& line) {
 
 TwoWireMaster::TwoWireMaster(LineDriver& driver, const PortLines& lines, Clock& clock)
     : driver_(driver), lines_(lines), clock_(clock), halfPeriod_(lines.SclIn ? fastHalfPeriod : slowHalfPeriod) {
-  // Data first: should another program have left the clock low, this is no start and no stop.
+  // Data first: if another program has left the clock low, this is neither a start nor a stop condition.
   driver_.Set(lines_.SdaOut, true);
   driver_.Set(lines_.SclOut, true);
 }
@@ -80,7 +80,7 @@ void TwoWireMaster::Begin(std::uint8_t address) {
 void TwoWireMaster::PutOrRefuse(std::uint8_t byte, std::uint8_t address) {
   if (Put(byte)) return;
   Stop();
-  throw CommsError(EIO, fmt::format("the device at {:02X}h refused a byte", address >> 1));
+  throw CommsError(EIO, fmt::format("the device at {:02X}h did not acknowledge a byte", address >> 1));
 }
 
 std::uint8_t TwoWireMaster::TakeAndEnd(std::uint8_t address) {
@@ -117,12 +117,12 @@ void TwoWireMaster::FreeDataLine() {
     WaitHalfPeriod();
     RaiseClock();
     WaitHalfPeriod();
-    // With both lines high the start that follows makes the device forget the byte it was interrupted in.
+    // With both lines high the following start condition makes the device drop the interrupted byte.
     if (driver_.Get(lines_.SdaIn)) return;
   }
   throw CommsError(EBUSY,
-                   "the data line stays low after nine clocks: the board has no power, the wiring is another, "
-                   "or something else is connected to the printer port");
+                   "the data line stays low after nine clocks: check the board's power and the wiring, and "
+                   "whether another device is connected to the printer port");
 }
 
 bool TwoWireMaster::Put(std::uint8_t byte) {
@@ -152,14 +152,14 @@ void TwoWireMaster::RaiseClock() {
   if (!lines_.SclIn) return;
   const double end = Seconds(clock_) + stretchLimit;
   for (;;) {
-    // The time is taken before the line, so that a pause of this process is not mistaken for the device's.
+    // The time is read before the line, so that a pause of this process does not look like a timeout.
     const bool late = Seconds(clock_) >= end;
     if (driver_.Get(*lines_.SclIn)) return;
     if (late) break;
   }
   driver_.Set(lines_.SdaOut, true);
   throw CommsError(ETIMEDOUT,
-                   "the clock stays low for more than 35 ms: a device holds it, or wiring or power is wrong");
+                   "the clock stays low for more than 35 ms: a device holds it, or wiring or power is faulty");
 }
 
 void TwoWireMaster::LowerClock() {

@@ -19,7 +19,7 @@ class PortRegisters {
   virtual void Write(PortRegister which, std::uint8_t value) = 0;
 };
 
-/// Sets and reads single lines. Bits that no line names keep what the port had when this was made.
+/// Sets and reads single lines. Unused bits keep the value that the port had at construction.
 class LineDriver {
  public:
   explicit LineDriver(PortRegisters& registers);
@@ -31,11 +31,11 @@ class LineDriver {
   std::array<std::uint8_t, 3> written_{};  ///< by PortRegister
 };
 
-/// A two-wire bus master on two outputs and one or two inputs. Addresses are in their 8-bit form. Where the clock can
-/// be read back, it runs at up to 100 kHz and waits for a device that stretches it, at most 35 ms (then CommsError
-/// ETIMEDOUT); else it runs at 10 kHz. A data line that a device holds low is freed by up to nine clocks, CommsError
-/// EBUSY when that does not help. NoAcknowledge (ENXIO) when no device takes the address, CommsError EIO when it
-/// refuses a later byte; the bus is stopped first.
+/// A bit-banged two-wire bus master on two outputs and one or two inputs. Addresses are in their 8-bit form. If the
+/// clock can be read back, it runs at up to 100 kHz and supports clock stretching of up to 35 ms (then CommsError
+/// ETIMEDOUT); otherwise it runs at 10 kHz. A data line held low by a device is released with up to nine clocks,
+/// CommsError EBUSY if that does not help. NoAcknowledge (ENXIO) when no device acknowledges the address, CommsError
+/// EIO when a later byte is not acknowledged; a stop condition is sent first.
 class TwoWireMaster {
  public:
   /// Releases both lines.

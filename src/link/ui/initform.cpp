@@ -306,7 +306,7 @@ void InitForm::EndSearch(const std::vector<SearchReport>& reports) {
 void InitForm::Finish() {
   if (!wizard_.FinishEnabled() || !wizard_.Finish()) return;
   if (const auto holder = wizard_.TakeChip()) {
-    if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), u"Go on read-only"_s,
+    if (!dialogs_.Ask(QString::fromStdString(wizardtext::Held(*holder)), u"Continue read-only"_s,
                       QtText(wizardtext::title)))
       return;
     emit ReadOnlyRequested();

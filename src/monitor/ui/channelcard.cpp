@@ -85,7 +85,7 @@ QWidget* ChannelCard::MakeRange() {
   reset->setObjectName(u"cmdResetRange"_s);
   reset->setText(u"Reset"_s);
   reset->setAccessibleName(u"Reset minimum, maximum and mean"_s);
-  reset->setToolTip(u"Minimum, maximum and mean of this channel begin anew"_s);
+  reset->setToolTip(u"Resets minimum, maximum and mean of this channel"_s);
   connect(reset, &QToolButton::clicked, this, &ChannelCard::RangeResetRequested);
   column->addWidget(extremes_);
   auto* row = new QHBoxLayout;
@@ -107,15 +107,15 @@ void ChannelCard::ShowReading(const VisualState& state, std::size_t channel, con
                     : state.Alarms[channel] == AlarmState::Ok ? u"within limits"_s
                                                               : u"not read yet"_s;
   if (!known)
-    summary = u"not known: the pulses (7Bh) were not read, F5 tries again"_s;
+    summary = u"unknown: pulses (7Bh) not read yet, F5 retries"_s;
   else if (report.NotMonitoring)
     summary = u"not monitoring"_s;
   else if (report.Old && state.Alarms[channel] != AlarmState::Unread)
-    summary = report.Measured ? u"old value"_s : u"not read yet"_s;
+    summary = report.Measured ? u"value out of date"_s : u"not read yet"_s;
   else if (report.Failed && !alarm)
-    summary = u"old value: it cannot be read"_s;
+    summary = u"value out of date: reading fails"_s;
   else if (report.PulsesDiffer && !alarm)
-    summary = u"other pulses in 7Bh now: F5 takes them"_s;
+    summary = u"pulses (7Bh) changed: F5 reads them"_s;
   SetTextIfChanged(*summary_, summary);
   SetBad(*summary_, alarm && !report.Old, true);
   ShowRange(report.Range, channel, report.PowerMode);

@@ -72,7 +72,7 @@ void ChartCard::MakeSavingBar() {
   saving_ = new SavingBar;
   connect(saving_, &SavingBar::Saved, this, [this](const QString& name) { emit Notice(SavedText(name)); });
   connect(saving_, &SavingBar::Cancelled, this,
-          [this](const QString& name) { emit Notice(u"Cancelled, %1 was not written"_s.arg(name)); });
+          [this](const QString& name) { emit Notice(u"Cancelled, %1 not saved"_s.arg(name)); });
   connect(saving_, &SavingBar::Failed, this,
           [this](const QString& reason) { dialogs_.Critical(NotSavedText(u"The chart"_s, reason)); });
 }
@@ -113,7 +113,7 @@ void ChartCard::ExportChart(StripChart& chart, ChartFormat format) {
                     : format == ChartFormat::Pdf ? File{u"Documents (*.pdf)|*.pdf"_s, u"chart.pdf"_s}
                                                  : File{u"Comma-separated values (*.csv)|*.csv"_s, u"chart.csv"_s};
   if (format == ChartFormat::Csv && saving_->Busy()) {
-    emit Notice(u"The values before are still being saved"_s);
+    emit Notice(u"The previous values are still being saved"_s);
     return;
   }
   const auto name = AskSaveName(dialogs_, file.Filter, file.Name);

@@ -177,7 +177,7 @@ void VisualDisplayPage::EnterLimit(Marker marker, const std::function<void()>& a
   }
   card_->Refuse(marker, range);
   const auto selected = static_cast<std::size_t>(parts_.Display.SelectedChannel);
-  emit LimitRejected(u"Not written: the %1 limit of %2 is %3"_s.arg(
+  emit LimitRejected(u"Not written: the %1 limit of %2 must be %3"_s.arg(
       marker == Marker::High ? u"high"_s : u"low"_s, QString::fromStdString(model_.State().Captions[selected]), range));
 }
 

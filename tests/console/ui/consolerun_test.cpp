@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's own start-up order and its main window on the live event pump, over the SMBus, where every transfer
-// handles events.
+// The program's start-up order and its main window on the live event pump with the SMBus, where every transfer handles
+// events.
 #include "console/ui/consolerun.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ struct RunBench {
     });
     watch.start(5);
     const int result = ConsoleRun(*qApp, Time, Boxes, Medium, Options).Run();
-    QCoreApplication::removePostedEvents(qApp, QEvent::Quit);  // asked for twice; the next test's loop goes on
+    QCoreApplication::removePostedEvents(qApp, QEvent::Quit);  // requested twice; the next test's loop must continue
     return result;
   }
 
@@ -49,13 +49,13 @@ struct RunBench {
       if (auto* const wizard = qobject_cast<InitForm*>(widget); wizard != nullptr && wizard->isVisible()) return wizard;
     return nullptr;
   }
-  /// What a label of the main window says; empty while there is none.
+  /// The text of a label of the main window; empty while there is none.
   static std::string Text(const char* label) {
     for (const QWidget* const widget : QApplication::topLevelWidgets())
       if (const auto* const found = widget->findChild<QLabel*>(label)) return found->text().toStdString();
     return {};
   }
-  /// Presses its way to the chip on the SMBus, each press from the event loop as a user's.
+  /// Presses the buttons up to the chip on the SMBus, each from the event loop like a user.
   void Press(InitForm& wizard) {
     wizard.findChild<QCheckBox*>("PPCheck")->setChecked(false);
     for (const char* const name : {"FinishCMD", "NextCMD"}) {
@@ -79,7 +79,7 @@ struct RunBench {
   bool finished_ = false;
 };
 
-TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBoth) {
+TEST(ConsoleRun, AStartUpFailureIsOneBoxWhileTheCycleRunsAndASignalEndsBoth) {
   const struct {
     const char* Fault;
     bool Wizard;
@@ -88,7 +88,7 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
   } rows[] = {
       {"fail=1+,reg=5D", true, "PWM2 behaviour: ", "PWM2 behaviour: ", true},
       {"fail=1+,reg=40", false, "Power mode: ", "", false},
-      {"fail=5+", false, "Programmed pulses: ", "", false},  // and all that follows: monitoring, the first page
+      {"fail=5+", false, "Programmed pulses: ", "", false},  // and all later ones: monitoring, the first page
       {"fail=5+", true, "Programmed pulses: ", "", false},
   };
   for (const auto& row : rows) {
@@ -124,7 +124,7 @@ TEST(ConsoleRun, AFailureAtTheStartIsOneBoxWithTheCycleBehindItAndASignalEndsBot
   }
 }
 
-TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
+TEST(ConsoleRun, ASignalAbandonsReadOnlySequencesBetweenTwoTransfers) {
   for (const std::size_t transfer : {1, 6, 200}) {  // of the search, of the start-up, and of a tick
     RunBench bench("");
     std::size_t atSignal = 0;
@@ -138,7 +138,7 @@ TEST(ConsoleRun, ASignalGivesUpWhatOnlyReadsBetweenTwoTransfers) {
   }
 }
 
-TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
+TEST(ConsoleRun, AChipInUseByAnotherProgramIsReadOnly) {
   for (const bool wizard : {false, true}) {
     RunBench bench("", wizard);
     TestRoots roots;
@@ -173,17 +173,17 @@ TEST(ConsoleRun, AChipOfAnotherProgramIsOnlyRead) {
     };
     EXPECT_EQ(bench.Run(), 0);
     EXPECT_EQ(box, wizard ? wizardtext::Held("krx5580 (process 4711)")
-                          : "The chip is used by krx5580 (process 4711). This console starts read-only: no write "
-                            "reaches chip or board.");
+                          : "The chip is in use by krx5580 (process 4711). This console starts read-only: "
+                            "nothing is written to the chip or the board.");
     EXPECT_EQ(note, wizard ? "Buses: this computer's. there is an SMBus." : "");
     EXPECT_EQ(medium, "SMBus I801 adapter at 0700, i2c-1 · 2Eh · read-only, 0 writes suppressed");
     EXPECT_EQ(bench.Sim.Trace().Text(TraceFilter::Registers).find('W'), std::string::npos);
   }
 }
 
-TEST(MainFormLive, AHeldGrooveWritesBetweenTicksAndNotBehindTheBoxOfAFailedWrite) {
+TEST(MainFormLive, AHeldGrooveWritesBetweenTicksAndNotDuringTheBoxOfAFailedWrite) {
   LiveBench live;
-  for (const auto& [reg, byte] : {std::pair(0x40, 0x01), {0x5C, 0xE2}, {0x30, 0x00}})  // PWM1 by hand
+  for (const auto& [reg, byte] : {std::pair(0x40, 0x01), {0x5C, 0xE2}, {0x30, 0x00}})  // PWM1 manual
     live.Sim.SmbusChip().Poke(static_cast<std::uint8_t>(reg), static_cast<std::uint8_t>(byte));
   const auto busy = [&] { return live.Bus.TransferInProgress() || live.Turns.TurnRunning(); };
   BusJournal journal(live.Time);
@@ -210,7 +210,7 @@ TEST(MainFormLive, AHeldGrooveWritesBetweenTicksAndNotBehindTheBoxOfAFailedWrite
     ++shown;
     QTest::mouseRelease(box->windowHandle(), Qt::LeftButton, {}, QPoint(2, 2));  // it takes the release
     LiveBench::Run(400);
-    EXPECT_EQ(writes(), 5) << "nothing behind the box";
+    EXPECT_EQ(writes(), 5) << "nothing during the box";
     box->accept();
   });
   watch.start(20);

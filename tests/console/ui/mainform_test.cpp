@@ -30,7 +30,7 @@ namespace {
 struct Console : FormBench {
   using Medium = TestBench::Medium;
   using Bytes = std::initializer_list<std::pair<int, int>>;
-  /// What the chip holds when the console finds it; it monitors unless told otherwise.
+  /// The initial registers of the chip; monitoring is on by default.
   explicit Console(Medium medium = Medium::Board, Bytes bytes = {}, bool readOnly = false) : FormBench(medium) {
     Poke({{0x40, 0x01}});
     Poke(bytes);
@@ -43,7 +43,7 @@ struct Console : FormBench {
   }
 };
 
-TEST(MainForm, EachPageSaysItsWordsNamesTheMediumAndLeavesRoomForItsFrame) {
+TEST(MainForm, EachPageShowsItsTextsNamesTheMediumAndLeavesRoomForItsFrame) {
   const Console board(Console::Medium::Board, {{0x5C, 0xE2}});
   EXPECT_TRUE(board.Form->windowTitle().contains("Simulated board"));
   EXPECT_EQ(board.Text("lblMedium"), "Simulated board · printer port 2Dh");
@@ -68,7 +68,7 @@ TEST(MainForm, EachPageSaysItsWordsNamesTheMediumAndLeavesRoomForItsFrame) {
   EXPECT_NE(picture.pixel(picture.rect().center()), picture.pixel(0, 0));
 }
 
-/// Triggers what stands in the menus under `text`, its "&" apart.
+/// Triggers the menu entry `text`, ignoring "&".
 void Choose(const MainForm& form, const char* text) {
   for (QAction* action : form.findChildren<QAction*>())
     if (action->text().remove('&') == text) return action->trigger();
@@ -78,7 +78,7 @@ void Choose(const MainForm& form, const char* text) {
 TEST(MainForm, EachKeyAndEntryOfTheMenusDoesWhatItsTextSays) {
   Console console;
   const std::tuple<const char*, int, const char*> rows[] = {
-      // key, tab in sight after it, pattern of the traffic: ticks may come between
+      // key, visible tab after it, pattern of the traffic: ticks may come in between
       {"Ctrl+1", 0, ""},
       {"Ctrl+2", 1, "R3E"},
       {"Ctrl+4", 3, "R78 S96:8E R78 S90:52 R7D S96:8E V94 ST ST"},
@@ -101,7 +101,7 @@ TEST(MainForm, EachKeyAndEntryOfTheMenusDoesWhatItsTextSays) {
   std::vector<Theme> chosen;
   QObject::connect(console.Form.get(), &MainForm::ThemeChosen, [&](Theme theme) { chosen.push_back(theme); });
   Choose(*console.Form, "Reset Minima and Maxima");
-  EXPECT_EQ(console.Text("lblNotice"), "|  Minimum, maximum and mean of all channels begin anew");
+  EXPECT_EQ(console.Text("lblNotice"), "|  Minimum, maximum and mean of all channels reset");
   for (const char* theme : {"Dark", "Light", "Theme of the System"}) Choose(*console.Form, theme);
   EXPECT_EQ(chosen, (std::vector{Theme::Dark, Theme::Light, Theme::System}));
   console.Form->SetTheme(Theme::Dark);
@@ -170,10 +170,10 @@ TEST(MainForm, TilesShowWhatWasMeasured) {
   EXPECT_EQ(console.Find<QLabel>("lblReadout")->foregroundRole(), QPalette::BrightText);
   console.Click("cmdResetRange");
   EXPECT_EQ(console.Text("lblRange"), "min – · max –");
-  EXPECT_TRUE(console.Shows("lblCycle", "12 reads a tick")) << console.Text("lblCycle");
+  EXPECT_TRUE(console.Shows("lblCycle", "12 reads/tick")) << console.Text("lblCycle");
 }
 
-TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
+TEST(MainForm, ACurrentIsKnownWithVccpAndHasItsOwnRange) {
   Console console;
   console.Poke({{0x20, 0x60}});
   console.Click("visualdisplaytext_11");
@@ -184,7 +184,7 @@ TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   EXPECT_EQ(console.Tile(11).Unit(), "A");
   const auto* low = console.Find<LimitBox>("txtLowLimit");
   EXPECT_EQ(console.Tile(11).Value() + console.Tile(11).Unit() + console.Text("lblReadout").c_str(), "–A–");
-  EXPECT_FALSE(low->isEnabled()) << "what it would write depends on Vccp";
+  EXPECT_FALSE(low->isEnabled()) << "its byte would depend on Vccp";
   console.Poke({{0x20, 0xFF}, {0x21, 0x20}});
   EXPECT_TRUE(console.Wait([&] { return low->isEnabled(); }));
   EXPECT_EQ(low->text(), "-425.01 A");
@@ -196,7 +196,7 @@ TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   for (const auto& [mode, maximum] : {std::pair(0x01, 4), {0x11, 180}}) {  // volts, and a current again
     console.Poke({{0x40, mode}});
     console.Find<QAction>("actReReadChip")->trigger();
-    EXPECT_EQ(console.Text("lblNotice"), "|  The chip was read again");
+    EXPECT_EQ(console.Text("lblNotice"), "|  Chip re-read");
     EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Scale().Maximum, maximum);
     console.Click("visualdisplaytext_11");
   }
@@ -206,7 +206,7 @@ TEST(MainForm, ACurrentIsKnownWithVccpAndHasARangeOfItsOwn) {
   EXPECT_EQ(console.Text("lblMean"), "mean –");
 }
 
-TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
+TEST(MainForm, InAReadOnlyRunWritingControlsAreDisabled) {
   Console console(Console::Medium::Board, {{0x5C, 0xE2}}, true);
   console.Click("visualdisplaytext_0");
   console.Click("cmdJournalMark");
@@ -223,7 +223,7 @@ TEST(MainForm, InAReadOnlyRunNothingThatWritesIsOffered) {
   EXPECT_FALSE(console.Find<QAction>("actEasySetup")->isEnabled());
 }
 
-TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
+TEST(MainForm, ValuesAreOutOfDateWhileMonitoringIsOff) {
   Console console(Console::Medium::Board, {{0x40, 0x00}});
   EXPECT_TRUE(console.Shows("lblCycle", "Not monitoring"));
   EXPECT_EQ(console.Tile(0).Value().toStdString() + console.Text("lblReadout") + console.Text("lblTmin_0"), "–––");
@@ -232,7 +232,7 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).Value() == "32.00"; }));
   EXPECT_TRUE(console.Tile(0).IsOld());
   EXPECT_EQ(console.Text("lblSummary"), "not monitoring");
-  EXPECT_EQ(console.Text("lblAlarms"), "No alarms (old)");
+  EXPECT_EQ(console.Text("lblAlarms"), "No alarms (out of date)");
   EXPECT_EQ(console.Tile(9).Value(), "–");
   EXPECT_TRUE(console.Find<Indicator>("SSPanel11_9")->IsStale()) << "nor is a channel without a value within limits";
   const auto* hint = console.Find<QLabel>("lblNotMonitoring");
@@ -246,25 +246,25 @@ TEST(MainForm, ValuesAreOldWhileNothingIsMonitored) {
   EXPECT_EQ(console.Text("lblCycle"), "|  Not reading, values are out of date");
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
   EXPECT_TRUE(console.Find<Indicator>("SSPanel11_0")->IsStale());
-  EXPECT_EQ(console.Text("lblSummary"), "old value");
+  EXPECT_EQ(console.Text("lblSummary"), "value out of date");
   for (const char* name : {"lblReadout", "lblPWM", "lblTmin_0", "lblOpPoint_2"})
     EXPECT_EQ(console.Find<QLabel>(name)->foregroundRole(), QPalette::PlaceholderText) << name;
 }
 
-TEST(ChannelTile, IsPaintedAnewWithItsTrace) {
+TEST(ChannelTile, IsRepaintedWithItsTrace) {
   ChannelTile tile(new Indicator);
   tile.show();
   EXPECT_TRUE(Repaints(tile, [&] { tile.SetTrace(3); }));
   EXPECT_FALSE(Repaints(tile, [&] { tile.SetTrace(3); }));
 }
 
-TEST(StatusLine, SaysHowTheCycleTheAlarmsAndTheLinkStand) {
+TEST(StatusLine, ShowsTheStateOfCycleAlarmsAndLink) {
   StatusLine line;
   const auto text = [&](const char* label) { return line.findChild<QLabel*>(label)->text().toStdString(); };
   const std::pair<CycleRates, const char*> cycles[] = {
       {{.Running = true, .PauseSeconds = 0.4},  // the last good tick was a moment ago
-       "|  The bus fails, next try every 0.4 s, values are out of date"},
-      {{.Running = true, .ReadsPerTick = 12.4, .TicksPerSecond = 2.26}, "|  Monitoring, 12 reads a tick, 2.3 ticks/s"}};
+       "|  Bus failing, retrying every 0.4 s, values are out of date"},
+      {{.Running = true, .ReadsPerTick = 12.4, .TicksPerSecond = 2.26}, "|  Monitoring, 12 reads/tick, 2.3 ticks/s"}};
   for (const auto& [report, words] : cycles) {
     line.ShowCycle(report);
     EXPECT_EQ(text("lblCycle"), words);
@@ -273,7 +273,7 @@ TEST(StatusLine, SaysHowTheCycleTheAlarmsAndTheLinkStand) {
       {{}, true, ""},
       {{0, "", false}, false, "No alarms"},
       {{1, "Fan 1: low", false}, false, "◆ 1 alarm"},
-      {{2, "Fan 1: low\nFan 2: low", false}, true, "◆ 2 alarms (old)"}};
+      {{2, "Fan 1: low\nFan 2: low", false}, true, "◆ 2 alarms (out of date)"}};
   for (const auto& [report, old, words] : alarms) {
     line.ShowAlarms(report, old);
     EXPECT_EQ(text("lblAlarms"), words);
@@ -304,9 +304,9 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Text("lblPanelCaption"), "Fan2 PWM");
   EXPECT_EQ(console.Tile(4).Mark(), CaptionMark::Selected);
   EXPECT_EQ(console.Tile(0).Mark(), CaptionMark::Plain);
-  WriteByte(console.Chip.Bus, 0x7B, 0x59);  // as Read/Write would
+  WriteByte(console.Chip.Bus, 0x7B, 0x59);  // as by Read/Write
   console.Click("visualdisplaytext_4");
-  EXPECT_EQ(console.Text("lblSummary"), "other pulses in 7Bh now: F5 takes them");
+  EXPECT_EQ(console.Text("lblSummary"), "pulses (7Bh) changed: F5 reads them");
   console.Click("visualdisplaytext_3");  // no limit
   QFocusEvent in(QEvent::FocusIn);
   QApplication::sendEvent(gauge, &in);
@@ -315,7 +315,7 @@ TEST(MainForm, SelectingAFanReadsItsLimitAndParksTheHighMarker) {
   EXPECT_EQ(console.Chip.Traffic(), "W54:AF W55:FF") << "100 RPM has no count at two pulses";
 }
 
-/// Types into a limit's box over what stands there.
+/// Types into a limit's box, replacing its text.
 void Type(LimitBox& box, const char* text) {
   box.selectAll();
   QTest::keyClick(&box, Qt::Key_Delete);
@@ -323,7 +323,7 @@ void Type(LimitBox& box, const char* text) {
   QTest::keyClick(&box, Qt::Key_Return);
 }
 
-TEST(MainForm, EachControlOfTheVisualDisplayReachesTheBusAsItsNameSays) {
+TEST(MainForm, EachControlOfTheVisualDisplayMakesItsTransfers) {
   std::vector<std::pair<std::string, const char*>> rows{
       {"Command1",
        "R40 W40:01 W50:0A W4E:0A W52:0A W51:50 W4F:50 W53:50 W68:28 W67:28 W69:28 W34:3C W33:3C W35:3C "
@@ -349,7 +349,7 @@ TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
   EXPECT_FALSE(difference->isVisible());
   console.Click("cmdFanTest");
   EXPECT_TRUE(console.Wait([&] { return difference->isVisible(); }));
-  EXPECT_EQ(difference->text(), "PWM1 is set to Manual Control now");
+  EXPECT_EQ(difference->text(), "PWM1 is now set to Manual Control");
   EXPECT_FALSE(console.Find<QWidget>("pnlSlider")->isVisible()) << "as it was when the chip was found";
   console.Click("cmdUseSlider");
   EXPECT_TRUE(console.Find<QWidget>("pnlSlider")->isVisible());
@@ -357,7 +357,7 @@ TEST(MainForm, ThePanelFollowsTheConfigurationOnTheBusAndOffersTheSlider) {
   EXPECT_FALSE(difference->isVisible());
 }
 
-TEST(MainForm, ATypedLimitIsWrittenARefusedOneKeepsItsTextAndTheWheelWritesNothing) {
+TEST(MainForm, ATypedLimitIsWrittenARejectedOneKeepsItsTextAndTheWheelWritesNothing) {
   Console console;
   console.Click("visualdisplaytext_1");
   auto& high = *console.Find<LimitBox>("txtHighLimit");
@@ -372,12 +372,13 @@ TEST(MainForm, ATypedLimitIsWrittenARefusedOneKeepsItsTextAndTheWheelWritesNothi
     EXPECT_EQ(high.text(), text);
     EXPECT_FALSE(range.isHidden());
     EXPECT_EQ(range.text(), "⚠ -127 to 127 °C, whole degrees");
-    EXPECT_EQ(console.Text("lblNotice"), "|  Not written: the high limit of Remote 1 is -127 to 127 °C, whole degrees");
+    EXPECT_EQ(console.Text("lblNotice"),
+              "|  Not written: the high limit of Remote 1 must be -127 to 127 °C, whole degrees");
   }
-  console.Form->SelectTab(MainForm::VisualDisplay);  // shows everything anew
+  console.Form->SelectTab(MainForm::VisualDisplay);  // refreshes the page
   EXPECT_FALSE(range.isHidden());
   QTest::keyClick(&high, Qt::Key_Up);
-  EXPECT_EQ(high.text(), "") << "a refused text is not stepped from";
+  EXPECT_EQ(high.text(), "") << "a rejected text is not stepped";
   QTest::keyClick(&high, Qt::Key_Escape);
   EXPECT_EQ(high.text(), "127 °C");
   EXPECT_TRUE(range.isHidden());
@@ -398,14 +399,14 @@ TEST(MainForm, ATypedLimitIsWrittenARefusedOneKeepsItsTextAndTheWheelWritesNothi
   EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->Markers().Low(), -126);
   Type(high, "150");
   QTest::keyClick(&low, Qt::Key_Down);
-  EXPECT_EQ(range.text(), "⚠ -127 to 127 °C, whole degrees") << "the range that holds now";
+  EXPECT_EQ(range.text(), "⚠ -127 to 127 °C, whole degrees") << "the present range";
   EXPECT_TRUE(console.Dialogs.Shown.empty());
   for (LimitBox* box : {&high, &low}) Type(*box, "999");
   QTest::qWait(20);
   EXPECT_TRUE(low.visibleRegion().boundingRect().height() > 10 && high.visibleRegion().boundingRect().height() > 10);
 }
 
-TEST(MainForm, ATypedLimitThatFailsIsTriedOnceAndNotKnownThen) {
+TEST(MainForm, ATypedLimitThatFailsIsTriedOnceAndThenUnknown) {
   Console console;
   console.Click("visualdisplaytext_1");
   auto& box = *console.Find<LimitBox>("txtHighLimit");
@@ -416,13 +417,13 @@ TEST(MainForm, ATypedLimitThatFailsIsTriedOnceAndNotKnownThen) {
   console.Chip.Sim.AddFault(*ParseFault("fail=1,reg=4F,op=write"));
   console.Chip.Traffic();
   Type(box, "70");
-  EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:46!") << "nor once more when the box takes the focus";
+  EXPECT_EQ(console.Chip.Traffic(), "W4E:81 W4F:46!") << "and not again when the box takes the focus";
   EXPECT_EQ(console.Dialogs.Shown.size(), 1U);
   EXPECT_EQ(box.text(), "");
-  EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->accessibleDescription(), "High not known, Low -127");
+  EXPECT_EQ(console.Find<LimitGauge>("limits_gauge")->accessibleDescription(), "High unknown, Low -127");
 }
 
-TEST(MainForm, AHeldArrowGoesOnStepping) {
+TEST(MainForm, AHeldArrowKeepsStepping) {
   for (const auto medium : {Console::Medium::Board, Console::Medium::Smbus}) {
     Console console(medium, {{0x51, 0x50}});
     console.Click("visualdisplaytext_0");
@@ -482,11 +483,11 @@ TEST(MainForm, AFailingTickIsCountedInTheStatusBarAndAFailingClickShowsOneBoxToo
   EXPECT_FALSE(console.Tile(0).IsOld());
   console.Click("visualdisplaytext_9");
   console.Chip.FailTransfer(1, true);
-  EXPECT_TRUE(console.Shows("lblCycle", "The bus fails, next try every "));
-  EXPECT_TRUE(console.Shows("lblSummary", "not read yet")) << "not an old value";
+  EXPECT_TRUE(console.Shows("lblCycle", "Bus failing, retrying every "));
+  EXPECT_TRUE(console.Shows("lblSummary", "not read yet")) << "not out of date";
 }
 
-TEST(MainForm, AsksBeforeADetectionWithoutMonitoringAndTriesAgainToPutItsOutputBack) {
+TEST(MainForm, AsksBeforeADetectionWithoutMonitoringAndRetriesToRestoreItsOutput) {
   Console console(Console::Medium::Board, {{0x40, 0x00}});
   console.Click("cmdConfigureFans");
   console.Chip.BusTraffic();
@@ -521,7 +522,7 @@ TEST(MainForm, AThemeSwitchedWhileRunningColoursEveryText) {
   ApplyTheme(*qApp, Theme::Light);
 }
 
-TEST(MainForm, ClosingAsksWhereItLeavesSomethingBehindASignalOnlySaysItAndTheTrafficEnds) {
+TEST(MainForm, ClosingAsksAboutUnfinishedWorkASignalOnlyReportsItAndTheTrafficEnds) {
   Console console(Console::Medium::Smbus);
   EXPECT_TRUE(console.Wait([&] { return !console.Chip.Traffic().empty(); }));
   console.Click("cmdViewEasy");
@@ -534,7 +535,7 @@ TEST(MainForm, ClosingAsksWhereItLeavesSomethingBehindASignalOnlySaysItAndTheTra
   EXPECT_FALSE(console.Form->close());
   const std::string left =
       "Glitch test stopped: PWM2 and PWM3 in manual control at 0 %\nNot saved: " + name.toStdString();
-  EXPECT_EQ(console.Dialogs.Shown.back(), "ask|To end now means:\n\n" + left + "|End");
+  EXPECT_EQ(console.Dialogs.Shown.back(), "ask|If you exit now:\n\n" + left + "|Exit");
   console.Chip.Bus.EndAsked = [] { return true; };
   testing::internal::CaptureStderr();
   EXPECT_TRUE(console.Form->close());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a user's hand does to gauge, slider, field and lamp, and what the program may do without a word.
+// User input on gauge, slider, field and indicator, and silent changes by the program.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -56,15 +56,15 @@ struct Gauge : LimitGauge {
   int Paints = 0;
 };
 
-TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
+TEST(LimitGauge, ADragReportsEachNewValueAndItsEnd) {
   Gauge gauge;
   const std::tuple<Marker, double, double, const char*> rows[] = {
-      // From here to there, in the scale's units above the marker.
-      {Marker::High, -0.6, -20.6, "moving High 60;released High 60;"},  // taken beside its middle
+      // Start and end, in scale units above the marker.
+      {Marker::High, -0.6, -20.6, "moving High 60;released High 60;"},  // grabbed off its centre
       {Marker::Low, -0.6, 79.4, "moving Low 60;released Low 60;"},      // stopped by the other marker
       {Marker::Low, -0.6, 20, ""},                                      // stopped there already: nothing to write
       {Marker::Low, 0, 0, ""},                                          // nothing to write
-      // Where both stand the side of the mouse decides which is taken.
+      // At the same position the side of the mouse decides.
       {Marker::Low, -1, -11, "moving Low 50;released Low 50;"},
       {Marker::High, 1, 11, "moving High 70;released High 70;"},
       {Marker::High, 15, 20, ""},  // far from both
@@ -74,16 +74,16 @@ TEST(LimitGauge, ADragTellsEachNewValueAndItsEnd) {
     EXPECT_EQ(gauge.Take(), log);
   }
   DragMouse(gauge, gauge.Grip(Marker::High) - QPointF(118, 0), gauge.Grip(Marker::High, 20) - QPointF(118, 0));
-  EXPECT_EQ(gauge.Take(), "") << "beside the bar";
+  EXPECT_EQ(gauge.Take(), "") << "outside the bar";
   Mouse(gauge, QEvent::MouseMove, gauge.Grip(Marker::Low), true);
   EXPECT_EQ(gauge.cursor().shape(), Qt::SizeVerCursor);
   DragMouse(gauge, gauge.Grip(Marker::Low), gauge.Grip(Marker::Low));
-  EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "put back on release";
+  EXPECT_EQ(gauge.cursor().shape(), Qt::ArrowCursor) << "restored on release";
   gauge.PutBack(Marker::High);
   EXPECT_EQ(gauge.accessibleDescription(), "High 80, Low 50") << "a rejected value";
 }
 
-TEST(LimitGauge, ADragThatLostItsReleaseEndsWhereItWasAndOneOfAnotherChannelEndsWithoutOne) {
+TEST(LimitGauge, ADragWithoutReleaseEndsInPlaceAndASelectionOfAnotherChannelEndsADrag) {
   Gauge gauge;
   const QPointF grip = gauge.Grip(Marker::High);
   const QPointF ten(0, 10 * gauge.PixelsPerUnit);
@@ -99,7 +99,7 @@ TEST(LimitGauge, ADragThatLostItsReleaseEndsWhereItWasAndOneOfAnotherChannelEnds
   EXPECT_EQ(gauge.Take(), "");
 }
 
-TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWouldAndTabReachesBothAndThenLeaves) {
+TEST(LimitGauge, KeysMoveTheFocusedMarkerLikeADragAndTabReachesBothAndThenLeaves) {
   Gauge gauge;
   Gauge unplaced;
   unplaced.SetScale(0, 8);
@@ -111,7 +111,7 @@ TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWouldAndTabReachesBothAndThenLea
   EXPECT_EQ(unplaced.Take(), "");
   gauge.Place(Marker::High, 127, std::nullopt);
   QTest::keyClick(&gauge, Qt::Key_Up);
-  EXPECT_EQ(gauge.Take(), "") << "at the end stop nothing moves";
+  EXPECT_EQ(gauge.Take(), "") << "no movement at the end";
   gauge.SetStepEnd([](double from, double wanted) { return wanted < from ? -20 : wanted; });
   QTest::keyClick(&gauge, Qt::Key_Down);
   EXPECT_EQ(gauge.Take(), "moving High 10;released High 10;") << "stopped by the other marker";
@@ -130,15 +130,15 @@ TEST(LimitGauge, KeysMoveTheMarkerInFocusAsADragWouldAndTabReachesBothAndThenLea
   EXPECT_TRUE(next->hasFocus());
 }
 
-TEST(LimitGauge, ShowsAtOnceAndWithoutAWordWhatTheProgramChanges) {
+TEST(LimitGauge, ShowsProgrammaticChangesAtOnceWithoutASignal) {
   Gauge gauge;
   gauge.show();
   const GaugeMarkers::RegisterBytes allOnes{0xFF, 0xFF};
   const std::pair<const char*, std::function<void()>> rows[] = {
       {"High 80, Low 10", [&] { gauge.SetValue(50); }},
       {"High 80, Low 10", [&] { gauge.SetStale(true); }},
-      {"High not known, Low 10", [&] { gauge.Place(Marker::High, 20, std::nullopt); }},
-      {"High not known", [&] { gauge.Park(Marker::Low, -55); }},
+      {"High unknown, Low 10", [&] { gauge.Place(Marker::High, 20, std::nullopt); }},
+      {"High unknown", [&] { gauge.Park(Marker::Low, -55); }},
       {"", [&] { gauge.SetScale(0, 20000); }},
       {"Low none", [&] { gauge.Place(Marker::Low, INFINITY, allOnes); }},
   };
@@ -166,14 +166,14 @@ struct Slider : DutySlider {
   std::string Log;
 };
 
-TEST(DutySlider, TellsAPressAMoveAndAReleaseApart) {
+TEST(DutySlider, DistinguishesPressMoveAndRelease) {
   Slider slider;
   EXPECT_TRUE(slider.SetValue(128));
   const QPointF handle = slider.rect().center();
   DragMouse(slider, handle, handle);
   EXPECT_EQ(slider.Take(), "pressed;released;");
   Mouse(slider, QEvent::MouseButtonPress, handle);
-  EXPECT_FALSE(slider.SetValue(10)) << "a tick does not pull the slider from under the user";
+  EXPECT_FALSE(slider.SetValue(10)) << "a tick does not move a pressed slider";
   EXPECT_EQ(slider.value(), 128);
   Mouse(slider, QEvent::MouseMove, handle + QPointF(1000, 0));
   Mouse(slider, QEvent::MouseButtonRelease, handle + QPointF(1000, 0));
@@ -184,7 +184,7 @@ TEST(DutySlider, AKeyStepIsMovedAndReleasedAfterTheMove) {
   Slider slider;
   const std::tuple<int, Qt::Key, int> rows[] = {
       {254, Qt::Key_Right, 255},
-      {130, Qt::Key_Right, 133},  // 51 %: a step to 131 would still be 51 %, and the next reading takes it back
+      {130, Qt::Key_Right, 133},  // 51 %: a step to 131 would still be 51 %, and the next reading would reset it
       {130, Qt::Key_PageDown, 117},
       {255, Qt::Key_Right, 255},
   };
@@ -195,7 +195,7 @@ TEST(DutySlider, AKeyStepIsMovedAndReleasedAfterTheMove) {
   }
 }
 
-TEST(Wheel, NeverChangesAValueButScrollsWhatTheControlStandsIn) {
+TEST(Wheel, NeverChangesAValueButScrollsTheParent) {
   Gauge gauge;
   Slider slider;
   QSpinBox box;
@@ -208,7 +208,7 @@ TEST(Wheel, NeverChangesAValueButScrollsWhatTheControlStandsIn) {
   EXPECT_EQ(gauge.Take() + slider.Take() + std::to_string(box.value()), "0");
 }
 
-TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheWholePartOfWhatIsTyped) {
+TEST(UpDownEdit, ButtonsAndKeysStepWithinTheRangeFromTheIntegerPartOfTheText) {
   UpDownEdit edit("duty", "Duty", 0, 100);
   QString log;
   QObject::connect(&edit, &UpDownEdit::Edited, [&](const QString& text) { log += text + ";"; });
@@ -232,15 +232,18 @@ TEST(Indicator, EveryStateHasItsOwnPictureAndWord) {
   EXPECT_EQ(lamp.accessibleDescription(), "Not read yet");
   QImage before;
   const std::tuple<IndicatorState, bool, const char*> rows[] = {
-      {IndicatorState::Hidden, false, "Disabled"}, {IndicatorState::Unknown, false, "Not read yet"},
-      {IndicatorState::Ok, false, "OK"},           {IndicatorState::Bad, false, "Bad"},
-      {IndicatorState::Ok, true, "OK (old)"},      {IndicatorState::Bad, true, "Bad (old)"},
+      {IndicatorState::Hidden, false, "Disabled"},
+      {IndicatorState::Unknown, false, "Not read yet"},
+      {IndicatorState::Ok, false, "OK"},
+      {IndicatorState::Bad, false, "Bad"},
+      {IndicatorState::Ok, true, "OK (out of date)"},
+      {IndicatorState::Bad, true, "Bad (out of date)"},
   };
   for (const auto& [state, stale, word] : rows) {
     lamp.SetState(state);
     lamp.SetStale(stale);
     EXPECT_EQ(lamp.accessibleDescription(), word);
-    // Without colour: the shape alone must tell them apart.
+    // Without colour: distinguished by shape alone.
     const QImage shape = lamp.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
     EXPECT_NE(std::exchange(before, shape), shape) << word;
   }

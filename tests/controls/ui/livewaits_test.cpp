@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What runs when in the real event loop: the waits of transfers, the timers' turns, the requests to end.
+// Order of events in the real event loop: waits of transfers, turns of timers, requests to end.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <qcustomplot.h>
@@ -18,7 +18,7 @@
 namespace krx {
 namespace {
 
-/// Notes the mouse moves it is given. The offscreen platform queues one, as user input, when the cursor is placed.
+/// Counts received mouse moves. The offscreen platform queues one, as user input, when the cursor is placed.
 struct MoveCounter : QWidget {
   explicit MoveCounter(LiveBench& bench) : Bench(bench) {
     setMouseTracking(true);
@@ -36,7 +36,7 @@ struct MoveCounter : QWidget {
   int Inside = 0;  ///< of the moves in a turn or a transfer
 };
 
-TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
+TEST(QtEventPump, UserInputIsDeliveredByAWaitButQueuedByATransfer) {
   LiveBench bench;
   MoveCounter window(bench);
   int ticks = 0;
@@ -46,17 +46,17 @@ TEST(QtEventPump, UserInputIsDeliveredByAWaitButHeldBackByATransfer) {
   window.Nudge();
   bench.Read(1);
   EXPECT_EQ(window.Moves, 0);
-  EXPECT_GT(ticks, 0) << "timers go on during a transfer's wait";
+  EXPECT_GT(ticks, 0) << "timers run during a transfer's wait";
   bench.Bus.Delay(0.005);
   EXPECT_EQ(window.Moves, 1) << "held, not lost";
   window.Nudge();
   bench.Read(1);
   timer.stop();
   LiveBench::Run(20);
-  EXPECT_EQ(window.Moves, 2) << "the main loop wakes for what was held, though nothing else happens";
+  EXPECT_EQ(window.Moves, 2) << "the main loop wakes up for queued input";
 }
 
-TEST(QtEventPump, WhatAHeldControlRepeatsWaitsLikeOtherInput) {
+TEST(QtEventPump, AutoRepeatIsQueuedLikeOtherInput) {
   struct Held : QAbstractSlider {
     Held() { setRepeatAction(SliderSingleStepAdd, 1, 1); }
   } held;
@@ -64,7 +64,7 @@ TEST(QtEventPump, WhatAHeldControlRepeatsWaitsLikeOtherInput) {
   bench.Read(4);
   EXPECT_EQ(held.value(), 0) << "not inside a transfer";
   QCoreApplication::processEvents();
-  EXPECT_TRUE(held.value() >= 1 && held.value() <= 3) << "held, not lost, nor are twenty made up for: " << held.value();
+  EXPECT_TRUE(held.value() >= 1 && held.value() <= 3) << "queued, not lost, and not twenty repeats: " << held.value();
 }
 
 TEST(QtEventPump, AWaitIsNeverShortAndSleepsWhileNothingHappens) {
@@ -76,13 +76,13 @@ TEST(QtEventPump, AWaitIsNeverShortAndSleepsWhileNothingHappens) {
   };
   const std::clock_t processor = std::clock();
   for (int i = 0; i < 40; ++i) wait(0.005);
-  LiveBench::Run(100);  // nor does a wait that is over keep the main loop busy
+  LiveBench::Run(100);  // a finished wait does not keep the main loop busy
   EXPECT_LT(static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC, 0.25 * 0.3);
   QTimer::singleShot(1, [&] { wait(0.005); });
   wait(0.03);  // an inner wait does not use up the outer one's timer
 }
 
-TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
+TEST(QtEventPump, ExpensiveWorkIsDeferredUntilNoTransferWaits) {
   LiveBench bench;
   std::string log;
   double left = -1;
@@ -102,7 +102,7 @@ TEST(QtEventPump, CostlyWorkWaitsUntilNoTransferWaits) {
   EXPECT_EQ(log, "after ");
 }
 
-/// Ticks of 20 ms of transfers each at intervals of 10 ms: there is always one too many.
+/// Ticks with 20 ms of transfers at intervals of 10 ms: a permanent overload.
 struct Busy : LiveBench {
   std::unique_ptr<ChipTimer> Timer(char name, std::function<void()> first = {}) {
     return std::make_unique<ChipTimer>(Turns, std::string(1, name), 10, [this, name, first] {
@@ -123,17 +123,17 @@ TEST(ChipTurns, OverloadedTimersTakeTurnsOneAtATimeAndInputIsDeliveredBetweenThe
   const std::unique_ptr<ChipTimer> b = bench.Timer('b', [&] { window.Nudge(); });
   for (auto* timer : {a.get(), b.get()}) timer->Start();
   bench.Read(5);
-  EXPECT_EQ(bench.Order, "") << "no turn begins inside a transfer of the user's";
+  EXPECT_EQ(bench.Order, "") << "no turn begins inside a transfer of a user handler";
   for (int waits = 0; waits < 200 && bench.Order.size() < 12; ++waits) LiveBench::Run(20);
   EXPECT_TRUE(bench.Order.starts_with("a.b.a.b.a.b.")) << bench.Order;
-  // Neither starves the other, and neither has two turns while the other waits.
+  // Neither starves, and neither gets two turns while the other waits.
   for (const char* wrong : {"a.a", "b.b", "ab", "ba"})
     EXPECT_EQ(bench.Order.find(wrong), std::string::npos) << bench.Order;
   EXPECT_EQ(window.Inside, 0);
   EXPECT_GE(window.Moves, window.Nudges - 1);
 }
 
-TEST(ChipTurns, WhatBecomesReadyAsThePauseEndsComesBeforeTheNextTurn) {
+TEST(ChipTurns, EventsReadyAtTheEndOfThePauseComeBeforeTheNextTurn) {
   Busy bench;
   std::string seen;
   // A timer that is due later than the pause's, in the same pass of an event loop that was kept busy over both.
@@ -158,7 +158,7 @@ TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
   int ticks = 0;
   ChipTimer timer(bench.Turns, "visual_timer", 1, [&] {
     bench.Read(1);
-    if (++ticks == 1) throw std::runtime_error("not the link's");
+    if (++ticks == 1) throw Failure("not the link's");
   });
   bench.Turns.OnFailure([&](const std::string& name, const CommsError& error) {
     failures += fmt::format("{} {} after {} ms; ", name, error.BoxText(), timer.PauseMilliseconds());
@@ -173,7 +173,7 @@ TEST(ChipTurns, AFailedTickIsReportedAndTheNextOneWorks) {
   EXPECT_GT(ticks, 2);
 }
 
-TEST(ChipTurns, AStoppedOrEndedTimerGivesUpItsWaitingTurn) {
+TEST(ChipTurns, AStoppedOrDestroyedTimerDropsItsWaitingTurn) {
   Busy bench;
   std::unique_ptr<ChipTimer> stopped = bench.Timer('s');
   std::unique_ptr<ChipTimer> ended = bench.Timer('e');
@@ -187,7 +187,7 @@ TEST(ChipTurns, AStoppedOrEndedTimerGivesUpItsWaitingTurn) {
   EXPECT_EQ(bench.Order, "f.");
 }
 
-TEST(ChartRedraw, DrawsAtEveryFifthTickNeverWhileHiddenAndPutsOffWhatDoesNotFitIntoAWait) {
+TEST(ChartRedraw, DrawsEveryFifthTickNeverWhileHiddenAndDefersWhatDoesNotFitIntoAWait) {
   const TraceHistory history(1);
   ScriptedBudget budget;
   auto chart = std::make_unique<StripChart>(history);
@@ -202,7 +202,7 @@ TEST(ChartRedraw, DrawsAtEveryFifthTickNeverWhileHiddenAndPutsOffWhatDoesNotFitI
   EXPECT_EQ(drawn(100), 0);
   chart->show();
   LiveBench::Run(60);
-  drawn(5);  // whatever was left over from showing
+  drawn(5);  // pending redraws from showing
   const int shown = drawn(20);
   EXPECT_TRUE(shown >= 4 && shown <= 10) << shown;  // a slow machine may pass the 50 ms now and then
   chart->hide();
@@ -220,10 +220,10 @@ TEST(ChartRedraw, DrawsAtEveryFifthTickNeverWhileHiddenAndPutsOffWhatDoesNotFitI
     ASSERT_TRUE(budget.Afterwards);
   }
   chart.reset();
-  EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart's end";
+  EXPECT_FALSE(budget.Afterwards) << "nothing is called after the chart is destroyed";
 }
 
-TEST(Backoff, RestsFromTheSecondFailureInARowUntilASuccess) {
+TEST(Backoff, PausesFromTheSecondConsecutiveFailureUntilASuccess) {
   Backoff backoff;
   for (int round = 0; round < 2; ++round, backoff.Succeeded()) {
     for (const int pause : {0, 0, 100, 200, 400, 800, 1600, 2000, 2000}) {
@@ -235,8 +235,8 @@ TEST(Backoff, RestsFromTheSecondFailureInARowUntilASuccess) {
   }
 }
 
-TEST(EndSignals, ASignalFromOutsideBecomesARequestOnceNothingIsUnderWay) {
-  // A reader that went away ends nothing.
+TEST(EndSignals, ASignalBecomesARequestOnceNothingIsInProgress) {
+  // A closed pipe does not end the program.
   for (const auto& [signal, ends] : {std::pair{SIGPIPE, 0}, {SIGTERM, 1}, {SIGINT, 1}, {SIGHUP, 1}, {SIGQUIT, 1}}) {
     bool busy = true;
     int requests = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The charts over time and over each other's values.
+// Charts over time and x-y charts.
 #include "controls/ui/stripchart.h"
 
 #include <fmt/format.h>
@@ -59,14 +59,14 @@ class StripChartTest : public ::testing::Test {
   int redraws = 0;
 };
 
-TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExportAndOnesThatAreSwitchedOffKeepAGreyEntry) {
+TEST_F(StripChartTest, HiddenTracesAreRemovedFromLegendMenuAndExportAndDisabledOnesKeepAGreyEntry) {
   int toggled = -1;
   QObject::connect(&chart, &StripChart::TraceToggled, [&](int channel, bool) { toggled = channel; });
   EXPECT_EQ(plot.legend->itemCount(), plot.legend->visible() ? 2 : 0);
   chart.SetTraceVisible(0, false);
   EXPECT_EQ(std::pair(plot.legend->itemCount(), plot.legend->elementCount()), std::pair(1, 1));  // no hole
   EXPECT_FALSE(Toggle(0)->isVisible());
-  EXPECT_EQ(toggled, -1) << "the program's own change is no wish of the user";
+  EXPECT_EQ(toggled, -1) << "a programmatic change is not a user request";
   Post(1);
   chart.SetTraceName(1, "Rear");
   EXPECT_EQ(chart.Values({"A board"}).Next(10), "# A board\nTime (s),Rear (RPM)\n0.010000,2412\n");
@@ -92,7 +92,7 @@ TEST_F(StripChartTest, HiddenTracesLeaveLegendMenuAndExportAndOnesThatAreSwitche
   EXPECT_EQ(Entry(0)->textColor(), Palette::Dark().text);
 }
 
-TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
+TEST_F(StripChartTest, TabReachesEveryButtonAndThenTheChart) {
   Show();
   chart.findChild<QToolButton*>("live")->setFocus();
   std::string order;
@@ -107,7 +107,7 @@ TEST_F(StripChartTest, TabReachesEveryButtonAndThenThePicture) {
   EXPECT_EQ(order, "live 0 pause 1 fit 2 traces export plot live 0 ");
 }
 
-TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
+TEST_F(StripChartTest, APictureHasItsUnitsAndLeavesTheScreenUnchanged) {
   chart.SetAxisTitles("Temperature", "Fans");
   chart.SetAxisUnits("°C", "RPM");
   Post(10);
@@ -129,7 +129,7 @@ TEST_F(StripChartTest, APictureSaysItsUnitsAndLeavesTheScreenAsItWas) {
   EXPECT_EQ(plot.axisRect()->rect(), area);
 }
 
-TEST_F(StripChartTest, APausedPictureStandsWhileReadingsComeInAndMovesByKeysAndWheel) {
+TEST_F(StripChartTest, APausedChartIsFixedWhileReadingsArriveAndMovesByKeysAndWheel) {
   Post(10);
   chart.Pause();
   const ChartSpan paused = chart.Shown();
@@ -152,7 +152,7 @@ TEST_F(StripChartTest, APausedPictureStandsWhileReadingsComeInAndMovesByKeysAndW
       {quarter, {0, -120}, {}, "-0.06 1.25"},
       {quarter, {240, 0}, {}, "-0.20 1.00"},
       {quarter, {0, -120}, Qt::ShiftModifier, "0.10 1.00"},
-      {{area.left() / 2, quarter.y()}, {0, 120}, {}, "0.00 1.00"},  // beside the picture
+      {{area.left() / 2, quarter.y()}, {0, 120}, {}, "0.00 1.00"},  // outside the chart
   };
   for (const auto& [at, turn, modifiers, moved] : turns) {
     const ChartSpan before = chart.Shown();
@@ -195,7 +195,7 @@ TEST_F(StripChartTest, AxesKeepTheirRangesAndTheSecondGrowsWithTheFans) {
   fan = 0;
   Post(1);
   Show();
-  EXPECT_LT(plot.yAxis2->coordToPixel(0), plot.axisRect()->bottom() - 2) << "a fan that stands still is seen";
+  EXPECT_LT(plot.yAxis2->coordToPixel(0), plot.axisRect()->bottom() - 2) << "a stopped fan is visible";
   fan = 6100.f;
   Post(1);
   plot.replot();
@@ -213,7 +213,7 @@ TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
   Show();
   const ChartSpan live = chart.Shown();
   const std::tuple<QPointF, Qt::MouseButton, Qt::KeyboardModifiers, const char*, double> drags[] = {
-      // By shares of the picture, from a quarter of it on.
+      // In fractions of the chart, starting at a quarter.
       {{0.5, 0.5}, Qt::LeftButton, {}, "0.25 0.50", 70},
       {{0.5, 0}, Qt::LeftButton, Qt::ShiftModifier, "-0.50 1.00", 70},
       {{-0.2, 0}, Qt::MiddleButton, {}, "0.20 1.00", 70},
@@ -254,7 +254,7 @@ TEST_F(StripChartTest, FrameZoomsShiftPansArrowsStretchAndDoubleClickGoesLive) {
   }
 }
 
-TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
+TEST(XyChart, AddsAPointOnceAndListsOnlyNamedTraces) {
   QLocale::setDefault(QLocale(QLocale::German));
   XyChart chart({"Temperature °C", 0, 120}, {"PWM %", 0, 100});
   QLocale::setDefault(QLocale::c());
@@ -264,7 +264,7 @@ TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   for (int i = 0; i < 1000; ++i) chart.AddPoint(0, 40 + i % 3, 20);
   for (const auto& [x, y] : {std::pair{NAN, 1.f}, {1.f, INFINITY}}) chart.AddPoint(0, x, y);
   QCustomPlot& plot = *chart.Plot();
-  EXPECT_EQ(plot.locale().toString(1234.5), "1234.5") << "numbers are written alike in every country";
+  EXPECT_EQ(plot.locale().toString(1234.5), "1234.5") << "numbers are independent of the locale";
   auto* curve = qobject_cast<QCPCurve*>(plot.plottable(0));
   EXPECT_EQ(std::pair(chart.PointCount(0), curve->data()->size()), std::pair(3, 3));
   EXPECT_EQ(plot.xAxis->label() + plot.yAxis->label(), "Temperature °CPWM %");
@@ -278,7 +278,7 @@ TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   EXPECT_EQ(label->text(), "Therm");
   EXPECT_NEAR(label->position->pixelPosition().x(), plot.axisRect()->rect().center().x(), 1);
   EXPECT_EQ(plot.legend->itemCount(), 2);
-  EXPECT_LE(plot.legend->outerRect().bottom(), plot.axisRect()->top()) << "above the picture";
+  EXPECT_LE(plot.legend->outerRect().bottom(), plot.axisRect()->top()) << "above the chart";
   EXPECT_EQ(plot.legend->rowCount(), 1);
   chart.resize(plot.legend->outerRect().width() / 2, 300);
   plot.replot();
@@ -291,7 +291,7 @@ TEST(XyChart, TakesAPointOnceAndNamesOnlyTracesThatHaveAName) {
   EXPECT_EQ(chart.PointCount(0) + curve->data()->size() + plot.itemCount(), 0);
 }
 
-TEST(TraceLines, AreUprightRunsThatTouchAndBridgesUnlessNothingWasMeasured) {
+TEST(TraceLines, AreTouchingVerticalRunsAndBridgesExceptInGaps) {
   std::vector<TraceColumn> columns{{1, 3}, {5, 6}, {}, {}, {2, 2}, {2, 2}, {2, 2}};
   const TraceScale scale{.FirstX = 0.5, .ColumnWidth = 1, .ZeroY = 10, .YPerUnit = -1};
   const QVector<QLineF> straight{{0.5, 7.5, 0.5, 9.5}, {1.5, 4.5, 1.5, 7.5}, {4.5, 8.5, 6.5, 8.5}};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the user is asked and told, and the files that come of it.
+// Boxes and file dialogs, and the files they produce.
 #include "controls/ui/userdialogs.h"
 
 #include <fmt/format.h>
@@ -26,7 +26,7 @@ TEST(UserDialogs, FiltersAreTranslatedForTheToolkit) {
   EXPECT_EQ(ToolkitFilter("Excel Files (*.xls)|*.xls|All|*"), "Excel Files (*.xls);;All (*)");
 }
 
-TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
+TEST(UserDialogs, AFailedActionShowsOneBoxAfterReleasingItsResources) {
   ScriptedDialogs dialogs;
   bool held = false;
   dialogs.WhileOpen = [&] { EXPECT_FALSE(held); };
@@ -34,9 +34,11 @@ TEST(UserDialogs, AnActionThatFailsShowsOneBoxAfterItHasReleasedWhatItHeld) {
     const QScopedValueRollback guard(held, true);
     throw Overflow();
   }));
-  EXPECT_FALSE(RunUserAction(dialogs, [] { throw std::runtime_error("disk full"); }));
+  EXPECT_FALSE(RunUserAction(dialogs, [] { throw Failure("disk full"); }));
+  EXPECT_FALSE(RunUserAction(dialogs, [] { throw std::runtime_error("vector::_M_range_check"); }));
   EXPECT_TRUE(RunUserAction(dialogs, [] {}));
-  EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|"}));
+  EXPECT_EQ(dialogs.Shown, (std::vector<std::string>{"critical|Error: 6, Overflow|", "critical|disk full|",
+                                                     "critical|internal error|"}));
 }
 
 using Shown = std::vector<std::string>;
@@ -46,7 +48,7 @@ struct GateBench : LiveBench {
   GatedDialogs Gate{Boxes, Pump, [this] { return UnderWay(); }};
 };
 
-TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
+TEST(GatedDialogs, ABoxOpensOnceNoTransferOrTurnIsInProgress) {
   GateBench bench;
   int ticks = 0, behind = 0;
   bench.Boxes.WhileOpen = [&] {
@@ -68,10 +70,10 @@ TEST(GatedDialogs, ABoxOpensOnceNeitherTransferNorTurnIsUnderWay) {
   LiveBench::Run(150);
   EXPECT_EQ(bench.Boxes.Shown,
             (Shown{"critical|at once|", "critical|in a transfer|", "exclamation|in a turn|its title"}));
-  EXPECT_GE(behind, 2) << "the cycle goes on behind a box";
+  EXPECT_GE(behind, 2) << "the cycle continues during a box";
 }
 
-TEST(GatedDialogs, BoxesThatWaitTogetherAreOneAndFileDialogsNeverWait) {
+TEST(GatedDialogs, WaitingBoxesAreMergedAndFileDialogsNeverWait) {
   GateBench bench;
   {
     const GatedDialogs::Together together(bench.Gate);
@@ -82,7 +84,7 @@ TEST(GatedDialogs, BoxesThatWaitTogetherAreOneAndFileDialogsNeverWait) {
     LiveBench::Run(5);
     EXPECT_EQ(bench.Boxes.Shown, Shown{});
   }
-  EXPECT_EQ(bench.Boxes.Shown, Shown{}) << "the caller has still to close its window";
+  EXPECT_EQ(bench.Boxes.Shown, Shown{}) << "the caller still has to close its window";
   LiveBench::Run(5);
   EXPECT_EQ(bench.Boxes.Shown, (Shown{"critical|a\nb|", "exclamation|c|of its own"}));
   bench.Boxes.Files = {"f"};
@@ -108,7 +110,7 @@ void WithBox(const std::function<void(QMessageBox&)>& look, const std::function<
   open();
 }
 
-TEST(UserDialogs, ABoxShowsItsTextPlainUnderItsWholeTitleOrTheProgramsName) {
+TEST(UserDialogs, ABoxShowsPlainTextAndItsFullTitleOrTheProgramsName) {
   QGuiApplication::setApplicationDisplayName("The Program");
   QtUserDialogs dialogs;
   Shown seen;
@@ -140,7 +142,7 @@ TEST(UserDialogs, AQuestionIsAnsweredYesByItsButtonOnly) {
   }
 }
 
-TEST(DisplayGuardDeathTest, EndsWithTheReasonAndTheWayOutWhenNoWindowCanOpen) {
+TEST(DisplayGuardDeathTest, EndsWithTheReasonAndTheAlternativeWithoutADisplay) {
   const auto start = [] {
     const DisplayGuard guard;
     qInfo("This application failed to start because no Qt platform plugin could be initialized.");
@@ -148,10 +150,10 @@ TEST(DisplayGuardDeathTest, EndsWithTheReasonAndTheWayOutWhenNoWindowCanOpen) {
     qFatal("Could not find the Qt platform plugin");
   };
   EXPECT_EXIT(start(), ::testing::ExitedWithCode(1),
-              "^krx5580-console: could not connect to display :9\n.*Could not find.*\n.*no window can open here");
+              "^krx5580-console: cannot open a window \\(QT_QPA_PLATFORM=offscreen\\); krx5580 watch");
 }
 
-TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName) {
+TEST(FileSaving, AddsAMissingExtensionAndConfirmsOverwritingThatFile) {
   QTemporaryDir folder;
   const std::string at = folder.path().toStdString() + '/';
   ASSERT_EQ(SaveWhole(folder.filePath("there.csv"), "old"), "");
@@ -175,15 +177,18 @@ TEST(FileSaving, AddsTheEndingNobodyTypedAndAsksForAFileThatTheDialogDidNotName)
   }
 }
 
-TEST(FileSaving, AFullDiskLeavesTheOldFileAndNoOther) {
+TEST(FileSaving, AFailedSaveKeepsTheOldFileLeavesNoOtherAndNamesTheReason) {
   QTemporaryDir folder;
   const QString name = folder.filePath("run.txt");
   ScriptedDialogs dialogs;
   EXPECT_EQ(SaveAndTell(dialogs, "The run", name, "old"), "Saved to " + name);
+  EXPECT_EQ(SaveWhole(folder.filePath("no.folder/run.txt"), "x"), "no such file or directory (ENOENT)");
+  EXPECT_EQ(SaveWhole(folder.path(), "x"), "the file cannot be written");
   const FullDisk full;
   EXPECT_EQ(SaveAndTell(dialogs, "The run", name, QByteArray(10'000, 'x')), "");
   ASSERT_EQ(dialogs.Shown.size(), 1U);
-  EXPECT_TRUE(dialogs.Shown[0].starts_with("critical|The run could not be saved: ")) << dialogs.Shown[0];
+  EXPECT_TRUE(dialogs.Shown[0].starts_with("critical|The run could not be saved: file too large (EFBIG)"))
+      << dialogs.Shown[0];
   EXPECT_EQ(Content(name), "old");
   EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("run.txt"));
 }
@@ -204,7 +209,7 @@ struct Saving {
   QString End;
 };
 
-TEST(SavingBar, LeavesTheOldFileWhenCancelledElseSavesInSlicesBetweenOtherWorkWhatWasThereWhenItBegan) {
+TEST(SavingBar, KeepsTheOldFileWhenCancelledElseSavesTheInitialRowsInSlices) {
   Saving saving;
   saving.Start();
   saving.Bar.findChild<QPushButton*>("cmdCancelSaving")->click();
@@ -225,7 +230,7 @@ TEST(SavingBar, LeavesTheOldFileWhenCancelledElseSavesInSlicesBetweenOtherWorkWh
   EXPECT_TRUE(text.endsWith("199.990000,1.5\n"));
 }
 
-TEST(SavingBar, MakesNoTransferLateAndTellsOnlyBetweenTransfersThatAFullDiskLeftTheOldFile) {
+TEST(SavingBar, DelaysNoTransferAndReportsAFullDiskOnlyBetweenTransfers) {
   ScriptedBudget budget;
   budget.Left = 0.001;  // a transfer comes soon
   Saving saving;

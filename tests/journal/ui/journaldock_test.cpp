@@ -12,7 +12,7 @@
 namespace krx {
 namespace {
 
-/// The main window with its journal, over a chip that does not monitor: no tick comes between.
+/// The main window with its journal and a chip that is not monitoring, so that no ticks interfere.
 struct JournalWindow : FormBench {
   JournalWindow() {
     Chip.Root.Change([this] { return MakeJournalModule(Chip.Sim.MakeCommsModule(), Journal, false); });
@@ -26,7 +26,7 @@ struct JournalWindow : FormBench {
   void Press(const char* name) { QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton); }
   void Key(const char* name, Qt::Key key) { QTest::keyClick(Find<QWidget>(name), key); }
   std::string Notice() const { return Find<QLabel>("lblNotice")->text().remove("|  ").toStdString(); }
-  /// The rows of the table from `first`, renewed as the window does it: "Origin: write 64h 80h 10h, write ...".
+  /// The rows of the table from `first`, updated like in the window: "Origin: write 64h 80h 10h, write ...".
   std::string Rows(int first = 0) {
     auto* const filter = Find<QLineEdit>("txtJournalFilter");
     emit filter->textChanged(filter->text());
@@ -45,7 +45,7 @@ struct JournalWindow : FormBench {
   OriginFilter Origins{Journal};
 };
 
-TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
+TEST(JournalDock, NamesEveryWritingControlInWords) {
   JournalWindow window;
   EXPECT_EQ(window.Rows(), "") << "the start-up's writes are not the user's";
   const auto press = [&](const char* name) { return [&window, name] { window.Press(name); }; };
@@ -96,8 +96,8 @@ TEST(JournalDock, NamesEveryControlThatWritesAsAPersonWould) {
   window.Press("cmdUndoLast");
   EXPECT_EQ(window.Notice(), "Undo of \"Easy Setup\": 51h = 7Eh, 50h = 81h, 40h = 00h");
   EXPECT_EQ(window.Dialogs.Shown.back(),
-            "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: what it held before was never "
-            "read; it keeps what was written|");
+            "exclamation|Not undone:\n35h, 33h, 34h, 69h, 67h, 68h, 53h, 4Fh, 52h, 4Eh: previous value unknown; the "
+            "written value is kept|");
 }
 
 TEST(OriginFilter, AHeldKeyIsOneAction) {
@@ -112,7 +112,7 @@ TEST(OriginFilter, AHeldKeyIsOneAction) {
   // The system repeats a held key so: a release and a press of the same moment.
   for (const quint64 time : {1000, 1040, 1080}) {
     key(QEvent::KeyPress, time);
-    if (time == 1040) QTest::qWait(600);  // longer than a gesture outlasts its release
+    if (time == 1040) QTest::qWait(600);  // longer than the hold time of a gesture after its release
     key(QEvent::KeyRelease, time + 40);
   }
   key(QEvent::KeyPress, 1500);
@@ -122,9 +122,9 @@ TEST(OriginFilter, AHeldKeyIsOneAction) {
   EXPECT_EQ(window.Notice(), "Undo of \"Visual Display: high limit\": 51h = 7Fh");
 }
 
-TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
+TEST(JournalDock, AnUndoUpdatesTheWindows) {
   JournalWindow window;
-  EXPECT_FALSE(window.Find<QWidget>("cmdUndoMark")->isEnabled()) << "there is no mark";
+  EXPECT_FALSE(window.Find<QWidget>("cmdUndoMark")->isEnabled()) << "no mark is set";
   window.Press("cmdUndoLast");
   EXPECT_EQ(window.Notice(), "Nothing to undo");
   window.Form->SelectTab(MainForm::ReadWrite);
@@ -150,7 +150,7 @@ TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   window.Press("cmdApply");
   window.Chip.Traffic();
   window.Press("cmdUndoLast");
-  EXPECT_EQ(window.Chip.Traffic(), "W7B:55") << "the dialog takes what passed on the bus";
+  EXPECT_EQ(window.Chip.Traffic(), "W7B:55") << "the dialog takes the bytes seen on the bus";
   EXPECT_EQ(pulses.currentText(), "2");
 
   window.Form->SelectTab(MainForm::VisualDisplay);
@@ -159,7 +159,7 @@ TEST(JournalDock, AnUndoRenewsWhatTheWindowsShow) {
   EXPECT_EQ(window.Notice(), "Glitch test stopped: PWM2 and PWM3 in manual control at 0 %");
   window.Press("cmdGlitchTest");
   window.Press("cmdUndoLast");
-  EXPECT_TRUE(window.Find<QWidget>("barGlitchTest")->isHidden()) << "the test does not raise what was put back";
+  EXPECT_TRUE(window.Find<QWidget>("barGlitchTest")->isHidden()) << "the test does not raise a restored duty";
 }
 
 TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
@@ -204,7 +204,7 @@ TEST(JournalDock, FiltersCopiesAndSavesWhatItShows) {
   EXPECT_EQ(table.verticalScrollBar()->value(), table.verticalScrollBar()->maximum()) << "a smaller table stays there";
 }
 
-TEST(JournalDock, StaysWhereTheUserScrolledToAndElseAtItsEnd) {
+TEST(JournalDock, StaysAtTheUsersScrollPositionOrElseAtItsEnd) {
   JournalWindow window;
   window.Press("chkJournalUser");
   QScrollBar& bar = *window.Find<QTableView>("tblBusJournal")->verticalScrollBar();
@@ -222,7 +222,7 @@ TEST(JournalDock, StaysWhereTheUserScrolledToAndElseAtItsEnd) {
   EXPECT_EQ(Flaws(dock), "");
 }
 
-TEST(JournalModel, FollowsTheRingAsItTurns) {
+TEST(JournalModel, FollowsTheRingBuffer) {
   TestBench bench;
   BusJournal journal(bench.Time);
   JournalModel model(journal);
@@ -233,7 +233,7 @@ TEST(JournalModel, FollowsTheRingAsItTurns) {
   add(10);
   model.Follow();
   add(BusJournal::capacity - 7);
-  EXPECT_TRUE(model.data(model.index(2, 0), Qt::DisplayRole).isNull()) << "dropped, and not yet followed";
+  EXPECT_TRUE(model.data(model.index(2, 0), Qt::DisplayRole).isNull()) << "dropped and not yet updated";
   model.Follow();
   EXPECT_EQ(model.rowCount(), static_cast<int>(BusJournal::capacity));
   EXPECT_EQ(model.Entry(0).Number, 4U);

@@ -21,20 +21,21 @@
 
 namespace krx {
 
-/// What an open descriptor of a fake device does. Its destructor is the close.
+/// Behaviour of an open descriptor of a fake device. Its destructor is the close.
 class FakeFile {
  public:
   virtual ~FakeFile() = default;
   virtual int Ioctl(unsigned long request, unsigned long argument) = 0;
 };
 
-/// A kernel whose device nodes a test makes up.
+/// A kernel with device nodes defined by a test.
 class FakeKernel : public Kernel {
  public:
   std::map<std::string, std::function<std::unique_ptr<FakeFile>()>> Nodes;
-  std::map<std::string, int> OpenErrors;                        ///< by path: what opening it answers
-  std::map<std::pair<std::string, off_t>, pid_t> HeldByOthers;  ///< by path and first byte: who has locked it
-  std::set<std::pair<std::string, off_t>> Locked;               ///< by us
+  std::map<std::string, int> OpenErrors;  ///< by path: error of opening it
+  std::map<std::pair<std::string, off_t>, pid_t>
+      HeldByOthers;                                ///< by path and first byte: the process that has locked it
+  std::set<std::pair<std::string, off_t>> Locked;  ///< by us
   int Opened = 0;
   std::size_t OpenNow() const { return files_.size(); }
 
@@ -77,7 +78,7 @@ std::string ErrorOf(Work work) {
   }
 }
 
-/// Directories that stand for /dev, /sys and /proc, empty at first.
+/// Directories replacing /dev, /sys and /proc, initially empty.
 struct TestRoots {
   TestRoots() {
     std::filesystem::remove_all(Base);
@@ -90,7 +91,7 @@ struct TestRoots {
     std::ofstream(path) << text << '\n';
   }
 
-  /// An adapter below its parent device, with the link that the kernel makes to it.
+  /// An adapter below its parent device, with the kernel's link to it.
   void Adapter(int number, const std::string& name, const std::string& vendor = "", const std::string& device = "") {
     const std::string bus = "i2c-" + std::to_string(number);
     const std::string parent = Roots.Sys + "/devices/parent" + std::to_string(number);
@@ -101,20 +102,20 @@ struct TestRoots {
     std::filesystem::create_directory_symlink(parent + "/" + bus, Roots.Sys + "/bus/i2c/devices/" + bus);
   }
 
-  /// Who holds printer port 0.
+  /// The holder of printer port 0.
   void Active(const std::string& driver) { File(Roots.Proc + "/sys/dev/parport/parport0/devices/active", driver); }
 
   const std::string Base = std::filesystem::temp_directory_path() / ("krx_" + std::to_string(getpid()));
   const KernelRoots Roots{Base + "/dev", Base + "/sys", Base + "/proc"};
 };
 
-/// An SMBus adapter as the kernel shows it, with the devices of `Chips` behind it.
+/// An SMBus adapter as presented by the kernel, with the devices of `Chips` on it.
 struct FakeI2cAdapter {
   std::unique_ptr<SmbusController> Chips;
   unsigned long Functions = I2C_FUNC_SMBUS_BYTE_DATA | I2C_FUNC_SMBUS_QUICK | I2C_FUNC_SMBUS_BYTE;
   int FunctionsError = 0;
-  std::set<unsigned long> BusyAddresses = {};  ///< those that a kernel driver holds
-  int TransferError = 0;                       ///< what every transfer answers; 0: as the devices do
+  std::set<unsigned long> BusyAddresses = {};  ///< in use by a kernel driver
+  int TransferError = 0;                       ///< error of every transfer; 0: as returned by the devices
   int Transfers = 0;
 };
 
@@ -145,7 +146,7 @@ class FakeI2cFile : public FakeFile {
   int Transfer(const i2c_smbus_ioctl_data& request) {
     ++adapter_.Transfers;
     if (adapter_.TransferError != 0) return -adapter_.TransferError;
-    // By the first two, programs look which addresses answer.
+    // The first two are used to probe addresses.
     const bool asks = request.size == I2C_SMBUS_QUICK || request.size == I2C_SMBUS_BYTE;
     if (!asks && request.size != I2C_SMBUS_BYTE_DATA) return -EOPNOTSUPP;
     const auto reg = request.command;

@@ -60,14 +60,14 @@ class BitSlave {
 
   std::string Violations;
   std::string Seen;                ///< "S", "Sr" and "P" for the conditions, bytes as numbers with "+" or "-"
-  double StretchSeconds = 0;       ///< holds the clock that long after every byte
+  double StretchSeconds = 0;       ///< holds the clock low for this time after every byte
   std::vector<double> ClockRises;  ///< when the clock went up
 
-  /// The levels that the master lets the lines have.
+  /// The line levels driven by the master.
   void Master(bool sda, bool scl) {
     if (sda == master_.Sda && scl == master_.Scl) return;
     if (sda != master_.Sda && scl != master_.Scl) Violations += "both lines changed at once; ";
-    // Only the data line may change at once, with the clock low.
+    // Only the data line may change immediately, with the clock low.
     const bool waits = started_ ? scl || scl != master_.Scl : scl && !sda;
     if (waits && seconds_() - lastChange_ < 4.7e-6) Violations += "too fast; ";
     lastChange_ = seconds_();
@@ -77,7 +77,7 @@ class BitSlave {
   bool Sda() { return Settle(), bus_.Sda; }
   bool Scl() { return Settle(), bus_.Scl; }
 
-  /// A master was interrupted while the device sent a byte with `zeros` low bits to come.
+  /// A master was interrupted while the device was sending a byte with `zeros` low bits left.
   void HangInByte(int zeros) {
     phase_ = Phase::Send;
     count_ = 8 - zeros;
@@ -118,7 +118,7 @@ class BitSlave {
     if (stop) device_.Stop();
   }
 
-  /// A clock has ended: eight of them carry a byte, the ninth its acknowledge.
+  /// End of a clock: eight clocks carry a byte, the ninth its acknowledge.
   void Bit(bool value) {
     if (phase_ == Phase::Idle) return;
     drive_ = true;
@@ -162,7 +162,7 @@ inline constexpr PortLines usualCable{{PortRegister::Data, 7, true},     {PortRe
                                       PortLine{PortRegister::Data, 4},   PortLine{PortRegister::Data, 5},
                                       PortLine{PortRegister::Status, 4}, PortLine{PortRegister::Status, 5}};
 
-/// A printer port as the kernel shows it, with the board on its pins.
+/// A printer port as presented by the kernel, with the board on its pins.
 struct FakeParport {
   FakeParport(std::unique_ptr<BusDevice> board, std::function<double()> seconds, const PortLines& cable = usualCable)
       : Device(std::move(board)), Slave(Device, std::move(seconds)), Cable(cable) {}
@@ -174,8 +174,8 @@ struct FakeParport {
   std::uint8_t Data = 0x0F, Control = 0x0C;
   std::uint8_t Heaters = 0;
   bool OtherActive = false;         ///< another driver holds it
-  bool Gone = false;                ///< the port was pulled out
-  const void* Exclusive = nullptr;  ///< who wants it for itself alone
+  bool Gone = false;                ///< the port was unplugged
+  const void* Exclusive = nullptr;  ///< the holder of exclusive access
   const void* Holder = nullptr;
 
   bool Output(const std::optional<PortLine>& line) const {
@@ -230,7 +230,7 @@ class FakeParportFile : public FakeFile {
   int Claim() {
     if (port_.Holder == this) return -EINVAL;
     if (port_.Exclusive != nullptr && port_.Exclusive != this) return -ENXIO;
-    // As the kernel does: until the other one lets go, or a signal comes.
+    // Like the kernel: until the other program releases it, or a signal arrives.
     if (port_.Holder != nullptr || port_.OtherActive) return ::pause(), -EINTR;
     port_.Holder = this;
     return 0;

@@ -123,7 +123,7 @@ TEST_F(RealSearch, TheLibraryReachesTheBoardAndTheSmbusWhicheverMediumIsSelected
   EXPECT_EQ(port.Slave.Violations, "");
 }
 
-TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip) {
+TEST_F(RealSearch, EveryAdapterIsSearchedAndADeviceThatOnlyAcknowledgesHidesNoChip) {
   EXPECT_EQ(Find(), "2Dh on printer port 4 / 2Dh on printer port 4 / 2Ch on " + piix + " / 2Dh on " + i801 +
                         " / 2Eh on " + piix + " / 2Eh on " + i801);
   EXPECT_EQ(search.Searched(), "printer port 4 and " + piix + " and " + i801);
@@ -136,7 +136,7 @@ TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip)
     Finish(row);
     EXPECT_EQ(search.ChosenBus(), rows[row].Bus);
     EXPECT_EQ(search.TakeChip(), std::nullopt);
-    EXPECT_EQ(kernel.OpenNow(), 1U) << "what was not chosen is given back";
+    EXPECT_EQ(kernel.OpenNow(), 1U) << "the bus that was not chosen is closed";
     EXPECT_EQ(kernel.Locked, (std::set<std::pair<std::string, off_t>>{{row == 5 ? second : first, 0x2E}}));
     EXPECT_EQ(Write(), "");
     EXPECT_EQ((row == 5 ? two : one).Simulated.SmbusChip(1).Peek(0x4E), 0x55);
@@ -145,7 +145,7 @@ TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip)
   one.Bus.TransferError = ENXIO;
   const int transfers = two.Bus.Transfers;
   EXPECT_EQ(Write(), "silent ENXIO no device answers at 2Eh");
-  EXPECT_EQ(two.Bus.Transfers, transfers) << "a chip that went silent must not be looked for elsewhere";
+  EXPECT_EQ(two.Bus.Transfers, transfers) << "a chip that stopped responding must not be searched elsewhere";
 
   one.Bus.TransferError = 0;
   one.Simulated.AddFault({.What = Fault::Kind::WrongCompanyId, .Op = {}, .Register = {}, .Value = 0x55});
@@ -153,7 +153,7 @@ TEST_F(RealSearch, EveryAdapterIsAskedAndADeviceThatOnlyAcknowledgesHidesNoChip)
 }
 
 TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed) {
-  const std::string leftAlone = "Error: 19, The SMBus is left alone: only a printer port was asked for";
+  const std::string leftAlone = "Error: 19, SMBus not used: only a printer port was selected";
   const std::string missing = " does not exist: load its driver with \"modprobe i2c-dev\", or choose another bus with ";
   // What was named, and what is found, searched and reported.
   const std::tuple<std::optional<int>, std::optional<int>, std::string, std::string, std::string> cases[] = {
@@ -172,30 +172,30 @@ TEST_F(RealSearch, SearchesTheNamedBusesOnlyAndSaysWhatWasSearchedAndWhatFailed)
   }
   search.ClearFinds();
   const std::string error = ErrorOf([&] { search.ConnectFirst({true, true, false}); });
-  EXPECT_NE(error.find("No KRX5580 was found on: i2c-7. Search SMBus: Error: 2, "), error.npos) << error;
+  EXPECT_NE(error.find("No KRX5580 found on: i2c-7. Search SMBus: Error: 2, "), error.npos) << error;
   options.Smbus = 0;
   options.PrinterPort = 4;
   EXPECT_EQ(FindLinuxBus(options), "i915 gmbus dpc, i2c-0 and printer port 4");
   options = {.Smbus = {}, .PrinterPort = {}, .Roots = {"/nowhere", "/nowhere", "/nowhere"}};
   EXPECT_EQ(FindLinuxBus(options), std::nullopt);
   root.Change([this] { return std::make_unique<LinuxComms>(options, kernel, clock); });
-  EXPECT_TRUE(ErrorOf([&] { search.ConnectFirst({true}); }).ends_with("was found: there is no such bus to search"));
+  EXPECT_TRUE(ErrorOf([&] { search.ConnectFirst({true}); }).ends_with("found: this computer has no such bus"));
 }
 
-TEST_F(RealSearch, AChipThatAnotherProgramWritesToIsOnlyRead) {
+TEST_F(RealSearch, AChipThatAnotherProgramWritesToIsReadOnly) {
   kernel.HeldByOthers[{second, 0x2E}] = 4711;
-  EXPECT_TRUE(Find().ends_with("2Eh on " + i801 + ", used by " + holder));
+  EXPECT_TRUE(Find().ends_with("2Eh on " + i801 + ", in use by " + holder));
   Finish(5);
   EXPECT_EQ(search.TakeChip(), holder);
   const int transfers = two.Bus.Transfers;
-  EXPECT_EQ(Write(), "failed EBUSY the chip at 2Eh on i2c-3 is used by " + holder + ": it can only be read");
+  EXPECT_EQ(Write(), "failed EBUSY the chip at 2Eh on i2c-3 is in use by " + holder + " and can only be read");
   EXPECT_EQ(two.Bus.Transfers, transfers);
   EXPECT_EQ(ReadByte(link, 0x3E), 0x41);
   Finish(3);
-  EXPECT_EQ(search.TakeChip(), std::nullopt) << "the chip beside it is another one";
+  EXPECT_EQ(search.TakeChip(), std::nullopt) << "the neighbouring chip has its own lock";
   Finish(5);
   link.WritesHeldBack = true;
-  EXPECT_EQ(search.TakeChip(), std::nullopt) << "who writes nothing takes nothing";
+  EXPECT_EQ(search.TakeChip(), std::nullopt) << "a read-only run acquires no lock";
   kernel.HeldByOthers.clear();
   EXPECT_EQ(Write(), "") << "the other program has ended";
   EXPECT_TRUE(kernel.Locked.contains({second, 0x2E}));
@@ -206,14 +206,14 @@ TEST_F(RealSearch, APortThatAnotherProgramHoldsKeepsItsHeaters) {
   port.Apply();
   kernel.HeldByOthers[{parport, 0}] = 4711;
   search.Load();
-  const std::string place = "2Dh on printer port 4, used by " + holder;
+  const std::string place = "2Dh on printer port 4, in use by " + holder;
   EXPECT_EQ(Find({true, false, false}), place + " / " + place) << "in both bus modes";
   EXPECT_EQ(port.Heaters, 0x30) << "the other program's";
   Finish(0);
   EXPECT_EQ(search.TakeChip(), holder);
   port.Slave.Seen.clear();
   const auto bus = root.Get().ObtainPrinterPortAdapter()->ObtainBusDevice();
-  EXPECT_EQ(Write(), "failed EBUSY what is at printer port 4 is used by " + holder + ": it can only be read");
+  EXPECT_EQ(Write(), "failed EBUSY the board on printer port 4 is in use by " + holder + " and can only be read");
   EXPECT_THROW(bus->SetControlByte(0), CommsError);
   EXPECT_THROW(bus->SendByte(0x90, 0), CommsError);
   EXPECT_EQ(port.Slave.Seen, "");

@@ -48,7 +48,7 @@ struct WizardBench {
   InitForm Form;
 };
 
-TEST(InitForm, LeadsFromWelcomeToTheChosenChip) {
+TEST(InitForm, LeadsFromWelcomeToTheSelectedChip) {
   WizardBench bench;
   const auto words = [&] { return Words(bench.Form) + Flaws(bench.Form); };
   EXPECT_EQ(bench.Form.windowTitle(), "KRX5580 Search Wizard");
@@ -123,7 +123,7 @@ TEST(InitForm, NeedsAMediumAndOffersTheSimulatedBoardWhenNothingIsFound) {
   EXPECT_EQ(bench.Ends, "kept abandoned ");
 }
 
-TEST(InitForm, AnUnsupportedChipsetHasNoSmbusToTick) {
+TEST(InitForm, WithAnUnsupportedChipsetTheSmbusIsDisabled) {
   SimOptions options;
   options.ChipsetReport = "Unsupported and unrecognised";
   WizardBench bench(options);

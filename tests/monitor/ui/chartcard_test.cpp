@@ -17,7 +17,7 @@
 namespace krx {
 namespace {
 
-TEST(ChartCard, EachChartHasItsTracesAndUnitsAndAnExportSaysItsSourceAndCanBeCancelled) {
+TEST(ChartCard, EachChartHasItsTracesAndUnitsAndAnExportNamesItsSourceAndCanBeCancelled) {
   VisualBench bench;
   ScriptedDialogs dialogs;
   ChartCard card({bench.Work.History, bench.Work.Display, bench.Work.Cycle}, dialogs, bench.Model.State());
@@ -62,9 +62,9 @@ TEST(ChartCard, EachChartHasItsTracesAndUnitsAndAnExportSaysItsSourceAndCanBeCan
   }
   dialogs.Files = {name.toStdString() + "2"};
   for (int twice = 0; twice < 2; ++twice) exports[2]->trigger();
-  EXPECT_EQ(notice, "The values before are still being saved");
+  EXPECT_EQ(notice, "The previous values are still being saved");
   card.findChild<SavingBar*>()->findChild<QPushButton*>()->click();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return notice == "Cancelled, " + name + "2.csv was not written"; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return notice == "Cancelled, " + name + "2.csv not saved"; }));
   EXPECT_FALSE(QFile::exists(name + "2.csv"));
 }
 
