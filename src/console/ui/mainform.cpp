@@ -4,8 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
-#include <QScreen>
-#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <iostream>
@@ -21,14 +19,14 @@
 #include "console/ui/owedturn.h"
 #include "console/ui/runend.h"
 #include "console/ui/statusline.h"
+#include "console/ui/undonepages.h"
 #include "console/ui/visualcycle.h"
 #include "console/ui/windowopener.h"
 #include "console/ui/windowpicture.h"
-#include "console/undorenewal.h"
 #include "console/workbench.h"
 #include "control/ui/controlpage.h"
 #include "controls/ui/nowheel.h"
-#include "controls/ui/savingbar.h"
+#include "controls/ui/screenfit.h"
 #include "controls/ui/userdialogs.h"
 #include "journal/ui/journaldock.h"
 #include "monitor/ui/visualdisplaypage.h"
@@ -65,10 +63,7 @@ MainForm::MainForm(Workbench& bench, ChipTurns& turns, UserDialogs& dialogs, Bus
                                                                 },
                                                             .PinsChanged = [this] { control_->PinsChanged(); }});
   ConnectPages();
-  // The room for what the window manager puts around it, which nobody tells before the window is shown.
-  const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
-  const QSize frame(2 * border, 2 * border + style()->pixelMetric(QStyle::PM_TitleBarHeight));
-  resize(QSize(1280, 800).boundedTo(screen()->availableSize() - frame));
+  resize(FittedToScreen(*this, {1280, 800}));
 }
 
 MainForm::~MainForm() = default;
@@ -128,7 +123,9 @@ void MainForm::ConnectPages() {
     visual_->ShowAll();
   });
   connect(journalDock_, &JournalDock::Notice, this, &MainForm::ShowNotice);
-  connect(journalDock_, &JournalDock::Undone, this, &MainForm::AfterUndo);
+  connect(journalDock_, &JournalDock::Undone, this, [this](const UndoResult& undone) {
+    ShowUndone({bench_, dialogs_, *cycle_, *glitch_, *readWrite_, *visual_, *windows_}, undone);
+  });
   connect(glitch_, &GlitchBar::Notice, this, &MainForm::ShowNotice);
   connect(menu_, &MainMenu::ReReadRequested, this, &MainForm::ReReadChip);
   connect(menu_, &MainMenu::EasySetupRequested, this, &MainForm::EasySetup);
@@ -201,23 +198,6 @@ void MainForm::ReReadChip() {
 void MainForm::EasySetup() {
   tabs_->setCurrentIndex(VisualDisplay);
   Do([this] { model_->EasySetup(); }, "Easy Setup");
-}
-
-void MainForm::AfterUndo(const UndoResult& undone) {
-  const auto drives = [](const UndoStep& step) { return GlitchTest::Drives(step.Register); };
-  if (std::ranges::any_of(undone.Written, drives)) glitch_->Stop();
-  RunUserAction(
-      dialogs_, [&] { RenewAfterUndo(bench_, undone.Written); }, undoOrigin);
-  for (const UndoStep& step : undone.Written) {
-    readWrite_->ShowWrittenElsewhere(step.Register, step.Value);
-    if (step.Register == chip::Configuration1 && tabs_->currentIndex() == VisualDisplay) {
-      model_->ConfigurationWritten(step.Value);
-    }
-  }
-  model_->Relabel();
-  model_->ShowReadings();
-  visual_->ShowAll();
-  windows_->RenewFanConfig();
 }
 
 void MainForm::ShowReadings(bool old) {

@@ -32,7 +32,6 @@ class VisualDisplayPage;
 class VisualModel;
 class WaitBudget;
 class WindowOpener;
-struct UndoResult;
 struct Workbench;
 
 /// How the run was asked for.
@@ -88,7 +87,6 @@ class MainForm : public QMainWindow {
   void TabChanged(int index);
   void Do(const std::function<void()>& action, const std::string& name = {});
   void ReReadChip();
-  void AfterUndo(const UndoResult& undone);
   void EasySetup();
   void ResetRanges();
 
