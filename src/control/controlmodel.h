@@ -47,7 +47,7 @@ struct ControlState {
   std::array<bool, 2> Diodes{};
   std::array<bool, 5> Vid{};
   std::array<SwitchState, 2> DiodeSwitches{};
-  std::optional<int> ClosedSwitches;  ///< of the board's 32; none before all of them are known
+  std::optional<int> ClosedSwitches;  ///< of the board's 32; empty until all of them are known
   std::array<bool, 2> Heaters{};
   std::array<bool, 2> HeatersRead{};
   std::string ThermPeriod;  ///< s
