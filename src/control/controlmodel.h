@@ -25,14 +25,14 @@ struct ControlParts {
   LivingParts Living;
 };
 
-/// The three switches of a diode, or one switch: as they are known.
+/// Known state of one switch, or of the three switches of a diode.
 enum class SwitchState { NotRead, Open, Closed, Mixed };
 
 /// State of the boxes and options of the "Control " tab.
 struct ControlState {
   bool HasBoard = false;  ///< switches and heaters exist only on the evaluation board
 
-  bool PinsRead = false;  ///< the bytes that decide on the pin functions were seen on the bus
+  bool PinsRead = false;  ///< the bytes that determine the pin functions were seen on the bus
   bool Therm = false;     ///< chkPROCHOT; enables the two options, which are both clear without it
   bool ThermOn5v = false;
   bool ThermOnTach4 = false;
