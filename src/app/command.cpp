@@ -150,7 +150,7 @@ int Run(std::vector<std::string> arguments, CommandHost& host) {
   Words words;
   CLI::App app("Read, write and monitor the KRX5580 hardware monitor from the command line.", "krx5580");
   app.option_defaults()->take_last()->disable_flag_override();
-  app.set_version_flag("--version", std::string("krx5580 ") + KRX_VERSION);
+  SetHelpFlags(app, std::string("krx5580 ") + KRX_VERSION);
   app.require_subcommand(1);
   app.footer(registerHelp);
 

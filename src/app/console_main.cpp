@@ -100,7 +100,7 @@ ConsoleRunOptions RunOptionsOf(const ConsoleOptions& options, Clock& clock) {
 
 int main(int argc, char** argv) {
   CLI::App app{"Evaluation and monitoring console for the KRX5580", "krx5580-console"};
-  app.set_version_flag("--version", std::string(KRX_VERSION));
+  SetHelpFlags(app, KRX_VERSION);
   app.failure_message(UsageLine);
   ConsoleOptions options;
   AddConsoleOptions(app, options);

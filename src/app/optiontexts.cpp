@@ -90,6 +90,11 @@ void AddCheck(CLI::App& app, std::function<void()> check) {
   app.parse_complete_callback([check = std::move(check)] { AsParseError(check); });
 }
 
+void SetHelpFlags(CLI::App& app, const std::string& version) {
+  app.set_help_flag("-h,--help", "print this help and exit");
+  app.set_version_flag("--version", version, "print the version and exit");
+}
+
 std::string UsageText(const CLI::App& app, const CLI::ParseError& error) {
   const auto named = app.get_subcommands();
   const CLI::App& command = named.empty() ? app : *named.front();

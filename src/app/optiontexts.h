@@ -56,6 +56,9 @@ CLI::Option* AddTextsOption(CLI::App& app, const std::string& name, const std::s
 /// `check` runs when all options of `app` have been parsed. A UsageError thrown by it ends the parsing, too.
 void AddCheck(CLI::App& app, std::function<void()> check);
 
+/// Adds --help, which commands added later inherit, and --version.
+void SetHelpFlags(CLI::App& app, const std::string& version);
+
 /// Why the arguments were rejected. Never the parser's own text.
 std::string UsageText(const CLI::App& app, const CLI::ParseError& error);
 /// The same as a complete line of output; for CLI::App::failure_message.

@@ -28,7 +28,7 @@ class Heater {
 
   /// True from the time this object switched the heater on until it switched it off.
   bool SwitchedOnHere() const { return ticket_ != 0; }
-  /// Clock reading in s at which this object switched the heater on; none while it is off or was found on.
+  /// Clock reading in s at which this object switched the heater on; empty while it is off or was found on.
   std::optional<double> OnSince() const { return onSince_; }
 
  private:

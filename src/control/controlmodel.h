@@ -25,14 +25,14 @@ struct ControlParts {
   LivingParts Living;
 };
 
-/// The three switches of a diode, or one switch: as they are known.
+/// Known state of one switch, or of the three switches of a diode.
 enum class SwitchState { NotRead, Open, Closed, Mixed };
 
 /// State of the boxes and options of the "Control " tab.
 struct ControlState {
   bool HasBoard = false;  ///< switches and heaters exist only on the evaluation board
 
-  bool PinsRead = false;  ///< the bytes that decide on the pin functions were seen on the bus
+  bool PinsRead = false;  ///< the bytes that determine the pin functions were seen on the bus
   bool Therm = false;     ///< chkPROCHOT; enables the two options, which are both clear without it
   bool ThermOn5v = false;
   bool ThermOnTach4 = false;
@@ -47,7 +47,7 @@ struct ControlState {
   std::array<bool, 2> Diodes{};
   std::array<bool, 5> Vid{};
   std::array<SwitchState, 2> DiodeSwitches{};
-  std::optional<int> ClosedSwitches;  ///< of the board's 32; none before all of them are known
+  std::optional<int> ClosedSwitches;  ///< of the board's 32; empty until all of them are known
   std::array<bool, 2> Heaters{};
   std::array<bool, 2> HeatersRead{};
   std::string ThermPeriod;  ///< s

@@ -29,7 +29,7 @@ std::string HeaterState(const ControlParts& parts, const ControlState& state, st
   return since ? "on for " + RunningText(parts.ChipLink.ElapsedSeconds() - *since) : "on";
 }
 
-/// Seconds since the cycle read the THERM timer last; in whole ones, for it is read more often than anybody reads.
+/// Whole seconds since the cycle last read the THERM timer; shown coarsely, since it is read more often than that.
 std::string ThermReadWords(const ControlParts& parts) {
   const double read = parts.Living.Cycle.ThermReadStart;
   if (read == 0) return "not read yet";
@@ -66,13 +66,14 @@ ControlReadings ReadControl(const ControlParts& parts, const ControlState& state
     const std::size_t zone = heater + 1;
     const LivingValue& now = readings.Zones[zone].Now;
     const auto slope = RecentSlope(living.History, channels[zone].Trace, living.Cycle.Now());
-    readings.Heaters[heater] = {state.Heaters[heater], HeaterState(parts, state, heater), now,
-                                fmt::format("{} · {}", channels[zone].Caption, now.Old ? "old" : SlopeWords(slope))};
+    readings.Heaters[heater] = {
+        state.Heaters[heater], HeaterState(parts, state, heater), now,
+        fmt::format("{} · {}", channels[zone].Caption, now.Old ? "out of date" : SlopeWords(slope))};
   }
   readings.Power = PowerNow(living, old);
   readings.Current = CurrentNow(living, old);
   readings.Vccp = ChannelNow(living, vccpChannel, old);
-  readings.Therm = !state.PinsRead                    ? "THERM is not read"
+  readings.Therm = !state.PinsRead                    ? "THERM not read"
                    : parts.Pins.ThermPinMode == 0     ? "THERM is off"
                    : living.Cycle.ThermReadStart == 0 ? "THERM=–"
                                                       : ThermText(living.Measured.ThermPercent);

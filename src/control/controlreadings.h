@@ -9,7 +9,7 @@
 
 namespace krx {
 
-/// The living values of the "Control " tab, each beside the control that it belongs to.
+/// The live values of the "Control " tab, each shown next to its control.
 struct ControlReadings {
   struct Zone {
     LivingValue Now, Tmin, OperatingPoint;
@@ -20,8 +20,8 @@ struct ControlReadings {
   };
   struct Heater {
     bool On = false;
-    std::string Words;  ///< "on for 00:41", "on" when this run did not switch it on, "off", "not read"
-    LivingValue Now;    ///< of the zone that it warms
+    std::string Words;  ///< "on for 00:41", "on" if it was not switched on by this run, "off", "not read"
+    LivingValue Now;    ///< temperature of the heated zone
     std::string Trend;  ///< "Remote 1 · +0.5 C/s"
   };
   std::array<Zone, 3> Zones;
@@ -29,12 +29,12 @@ struct ControlReadings {
   std::array<Heater, 2> Heaters;
   LivingValue Power, Current, Vccp;
   std::string Therm;      ///< "THERM=0%" or "THERM is off"
-  std::string ThermRead;  ///< how long ago the cycle read it
-  std::string Vid;        ///< what the chip last read at its VID inputs
-  bool Old = false;       ///< the cycle does not run, or the chip does not monitor
+  std::string ThermRead;  ///< time since the last reading
+  std::string Vid;        ///< last reading of the chip's VID inputs
+  bool Old = false;       ///< the cycle is stopped or monitoring is off
 };
 
-/// old: the cycle does not run. Without any transfer.
+/// old: the cycle is stopped. Makes no transfer.
 ControlReadings ReadControl(const ControlParts& parts, const ControlState& state, bool old);
 
 /// "00:41", "1:02:03"

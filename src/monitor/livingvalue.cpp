@@ -53,10 +53,10 @@ LivingValue ZoneValue(const LivingParts& parts, std::size_t zone, std::uint8_t r
 }  // namespace
 
 std::string LivingValue::Words() const {
-  if (!Known()) return "not known";
+  if (!Known()) return "unknown";
   std::string words = Text;
   if (!Unit.empty()) words.append(" ").append(Unit);
-  return Old ? words + ", old" : words;
+  return Old ? words + ", out of date" : words;
 }
 
 LivingValue ChannelNow(const LivingParts& parts, std::size_t channel, bool old) {

@@ -20,7 +20,7 @@ struct FanCommon;
 struct PowerSettings;
 struct ZoneState;
 
-/// What the console knows without asking: the measurement state and the bytes last seen on the bus.
+/// State known without a transfer: the measurement state and the bytes last seen on the bus.
 struct LivingParts {
   Link& ChipLink;
   const Measurements& Measured;
@@ -34,30 +34,30 @@ struct LivingParts {
   const ReadingCycle& Cycle;
 };
 
-/// A value shown beside the control that it belongs to. Made of LivingParts, so it costs no transfer.
+/// A live value shown next to its control. Derived from LivingParts, without a transfer.
 struct LivingValue {
-  std::string Text = "–";  ///< "58.25"; the dash where nothing was measured or read
-  std::string_view Unit;   ///< none with the dash
+  std::string Text = "–";  ///< "58.25"; a dash if nothing was measured or read
+  std::string_view Unit;   ///< empty with the dash
   bool Old = false;        ///< not refreshed: shown muted
 
   bool Known() const { return Text != "–"; }
-  /// For a screen reader: "58.25 C", "58.25 C, old", "not known".
+  /// For a screen reader: "58.25 C", "58.25 C, out of date", "unknown".
   std::string Words() const;
 };
 
-// old: the cycle does not run. A value is old, too, whose last reading failed, and while the chip does not monitor.
+// old: the cycle is stopped. A value is also old if its last reading failed or monitoring is off.
 
-/// A measured channel; not known while its pin has another function.
+/// A measured channel; unknown while its pin has another function.
 LivingValue ChannelNow(const LivingParts& parts, std::size_t channel, bool old);
 /// The duty of output 0..2.
 LivingValue DutyNow(const LivingParts& parts, std::size_t output, bool old);
 
-/// Current and power by the sense voltage and Vccp, signed. Known in power mode only, with both voltages measured.
+/// Current and power from the sense voltage and Vccp, signed. Known in power mode only, with both voltages measured.
 LivingValue CurrentNow(const LivingParts& parts, bool old);
 LivingValue PowerNow(const LivingParts& parts, bool old);
 
 /// One of a zone's temperature registers as last seen on the bus: "40", "–", or "Disabled" for a zone that the chip
-/// does not regulate.
+/// does not control.
 std::string ZoneDegrees(const RegisterImage& seen, const ZoneState& zones, std::size_t zone, std::uint8_t reg);
 LivingValue TminNow(const LivingParts& parts, std::size_t zone, bool old);
 LivingValue OperatingPointNow(const LivingParts& parts, std::size_t zone, bool old);

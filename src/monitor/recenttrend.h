@@ -13,19 +13,19 @@ namespace krx {
 
 inline constexpr int trendSeconds = 60;
 
-/// What a trace did in the last minute before `now` (microseconds of the history), two columns a second. They begin at
-/// whole half seconds, so that a line of them moves only that often.
+/// A trace in the minute before `now` (microseconds of the history), two columns per second. They start at whole half
+/// seconds, so that the graph moves only that often.
 std::vector<TraceColumn> RecentColumns(const TraceHistory& history, std::size_t trace, std::int64_t now);
 
-/// Change of a trace per second over its last ten. None while less than three seconds of it are known without a gap, or
-/// its newest value is older than two.
+/// Change of a trace per second over the last ten seconds. Empty if less than three seconds are known without a gap, or
+/// if the newest value is older than two seconds.
 std::optional<double> RecentSlope(const TraceHistory& history, std::size_t trace, std::int64_t now);
 
-/// "+0.5 C/s", "steady" where that would be 0.0, "–" without a slope.
+/// "+0.5 C/s", "steady" if that rounds to 0.0, "–" without a slope.
 std::string SlopeWords(std::optional<double> celsiusPerSecond);
 
-/// The values between which a small line of the columns is drawn: at least 10 apart, so that the steps of a quarter
-/// degree do not look like a move. Nothing while all are empty.
+/// The value range for a small graph of the columns: at least 10, so that steps of a quarter degree do not look like a
+/// change. Empty if all columns are empty.
 struct TrendRange {
   double Low;
   double High;

@@ -35,7 +35,7 @@ struct ReadingsBench : TestBench {
 
 TEST(ControlReadings, TellWhatIsKnownWhatIsOldAndNeverAskTheBus) {
   ReadingsBench bench;
-  EXPECT_EQ(bench.Values(), "not read|not known|not known|not known|not known|not known|not known|not known|not known");
+  EXPECT_EQ(bench.Values(), "not read|unknown|unknown|unknown|unknown|unknown|unknown|unknown|unknown");
   EXPECT_EQ(bench.Read().ThermRead, "not read yet");
   bench.Advance(2);  // past the first THERM period
   bench.Poke("25:3A 77:04 28:00 29:08 30:E0 5C:A2 67:28 33:F6 21:7D 20:C8");
@@ -44,15 +44,15 @@ TEST(ControlReadings, TellWhatIsKnownWhatIsOldAndNeverAskTheBus) {
   ReadByte(bench.Bus, 0x5C);
   bench.Tick(10);
   bench.BusTraffic();
-  const std::string power = "|not known|not known|1.465 V";
+  const std::string power = "|unknown|unknown|1.465 V";
   EXPECT_EQ(bench.Values(), "Fastest of Remote 1,2|58.25 C|40 °C|-10 °C|88 %|2637 RPM" + power)
       << "a supply, no current";
   bench.Work.Power.PowerMode = true;
   EXPECT_EQ(bench.Values(true),
-            "Fastest of Remote 1,2|58.25 C, old|40 °C, old|-10 °C, old|88 %, old|2637 RPM, old|182.83 W, old|124.80 A, "
-            "old|1.465 V, old");
+            "Fastest of Remote 1,2|58.25 C, out of date|40 °C, out of date|-10 °C, out of date|88 %, out of date|"
+            "2637 RPM, out of date|182.83 W, out of date|124.80 A, out of date|1.465 V, out of date");
   bench.Work.Pins.Alert25vMode = 2;
-  EXPECT_EQ(bench.Read().Current.Words(), "not known") << "the pin has another function";
+  EXPECT_EQ(bench.Read().Current.Words(), "unknown") << "the pin has another function";
   bench.Work.Zones.ZoneOpEnable[1] = false;
   EXPECT_EQ(bench.Read().Zones[1].Tmin.Words(), "Disabled");
   EXPECT_EQ(bench.Read().ThermRead, "read just now");
@@ -63,10 +63,10 @@ TEST(ControlReadings, TellWhatIsKnownWhatIsOldAndNeverAskTheBus) {
   bench.FailTransfer(1, true);
   for (int tick = 0; tick < 3; ++tick) EXPECT_THROW(bench.Tick(1), CommsError);
   bench.Sim.ClearFaults();
-  EXPECT_EQ(bench.Read().Zones[1].Now.Words(), "58.25 C, old") << "the last attempt failed";
+  EXPECT_EQ(bench.Read().Zones[1].Now.Words(), "58.25 C, out of date") << "the last attempt failed";
   EXPECT_EQ(bench.Read().Outputs[0].Speed.Words(), "2637 RPM");
   ReadByte(bench.Bus, 0x40);
-  EXPECT_EQ(bench.Read().Outputs[0].Speed.Words(), "2637 RPM, old") << "the chip does not monitor";
+  EXPECT_EQ(bench.Read().Outputs[0].Speed.Words(), "2637 RPM, out of date") << "monitoring is off";
 }
 
 TEST(ControlReadings, AHeaterTellsHowLongThisRunHasItOn) {

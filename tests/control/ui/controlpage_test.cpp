@@ -117,7 +117,7 @@ TEST(ControlPage, ShowsTheReadingsBesideTheirControlsWhileTheCycleRunsAndAfterIt
   EXPECT_EQ(bench.Find<QLabel>("lblHeaterZone1")->foregroundRole(), QPalette::WindowText);
   bench.Form->SelectTab(MainForm::ReadWrite);
   bench.Chip.BusTraffic();
-  EXPECT_TRUE(describes("58.00 C, old")) << heater->accessibleDescription().toStdString();
+  EXPECT_TRUE(describes("58.00 C, out of date")) << heater->accessibleDescription().toStdString();
   EXPECT_EQ(bench.Find<QLabel>("lblHeaterZone1")->foregroundRole(), QPalette::PlaceholderText);
   EXPECT_EQ(bench.Chip.BusTraffic(), "");
 }
