@@ -125,7 +125,7 @@ QSize OutlinedStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
   const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
   if (type != CT_PushButton || button == nullptr) return size;
   const int text = option->fontMetrics.size(Qt::TextShowMnemonic, button->text).width();
-  return size.expandedTo({text + 2 * line, height});
+  return size.expandedTo({text + 3 * line / 2, height});
 }
 
 }  // namespace krx

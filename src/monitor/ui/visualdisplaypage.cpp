@@ -91,6 +91,9 @@ QPushButton* VisualDisplayPage::AddButton(const QString& name, const QString& te
   auto* button = new QPushButton(text);
   button->setObjectName(name);
   button->setAccessibleName(text);
+  // On a narrow screen the room around the texts gives way first.
+  button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  button->setMinimumWidth(button->fontMetrics().horizontalAdvance(text) + button->fontMetrics().height() * 3 / 4);
   return button;
 }
 
