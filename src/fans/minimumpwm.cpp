@@ -229,6 +229,11 @@ std::string MonitoringWarning(const Link& link) {
   return (*seen & chip::Start) != 0 ? "" : "Temperatures are not measured: monitoring is off";
 }
 
+std::string DetectionRemark(const DetectionResult& result) {
+  if (result.Value == 0) return "no tested duty kept the fan running";
+  return result.Value == 100 ? "" : fmt::format("{} % found and entered", result.Value);
+}
+
 std::string EvidenceText(const DetectionResult& result, int fan) {
   constexpr std::array<const char*, 7> ends{
       "", "none found", "fan not present", "fan did not stop", "too hot", "cancelled", "aborted by a failed transfer"};

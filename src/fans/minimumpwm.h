@@ -51,6 +51,9 @@ struct DetectionResult {
 /// Counts, mean, misses, stopping time and verdict of every tested duty, as text.
 std::string EvidenceText(const DetectionResult& result, int fan);
 
+/// The text beside the field that took the result: "30 % found and entered". Empty without a result.
+std::string DetectionRemark(const DetectionResult& result);
+
 /// The warning to confirm before a detection: without monitoring, a zone that gets hot while its fan is stopped is not
 /// detected. Based on the byte last seen on the bus; empty when monitoring is on.
 std::string MonitoringWarning(const Link& link);

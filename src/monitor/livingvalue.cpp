@@ -16,6 +16,7 @@
 namespace krx {
 namespace {
 
+constexpr std::size_t firstFanChannel = 3;
 constexpr std::size_t fan4Channel = 6;
 constexpr std::size_t fiveVoltChannel = 7;
 constexpr std::string_view disabled = "Disabled";
@@ -70,6 +71,17 @@ LivingValue DutyNow(const LivingParts& parts, std::size_t output, bool old) {
   const auto byte = parts.ChipLink.Seen.Byte(chip::Outputs.at(output).Duty);
   if (!byte) return {};
   return {FormatFixed(DutyToPercent(*byte), 0), "%", OutOfDate(parts, old) || parts.Cycle.DutyFailed(output)};
+}
+
+FanReading FanReadingNow(const LivingParts& parts, std::size_t fan, bool old) {
+  const LivingValue speed = ChannelNow(parts, firstFanChannel + fan, old);
+  FanReading reading{speed.Text, "", speed.Old};
+  if (speed.Known()) reading.Speed.append(" ").append(speed.Unit);
+  if (fan >= chip::Outputs.size()) return reading;
+  const LivingValue duty = DutyNow(parts, fan, old);
+  reading.Duty = duty.Known() ? duty.Text + " %" : duty.Text;
+  reading.Old = reading.Old || duty.Old;
+  return reading;
 }
 
 LivingValue CurrentNow(const LivingParts& parts, bool old) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "fans/fanreading.h"
 #include "link/linknewcomport06.h"
 #include "monitor/measurements.h"
 
@@ -51,6 +52,9 @@ struct LivingValue {
 LivingValue ChannelNow(const LivingParts& parts, std::size_t channel, bool old);
 /// The duty of output 0..2.
 LivingValue DutyNow(const LivingParts& parts, std::size_t output, bool old);
+
+/// What the fan dialog shows of fan 0..3.
+FanReading FanReadingNow(const LivingParts& parts, std::size_t fan, bool old);
 
 /// Current and power from the sense voltage and Vccp, signed. Known in power mode only, with both voltages measured.
 LivingValue CurrentNow(const LivingParts& parts, bool old);

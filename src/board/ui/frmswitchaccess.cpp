@@ -3,88 +3,110 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
-#include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
 
 #include "board/switches.h"
+#include "board/ui/switchlamp.h"
 #include "board/ui/switchsymbol.h"
+#include "controls/ui/card.h"
+#include "controls/ui/labels.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/texts.h"
 #include "controls/ui/userdialogs.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
+constexpr int columns = 3;
+constexpr QStringView widestDesignator = u"U6G";
+
 struct Tab {
-  const char* Caption;
-  std::vector<const char*> Groups;
+  QString Caption;
+  std::vector<std::string_view> Groups;
 };
 
 std::vector<Tab> Tabs() {
-  return {{"Fans", {"Fan1", "Fan2", "Fan3", "Fan4"}},
-          {"Temp", {"Temp1", "Temp2"}},
-          {"VID/Spare", {"VID", "Spare"}},
-          {"PWM/Tach", {"PWM3", "Tach4/PROC", "PWM2/Alert"}}};
-}
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  return {{u"Fans"_s, {"Fan1", "Fan2", "Fan3", "Fan4"}},
+          {u"Temp"_s, {"Temp1", "Temp2"}},
+          {u"VID/Spare"_s, {"VID", "Spare"}},
+          {u"PWM/Tach"_s, {"PWM3", "Tach4/PROC", "PWM2/Alert"}}};
 }
 
 }  // namespace
 
 FrmSwitchAccess::FrmSwitchAccess(Board& board, UserDialogs& dialogs, bool readOnly, QWidget* parent)
     : QDialog(parent), board_(board), dialogs_(dialogs) {
-  setObjectName("frmSwitchAccess");
-  setWindowTitle("Switch Control");
+  setObjectName(u"frmSwitchAccess"_s);
+  setWindowTitle(u"Switch Control"_s);
   auto* const layout = new QVBoxLayout(this);
   auto* const tabs = new QTabWidget;
+  tabs->setDocumentMode(true);
+  tabs->setAccessibleName(u"Groups of switches"_s);
   layout->addWidget(tabs, 1);
   for (const Tab& tab : Tabs()) tabs->addTab(MakeTab(tab.Groups, !readOnly), tab.Caption);
-  auto* const readAll = new QPushButton("ReadAll");
-  readAll->setObjectName("cmdReadAll");
+  auto* const readAll = new QPushButton(u"ReadAll"_s);
+  readAll->setObjectName(u"cmdReadAll"_s);
   layout->addWidget(readAll, 0, Qt::AlignLeft);
   connect(readAll, &QPushButton::clicked, this, [this] { Act([this] { board_.ReadAll(); }); });
 }
 
-QWidget* FrmSwitchAccess::MakeTab(const std::vector<const char*>& groups, bool settable) {
+QWidget* FrmSwitchAccess::MakeTab(const std::vector<std::string_view>& groups, bool settable) {
   auto* const page = new QWidget;
-  auto* const grid = new QGridLayout(page);
+  auto* const around = new QVBoxLayout(page);
+  around->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
+  auto* const card = new Card({});
+  around->addWidget(card);
+  auto* const grid = new QGridLayout;
+  card->Body().addLayout(grid);
   int place = 0;
-  for (const char* const group : groups) {
-    grid->addWidget(MakeGroup(group, settable), place / 2, place % 2, Qt::AlignTop);
+  for (const std::string_view group : groups) {
+    grid->addWidget(MakeGroup(group, settable), place / columns, place % columns, Qt::AlignTop | Qt::AlignLeft);
     ++place;
   }
-  const int last = (place + 1) / 2;
+  const int last = (place + columns - 1) / columns;
   grid->setRowStretch(last, 1);
-  grid->addWidget(new QLabel("Green = Closed,  Red = Open"), last + 1, 0, 1, 2);
+  grid->setColumnStretch(columns, 1);
+  auto* const legend = new QHBoxLayout;
+  for (const LampState state : {LampState::Closed, LampState::Open}) legend->addWidget(new SwitchLamp(state));
+  legend->addWidget(new QLabel(u"Green = Closed,  Red = Open"_s));
+  legend->addStretch();
+  grid->addLayout(legend, last + 1, 0, 1, columns);
   return page;
 }
 
-QWidget* FrmSwitchAccess::MakeGroup(const QString& group, bool settable) {
-  auto* const frame = new QGroupBox(group);
-  auto* const grid = new QGridLayout(frame);
+QWidget* FrmSwitchAccess::MakeGroup(std::string_view group, bool settable) {
+  auto* const section = new Card(QtText(group), Card::Kind::Section);
+  auto* const grid = new QGridLayout;
+  grid->setHorizontalSpacing(fontMetrics().height() * 2 / 5);
+  section->Body().addLayout(grid);
   int row = 0;
   for (std::size_t index = 0; index < switchMap.size(); ++index) {
-    if (Text(switchMap.at(index).Group) != group) continue;
-    const QString designator = Text(switchMap.at(index).Designator);
+    if (switchMap.at(index).Group != group) continue;
+    const QString designator = QtText(switchMap.at(index).Designator);
     auto* const button = new QPushButton(designator);
-    button->setObjectName("cmdSwitch" + designator);
+    button->setObjectName(u"cmdSwitch"_s + designator);
     button->setEnabled(settable);
-    auto* const lamp = new QLabel;
-    lamp->setObjectName("lmpSwitch" + designator);
-    lamp->setMinimumWidth(fontMetrics().horizontalAdvance("– not read "));
-    auto* const symbol = new SwitchSymbol(index);
-    lamps_.at(index) = lamp;
-    symbols_.at(index) = symbol;
-    grid->addWidget(button, row, 0);
-    grid->addWidget(lamp, row, 1);
-    grid->addWidget(symbol, row, 2);
+    button->setFixedWidth(fontMetrics().horizontalAdvance(widestDesignator.toString()) +
+                          fontMetrics().height() * 7 / 4);
+    auto* const word = new QLabel;
+    word->setObjectName(u"lmpSwitch"_s + designator);
+    word->setMinimumWidth(fontMetrics().horizontalAdvance(LampWord(LampState::NotRead)));
+    Row& shown = rows_.at(index);
+    shown = {new SwitchLamp, button, word, new SwitchSymbol(index)};
+    grid->addWidget(shown.Lamp, row, 0);
+    grid->addWidget(button, row, 1);
+    grid->addWidget(word, row, 2);
+    grid->addWidget(shown.Symbol, row, 3);
     ++row;
     connect(button, &QPushButton::clicked, this, [this, index] { Act([this, index] { board_.ToggleSwitch(index); }); });
   }
-  return frame;
+  return section;
 }
 
 void FrmSwitchAccess::Open() {
@@ -101,16 +123,19 @@ void FrmSwitchAccess::Act(const std::function<void()>& action) {
 }
 
 void FrmSwitchAccess::ShowLamps() {
-  for (std::size_t index = 0; index < lamps_.size(); ++index) {
-    const bool closed = board_.SwitchClosed(index);
-    QLabel& lamp = *lamps_.at(index);
-    const bool known = board_.SwitchKnown(index);
-    lamp.setText(!known ? "– not read" : closed ? "● closed" : "○ open");
-    lamp.setAccessibleName(Text(switchMap.at(index).Designator) + (!known   ? " not read"
-                                                                   : closed ? " closed"
-                                                                            : " open"));
-    lamp.setForegroundRole(!known ? QPalette::PlaceholderText : closed ? okRole : badRole);
-    symbols_.at(index)->SetClosed(closed);
+  for (std::size_t index = 0; index < rows_.size(); ++index) {
+    const LampState state = !board_.SwitchKnown(index)   ? LampState::NotRead
+                            : board_.SwitchClosed(index) ? LampState::Closed
+                                                         : LampState::Open;
+    const Row& row = rows_.at(index);
+    row.Lamp->SetState(state);
+    row.Symbol->SetState(state);
+    SetTextIfChanged(*row.Word, LampWord(state));
+    row.Word->setAccessibleName(QtText(switchMap.at(index).Designator) + u' ' + LampWord(state));
+    row.Word->setForegroundRole(state == LampState::NotRead  ? QPalette::PlaceholderText
+                                : state == LampState::Closed ? okRole
+                                                             : badRole);
+    row.Button->setAccessibleDescription(LampWord(state));
   }
 }
 

@@ -4,13 +4,17 @@
 #include <QDialog>
 #include <array>
 #include <functional>
+#include <string_view>
+#include <vector>
 
 #include "board/board.h"
 
 class QLabel;
+class QPushButton;
 
 namespace krx {
 
+class SwitchLamp;
 class SwitchSymbol;
 class UserDialogs;
 
@@ -36,14 +40,19 @@ class FrmSwitchAccess : public QDialog {
   void reject() override;
 
  private:
-  QWidget* MakeTab(const std::vector<const char*>& groups, bool settable);
-  QWidget* MakeGroup(const QString& group, bool settable);
+  struct Row {
+    SwitchLamp* Lamp;
+    QPushButton* Button;
+    QLabel* Word;
+    SwitchSymbol* Symbol;
+  };
+  QWidget* MakeTab(const std::vector<std::string_view>& groups, bool settable);
+  QWidget* MakeGroup(std::string_view group, bool settable);
   void Act(const std::function<void()>& action);
 
   Board& board_;
   UserDialogs& dialogs_;
-  std::array<QLabel*, switchMap.size()> lamps_{};
-  std::array<SwitchSymbol*, switchMap.size()> symbols_{};
+  std::array<Row, switchMap.size()> rows_{};
 };
 
 }  // namespace krx

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "board/switchmap.h"
 #include "controls/ui/palette.h"
@@ -37,14 +38,13 @@ SwitchSymbol::SwitchSymbol(std::size_t index)
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void SwitchSymbol::SetClosed(bool closed) {
-  closed_ = closed;
-  update();
+void SwitchSymbol::SetState(LampState state) {
+  if (std::exchange(state_, state) != state) update();
 }
 
 QSize SwitchSymbol::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
-  return {2 * metrics.horizontalAdvance(QtText(longestLabel)) + 8 * metrics.horizontalAdvance(u'm'),
+  return {2 * metrics.horizontalAdvance(QtText(longestLabel)) + 4 * metrics.horizontalAdvance(u'm'),
           metrics.height() * 3 / 2};
 }
 
@@ -64,11 +64,12 @@ void SwitchSymbol::paintEvent(QPaintEvent*) {
   painter.drawText(QRectF(0, 0, labels, height()), Qt::AlignRight | Qt::AlignVCenter, pin_);
   painter.drawText(QRectF(width() - labels, 0, labels, height()), Qt::AlignLeft | Qt::AlignVCenter, circuit_);
 
-  painter.setPen(QPen(closed_ ? colours.ok : colours.bad, em / 8));
+  const bool closed = state_ == LampState::Closed;
+  painter.setPen(QPen(closed ? colours.ok : state_ == LampState::NotRead ? colours.mutedText : colours.bad, em / 8));
   painter.drawLine(QPointF(from, middle), QPointF(from + gap, middle));
   painter.drawLine(QPointF(to - gap, middle), QPointF(to, middle));
   // The blade: down on the second contact, or lifted off it.
-  painter.drawLine(QPointF(from + gap, middle), QPointF(to - gap, closed_ ? middle : middle - metrics.height() / 2));
+  painter.drawLine(QPointF(from + gap, middle), QPointF(to - gap, closed ? middle : middle - metrics.height() / 2));
   painter.setBrush(colours.card);
   for (const double x : {from + gap, to - gap}) painter.drawEllipse(QPointF(x, middle), em / 5, em / 5);
 }

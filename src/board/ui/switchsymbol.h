@@ -4,15 +4,18 @@
 #include <QWidget>
 #include <cstddef>
 
+#include "board/ui/switchlamp.h"
+
 namespace krx {
 
-/// A small drawing of one switch: the pin it sits at, its contact open or closed, and the circuit behind it.
+/// A small drawing of one switch: the pin it sits at, its contact open or closed (grey and open while that is not
+/// read), and the circuit behind it.
 class SwitchSymbol : public QWidget {
  public:
   /// index: number of the switch in the switch map.
   explicit SwitchSymbol(std::size_t index);
 
-  void SetClosed(bool closed);
+  void SetState(LampState state);
   QSize sizeHint() const override;
 
  protected:
@@ -21,7 +24,7 @@ class SwitchSymbol : public QWidget {
  private:
   QString pin_;
   QString circuit_;
-  bool closed_ = false;
+  LampState state_ = LampState::NotRead;
 };
 
 }  // namespace krx

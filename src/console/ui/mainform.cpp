@@ -203,6 +203,7 @@ void MainForm::EasySetup() {
 void MainForm::ShowReadings(bool old) {
   if (old || visual_->isVisible()) visual_->ShowReadings(old);
   if (old || control_->isVisible()) control_->ShowReadings(old);
+  windows_->ShowReadings(old);
 }
 
 void MainForm::ResetRanges() {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "board/ui/frmswitchaccess.h"
+#include "console/pageparts.h"
 #include "console/ui/aboutbox.h"
 #include "console/ui/helpwindow.h"
 #include "console/ui/mainmenu.h"
@@ -99,18 +100,19 @@ Window* WindowOpener::Opened(AppWindow which) const {
 }
 
 FrmFanConfig* WindowOpener::MakeFanConfig() {
-  const FrmFanConfig::Services services{[this](std::size_t index) {
-                                          FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_,
-                                                                  fanSecondsPerSecond_,
-                                                                  Opened<FrmFanConfig>(AppWindow::FanConfig));
-                                          return detection.Run(index);
-                                        },
-                                        [this] { return MonitoringWarning(bench_.ChipLink); },
-                                        [this](std::size_t index) {
-                                          bench_.Owed.PutBackOverdue();
-                                          return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
-                                        },
-                                        [this](const AllFanFields& fields) { return PreviewFanWrites(fields); }};
+  const FrmFanConfig::Services services{
+      [this](std::size_t index) {
+        FrmAutoDetect detection(bench_.ChipLink, bench_.Owed, bench_.Fans, turns_, fanSecondsPerSecond_,
+                                Opened<FrmFanConfig>(AppWindow::FanConfig));
+        return detection.Run(index);
+      },
+      [this] { return MonitoringWarning(bench_.ChipLink); },
+      [this](std::size_t index) {
+        bench_.Owed.PutBackOverdue();
+        return NotRestoredText(bench_.ChipLink, bench_.Owed, index);
+      },
+      [this](const AllFanFields& fields) { return PreviewFanWrites(fields); },
+      [this](std::size_t fan) { return FanReadingNow(LivingPartsOf(bench_), fan, old_); }};
   auto* const window = new FrmFanConfig(bench_.FanSettings, bench_.Fans, dialogs_, services, parent_);
   window->SetReadOnly(readOnly_);
   connect(window, &FrmFanConfig::Applied, this, &WindowOpener::FansApplied);
@@ -129,6 +131,11 @@ QStringList WindowOpener::PreviewFanWrites(const AllFanFields& fields) {
 
 void WindowOpener::SwitchesChanged() {
   if (auto* const window = Opened<FrmSwitchAccess>(AppWindow::SwitchAccess)) window->ShowLamps();
+}
+
+void WindowOpener::ShowReadings(bool old) {
+  old_ = old;
+  if (auto* const window = Opened<FrmFanConfig>(AppWindow::FanConfig)) window->ShowReadings();
 }
 
 void WindowOpener::RenewFanConfig() {

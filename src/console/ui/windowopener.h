@@ -43,6 +43,8 @@ class WindowOpener : public QObject {
   // What an open window shows has changed behind its back.
   void SwitchesChanged();
   void RenewFanConfig();
+  /// old: the cycle does not run.
+  void ShowReadings(bool old);
 
  signals:
   /// The fan dialog has applied its fields.
@@ -70,6 +72,7 @@ class WindowOpener : public QObject {
   double fanSecondsPerSecond_;
   QWidget* parent_;
   std::vector<Row> rows_;
+  bool old_ = true;
 };
 
 }  // namespace krx

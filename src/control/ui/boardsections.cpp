@@ -61,12 +61,16 @@ SensorSection::SensorSection(const ControlAccess& access)
     values_[i] = new ReadingLabel(u"lblSensor%1"_s.arg(zone), ZoneName(zone), valueScale);
     auto* const name = MakeLabel({}, 1, false, true);
     name->setText(ZoneName(zone));
+    name->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* const row = new QHBoxLayout;
     row->addLayout(Under(boxes_[i], switches_[i]), 1);
     row->setSpacing(Lines(*this, 0.5));
     row->addWidget(new TraceBar(channels[zone].Trace));
-    row->addWidget(name);
-    row->addWidget(values_[i]);
+    zones_[i] = new QBoxLayout(QBoxLayout::LeftToRight);
+    zones_[i]->setSpacing(Lines(*this, 0.5));
+    zones_[i]->addWidget(name);
+    zones_[i]->addWidget(values_[i]);
+    row->addLayout(zones_[i]);
     Body().addStretch();
     Body().addLayout(row);
   }
@@ -86,6 +90,10 @@ void SensorSection::ShowReadings(const ControlState& state, const ControlReading
     boxes_[i]->setAccessibleDescription(
         u"%1, %2 %3"_s.arg(QtText(DiodeWords(state, i)), ZoneName(i + 1), QtText(now.Words())));
   }
+}
+
+void SensorSection::SetCompact(bool compact) {
+  for (QBoxLayout* const zone : zones_) zone->setDirection(compact ? QBoxLayout::BottomToTop : QBoxLayout::LeftToRight);
 }
 
 HeaterSection::HeaterSection(const ControlAccess& access)

@@ -7,6 +7,7 @@
 #include "control/ui/controlchoice.h"
 #include "controls/ui/card.h"
 
+class QBoxLayout;
 class QLabel;
 
 namespace krx {
@@ -22,11 +23,14 @@ class SensorSection : public Card {
   explicit SensorSection(const ControlAccess& access);
   void ShowState(const ControlState& state);
   void ShowReadings(const ControlState& state, const ControlReadings& readings);
+  /// The name of a zone below its value.
+  void SetCompact(bool compact);
 
  private:
   bool readOnly_;
   std::array<QCheckBox*, 2> boxes_{};
   std::array<QLabel*, 2> switches_{};
+  std::array<QBoxLayout*, 2> zones_{};
   std::array<ReadingLabel*, 2> values_{};
 };
 

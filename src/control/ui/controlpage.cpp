@@ -229,6 +229,7 @@ void ControlPage::SetCompact(bool compact) {
   left_->setFixedWidth(Lines(*this, compact ? leftCompactWidth : leftWidth));
   fans_->SetCompact(compact);
   power_->SetCompact(compact);
+  sensors_->SetCompact(compact);
   heaters_->SetCompact(compact);
   const auto note = [&](Card* section, const QString& text) { section->SetNote(compact ? QString() : text); };
   note(therm_, u"78h bit 1, 7Dh bit 1"_s);

@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double buttonLines = 12.7;
+constexpr double compactButtonLines = 11.3;
 
 QString OutputName(std::size_t output) {
   return u"PWM%1"_s.arg(output + 1);
@@ -28,9 +29,9 @@ QString OutputName(std::size_t output) {
 }  // namespace
 
 FanCard::FanCard() : Card(u"Fan Configuration"_s) {
-  QPushButton* const temps = AddButton(u"cmdAuto"_s, u"Configure Temps..."_s, nullptr);
-  temps->setEnabled(false);
-  temps->setToolTip(u"Not available yet"_s);
+  temps_ = AddButton(u"cmdAuto"_s, u"Configure Temps..."_s, nullptr);
+  temps_->setEnabled(false);
+  temps_->setToolTip(u"Not available yet"_s);
   MakeZoneTable();
   switches_ = MakeLabel(u"lblSwitches"_s, 1, false, true);
   switchAccess_ = AddButton(u"cmdSwitchAccess"_s, u"Switch Access..."_s, switches_);
@@ -43,7 +44,6 @@ FanCard::FanCard() : Card(u"Fan Configuration"_s) {
 QPushButton* FanCard::AddButton(const QString& name, const QString& caption, QWidget* beside) {
   auto* const button = new QPushButton(caption);
   button->setObjectName(name);
-  button->setMinimumWidth(Lines(*this, buttonLines));
   auto* const row = new QHBoxLayout;
   row->setSpacing(Lines(*this, 0.9));
   row->addWidget(button);
@@ -125,6 +125,8 @@ void FanCard::SetFanDialogAvailable(bool available) {
 
 void FanCard::SetCompact(bool compact) {
   for (ReadingTable* const table : {zoneTable_, outputTable_}) table->SetCompact(compact);
+  for (QPushButton* const button : {temps_, switchAccess_, fanConfig_})
+    button->setMinimumWidth(Lines(*this, compact ? compactButtonLines : buttonLines));
 }
 
 }  // namespace krx

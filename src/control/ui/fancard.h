@@ -38,6 +38,7 @@ class FanCard : public Card {
   std::array<std::array<ReadingLabel*, 2>, 3> outputs_{};
   ReadingTable* zoneTable_ = nullptr;
   ReadingTable* outputTable_ = nullptr;
+  QPushButton* temps_;
   QPushButton* switchAccess_;
   QPushButton* fanConfig_;
   QLabel* switches_;

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QWidget>
 #include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "controls/ui/card.h"
 #include "fans/fandialogmodel.h"
+#include "fans/fanreading.h"
 
 class QCheckBox;
 class QComboBox;
-class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -19,10 +19,12 @@ class QRadioButton;
 
 namespace krx {
 
+class FieldColumn;
 class UpDownEdit;
 
-/// The fields of one fan. A field that the user edits goes into the model; Show copies the model's fields back.
-class FanTab : public QWidget {
+/// The fields of one fan, a section a subject. A field that the user edits goes into the model; Show copies the model's
+/// fields back.
+class FanTab : public Card {
   Q_OBJECT
 
  public:
@@ -30,30 +32,40 @@ class FanTab : public QWidget {
 
   /// Fills the fields from the model; counts as no edit.
   void Show();
+  /// Speed and duty at the right of the head.
+  void ShowReading(const FanReading& reading);
   /// Gives the focus to the field of a setting that was refused.
   void FocusOn(FanSetting setting);
-  /// A detection's result goes into "Min PWM" and counts as an edit. remark: shown beside the field.
+  /// A detection's result goes into "Min PWM" and counts as an edit. remark: shown below the field and announced to
+  /// a screen reader.
   void SetMinimumDuty(int percent, const QString& remark);
   void SetEvidenceAvailable(bool available);
 
  signals:
   void Edited();
-  void AutoDetectWanted();
-  void SaveEvidenceWanted();
+  void AutoDetectRequested();
+  void SaveEvidenceRequested();
 
  private:
-  void MakeOutputFields(QFormLayout& layout);
-  void MakeTachFields(QFormLayout& layout);
-  QComboBox* MakeList(const char* name, const QString& label, std::span<const std::string_view> items,
+  void MakeHead();
+  QComboBox* MakeFanType();
+  void MakeOutputFields(FieldColumn& column);
+  void MakeMinimumFields(FieldColumn& column);
+  void MakeTachFields(FieldColumn& column);
+  QComboBox* MakeList(const QString& name, const QString& label, std::span<const std::string_view> items,
                       std::string FanFields::*field, FanSetting setting);
-  QCheckBox* MakeCheck(const char* name, const QString& caption, bool FanFields::*field, FanSetting setting);
-  QString Named(const char* name) const;
+  QCheckBox* MakeCheck(const QString& name, const QString& caption, bool FanFields::*field, FanSetting setting);
+  QPushButton* MakeAutoDetect();
+  QString Named(const QString& name) const;
   FanFields& Fields() { return model_.Fields.at(fan_); }
   void Edit(FanSetting setting);
   bool HasOutput() const { return fan_ < pwmCount; }
 
   FanDialogModel& model_;
   std::size_t fan_;
+  QLabel* speed_ = nullptr;
+  QLabel* duty_ = nullptr;
+  QLabel* old_ = nullptr;
   QComboBox* fanType_ = nullptr;
   QComboBox* behaviour_ = nullptr;
   QComboBox* spinUp_ = nullptr;

@@ -8,22 +8,26 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/ui/texts.h"
 #include "registers/numerics.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // How long a click on Cancel may go unnoticed.
 constexpr double sliceSeconds = 0.05;
 
-QLabel* AddLabel(QVBoxLayout& layout, const char* name, const QString& text = {}) {
+QLabel* AddLabel(QVBoxLayout& layout, const QString& name, const QString& text = {}) {
   auto* const label = new QLabel(text);
   label->setObjectName(name);
   layout.addWidget(label);
   return label;
 }
 
-QProgressBar* AddBar(QVBoxLayout& layout, const char* name, const QString& accessibleName) {
+QProgressBar* AddBar(QVBoxLayout& layout, const QString& name, const QString& accessibleName) {
   auto* const bar = new QProgressBar;
   bar->setObjectName(name);
   bar->setAccessibleName(accessibleName);
@@ -35,7 +39,7 @@ QProgressBar* AddBar(QVBoxLayout& layout, const char* name, const QString& acces
 
 QString MinutesText(double seconds) {
   const int whole = static_cast<int>(std::ceil(seconds));
-  return QString("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+  return u"%1:%2"_s.arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
 }
 
 }  // namespace
@@ -43,26 +47,26 @@ QString MinutesText(double seconds) {
 FrmAutoDetect::FrmAutoDetect(Link& link, OwedWrites& owed, const FanCommon& fans, ChipTurns& turns,
                              double fanSecondsPerSecond, QWidget* parent)
     : QDialog(parent), link_(link), owed_(owed), fans_(fans), turns_(turns), fanSecondsPerSecond_(fanSecondsPerSecond) {
-  setObjectName("frmAutoDetect");
-  setWindowTitle("Automatic Parameter Detection");
+  setObjectName(u"frmAutoDetect"_s);
+  setWindowTitle(u"Automatic Parameter Detection"_s);
   // Input to the other windows is dropped while this one is shown, so that no click is carried out afterwards.
   setWindowModality(Qt::ApplicationModal);
   auto* const layout = new QVBoxLayout(this);
-  auto* const heading = AddLabel(*layout, "lblHeading", "Determining Minimum PWM ...");
+  auto* const heading = AddLabel(*layout, u"lblHeading"_s, u"Determining Minimum PWM ..."_s);
   QFont font = heading->font();
   font.setBold(true);
   heading->setFont(font);
-  AddLabel(*layout, "lblDuration", "This process may take several minutes");
-  checking_ = AddLabel(*layout, "lblChecking", "Checking PWM =");
-  values_ = AddBar(*layout, "prgValues", "Tested duties");
-  readings_ = AddBar(*layout, "prgReadings", "Readings of this duty");
-  speed_ = AddLabel(*layout, "lblSpeed");
-  remaining_ = AddLabel(*layout, "lblRemaining");
-  auto* const cancel = new QPushButton("Cancel");
-  cancel->setObjectName("cmdCancel");
+  AddLabel(*layout, u"lblDuration"_s, u"This process may take several minutes"_s);
+  checking_ = AddLabel(*layout, u"lblChecking"_s, u"Checking PWM ="_s);
+  values_ = AddBar(*layout, u"prgValues"_s, u"Tested duties"_s);
+  readings_ = AddBar(*layout, u"prgReadings"_s, u"Readings of this duty"_s);
+  speed_ = AddLabel(*layout, u"lblSpeed"_s);
+  remaining_ = AddLabel(*layout, u"lblRemaining"_s);
+  auto* const cancel = new QPushButton(u"Cancel"_s);
+  cancel->setObjectName(u"cmdCancel"_s);
   layout->addWidget(cancel, 0, Qt::AlignRight);
   connect(cancel, &QPushButton::clicked, this, [this] { cancelled_ = true; });
-  setMinimumWidth(fontMetrics().horizontalAdvance('m') * 30);
+  setMinimumWidth(fontMetrics().horizontalAdvance(u'm') * 30);
 }
 
 DetectionResult FrmAutoDetect::Run(std::size_t index) {
@@ -84,15 +88,15 @@ DetectionResult FrmAutoDetect::Run(std::size_t index) {
 }
 
 void FrmAutoDetect::Show(const DetectionProgress& progress) {
-  checking_->setText(QString("Checking PWM =%1%").arg(progress.Duty));
+  checking_->setText(u"Checking PWM =%1%"_s.arg(progress.Duty));
   values_->setValue(static_cast<int>(progress.Values));
   readings_->setValue(static_cast<int>(progress.Readings));
-  QString speed = QString("Speed: %1").arg(QString::fromStdString(SpeedText(progress.SpeedRpm)));
+  QString speed = u"Speed: %1"_s.arg(QtText(SpeedText(progress.SpeedRpm)));
   if (progress.StandstillSecondsLeft) {
-    speed += QString(", waiting for standstill, %1 s left").arg(std::ceil(*progress.StandstillSecondsLeft));
+    speed += u", waiting for standstill, %1 s left"_s.arg(std::ceil(*progress.StandstillSecondsLeft));
   }
   speed_->setText(speed);
-  remaining_->setText(QString("At most %1 min remaining").arg(MinutesText(progress.SecondsLeft)));
+  remaining_->setText(u"At most %1 min remaining"_s.arg(MinutesText(progress.SecondsLeft)));
 }
 
 double FrmAutoDetect::Seconds() {

@@ -10,10 +10,14 @@
 #include <utility>
 
 #include "controls/ui/filesaving.h"
+#include "controls/ui/texts.h"
 #include "controls/ui/userdialogs.h"
 #include "fans/ui/fantab.h"
 
 namespace krx {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int noResult = 100;
@@ -33,41 +37,46 @@ class BusyPointer {
 
 FrmFanConfig::FrmFanConfig(FanConfig& config, FanCommon& fans, UserDialogs& dialogs, Services services, QWidget* parent)
     : QDialog(parent), model_(config, fans), dialogs_(dialogs), services_(std::move(services)) {
-  setObjectName("frmFanConfig");
-  setWindowTitle("Fan Configuration");
+  setObjectName(u"frmFanConfig"_s);
+  setWindowTitle(u"Fan Configuration"_s);
   auto* const layout = new QVBoxLayout(this);
   tabs_ = new QTabWidget;
-  tabs_->setObjectName("tabFans");
-  tabs_->setAccessibleName(tr("Fans"));
+  tabs_->setObjectName(u"tabFans"_s);
+  tabs_->setDocumentMode(true);
+  tabs_->setAccessibleName(u"Fans"_s);
   layout->addWidget(tabs_, 1);
   for (std::size_t fan = 0; fan < fanCount; ++fan) {
     auto* const page = new FanTab(model_, fan);
     pages_.at(fan) = page;
-    tabs_->addTab(page, QString("Fan %1").arg(fan + 1));
+    auto* const place = new QWidget;
+    auto* const around = new QVBoxLayout(place);
+    around->setContentsMargins(0, fontMetrics().height() / 2, 0, 0);
+    around->addWidget(page);
+    tabs_->addTab(place, u"Fan %1"_s.arg(fan + 1));
     connect(page, &FanTab::Edited, this, &FrmFanConfig::ShowButtons);
-    connect(page, &FanTab::AutoDetectWanted, this, [this, fan] { AutoDetect(fan); });
-    connect(page, &FanTab::SaveEvidenceWanted, this, [this, fan] { SaveEvidence(fan); });
+    connect(page, &FanTab::AutoDetectRequested, this, [this, fan] { AutoDetect(fan); });
+    connect(page, &FanTab::SaveEvidenceRequested, this, [this, fan] { SaveEvidence(fan); });
   }
   connect(tabs_, &QTabWidget::currentChanged, this, &FrmFanConfig::ShowTab);
 
   auto* const buttons = new QHBoxLayout;
   layout->addLayout(buttons);
-  const auto add = [&](const char* name, const QString& caption, void (FrmFanConfig::*pressed)()) {
+  const auto add = [&](const QString& name, const QString& caption, void (FrmFanConfig::*pressed)()) {
     auto* const button = new QPushButton(caption);
     button->setObjectName(name);
     buttons->addWidget(button);
     connect(button, &QPushButton::clicked, this, pressed);
     return button;
   };
-  writes_ = add("cmdShowWrites", "Show writes...", &FrmFanConfig::ShowWrites);
+  writes_ = add(u"cmdShowWrites"_s, u"Show writes..."_s, &FrmFanConfig::ShowWrites);
   buttons->addStretch();
-  add("cmdOk", "OK", &FrmFanConfig::Ok)->setDefault(true);
-  auto* const cancel = new QPushButton("Cancel");
-  cancel->setObjectName("cmdCancel");
+  add(u"cmdOk"_s, u"OK"_s, &FrmFanConfig::Ok)->setDefault(true);
+  auto* const cancel = new QPushButton(u"Cancel"_s);
+  cancel->setObjectName(u"cmdCancel"_s);
   buttons->addWidget(cancel);
   connect(cancel, &QPushButton::clicked, this, &FrmFanConfig::close);
-  apply_ = new QPushButton("Apply");
-  apply_->setObjectName("cmdApply");
+  apply_ = new QPushButton(u"Apply"_s);
+  apply_->setObjectName(u"cmdApply"_s);
   buttons->addWidget(apply_);
   connect(apply_, &QPushButton::clicked, this, &FrmFanConfig::Apply);
 }
@@ -75,9 +84,15 @@ FrmFanConfig::FrmFanConfig(FanConfig& config, FanCommon& fans, UserDialogs& dial
 bool FrmFanConfig::Open() {
   if (!RunUserAction(dialogs_, [this] { model_.Open(); })) return false;
   pages_.front()->Show();
+  ShowReadings();
   ShowButtons();
   show();
   return true;
+}
+
+void FrmFanConfig::ShowReadings() {
+  if (!services_.Reading) return;
+  for (std::size_t fan = 0; fan < fanCount; ++fan) pages_.at(fan)->ShowReading(services_.Reading(fan));
 }
 
 void FrmFanConfig::SetReadOnly(bool readOnly) {
@@ -116,7 +131,7 @@ bool FrmFanConfig::Apply() {
   if (refusal) {
     tabs_->setCurrentIndex(static_cast<int>(refusal->Fan));
     pages_.at(refusal->Fan)->FocusOn(refusal->Setting);
-    dialogs_.Critical(QString::fromStdString(refusal->Message));
+    dialogs_.Critical(QtText(refusal->Message));
   }
   ShowButtons();
   // Also after a failure: the steps before it have taken effect.
@@ -133,30 +148,30 @@ void FrmFanConfig::ShowWrites() {
   QStringList lines;
   if (!RunUserAction(dialogs_, [&] { lines = services_.Preview(model_.Fields); })) return;
   QDialog view(this);
-  view.setObjectName("frmShowWrites");
-  view.setWindowTitle("What Apply would write");
+  view.setObjectName(u"frmShowWrites"_s);
+  view.setWindowTitle(u"What Apply would write"_s);
   auto* const layout = new QVBoxLayout(&view);
-  auto* const text = new QPlainTextEdit(lines.isEmpty() ? "Nothing" : lines.join('\n'));
-  text->setObjectName("txtWrites");
-  text->setAccessibleName("What Apply would write");
+  auto* const text = new QPlainTextEdit(lines.isEmpty() ? u"Nothing"_s : lines.join(u'\n'));
+  text->setObjectName(u"txtWrites"_s);
+  text->setAccessibleName(u"What Apply would write"_s);
   text->setReadOnly(true);
   text->setLineWrapMode(QPlainTextEdit::NoWrap);
   layout->addWidget(text);
-  auto* const closing = new QPushButton("Close");
+  auto* const closing = new QPushButton(u"Close"_s);
   layout->addWidget(closing, 0, Qt::AlignRight);
   connect(closing, &QPushButton::clicked, &view, &QDialog::accept);
   const QFontMetrics metrics = fontMetrics();
-  view.resize(metrics.horizontalAdvance('m') * 40, metrics.height() * 20);
+  view.resize(metrics.horizontalAdvance(u'm') * 40, metrics.height() * 20);
   view.exec();
 }
 
 void FrmFanConfig::AutoDetect(std::size_t fan) {
   if (fan >= pwmCount) {
-    dialogs_.Information("Fan 4 has no PWM output of its own: there is nothing to detect");
+    dialogs_.Information(u"Fan 4 has no PWM output of its own: there is nothing to detect"_s);
     return;
   }
-  const QString warning = QString::fromStdString(services_.Warning());
-  if (!warning.isEmpty() && !dialogs_.Ask(warning, "Continue")) return;
+  const QString warning = QtText(services_.Warning());
+  if (!warning.isEmpty() && !dialogs_.Ask(warning, u"Continue"_s)) return;
   DetectionResult result;
   {
     const BusyPointer busy(*this);
@@ -166,7 +181,9 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
       return;
   }
   if (result.Value != noResult) {
-    pages_.at(fan)->SetMinimumDuty(result.Value, result.Value == 0 ? "no tested duty kept the fan running" : QString());
+    const QString remark = QtText(DetectionRemark(result));
+    pages_.at(fan)->SetMinimumDuty(result.Value, remark);
+    emit Notice(u"Fan %1: %2"_s.arg(QString::number(fan + 1), remark));
   }
   pages_.at(fan)->SetEvidenceAvailable(!result.Evidence.empty());
   evidence_.at(fan) = result;
@@ -175,26 +192,26 @@ void FrmFanConfig::AutoDetect(std::size_t fan) {
 
 void FrmFanConfig::ShowOutcome(std::size_t fan, const DetectionResult& result) {
   QStringList parts;
-  if (!result.Message.empty()) parts << QString::fromStdString(result.Message);
+  if (!result.Message.empty()) parts << QtText(result.Message);
   if (result.NotRestored.empty()) {
     if (!parts.isEmpty()) dialogs_.Critical(parts.front());
     return;
   }
   if (result.Fault && dialogs_.LinkFault) dialogs_.LinkFault(*result.Fault);
-  parts << QString::fromStdString(result.NotRestored);
-  while (dialogs_.Ask(parts.join("\n\n"), "Try again")) {
+  parts << QtText(result.NotRestored);
+  while (dialogs_.Ask(parts.join(u"\n\n"_s), u"Try again"_s)) {
     const std::string left = services_.PutBack(fan);
     if (left.empty()) return;
-    parts = {QString::fromStdString(left)};
+    parts = {QtText(left)};
   }
 }
 
 void FrmFanConfig::SaveEvidence(std::size_t fan) {
   if (!evidence_.at(fan)) return;
-  const auto name = AskSaveName(dialogs_, "Text Files (*.txt)|*.txt", QString("fan%1-minimum-pwm.txt").arg(fan + 1));
+  const auto name = AskSaveName(dialogs_, u"Text Files (*.txt)|*.txt"_s, u"fan%1-minimum-pwm.txt"_s.arg(fan + 1));
   if (!name) return;
   const QByteArray text = QByteArray::fromStdString(EvidenceText(*evidence_.at(fan), static_cast<int>(fan) + 1));
-  emit Notice(SaveAndTell(dialogs_, "The evidence", *name, text));
+  emit Notice(SaveAndTell(dialogs_, u"The evidence"_s, *name, text));
 }
 
 void FrmFanConfig::reject() {

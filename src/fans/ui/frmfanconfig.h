@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "fans/fandialogmodel.h"
+#include "fans/fanreading.h"
 #include "fans/minimumpwm.h"
 
 class QPushButton;
@@ -32,6 +33,8 @@ class FrmFanConfig : public QDialog {
     std::function<std::string(std::size_t index)> PutBack = {};
     /// Lists what Apply would write, a line each; throws what the link throws.
     std::function<QStringList(const AllFanFields& fields)> Preview = {};
+    /// Speed and duty of a fan as the console knows them; without any transfer.
+    std::function<FanReading(std::size_t fan)> Reading = {};
   };
 
   FrmFanConfig(FanConfig& config, FanCommon& fans, UserDialogs& dialogs, Services services, QWidget* parent);
@@ -41,6 +44,9 @@ class FrmFanConfig : public QDialog {
 
   /// The fields are shown but cannot be edited.
   void SetReadOnly(bool readOnly);
+
+  /// Speeds and duties were measured, or are old now; without any transfer.
+  void ShowReadings();
 
   /// The chip was changed from elsewhere: shows that, unless edits are pending.
   void Renew();

@@ -56,6 +56,7 @@ struct FanDialog : FanBench {
 
   ScriptedDialogs Dialogs;
   DetectionResult Detected;
+  FanReading Measured;
   std::string Warning, StillNotRestored;
   std::vector<std::size_t> Detections, PutBacks;
   FrmFanConfig::Services Services{
@@ -63,7 +64,8 @@ struct FanDialog : FanBench {
       [this](std::size_t index) { return PutBacks.push_back(index), StillNotRestored; },
       [](const AllFanFields& fields) {
         return QStringList{QString::fromStdString("Min PWM " + fields[0].MinimumDuty), "and more"};
-      }};
+      },
+      [this](std::size_t) { return Measured; }};
   FrmFanConfig Form{Config, Fans, Dialogs, Services, nullptr};
 };
 
@@ -147,13 +149,18 @@ TEST(FrmFanConfig, ARefusedValueShowsOneBoxTakesTheFocusAndKeepsTheDialogOpen) {
 TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
   FanDialog dialog;
   auto& remark = dialog.Find<QLabel>("lblMinPWMRemark_1");
+  QString notice;
+  QObject::connect(&dialog.Form, &FrmFanConfig::Notice, [&](const QString& text) { notice = text; });
   dialog.Detected = {25, DetectionEnd::Found, "", {DutyEvidence{}}, "", {}};
   dialog.ShowTab(1);
   dialog.BusTraffic();
   dialog.Press("cmdAutoDetect_1");
   EXPECT_EQ(dialog.Detections, std::vector<std::size_t>{1});
   EXPECT_EQ(dialog.Line("txtMinPWM_1"), "25");
-  EXPECT_TRUE(remark.isHidden());
+  EXPECT_EQ(remark.text(), "25 % found and entered");
+  EXPECT_FALSE(remark.isHidden());
+  EXPECT_EQ(dialog.Find<QWidget>("txtMinPWM_1").accessibleDescription(), remark.text()) << "for a screen reader";
+  EXPECT_EQ(notice, "Fan 2: 25 % found and entered");
   dialog.Press("cmdApply");
   EXPECT_EQ(dialog.BusTraffic(), "W65:40");
 
@@ -177,6 +184,22 @@ TEST(FrmFanConfig, ADetectionsResultIsShownAndWrittenByApply) {
   EXPECT_EQ(dialog.Detections.size(), 3U);
   dialog.Use("txtMinPWM_1", "7");
   EXPECT_TRUE(remark.isHidden());
+}
+
+TEST(FrmFanConfig, TheHeadShowsWhatTheFanDoesAndFieldsOfAColumnAreEquallyWide) {
+  FanDialog dialog;
+  const auto text = [&](const char* name) { return dialog.Find<QLabel>(name).text().toStdString(); };
+  EXPECT_EQ(text("lblSpeed_0") + text("lblDuty_0"), "––") << "nothing was measured";
+  dialog.Measured = {"2637 RPM", "88 %", true};
+  dialog.BusTraffic();
+  dialog.Form.ShowReadings();
+  EXPECT_EQ(dialog.BusTraffic(), "");
+  EXPECT_EQ(text("lblSpeed_0") + text("lblDuty_0"), "2637 RPM88 %");
+  EXPECT_EQ(dialog.Find<QLabel>("lblSpeed_0").accessibleName(), "Speed 2637 RPM, old");
+  EXPECT_EQ(dialog.Find<QLabel>("lblSpeed_0").foregroundRole(), QPalette::PlaceholderText);
+  EXPECT_TRUE(dialog.Find<QLabel>("lblDuty_3").isHidden()) << "fan 4 has no output";
+  for (const char* const field : {"cmbFanControl_0", "cmbSpinUp_0", "cmbRampRate_0"})
+    EXPECT_EQ(dialog.Find<QWidget>(field).width(), dialog.Find<QWidget>("cmbFanType_0").width()) << field;
 }
 
 TEST(FrmFanConfig, ADetectionWithoutTemperaturesAsksFirst) {
