@@ -89,7 +89,7 @@ void MainForm::ShowProblems(const std::vector<std::string>& problems) {
 
 void MainForm::MakeTabs() {
   main_ = new MainPage;
-  readWrite_ = new ReadWritePage(bench_.Registers, turns_, dialogs_, options_.ReadOnly);
+  readWrite_ = new ReadWritePage(bench_.Registers, bench_.ChipLink, turns_, dialogs_, options_.ReadOnly);
   control_ = new ControlPage(ControlPartsOf(bench_), dialogs_, options_.ReadOnly);
   visual_ = new VisualDisplayPage(*model_, VisualPartsOf(bench_), dialogs_, options_.ReadOnly);
   tabs_ = new QTabWidget;

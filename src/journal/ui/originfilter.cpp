@@ -26,13 +26,12 @@ struct NamedControl {
 };
 
 /// The controls whose caption says too little or changes, and those that stand for the same thing.
-constexpr std::array<NamedControl, 17> namedControls{{
+constexpr std::array<NamedControl, 16> namedControls{{
     {"Text6", "Read/Write: hex box"},
     {"Command4", "Read/Write: hex box"},
     {"Text7", "Read/Write: decimal box"},
     {"Command5", "Read/Write: decimal box"},
     {"bit*", "Read/Write: bit "},
-    {"read_writedisplaytext_*", "Read/Write: list, row "},
     {"lstRegisterRows", "Read/Write: list"},
     {"SSRibbon5", "Continuous reading"},
     {"limits_gauge", "Visual Display: limits"},

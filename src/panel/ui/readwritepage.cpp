@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "panel/ui/readwritepage.h"
 
+#include <fmt/format.h>
+
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QLabel>
@@ -32,7 +34,7 @@ void SetText(QLabel& label, const QString& text) {
 
 }  // namespace
 
-ReadWritePage::ReadWritePage(RegisterPanel& panel, ChipTurns& turns, UserDialogs& dialogs, bool readOnly)
+ReadWritePage::ReadWritePage(RegisterPanel& panel, Link& link, ChipTurns& turns, UserDialogs& dialogs, bool readOnly)
     : panel_(panel),
       dialogs_(dialogs),
       readOnly_(readOnly),
@@ -41,34 +43,15 @@ ReadWritePage::ReadWritePage(RegisterPanel& panel, ChipTurns& turns, UserDialogs
         ShowPanel();
       }) {
   auto* const layout = new QHBoxLayout(this);
-  layout->addWidget(MakeList());
+  list_ = new RegisterList(panel_, link);
+  connect(list_, &RegisterList::RowClicked, this, &ReadWritePage::Click);
+  layout->addWidget(list_);
   auto* const right = new QVBoxLayout;
   layout->addLayout(right, 1);
   right->addWidget(MakeRegisterCard());
   right->addWidget(MakeContinuousReading());
   right->addStretch();
   ShowPanel();
-}
-
-QWidget* ReadWritePage::MakeList() {
-  auto* const card = new QFrame;
-  MakeCard(*card);
-  auto* const layout = new QVBoxLayout(card);
-  auto* const find = new QLineEdit;
-  find->setObjectName("txtFindRegister");
-  find->setAccessibleName("Find a register");
-  find->setPlaceholderText("Find by name or address");
-  find->setClearButtonEnabled(true);
-  list_ = new RegisterList(panel_);
-  layout->addWidget(find);
-  layout->addWidget(list_, 1);
-  connect(list_, &RegisterList::RowClicked, this, &ReadWritePage::Click);
-  connect(find, &QLineEdit::textChanged, list_, &RegisterList::Filter);
-  connect(find, &QLineEdit::returnPressed, this, [this, find] {
-    if (const int row = list_->Filter(find->text()); row > 0) Click(row);
-    list_->setFocus();
-  });
-  return card;
 }
 
 QWidget* ReadWritePage::MakeRegisterCard() {
@@ -212,11 +195,11 @@ void ReadWritePage::Enter() {
 }
 
 void ReadWritePage::Click(int row) {
-  Act([this, row] { panel_.Click(row); });
+  Act([this, row] { panel_.Click(row); }, fmt::format("Read/Write: list, row {}", row));
 }
 
-void ReadWritePage::Act(const std::function<void()>& action) {
-  RunUserAction(dialogs_, action);
+void ReadWritePage::Act(const std::function<void()>& action, const std::string& name) {
+  RunUserAction(dialogs_, action, name);
   ShowPanel();
 }
 

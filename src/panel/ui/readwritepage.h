@@ -23,7 +23,7 @@ class ReadWritePage : public QWidget {
 
  public:
   /// readOnly: nothing is written, so the controls that would are disabled.
-  ReadWritePage(RegisterPanel& panel, ChipTurns& turns, UserDialogs& dialogs, bool readOnly);
+  ReadWritePage(RegisterPanel& panel, Link& link, ChipTurns& turns, UserDialogs& dialogs, bool readOnly);
 
   /// The tab is shown: continuous reading off, the last selected row again.
   void Enter();
@@ -32,7 +32,6 @@ class ReadWritePage : public QWidget {
   void ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte);
 
  private:
-  QWidget* MakeList();
   QWidget* MakeRegisterCard();
   QWidget* MakeBits();
   QWidget* MakeEntries();
@@ -40,7 +39,7 @@ class ReadWritePage : public QWidget {
 
   void Click(int row);
   void SetContinuousReading(bool on);
-  void Act(const std::function<void()>& action);
+  void Act(const std::function<void()>& action, const std::string& name = {});
   void ShowPanel();
   void ShowEntry(QLineEdit& box, QPushButton& button, const std::string& text, EntryState state);
 

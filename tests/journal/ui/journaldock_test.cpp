@@ -7,6 +7,7 @@
 #include "journal/ui/originfilter.h"
 #include "support/formbench.h"
 #include "support/fulldisk.h"
+#include "support/registerrows.h"
 #include "support/words.h"
 
 namespace krx {
@@ -23,7 +24,9 @@ struct JournalWindow : FormBench {
     Find<QDockWidget>("dockBusJournal")->show();
     if (!Find<QCheckBox>("chkJournalUser")->isChecked()) Press("chkJournalUser");
   }
-  void Press(const char* name) { QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton); }
+  void Press(const char* name) {
+    if (!krx::Press(*Form, name)) Find<QWidget>(name);
+  }
   void Key(const char* name, Qt::Key key) { QTest::keyClick(Find<QWidget>(name), key); }
   std::string Notice() const { return Find<QLabel>("lblNotice")->text().remove("|  ").toStdString(); }
   /// The rows of the table from `first`, updated like in the window: "Origin: write 64h 80h 10h, write ...".

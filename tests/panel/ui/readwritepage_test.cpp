@@ -7,15 +7,19 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include "controls/ui/copyrows.h"
+#include "link/registeraccess.h"
+#include "support/registerrows.h"
 #include "support/scripteddialogs.h"
 #include "support/testbench.h"
 #include "support/words.h"
 
 namespace krx {
+using namespace Qt::StringLiterals;
 namespace {
 
 struct PageBench : TestBench {
-  explicit PageBench(bool readOnly = false) : Page(Panel, Turns, Dialogs, readOnly) {}
+  explicit PageBench(bool readOnly = false) : Page(Panel, Bus, Turns, Dialogs, readOnly) {}
   ChipTurns Turns{Bus};
   ScriptedDialogs Dialogs;
   RegisterPanel Panel{Bus};
@@ -24,10 +28,6 @@ struct PageBench : TestBench {
   template <typename Widget>
   Widget& Find(const char* name) {
     return *Page.findChild<Widget*>(name);
-  }
-  /// The row of the list that stands for the register in sight.
-  QLabel& Selected() {
-    return Find<QLabel>(("read_writedisplaytext_" + std::to_string(Panel.LastSelectedRow())).c_str());
   }
   std::string Text(const char* name) { return Find<QLabel>(name).text().toStdString(); }
 };
@@ -63,16 +63,15 @@ TEST(ReadWritePage, EachControlDoesItsOwnAndNothingElse) {
       bench.Poke(0x6C, 0x0F);
       bench.Poke(0x40, 0x01);
       bench.Page.Enter();
-      QTest::mouseClick(&bench.Find<QLabel>("read_writedisplaytext_34"), Qt::LeftButton);
+      Press(bench.Page, "read_writedisplaytext_34");
       EXPECT_EQ(bench.Traffic(), "R3E R6C") << "the first row, and the one that was clicked";
       EXPECT_EQ(bench.Text("lblRegValDec"), "15");
       if (!row.Typed.isEmpty())
         QTest::keyClicks(&bench.Find<QLineEdit>(row.Typed.first(5).toLatin1()), row.Typed.sliced(6));
-      auto& control = bench.Find<QWidget>(row.Control.c_str());
-      if (qobject_cast<QLineEdit*>(&control) != nullptr) {
-        QTest::keyClick(&control, Qt::Key_Return);
+      if (row.Control.starts_with("Text")) {
+        QTest::keyClick(&bench.Find<QWidget>(row.Control.c_str()), Qt::Key_Return);
       } else {
-        QTest::mouseClick(&control, Qt::LeftButton);
+        ASSERT_TRUE(Press(bench.Page, row.Control));
       }
       EXPECT_EQ(bench.Traffic(), readOnly && !row.Control.starts_with("read_") ? "" : row.Traffic);
       if (readOnly) continue;
@@ -102,55 +101,125 @@ TEST(ReadWritePage, AReadOnlyRegisterTakesNothingAndContinuousReadingReadsUntilI
 
 TEST(ReadWritePage, KeysAndTheSearchMoveThroughTheListAndTheMouseLightsItsRow) {
   PageBench bench;
-  bench.Page.resize(900, 400);
+  bench.Page.resize(1100, 600);
   bench.Page.show();
   bench.Page.Enter();
   EXPECT_EQ(Flaws(bench.Page), "");
-  auto& list = bench.Find<QWidget>("lstRegisterRows");
+  auto& list = bench.Find<QTableView>("lstRegisterRows");
   auto& find = bench.Find<QLineEdit>("txtFindRegister");
   const struct {
-    const char* Search;  ///< typed, then Return; empty: nothing
+    const char* Search;  ///< typed into the box; empty: nothing
+    Qt::Key Leave;       ///< then pressed there
     Qt::Key Key;         ///< in the list
-    const char *Traffic, *Selected;
+    const char *Traffic, *Selected, *Count;
   } rows[] = {
-      {"", Qt::Key_Up, "", "Company ID"},
-      {"", Qt::Key_Down, "R3F", "Revision"},
-      {"", Qt::Key_PageDown, "R29", "Tach1 High Byte"},
-      {"", Qt::Key_PageUp, "R3F", "Revision"},
-      {"", Qt::Key_End, "R7D", "Configuration Reg. 4"},
-      {"", Qt::Key_Down, "", "Configuration Reg. 4"},
-      {"", Qt::Key_PageUp, "R66", "PWM3 Min. Duty Cycle"},
-      {"", Qt::Key_Home, "R3E", "Company ID"},
-      {"op point", Qt::Key_Up, "R34", "Local Op Point"},
-      {"OP point", Qt::Key_PageDown, "R34 R35", "Remote2 Op Point"},
-      {" 0X7d ", Qt::Key_A, "R7D", "Configuration Reg. 4"},
-      {"3eH", Qt::Key_Down, "R3E", "Company ID"},
-      {"no such", Qt::Key_A, "", "Company ID"},
+      {"", Qt::Key_A, Qt::Key_Up, "", "Company ID", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_Down, "R3F", "Revision", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_PageDown, "R29", "Tach1 High Byte", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_PageUp, "R3F", "Revision", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_End, "R7D", "Configuration Reg. 4", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_Down, "", "Configuration Reg. 4", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_PageUp, "R66", "PWM3 Min. Duty Cycle", "90 of 90"},
+      {"", Qt::Key_A, Qt::Key_Home, "R3E", "Company ID", "90 of 90"},
+      {"op point", Qt::Key_Return, Qt::Key_Up, "R34", "Local Op Point", "3 of 90"},
+      {"OP point", Qt::Key_Return, Qt::Key_PageDown, "R34 R35", "Remote2 Op Point", "3 of 90"},
+      {" 0X7d ", Qt::Key_Return, Qt::Key_A, "R7D", "Configuration Reg. 4", "1 of 90"},
+      {"3eH", Qt::Key_Return, Qt::Key_Down, "R3E", "Company ID", "1 of 90"},
+      {"no such", Qt::Key_Return, Qt::Key_A, "", "Company ID", "0 of 90"},
+      {"op point", Qt::Key_Down, Qt::Key_A, "", "Company ID", "3 of 90"},
+      {"op point", Qt::Key_Down, Qt::Key_Return, "R34", "Local Op Point", "3 of 90"},
+      {"7D", Qt::Key_Escape, Qt::Key_A, "", "Local Op Point", "90 of 90"},
   };
   for (const auto& row : rows) {
     find.clear();
+    find.setFocus();
     bench.Traffic();
-    if (*row.Search != 0) QTest::keyClicks(&find, row.Search), QTest::keyClick(&find, Qt::Key_Return);
-    QTest::keyClick(&list, row.Key);
+    if (*row.Search != 0) QTest::keyClicks(&find, row.Search), QTest::keyClick(&find, row.Leave);
     SCOPED_TRACE(row.Search + std::string(" ") + row.Selected);
+    const bool leads =
+        row.Leave != Qt::Key_Escape && row.Leave != Qt::Key_A && bench.Text("lblRegisterCount")[0] != '0';
+    EXPECT_EQ(bench.Page.focusWidget() == &list, leads);
+    QTest::keyClick(&list, row.Key);
     EXPECT_EQ(bench.Traffic(), row.Traffic);
     EXPECT_EQ(bench.Text("current_reg_type_label"), row.Selected);
-    EXPECT_EQ(bench.Page.focusWidget(), *row.Search == 0 ? bench.Page.focusWidget() : &list);
-    QTest::qWait(10);
-    EXPECT_EQ(bench.Selected().visibleRegion().isEmpty(), bench.Selected().isHidden());
+    EXPECT_EQ(bench.Text("lblRegisterCount"), row.Count);
+    EXPECT_EQ(bench.Find<QLabel>("lblNoMatch").isVisible(), row.Count[0] == '0');
+    const QRect place = list.visualRect(list.currentIndex());
+    EXPECT_TRUE(place.isEmpty() || list.viewport()->rect().contains(place));
   }
   find.clear();
-  QTest::qWait(10);
-  auto& row = bench.Find<QLabel>("read_writedisplaytext_2");
-  const auto colour = [&] { return row.palette().color(row.foregroundRole()).name().toStdString(); };
-  const std::string plain = colour();
-  QTest::mouseMove(bench.Page.windowHandle(), row.mapTo(&bench.Page, QPoint(9, 5)));
-  EXPECT_EQ(colour(), "#00ff00");
-  QTest::mouseClick(&row, Qt::RightButton);
-  EXPECT_EQ(bench.Text("current_reg_type_label"), "Company ID");
+  const QModelIndex row = RegisterRow(bench.Page, "read_writedisplaytext_2");
+  list.scrollTo(row);
+  /// The bar at the row's left edge, and the row in words.
+  const auto shown = [&] {
+    const QRect place = list.visualRect(row.siblingAtColumn(0));
+    const QImage picture = list.viewport()->grab(place).toImage();
+    return picture.pixelColor(4, place.height() / 2).name().toStdString() + ' ' +
+           row.data(Qt::AccessibleTextRole).toString().toStdString();
+  };
+  const auto pointAt = [&](int panelRow) {
+    QTest::mouseMove(list.viewport(), list.visualRect(row.siblingAtRow(panelRow - 1)).center());
+  };
+  const std::string plain = shown();
+  pointAt(2);
+  EXPECT_EQ(shown(), "#00ff00 Revision, 10h, read-only");
+  QTest::mouseClick(list.viewport(), Qt::RightButton, {}, list.visualRect(row).center());
+  EXPECT_EQ(bench.Text("current_reg_type_label"), "Local Op Point");
+  Press(bench.Page, "read_writedisplaytext_2");
+  EXPECT_EQ(shown(), "#ffff00 Revision, 10h, selected, read-only");
+  pointAt(3);
+  EXPECT_EQ(shown(), "#008000 Revision, 10h, selected, read-only");
+  Press(bench.Page, "read_writedisplaytext_3");
   QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&list, &leave);
-  EXPECT_EQ(colour(), plain);
+  QApplication::sendEvent(list.viewport(), &leave);
+  EXPECT_EQ(shown(), plain);
+}
+
+TEST(ReadWritePage, TheListShowsWhatPassedOnTheBusAndWhatHasChangedSinceTheStart) {
+  PageBench bench;
+  bench.Poke({{0x5C, 0x62}, {0x68, 0x5A}});
+  bench.Page.resize(1300, 700);
+  bench.Page.show();
+  const auto row = [&](int panelRow) {
+    const QModelIndex first = RegisterRow(bench.Page, fmt::format("read_writedisplaytext_{}", panelRow));
+    QStringList cells;
+    for (int column = 0; column < 5; ++column) cells << first.siblingAtColumn(column).data().toString();
+    return cells.join('|').toStdString();
+  };
+  EXPECT_EQ(row(8), "5C|PWM1 Configuration Register|–||");
+  const auto steps = std::to_array<std::pair<std::function<void()>, const char*>>({
+      {[&] { ReadByte(bench.Bus, 0x5C); }, "5C|PWM1 Configuration Register|62||"},
+      {[&] { WriteByte(bench.Bus, 0x5C, 0xC2); }, "5C|PWM1 Configuration Register|C2|was 62|"},
+      {[&] {
+         bench.FailTransfer(1);
+         EXPECT_THROW(WriteByte(bench.Bus, 0x5C, 0xC3), CommsError);
+       },
+       "5C|PWM1 Configuration Register|–||"},
+      {[&] { ReadByte(bench.Bus, 0x5C); }, "5C|PWM1 Configuration Register|C2|was 62|"},
+      {[&] { WriteByte(bench.Bus, 0x5C, 0x62); }, "5C|PWM1 Configuration Register|62||"},
+      {[&] { WriteByte(bench.Bus, 0x5C, 0xC2); }, "5C|PWM1 Configuration Register|C2|was 62|"},
+  });
+  for (const auto& [step, shown] : steps) {
+    step();
+    EXPECT_EQ(row(8), shown);
+  }
+  auto& table = bench.Find<QTableView>("lstRegisterRows");
+  bench.Find<QCheckBox>("chkChangedOnly").click();
+  EXPECT_EQ(bench.Text("lblRegisterCount"), "1 of 90");
+  ReadByte(bench.Bus, 0x68);
+  WriteByte(bench.Bus, 0x68, 0x28);
+  EXPECT_EQ(bench.Text("lblRegisterCount"), "2 of 90");
+  EXPECT_FALSE(table.isRowHidden(8));
+  table.setCurrentIndex(table.model()->index(7, 1));
+  EXPECT_EQ(RowsText(table), u"5C\tPWM1 Configuration Register\tC2\twas 62"_s);
+  WriteByte(bench.Bus, 0x5C, 0x62);
+  WriteByte(bench.Bus, 0x68, 0x5A);
+  EXPECT_TRUE(bench.Find<QLabel>("lblNoMatch").isVisible());
+  EXPECT_EQ(bench.Text("lblNoMatch"), "no register has changed");
+  bench.Find<QCheckBox>("chkChangedOnly").click();
+  QTest::qWait(20);
+  bench.Traffic();
+  EXPECT_FALSE(Repaints(*table.viewport(), [&] { ReadByte(bench.Bus, 0x5C); })) << "nothing new";
 }
 
 }  // namespace
