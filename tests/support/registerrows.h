@@ -5,12 +5,14 @@
 #include <QtWidgets>
 #include <string>
 
+#include "panel/ui/rowdelegate.h"
+
 namespace krx {
 
 /// The row of the register table that goes by a name, "read_writedisplaytext_3".
 inline QModelIndex RegisterRow(const QWidget& window, const std::string& name) {
   const QAbstractItemModel& model = *window.findChild<QTableView*>("lstRegisterRows")->model();
-  return model.match(model.index(0, 1), Qt::UserRole + 4, QString::fromStdString(name), 1, Qt::MatchExactly).value(0);
+  return model.match(model.index(0, 1), nameRole, QString::fromStdString(name), 1, Qt::MatchExactly).value(0);
 }
 
 /// Presses such a row, or the widget of that name. False when there is none.

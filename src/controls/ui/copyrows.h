@@ -10,7 +10,7 @@ namespace krx {
 /// The shown cells of the table's selected rows, or of its current one, a line each with tabs between. Empty: none.
 QString RowsText(const QTableView& table);
 
-/// Ctrl+C and a context menu copy the rows as text; the menu offers all shown rows, too.
+/// Ctrl+C copies whole rows as text; the toolkit's own copies one cell.
 void MakeRowsCopyable(QTableView& table);
 
 }  // namespace krx

@@ -26,7 +26,7 @@ struct NamedControl {
 };
 
 /// The controls whose caption says too little or changes, and those that stand for the same thing.
-constexpr std::array<NamedControl, 16> namedControls{{
+constexpr std::array<NamedControl, 17> namedControls{{
     {"Text6", "Read/Write: hex box"},
     {"Command4", "Read/Write: hex box"},
     {"Text7", "Read/Write: decimal box"},
@@ -43,6 +43,7 @@ constexpr std::array<NamedControl, 16> namedControls{{
     {"cmdGlitchTest", glitchTestOrigin},
     {"cmdUndoLast", undoOrigin},
     {"cmdUndoMark", undoOrigin},
+    {"cmdUndoWrite", undoOrigin},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> timers{{

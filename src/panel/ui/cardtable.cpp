@@ -17,15 +17,20 @@ class CardHeader : public QHeaderView {
   explicit CardHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
 
  protected:
+  QSize sectionSizeFromContents(int section) const override {
+    const QString title = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
+    return {fontMetrics().horizontalAdvance(title) + fontMetrics().height() + 2, height()};
+  }
   void paintSection(QPainter* painter, const QRect& rect, int section) const override {
     const Palette& colours = Palette::For(*this);
     painter->fillRect(rect, colours.card);
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), colours.line);
     const int room = fontMetrics().height() / 2;
+    const int bar = section == 0 && model()->index(0, 0).data(rowStateRole).isValid() ? rowBarWidth : 0;
     const auto alignment = model()->headerData(section, orientation(), Qt::TextAlignmentRole).value<Qt::Alignment>();
     painter->setFont(font());
     painter->setPen(colours.mutedText);
-    painter->drawText(rect.adjusted(room, 0, -room, -1), static_cast<int>(alignment | Qt::AlignVCenter),
+    painter->drawText(rect.adjusted(room + bar, 0, -room, -1), static_cast<int>(alignment | Qt::AlignVCenter),
                       model()->headerData(section, orientation(), Qt::DisplayRole).toString());
   }
   void paintEvent(QPaintEvent* event) override {
@@ -53,6 +58,7 @@ void MakeCardTable(QTableView& table) {
   table.setItemDelegate(new RowDelegate(&table));
   table.setFrameShape(QFrame::NoFrame);
   table.setShowGrid(false);
+  table.setWordWrap(false);
   table.setSelectionBehavior(QAbstractItemView::SelectRows);
   table.setSelectionMode(QAbstractItemView::SingleSelection);
   table.setEditTriggers(QAbstractItemView::NoEditTriggers);

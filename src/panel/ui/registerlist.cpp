@@ -115,12 +115,19 @@ void RegisterList::ShowCount() {
 
 void RegisterList::SetNarrow(bool narrow) {
   if (std::exchange(narrow_, narrow) == narrow) return;
-  table_->SetOldBytesShown(!narrow);
+  table_->SetRoomy(!narrow);
   SetWidth();
 }
 
 void RegisterList::SetWidth() {
-  setFixedWidth(table_->WidthOfColumns() + 2);
+  // However wide it is now, a window may become narrow.
+  setMinimumWidth(table_->WidthOfColumns(false) + 2);
+  setMaximumWidth(table_->WidthOfColumns(!narrow_) + 2);
+  updateGeometry();
+}
+
+QSize RegisterList::sizeHint() const {
+  return {maximumWidth(), Card::sizeHint().height()};
 }
 
 }  // namespace krx

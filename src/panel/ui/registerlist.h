@@ -21,6 +21,7 @@ class RegisterList : public Card {
   void ScrollTo(int row) { table_->ScrollTo(row); }
   /// Where the window is narrow a changed register has its mark only.
   void SetNarrow(bool narrow);
+  QSize sizeHint() const override;
 
  signals:
   void RowClicked(int row);

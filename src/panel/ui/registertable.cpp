@@ -35,31 +35,38 @@ RegisterTable::RegisterTable(RegisterPanel& panel, RegisterTableModel& model) : 
   MakeRowsCopyable(*this);
   setMouseTracking(true);
   setVerticalScrollMode(ScrollPerPixel);
-  SetOldBytesShown(true);
+  SetRoomy(true);
   setTabKeyNavigation(false);
   ShowStates();
 }
 
-void RegisterTable::SetOldBytesShown(bool shown) {
-  rows_.ShowOldBytes(shown);
+int RegisterTable::ColumnWidth(int column, bool roomy) const {
   const QFontMetrics metrics = BoldMetrics(*this);
   const int room = metrics.height();
-  const auto width = [&](const QString& text) { return metrics.horizontalAdvance(text) + room; };
-  horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  horizontalHeader()->setSectionResizeMode(RegisterTableModel::Name, QHeaderView::Stretch);
-  setColumnWidth(RegisterTableModel::Address, width(u"Address"_s));
-  setColumnWidth(RegisterTableModel::LastValue, width(u"Last value"_s));
-  setColumnWidth(RegisterTableModel::WhetherChanged, shown ? width(u"was 00"_s) + room : width(u"Changed"_s));
-  setColumnWidth(RegisterTableModel::Lock, room * 3 / 2);
+  switch (column) {
+    case RegisterTableModel::Name:
+      return metrics.horizontalAdvance(u"Remote 2 Trange/PWM3 Freq."_s) + room;
+    case RegisterTableModel::WhetherChanged:
+      return roomy ? metrics.horizontalAdvance(u"was 00"_s) + 2 * room : room * 3 / 2;
+    case RegisterTableModel::Lock:
+      return room * 3 / 2;
+    default:
+      return metrics.horizontalAdvance(RegisterTableModel::Title(column, roomy)) + room;
+  }
 }
 
-int RegisterTable::WidthOfColumns() const {
-  const QFontMetrics metrics = BoldMetrics(*this);
-  int width = metrics.horizontalAdvance(u"Remote 2 Trange/PWM3 Freq."_s) + metrics.height() +
-              style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+void RegisterTable::SetRoomy(bool roomy) {
+  rows_.SetRoomy(roomy);
+  horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  horizontalHeader()->setSectionResizeMode(RegisterTableModel::Name, QHeaderView::Stretch);
   for (int column = 0; column < RegisterTableModel::columnTotal; ++column) {
-    if (column != RegisterTableModel::Name) width += columnWidth(column);
+    if (column != RegisterTableModel::Name) setColumnWidth(column, ColumnWidth(column, roomy));
   }
+}
+
+int RegisterTable::WidthOfColumns(bool roomy) const {
+  int width = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  for (int column = 0; column < RegisterTableModel::columnTotal; ++column) width += ColumnWidth(column, roomy);
   return width;
 }
 

@@ -17,10 +17,10 @@ class RegisterTable : public QTableView {
   /// The rows' states, and the row clicked last as the current one.
   void ShowStates();
   void ScrollTo(int row);
-  /// Whether a changed register names the byte that it held first, beside its mark.
-  void SetOldBytesShown(bool shown);
+  /// Whether there is room for whole titles, and beside a changed register's mark for the byte that it held first.
+  void SetRoomy(bool roomy);
   /// With the scroll bar and room for the longest name.
-  int WidthOfColumns() const;
+  int WidthOfColumns(bool roomy) const;
   /// Makes a row the one that Return selects, as the pointer over it would light it.
   void GoTo(int row);
 
@@ -38,6 +38,7 @@ class RegisterTable : public QTableView {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  int ColumnWidth(int column, bool roomy) const;
   void LeaveRows();
   /// The row under the pointer; 0: none.
   int RowAt(const QPoint& position) const { return rowAt(position.y()) + 1; }

@@ -50,9 +50,10 @@ void RegisterTableModel::ShowStates() {
   }
 }
 
-void RegisterTableModel::ShowOldBytes(bool shown) {
-  if (std::exchange(oldBytes_, shown) == shown) return;
+void RegisterTableModel::SetRoomy(bool shown) {
+  if (std::exchange(roomy_, shown) == shown) return;
   emit dataChanged(index(0, WhetherChanged), index(RegisterPanel::rowCount - 1, WhetherChanged));
+  emit headerDataChanged(Qt::Horizontal, 0, columnTotal - 1);
 }
 
 int RegisterTableModel::rowCount(const QModelIndex& parent) const {
@@ -74,7 +75,7 @@ QString RegisterTableModel::Text(const RegisterEntry& entry, int column) const {
     case LastValue:
       return last ? Hex(*last) : u"–"_s;
     case WhetherChanged:
-      return was && oldBytes_ ? u"was "_s + Hex(*was) : QString();
+      return was && roomy_ ? u"was "_s + Hex(*was) : QString();
     default:
       return {};
   }
@@ -135,12 +136,17 @@ QVariant RegisterTableModel::data(const QModelIndex& index, int role) const {
   }
 }
 
+QString RegisterTableModel::Title(int column, bool roomy) {
+  static constexpr std::array<const char16_t*, columnTotal> titles{u"Address", u"Register", u"Last value", u"Changed",
+                                                                   u"Read-only"};
+  static constexpr std::array<const char16_t*, columnTotal> shortTitles{u"Addr.", u"Register", u"Last", u"", u""};
+  return QString::fromUtf16((roomy ? titles : shortTitles).at(static_cast<std::size_t>(column)));
+}
+
 QVariant RegisterTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
-  static constexpr std::array<const char16_t*, columnTotal> titles{u"Address", u"Register", u"Last value", u"Changed",
-                                                                   u""};
-  if (role == Qt::DisplayRole) return QString::fromUtf16(titles.at(static_cast<std::size_t>(section)));
-  if (role == Qt::AccessibleTextRole && section == Lock) return u"Read-only"_s;
+  if (role == Qt::AccessibleTextRole || role == Qt::ToolTipRole) return Title(section, true);
+  if (role == Qt::DisplayRole) return Title(section, roomy_ && section != Lock);
   if (role == Qt::TextAlignmentRole) {
     return QVariant::fromValue(section == LastValue ? Qt::AlignRight | Qt::AlignVCenter
                                                     : Qt::AlignLeft | Qt::AlignVCenter);

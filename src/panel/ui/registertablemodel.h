@@ -21,8 +21,9 @@ class RegisterTableModel : public QAbstractTableModel {
 
   /// The states that the panel's rows have now.
   void ShowStates();
-  /// Without it a changed register has its mark only; the tool tip names the byte in any case.
-  void ShowOldBytes(bool shown);
+  /// Without room the titles are short and a changed register has its mark only; the tool tips have the rest.
+  void SetRoomy(bool roomy);
+  static QString Title(int column, bool roomy);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -42,7 +43,7 @@ class RegisterTableModel : public QAbstractTableModel {
 
   const RegisterPanel& panel_;
   RegisterChanges& changes_;
-  bool oldBytes_ = true;
+  bool roomy_ = true;
   std::array<RowState, RegisterPanel::rowCount> states_{};  ///< as they are shown
 };
 

@@ -11,7 +11,7 @@
 namespace krx {
 namespace {
 
-constexpr int barWidth = 5;
+constexpr int unbounded = 10'000;
 
 RowState StateOf(const QModelIndex& index) {
   return static_cast<RowState>(index.data(rowStateRole).toInt());
@@ -31,8 +31,10 @@ QColor BarColour(RowState state) {
   return {};
 }
 
-QColor Ground(const Palette& colours, const QStyleOptionViewItem& option, RowState state) {
-  const bool selected = state == RowState::Selected || state == RowState::SelectedHovered;
+QColor Ground(const Palette& colours, const QStyleOptionViewItem& option, const QModelIndex& index) {
+  const RowState state = StateOf(index);
+  const bool present = index.data(presentRole).toBool();
+  const bool selected = present || state == RowState::Selected || state == RowState::SelectedHovered;
   if (selected || option.state.testFlag(QStyle::State_Selected)) return colours.SelectedGround();
   return state == RowState::Hovered ? colours.HoveredGround() : colours.card;
 }
@@ -41,7 +43,7 @@ void PaintBar(QPainter& painter, const Palette& colours, const QRect& cell, RowS
   if (state == RowState::Plain) return;
   painter.setPen(colours.outline);
   painter.setBrush(BarColour(state));
-  painter.drawRect(QRectF(cell.left() + 1.5, cell.top() + 0.5, barWidth, cell.height() - 2));
+  painter.drawRect(QRectF(cell.left() + 1.5, cell.top() + 0.5, rowBarWidth, cell.height() - 2));
 }
 
 /// A body and a bow, as high as a small letter.
@@ -66,7 +68,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given, co
   const Palette& colours = Palette::For(option.palette);
   const RowState state = StateOf(index);
   painter->save();
-  painter->fillRect(option.rect, Ground(colours, option, state));
+  painter->fillRect(option.rect, Ground(colours, option, index));
   painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), colours.grid);
   if (index.column() == 0) PaintBar(*painter, colours, option.rect, state);
   if (index.data(lockRole).toBool()) PaintLock(*painter, colours, option);
@@ -74,7 +76,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given, co
 
   const int line = option.fontMetrics.height();
   QRect room = option.rect.adjusted(line / 2, 0, -line / 2, -1);
-  if (index.column() == 0 && index.data(rowStateRole).isValid()) room.setLeft(room.left() + barWidth);
+  if (index.column() == 0 && index.data(rowStateRole).isValid()) room.setLeft(room.left() + rowBarWidth);
   if (const auto mark = static_cast<Mark>(index.data(markRole).toInt()); mark != Mark::None) {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -87,9 +89,22 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given, co
   painter->save();
   painter->setFont(option.font);
   painter->setPen(index.data(mutedRole).toBool() ? colours.mutedText : colours.text);
-  const int wrap = option.features.testFlag(QStyleOptionViewItem::WrapText) ? Qt::TextWordWrap : Qt::TextSingleLine;
-  painter->drawText(room, static_cast<int>(option.displayAlignment | Qt::AlignVCenter) | wrap, option.text);
+  const bool wraps = option.features.testFlag(QStyleOptionViewItem::WrapText);
+  const QString text = wraps ? option.text : option.fontMetrics.elidedText(option.text, Qt::ElideRight, room.width());
+  painter->drawText(room, static_cast<int>(option.displayAlignment | Qt::AlignVCenter) | (wraps ? Qt::TextWordWrap : 0),
+                    text);
   painter->restore();
+}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& given, const QModelIndex& index) const {
+  QStyleOptionViewItem option = given;
+  initStyleOption(&option, index);
+  const int line = option.fontMetrics.height();
+  const bool wraps = option.features.testFlag(QStyleOptionViewItem::WrapText) && option.rect.width() > 0;
+  const int room = wraps ? option.rect.width() - line : unbounded;
+  const QSize text =
+      option.fontMetrics.boundingRect(QRect(0, 0, room, unbounded), wraps ? Qt::TextWordWrap : 0, option.text).size();
+  return {text.width() + line + 1, text.height() + line * 7 / 10};
 }
 
 }  // namespace krx

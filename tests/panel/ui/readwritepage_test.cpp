@@ -7,7 +7,9 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include "controls/ui/chiptimer.h"
 #include "controls/ui/copyrows.h"
+#include "journal/busjournal.h"
 #include "link/registeraccess.h"
 #include "support/registerrows.h"
 #include "support/scripteddialogs.h"
@@ -19,10 +21,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 struct PageBench : TestBench {
-  explicit PageBench(bool readOnly = false) : Page(Panel, Bus, Turns, Dialogs, readOnly) {}
+  explicit PageBench(bool readOnly = false) : Page(Panel, Bus, Journal, Turns, Dialogs, readOnly) {}
   ChipTurns Turns{Bus};
   ScriptedDialogs Dialogs;
   RegisterPanel Panel{Bus};
+  BusJournal Journal{Time};
   ReadWritePage Page;
 
   template <typename Widget>
@@ -97,6 +100,71 @@ TEST(ReadWritePage, AReadOnlyRegisterTakesNothingAndContinuousReadingReadsUntilI
   bench.Traffic();
   QTest::qWait(40);
   EXPECT_EQ(bench.Traffic(), "");
+}
+
+TEST(ReadWritePage, ShowsBitsFieldsAndEntriesInWordsAsWellAsInColour) {
+  PageBench bench;
+  bench.Poke({{0x5C, 0xC2}, {0x42, 0x00}});
+  bench.Page.resize(1300, 760);
+  bench.Page.show();
+  bench.Page.Enter();
+  Press(bench.Page, "read_writedisplaytext_8");
+  EXPECT_EQ(Flaws(bench.Page), "");
+  EXPECT_EQ(bench.Find<QWidget>("bit7").accessibleName(), u"Bit 7 BHVR2: 1"_s);
+  EXPECT_EQ(bench.Find<QWidget>("lblRegValHex").accessibleName(), u"Register Value (Hex) C2"_s);
+  EXPECT_EQ(bench.Find<QWidget>("pnlFields").accessibleName(),
+            u"PWM1 behaviour: 110 · Fastest of all Temps; PWM1 polarity: 0 · active low; PWM1 SLOW: 0; "
+            "PWM1 spin-up: 010 · 250 ms"_s);
+  const auto cells = [&](const char* name) {
+    const QAbstractItemModel& model = *bench.Find<QTableView>(name).model();
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+      QStringList cells;
+      for (int column = 0; column < model.columnCount(); ++column) cells << model.index(row, column).data().toString();
+      rows << cells.join(u'|');
+    }
+    return rows.join(u' ').toStdString();
+  };
+  EXPECT_EQ(cells("tblFields"),
+            "7–5|Behaviour|110|Fastest of all Temps 4|Polarity|0|active low "
+            "3|SLOW|0|not interpreted 2–0|Spin-up|010|250 ms");
+  EXPECT_EQ(bench.Text("lblCodes"), "Behaviour codes");
+  bench.Find<QTableView>("tblFields").setCurrentIndex(bench.Find<QTableView>("tblFields").model()->index(3, 0));
+  EXPECT_EQ(bench.Text("lblCodes"), "Spin-up codes");
+  EXPECT_TRUE(bench.Text("lblRegisterFacts").find("<b>62h</b>") != std::string::npos);
+  bench.Page.resize(1020, 620);
+  QTest::qWait(10);
+  EXPECT_FALSE(bench.Find<QWidget>("lblCodes").isVisible());
+  EXPECT_EQ(RegisterRow(bench.Page, "read_writedisplaytext_8").data().toString(), u"PWM1 Configuration Register"_s);
+  EXPECT_LE(bench.Page.minimumSizeHint().width(), 1024);
+  bench.Page.resize(1300, 760);
+
+  // The arrow keys move between the bits and go no further; Space changes one.
+  bench.Find<QWidget>("bit1").setFocus();
+  for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left}) QTest::keyClick(bench.Page.focusWidget(), key);
+  EXPECT_EQ(bench.Page.focusWidget()->objectName(), u"bit1"_s);
+  bench.Traffic();
+  QTest::keyClick(bench.Page.focusWidget(), Qt::Key_Space);
+  EXPECT_EQ(bench.Traffic(), "R5C W5C:C0 R5C");
+  EXPECT_FALSE(bench.Find<QPushButton>("bit1").isChecked());
+
+  const auto state = [&](const char* button) {
+    auto& face = bench.Find<QPushButton>(button);
+    const QImage picture = face.grab().toImage();
+    return (picture.pixelColor(picture.width() / 2, 4).name() + u' ' + face.accessibleDescription()).toStdString();
+  };
+  auto& hex = bench.Find<QLineEdit>("Text6");
+  QTest::keyClicks(&hex, u"E2"_s);
+  EXPECT_EQ(state("Command4"), "#ff0000 not written");
+  QTest::keyClick(&hex, Qt::Key_Return);
+  EXPECT_EQ(state("Command4") + ", " + state("Command5"), "#00ff00 written E2, #00ff00 written E2");
+  hex.clear();
+  QTest::keyClicks(&hex, u"100"_s);
+  QTest::keyClick(&hex, Qt::Key_Return);
+  EXPECT_EQ(state("Command4") + ", " + state("Command5"), "#ff0000 not written, #ff0000 not written");
+  EXPECT_NE(Words(bench.Page).find("|Above FF: a byte is 00 to FF|"), std::string::npos);
+  QTest::keyClicks(&hex, u"1"_s);
+  EXPECT_EQ(Words(bench.Page).find("Above FF"), std::string::npos);
 }
 
 TEST(ReadWritePage, KeysAndTheSearchMoveThroughTheListAndTheMouseLightsItsRow) {
