@@ -60,6 +60,9 @@ class BusJournal {
 
   explicit BusJournal(Clock& clock);
 
+  /// Seconds since the journal began, as its entries carry them.
+  double Seconds() { return Now() - start_; }
+
   /// Fills in number, time, old value and origin, and stores the entry.
   void Add(JournalEntry entry);
   const std::deque<JournalEntry>& Entries() const { return entries_; }

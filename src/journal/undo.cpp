@@ -2,7 +2,6 @@
 #include "journal/undo.h"
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 
 #include "link/commserror.h"
@@ -17,9 +16,14 @@ std::uint8_t ChipOf(const Link& link) {
   return static_cast<std::uint8_t>(link.ChipAddress);
 }
 
+/// True when nothing has to be written: the register holds its old byte.
+bool HoldsOldByte(const UndoRecord& record) {
+  return record.Before && record.Before == record.After;
+}
+
 /// False when the register should be tried again.
 bool Restore(Link& link, BusJournal& journal, const UndoRecord& record, UndoResult& result) {
-  if (record.Before && record.Before == record.After) return true;
+  if (HoldsOldByte(record)) return true;
   if (!record.Before) {
     result.Problems.push_back({record.Register, neverSeen});
     return true;
@@ -36,9 +40,9 @@ bool Restore(Link& link, BusJournal& journal, const UndoRecord& record, UndoResu
   return true;
 }
 
-/// Undoes the combined effect of the records.
-void UndoRecords(Link& link, BusJournal& journal, std::span<const UndoRecord> records, UndoResult& result) {
-  std::vector<UndoRecord> net;  // one per register: the value before the first record and after the last one
+/// The combined effect of the records, one per register: the value before the first record and after the last one.
+std::vector<UndoRecord> Combined(std::span<const UndoRecord> records) {
+  std::vector<UndoRecord> net;
   for (const UndoRecord& record : records) {
     const auto known = std::ranges::find(net, record.Register, &UndoRecord::Register);
     if (known == net.end()) {
@@ -47,6 +51,18 @@ void UndoRecords(Link& link, BusJournal& journal, std::span<const UndoRecord> re
       known->After = record.After;
     }
   }
+  return net;
+}
+
+/// The writes of the newest action, which are adjacent.
+std::span<const UndoRecord> NewestAction(std::span<const UndoRecord> records) {
+  std::size_t first = records.size();
+  while (first > 0 && records[first - 1].Action == records.back().Action) --first;
+  return records.subspan(first);
+}
+
+void UndoRecords(Link& link, BusJournal& journal, std::span<const UndoRecord> records, UndoResult& result) {
+  const std::vector<UndoRecord> net = Combined(records);
   for (auto each = net.rbegin(); each != net.rend(); ++each) {
     if (!Restore(link, journal, *each, result)) continue;
     for (const UndoRecord& record : records) {
@@ -57,16 +73,26 @@ void UndoRecords(Link& link, BusJournal& journal, std::span<const UndoRecord> re
 
 }  // namespace
 
+std::optional<UndoTarget> NextUndo(const Link& link, const BusJournal& journal) {
+  const std::vector<UndoRecord> all = journal.UndoableWrites(ChipOf(link));
+  for (std::span<const UndoRecord> records = all; !records.empty();) {
+    const auto newest = NewestAction(records);
+    std::vector<UndoRecord> net = Combined(newest);
+    std::erase_if(net, HoldsOldByte);
+    if (!net.empty()) return UndoTarget{newest.back().Action, newest.back().Origin, net.size()};
+    records = records.first(records.size() - newest.size());
+  }
+  return std::nullopt;
+}
+
 UndoResult UndoLastAction(Link& link, BusJournal& journal) {
   UndoResult result;
   std::vector<UndoRecord> records = journal.UndoableWrites(ChipOf(link));
   while (!records.empty() && result.Written.empty() && result.Problems.empty()) {
-    const std::uint64_t action = records.back().Action;
-    auto first = records.end();
-    while (first != records.begin() && std::prev(first)->Action == action) --first;
-    result.Origin = records.back().Origin;
-    UndoRecords(link, journal, {first, records.end()}, result);
-    records.erase(first, records.end());
+    const auto newest = NewestAction(records);
+    result.Origin = newest.back().Origin;
+    UndoRecords(link, journal, newest, result);
+    records.resize(records.size() - newest.size());
   }
   return result;
 }

@@ -37,6 +37,16 @@ struct UndoResult {
 // already holds its old byte is skipped. A failed transfer is reported as a problem of its register, and the next call
 // tries it again; a register whose old byte was never seen is reported once. The other registers are still restored.
 
+/// An action that can be undone.
+struct UndoTarget {
+  std::uint64_t Action = 0;
+  std::string Origin;
+  std::size_t Registers = 0;  ///< number of registers that it changed
+};
+
+/// What UndoLastAction would undo next; nothing if there is none.
+std::optional<UndoTarget> NextUndo(const Link& link, const BusJournal& journal);
+
 /// Undoes the newest action that changed anything; does nothing if there is none.
 UndoResult UndoLastAction(Link& link, BusJournal& journal);
 

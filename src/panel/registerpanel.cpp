@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <optional>
 #include <utility>
@@ -42,11 +44,31 @@ std::optional<std::uint8_t> ByteOf(std::string_view digits, int base) {
   return static_cast<std::uint8_t>(value);
 }
 
+/// Why a text is none that can be written; empty: it is. The base is 10 or 16.
+std::string_view WhyRefused(std::string_view digits, int base) {
+  const bool hex = base == 16;
+  if (digits.empty()) return hex ? "Nothing typed: a byte is 00 to FF" : "";
+  // So that a box that was only cleared of a wrong entry does not write.
+  if (digits == "0") return "A single 0 is not written: type 00";
+  const auto wrong = [hex](unsigned char letter) { return (hex ? std::isxdigit(letter) : std::isdigit(letter)) == 0; };
+  if (std::ranges::any_of(digits, wrong))
+    return hex ? "Not hexadecimal: a byte is 00 to FF" : "Not a number from 0 to 255";
+  if (!ByteOf(digits, base)) return hex ? "Above FF: a byte is 00 to FF" : "Above 255: a byte is 0 to 255";
+  return {};
+}
+
 std::string Hex(std::uint8_t byte) {
   return fmt::format("{:X}", byte);
 }
 
 }  // namespace
+
+std::optional<std::uint8_t> RegisterView::Shown() const {
+  if (HexValue.empty()) return std::nullopt;
+  unsigned byte = 0;
+  for (std::size_t bit = 0; bit < Bits.size(); ++bit) byte |= (Bits.at(bit) ? 1U : 0U) << bit;
+  return static_cast<std::uint8_t>(byte);
+}
 
 RegisterPanel::RegisterPanel(Link& link) : link_(link) {}
 
@@ -96,6 +118,8 @@ void RegisterPanel::Reselect() {
 
 void RegisterPanel::ShowRegister(int row) {
   const RegisterEntry& entry = *LookupEntry(row);
+  refusal_ = {};
+  view_.Register = entry.Address;
   view_.Name = entry.PanelName;
   view_.BitNames = BitNames(entry.Bits);
   view_.Editable = entry.Access == Access::Editable;
@@ -110,6 +134,7 @@ void RegisterPanel::ShowRegister(int row) {
 
 void RegisterPanel::Read(std::uint8_t address) {
   lastRead_ = ReadByte(link_, address);
+  view_.Register = address;
   view_.Address = Hex(address);
   UpdateRegisterInfo();
 }
@@ -125,7 +150,7 @@ void RegisterPanel::UpdateRegisterInfo() {
 }
 
 void RegisterPanel::ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte) {
-  if (view_.Address != Hex(address)) return;
+  if (view_.Register != address) return;
   lastRead_ = byte;
   UpdateRegisterInfo();
 }
@@ -148,47 +173,50 @@ void RegisterPanel::ClickBit(int bit) {
 }
 
 void RegisterPanel::SetHexEntry(std::string text) {
+  refusal_ = {};
   if (text != hexEntry_) hexButton_ = EntryState::Unwritten;
   hexEntry_ = std::move(text);
 }
 
 void RegisterPanel::SetDecimalEntry(std::string text) {
+  refusal_ = {};
   if (text != decimalEntry_) decimalButton_ = EntryState::Unwritten;
   decimalEntry_ = std::move(text);
 }
 
-void RegisterPanel::RejectEntries() {
+void RegisterPanel::RejectEntries(std::string_view why) {
   SetHexEntry(rejectedText);
   SetDecimalEntry(rejectedText);
+  refusal_ = why;
 }
 
 void RegisterPanel::WriteDecimalEntry() {
-  // A single 0 is rejected, so that a box that was only cleared of a wrong entry does not write; an empty one is zero.
-  const auto byte = decimalEntry_.empty() ? std::optional<std::uint8_t>(0) : ByteOf(decimalEntry_, 10);
-  if (!byte || decimalEntry_ == "0") return RejectEntries();
+  if (const auto why = WhyRefused(decimalEntry_, 10); !why.empty()) return RejectEntries(why);
   if (!view_.Editable) return;
+  const std::uint8_t byte = decimalEntry_.empty() ? 0 : *ByteOf(decimalEntry_, 10);
   const std::uint8_t address = SelectedRegister().Address;
-  WriteByte(link_, address, *byte);
-  ShowWritten(address, *byte);
-  SetHexEntry(Hex(*byte));
+  WriteByte(link_, address, byte);
+  ShowWritten(address, byte);
+  SetHexEntry(Hex(byte));
   hexButton_ = decimalButton_ = EntryState::Written;
 }
 
 void RegisterPanel::WriteHexEntry() {
-  const auto byte = ByteOf(hexEntry_, 16);
-  if (!byte || hexEntry_ == "0") return RejectEntries();
+  if (const auto why = WhyRefused(hexEntry_, 16); !why.empty()) return RejectEntries(why);
   if (!view_.Editable) return;
   // The register whose address is shown, which is the selected one.
   const auto address = ByteOf(view_.Address, 16);
   if (!address) return;
-  WriteByte(link_, *address, *byte);
-  ShowWritten(*address, *byte);
-  SetDecimalEntry(std::to_string(*byte));
+  const std::uint8_t byte = *ByteOf(hexEntry_, 16);
+  WriteByte(link_, *address, byte);
+  ShowWritten(*address, byte);
+  SetDecimalEntry(std::to_string(byte));
   hexButton_ = decimalButton_ = EntryState::Written;
 }
 
 void RegisterPanel::ShowWritten(std::uint8_t address, std::uint8_t byte) {
   lastWritten_ = byte;
+  view_.Register = address;
   view_.Address = Hex(address);
   UpdateRegisterInfo();
   // The bits show the written byte, the value labels the byte last read: a write is not verified.

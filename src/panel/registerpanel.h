@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,8 @@ enum class EntryState : std::uint8_t { Untouched, Unwritten, Written };
 
 /// What the panel shows for the selected register.
 struct RegisterView {
-  std::string Address;  ///< hexadecimal without prefix; the target of the hexadecimal write
+  std::uint8_t Register = 0;  ///< 0: none was selected yet
+  std::string Address;        ///< hexadecimal without prefix; the target of the hexadecimal write
   std::string Name;
   std::string HexValue;  ///< of the last read
   std::string DecimalValue;
@@ -27,6 +29,9 @@ struct RegisterView {
   std::array<std::string_view, 8> BitNames{};
   bool Editable = false;     ///< entry boxes enabled, bits clickable
   std::string_view Caution;  ///< warning about writes to this register; empty for most
+
+  /// The byte that the bits show; nothing if it could not be read.
+  std::optional<std::uint8_t> Shown() const;
 };
 
 /// The "Read/Write" panel: 90 rows, the selected register bit by bit, and the two entry boxes. Handlers throw what the
@@ -63,6 +68,8 @@ class RegisterPanel {
   void SetDecimalEntry(std::string text);
   EntryState HexButton() const { return hexButton_; }
   EntryState DecimalButton() const { return decimalButton_; }
+  /// Why the last entry was refused: "Above 255: a byte is 0 to 255". Empty once something else was typed or selected.
+  std::string_view Refusal() const { return refusal_; }
 
   /// Writes the entry. An invalid entry sets both boxes to "00" and writes nothing; does nothing on a read-only
   /// register.
@@ -84,7 +91,7 @@ class RegisterPanel {
   void ShowRegister(int row);
   void Read(std::uint8_t address);
   void ShowBits(std::uint8_t byte);
-  void RejectEntries();
+  void RejectEntries(std::string_view why);
   void ShowWritten(std::uint8_t address, std::uint8_t byte);
 
   Link& link_;
@@ -97,6 +104,7 @@ class RegisterPanel {
   std::string decimalEntry_;
   EntryState hexButton_ = EntryState::Untouched;
   EntryState decimalButton_ = EntryState::Untouched;
+  std::string_view refusal_;
   RegisterView view_;
 };
 

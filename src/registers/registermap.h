@@ -49,6 +49,7 @@ struct RegisterEntry {
   std::string_view SaveLabel;  ///< label in the register save file; empty: not saved
   krx::Access Access;
   BitSet Bits;
+  std::optional<std::uint8_t> Default;  ///< after power-on; known of those that are saved
 };
 
 /// All 90 registers, sorted by address.

@@ -97,17 +97,26 @@ TEST(RegisterPanel, ShowsWhatTheChipKeptOfABitAndTheLastReadValueWithAWrittenByt
 
 TEST(RegisterPanel, TheEntryRules) {
   const struct {
-    const char *Step, *Traffic, *Boxes;
+    const char *Step, *Traffic, *Boxes, *Refusal;
   } rows[] = {
-      {"D0", "", "00u 00u"},         {"D00", "W7D:00", "0w 00w"},
-      {"D", "W7D:00", "0w w"},       {"D255", "W7D:FF", "FFw 255w"},
-      {"D256", "", "00u 00u"},       {"D010", "W7D:0A", "Aw 010w"},
-      {"D-0", "", "00u 00u"},        {"D 5", "", "00u 00u"},
-      {"D5 ", "", "00u 00u"},        {"H0", "", "00u 00u"},
-      {"H00", "W7D:00", "00w 0w"},   {"H", "", "00u 00u"},
-      {"H100", "", "00u 00u"},       {"HFF", "W7D:FF", "FFw 255w"},
-      {"HaB", "W7D:AB", "aBw 171w"}, {"H0x1", "", "00u 00u"},
-      {"H1G", "", "00u 00u"},        {"H00000000000000000FF", "W7D:FF", "00000000000000000FFw 255w"},
+      {"D0", "", "00u 00u", "A single 0 is not written: type 00"},
+      {"D00", "W7D:00", "0w 00w", ""},
+      {"D", "W7D:00", "0w w", ""},
+      {"D255", "W7D:FF", "FFw 255w", ""},
+      {"D256", "", "00u 00u", "Above 255: a byte is 0 to 255"},
+      {"D010", "W7D:0A", "Aw 010w", ""},
+      {"D-0", "", "00u 00u", "Not a number from 0 to 255"},
+      {"D 5", "", "00u 00u", "Not a number from 0 to 255"},
+      {"D5 ", "", "00u 00u", "Not a number from 0 to 255"},
+      {"H0", "", "00u 00u", "A single 0 is not written: type 00"},
+      {"H00", "W7D:00", "00w 0w", ""},
+      {"H", "", "00u 00u", "Nothing typed: a byte is 00 to FF"},
+      {"H100", "", "00u 00u", "Above FF: a byte is 00 to FF"},
+      {"HFF", "W7D:FF", "FFw 255w", ""},
+      {"HaB", "W7D:AB", "aBw 171w", ""},
+      {"H0x1", "", "00u 00u", "Not hexadecimal: a byte is 00 to FF"},
+      {"H1G", "", "00u 00u", "Not hexadecimal: a byte is 00 to FF"},
+      {"H00000000000000000FF", "W7D:FF", "00000000000000000FFw 255w", ""},
   };
   for (const auto& row : rows) {
     PanelBench bench;
@@ -116,6 +125,9 @@ TEST(RegisterPanel, TheEntryRules) {
     bench.Do(row.Step);
     EXPECT_EQ(bench.Traffic(), row.Traffic) << row.Step;
     EXPECT_EQ(bench.Boxes(), row.Boxes) << row.Step;
+    EXPECT_EQ(bench.Panel.Refusal(), row.Refusal) << row.Step;
+    bench.Do("d12");
+    EXPECT_EQ(bench.Panel.Refusal(), "") << row.Step;
   }
 }
 

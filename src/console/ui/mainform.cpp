@@ -89,7 +89,7 @@ void MainForm::ShowProblems(const std::vector<std::string>& problems) {
 
 void MainForm::MakeTabs() {
   main_ = new MainPage;
-  readWrite_ = new ReadWritePage(bench_.Registers, turns_, dialogs_, options_.ReadOnly);
+  readWrite_ = new ReadWritePage(bench_.Registers, bench_.ChipLink, journal_, turns_, dialogs_, options_.ReadOnly);
   control_ = new ControlPage(ControlPartsOf(bench_), dialogs_, options_.ReadOnly);
   visual_ = new VisualDisplayPage(*model_, VisualPartsOf(bench_), dialogs_, options_.ReadOnly);
   tabs_ = new QTabWidget;
@@ -137,6 +137,7 @@ void MainForm::ConnectPages() {
   connect(cycle_, &VisualCycle::ContinuousReadingStopRequested, readWrite_, &ReadWritePage::StopContinuousReading);
   connect(&cycle_->Report(), &CycleReport::ReadingsDue, this, &MainForm::ShowReadings);
   connect(&cycle_->Report(), &CycleReport::Shown, this, &MainForm::ShowSkipped);
+  connect(readWrite_, &ReadWritePage::UndoRequested, journalDock_, &JournalDock::UndoLast);
   connect(visual_, &VisualDisplayPage::EasySetupRequested, this, &MainForm::EasySetup);
   connect(visual_, &VisualDisplayPage::LimitRejected, this, &MainForm::ShowNotice);
   connect(visual_, &VisualDisplayPage::Notice, this, &MainForm::ShowNotice);

@@ -48,11 +48,26 @@ const Palette& Palette::Dark() {
   return palette;
 }
 
+namespace {
+
+QColor Mix(const QColor& ground, const QColor& tint, float share) {
+  const auto mix = [share](float from, float to) { return from + (to - from) * share; };
+  return QColor::fromRgbF(mix(ground.redF(), tint.redF()), mix(ground.greenF(), tint.greenF()),
+                          mix(ground.blueF(), tint.blueF()));
+}
+
+}  // namespace
+
 QColor Palette::AlarmGround() const {
-  constexpr float share = 0.13F;
-  const auto mix = [](float ground, float tint) { return ground + (tint - ground) * share; };
-  return QColor::fromRgbF(mix(card.redF(), bad.redF()), mix(card.greenF(), bad.greenF()),
-                          mix(card.blueF(), bad.blueF()));
+  return Mix(card, bad, 0.13F);
+}
+
+QColor Palette::SelectedGround() const {
+  return Mix(card, accent, 0.2F);
+}
+
+QColor Palette::HoveredGround() const {
+  return Mix(card, mutedText, 0.12F);
 }
 
 const Palette& Palette::For(const QPalette& palette) {

@@ -32,6 +32,9 @@ struct Palette {
 
   /// A card in alarm: text and bad stand on it with the same contrast, muted text does not.
   QColor AlarmGround() const;
+  /// The selected row of a list on a card, and the one under the pointer; their text is `text`.
+  QColor SelectedGround() const;
+  QColor HoveredGround() const;
 
   static const Palette& Light();
   static const Palette& Dark();

@@ -129,7 +129,7 @@ QWidget* JournalDock::MakeControls(bool readOnly) {
     undoToMark_->setEnabled(!readOnly);
     emit Notice(u"Mark set: \"Undo to mark\" undoes all writes from here on"_s);
   });
-  add(u"cmdUndoLast"_s, u"Undo last action"_s, [this] { Undo(&UndoLastAction); })->setEnabled(!readOnly);
+  add(u"cmdUndoLast"_s, u"Undo last action"_s, &JournalDock::UndoLast)->setEnabled(!readOnly);
   undoToMark_ = add(u"cmdUndoMark"_s, u"Undo to mark"_s, [this] { Undo(&UndoToMark); });
   undoToMark_->setEnabled(false);
   return controls;
@@ -189,6 +189,10 @@ void JournalDock::Save() {
     text += QByteArray::fromStdString(JournalLine(model_.Entry(row))) + '\n';
   }
   emit Notice(SaveAndTell(dialogs_, u"The journal"_s, *name, text));
+}
+
+void JournalDock::UndoLast() {
+  Undo(&UndoLastAction);
 }
 
 void JournalDock::Undo(UndoResult (*undo)(Link&, BusJournal&)) {

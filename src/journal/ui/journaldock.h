@@ -25,6 +25,9 @@ class JournalDock : public QDockWidget {
   /// readOnly: nothing can have been written, so nothing can be taken back.
   JournalDock(Link& link, BusJournal& journal, UserDialogs& dialogs, bool readOnly);
 
+  /// The button's "Undo last action".
+  void UndoLast();
+
  signals:
   /// A line for the status bar.
   void Notice(const QString& text);

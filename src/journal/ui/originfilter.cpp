@@ -32,7 +32,6 @@ constexpr std::array<NamedControl, 17> namedControls{{
     {"Text7", "Read/Write: decimal box"},
     {"Command5", "Read/Write: decimal box"},
     {"bit*", "Read/Write: bit "},
-    {"read_writedisplaytext_*", "Read/Write: list, row "},
     {"lstRegisterRows", "Read/Write: list"},
     {"SSRibbon5", "Continuous reading"},
     {"limits_gauge", "Visual Display: limits"},
@@ -44,6 +43,7 @@ constexpr std::array<NamedControl, 17> namedControls{{
     {"cmdGlitchTest", glitchTestOrigin},
     {"cmdUndoLast", undoOrigin},
     {"cmdUndoMark", undoOrigin},
+    {"cmdUndoWrite", undoOrigin},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> timers{{

@@ -2,28 +2,31 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <functional>
+#include <string>
 
-#include "controls/ui/chiptimer.h"
 #include "panel/registerpanel.h"
-
-class QLabel;
-class QLineEdit;
-class QPushButton;
 
 namespace krx {
 
+class BusJournal;
+class ChipTurns;
+class ContinuousCard;
+class EntryCard;
+class HistoryCard;
+class MeaningCard;
+class RegisterCard;
 class RegisterList;
 class UserDialogs;
 
-/// Tab "Read/Write": the register list and the selected register bit by bit.
+/// Tab "Read/Write": the register list, and the selected register bit by bit with what it means and what passed of it.
 class ReadWritePage : public QWidget {
   Q_OBJECT
 
  public:
   /// readOnly: nothing is written, so the controls that would are disabled.
-  ReadWritePage(RegisterPanel& panel, ChipTurns& turns, UserDialogs& dialogs, bool readOnly);
+  ReadWritePage(RegisterPanel& panel, Link& link, BusJournal& journal, ChipTurns& turns, UserDialogs& dialogs,
+                bool readOnly);
 
   /// The tab is shown: continuous reading off, the last selected row again.
   void Enter();
@@ -31,37 +34,28 @@ class ReadWritePage : public QWidget {
   /// Somebody else has written a register.
   void ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte);
 
- private:
-  QWidget* MakeList();
-  QWidget* MakeRegisterCard();
-  QWidget* MakeBits();
-  QWidget* MakeEntries();
-  QWidget* MakeContinuousReading();
+ signals:
+  /// The newest action is to be undone.
+  void UndoRequested();
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void MakeLayout();
   void Click(int row);
-  void SetContinuousReading(bool on);
-  void Act(const std::function<void()>& action);
+  void Act(const std::function<void()>& action, const std::string& name = {});
   void ShowPanel();
-  void ShowEntry(QLineEdit& box, QPushButton& button, const std::string& text, EntryState state);
 
   RegisterPanel& panel_;
   UserDialogs& dialogs_;
   bool readOnly_;
-  ChipTimer timer3_;
-  RegisterList* list_ = nullptr;
-  QLabel* address_ = nullptr;
-  QLabel* name_ = nullptr;
-  QLabel* hexValue_ = nullptr;
-  QLabel* decimalValue_ = nullptr;
-  QLabel* caution_ = nullptr;
-  std::array<QLabel*, 8> bitNames_{};
-  std::array<QPushButton*, 8> bits_{};
-  QLineEdit* text6_ = nullptr;
-  QLineEdit* text7_ = nullptr;
-  QPushButton* command4_ = nullptr;
-  QPushButton* command5_ = nullptr;
-  QPushButton* continuousSwitch_ = nullptr;
-  QLabel* continuousLabel_ = nullptr;
+  RegisterList* list_;
+  RegisterCard* register_;
+  EntryCard* entries_;
+  ContinuousCard* continuous_;
+  HistoryCard* history_;
+  MeaningCard* meaning_;
 };
 
 }  // namespace krx

@@ -1,194 +1,133 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "panel/ui/registerlist.h"
 
-#include <QEvent>
-#include <QGuiApplication>
+#include <QCheckBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QMouseEvent>
-#include <QVBoxLayout>
-#include <cstdlib>
+#include <QLineEdit>
+#include <QStackedWidget>
 
-#include "controls/ui/palette.h"
+#include "controls/ui/labels.h"
+#include "panel/registerfilter.h"
 
 namespace krx {
-namespace {
+using namespace Qt::StringLiterals;
 
-constexpr int pageRows = 10;
-
-QString RowText(const RegisterEntry& entry) {
-  return QString::fromUtf8(entry.PanelName.data(), static_cast<qsizetype>(entry.PanelName.size()));
+RegisterList::RegisterList(RegisterPanel& panel, Link& link)
+    : Card(QString()),
+      panel_(panel),
+      changes_(link),
+      model_(panel, changes_),
+      table_(new RegisterTable(panel, model_)) {
+  setAccessibleName(u"Register list"_s);
+  noMatch_ = MakeLabel("lblNoMatch", 1, false, true);
+  noMatch_->setAlignment(Qt::AlignCenter);
+  stack_ = new QStackedWidget;
+  stack_->addWidget(table_);
+  stack_->addWidget(noMatch_);
+  const int padding = fontMetrics().height() * 4 / 5;
+  layout()->setContentsMargins(1, padding, 1, padding / 2);
+  QLayout* const search = MakeSearch();
+  search->setContentsMargins(padding, 0, padding, 0);
+  Body().addLayout(search);
+  Body().addWidget(stack_, 1);
+  SetWidth();
+  ShowCount();
+  connect(table_, &RegisterTable::RowClicked, this, &RegisterList::RowClicked);
+  connect(&model_, &RegisterTableModel::ByteSeen, this, &RegisterList::FilterRow);
 }
 
-}  // namespace
+QLayout* RegisterList::MakeSearch() {
+  auto* const row = new QHBoxLayout;
+  find_ = new QLineEdit;
+  find_->setObjectName(u"txtFindRegister"_s);
+  find_->setAccessibleName(u"Find a register"_s);
+  find_->setPlaceholderText(u"find by name or address"_s);
+  find_->setClearButtonEnabled(true);
+  find_->installEventFilter(this);
+  changedOnly_ = new QCheckBox(u"Changed"_s);
+  changedOnly_->setObjectName(u"chkChangedOnly"_s);
+  changedOnly_->setToolTip(u"Only registers that hold another byte than when they were first seen"_s);
+  count_ = MakeLabel("lblRegisterCount", 0.92, false, true);
+  row->addWidget(find_, 1);
+  row->addWidget(changedOnly_);
+  row->addWidget(count_);
+  connect(find_, &QLineEdit::textChanged, this, &RegisterList::Filter);
+  connect(changedOnly_, &QCheckBox::toggled, this, &RegisterList::Filter);
+  connect(find_, &QLineEdit::returnPressed, this, [this] {
+    const int row = FirstHit();
+    if (row == 0) return;
+    emit RowClicked(row);
+    table_->ScrollTo(row);
+    table_->setFocus();
+  });
+  return row;
+}
 
-RegisterRow::RegisterRow(int row) : row_(row) {
+bool RegisterList::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != find_ || event->type() != QEvent::KeyPress) return Card::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (key == Qt::Key_Escape) find_->clear();
+  if (const int row = FirstHit(); key == Qt::Key_Down && row > 0) {
+    table_->setFocus();
+    table_->GoTo(row);
+  }
+  return key == Qt::Key_Escape || key == Qt::Key_Down;
+}
+
+bool RegisterList::IsShown(int row) const {
   const RegisterEntry& entry = *LookupEntry(row);
-  setObjectName(QString("read_writedisplaytext_%1").arg(row));
-  setText(RowText(entry));
-  setToolTip(QString("Register %1h").arg(QString::number(entry.Address, 16).toUpper()));
-  setMouseTracking(true);
-  setMargin(2);
-  ApplyColours();
+  return IsFound(entry, find_->text().toStdString()) && (!changedOnly_->isChecked() || changes_.Was(entry.Address));
 }
 
-void RegisterRow::ShowState(RowState state) {
-  if (state == state_) return;
-  state_ = state;
-  ApplyColours();
-}
-
-void RegisterRow::ApplyColours() {
-  // The text colours are fixed. Each needs the ground on which it can be read, whatever the theme: the two bright ones
-  // a dark ground, dark green a light one.
-  QColor text;
-  QColor ground;
-  switch (state_) {
-    case RowState::Plain:
-      break;
-    case RowState::Hovered:
-      text = fixedcolours::brightGreen;
-      ground = Palette::Dark().card;
-      break;
-    case RowState::Selected:
-      text = fixedcolours::darkGreen;
-      ground = Palette::Light().card;
-      break;
-    case RowState::SelectedHovered:
-      text = fixedcolours::yellow;
-      ground = Palette::Dark().card;
-      break;
-  }
-  QPalette palette;
-  if (ground.isValid()) {
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Window, ground);
-  }
-  // By role, so that it follows a change of the theme.
-  setForegroundRole(ground.isValid() ? QPalette::WindowText : QPalette::PlaceholderText);
-  setAutoFillBackground(ground.isValid());
-  QFont font = this->font();
-  font.setBold(state_ == RowState::Selected || state_ == RowState::SelectedHovered);
-  setFont(font);
-  setPalette(palette);
-}
-
-void RegisterRow::mouseMoveEvent(QMouseEvent*) {
-  emit Hovered(row_);
-}
-
-void RegisterRow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) emit Clicked(row_);
-}
-
-RegisterList::RegisterList(RegisterPanel& panel) : panel_(panel) {
-  setObjectName("lstRegisterRows");
-  setAccessibleName("Registers");
-  setWidgetResizable(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFocusPolicy(Qt::StrongFocus);
-  auto* const rows = new QWidget;
-  auto* const layout = new QVBoxLayout(rows);
-  layout->setSpacing(0);
+int RegisterList::FirstHit() const {
   for (int row = 1; row <= RegisterPanel::rowCount; ++row) {
-    auto* const label = new RegisterRow(row);
-    rows_.at(static_cast<std::size_t>(row)) = label;
-    layout->addWidget(label);
-    connect(label, &RegisterRow::Hovered, this, [this](int hovered) {
-      panel_.Hover(hovered);
-      setCursor(Qt::PointingHandCursor);
-      ShowStates();
-    });
-    connect(label, &RegisterRow::Clicked, this, [this](int clicked) {
-      setFocus();
-      emit RowClicked(clicked);
-    });
+    if (!table_->isRowHidden(row - 1)) return row;
   }
-  layout->addStretch();
-  setWidget(rows);
-  ShowStates();
+  return 0;
 }
 
-void RegisterList::ShowStates() {
+void RegisterList::Filter() {
+  hits_ = 0;
   for (int row = 1; row <= RegisterPanel::rowCount; ++row) {
-    rows_.at(static_cast<std::size_t>(row))->ShowState(panel_.State(row));
+    const bool shown = IsShown(row);
+    table_->setRowHidden(row - 1, !shown);
+    hits_ += shown ? 1 : 0;
   }
+  ShowCount();
+  if (IsShown(panel_.LastSelectedRow())) table_->ScrollTo(panel_.LastSelectedRow());
 }
 
-void RegisterList::ScrollTo(int row) {
-  ensureWidgetVisible(rows_.at(static_cast<std::size_t>(row)));
+void RegisterList::FilterRow(int row) {
+  const bool shown = IsShown(row);
+  if (shown == !table_->isRowHidden(row - 1)) return;
+  table_->setRowHidden(row - 1, !shown);
+  hits_ += shown ? 1 : -1;
+  ShowCount();
 }
 
-int RegisterList::Filter(const QString& text) {
-  QString wanted = text.trimmed();
-  QString address = wanted;
-  if (address.startsWith("0x", Qt::CaseInsensitive)) address = address.mid(2);
-  if (address.endsWith('h', Qt::CaseInsensitive)) address.chop(1);
-  int first = 0;
-  for (int row = 1; row <= RegisterPanel::rowCount; ++row) {
-    const RegisterEntry& entry = *LookupEntry(row);
-    const QString hex = QString::number(entry.Address, 16);
-    const bool shown =
-        RowText(entry).contains(wanted, Qt::CaseInsensitive) || hex.compare(address, Qt::CaseInsensitive) == 0;
-    rows_.at(static_cast<std::size_t>(row))->setVisible(shown);
-    if (shown && first == 0) first = row;
-  }
-  return first;
+void RegisterList::ShowCount() {
+  SetTextIfChanged(*count_, u"%1 of %2"_s.arg(hits_).arg(RegisterPanel::rowCount));
+  const bool searched = !find_->text().trimmed().isEmpty();
+  SetTextIfChanged(*noMatch_, searched ? u"no match"_s : u"no register has changed"_s);
+  stack_->setCurrentWidget(hits_ > 0 ? static_cast<QWidget*>(table_) : noMatch_);
 }
 
-int RegisterList::Neighbour(int row, int steps) const {
-  const int direction = steps < 0 ? -1 : 1;
-  int reached = row;
-  int left = std::abs(steps);
-  for (int at = row + direction; at >= 1 && at <= RegisterPanel::rowCount && left > 0; at += direction) {
-    if (rows_.at(static_cast<std::size_t>(at))->isHidden()) continue;
-    reached = at;
-    --left;
-  }
-  return reached;
+void RegisterList::SetNarrow(bool narrow) {
+  if (std::exchange(narrow_, narrow) == narrow) return;
+  table_->SetRoomy(!narrow);
+  SetWidth();
 }
 
-void RegisterList::keyPressEvent(QKeyEvent* event) {
-  int steps = 0;
-  switch (event->key()) {
-    case Qt::Key_Up:
-      steps = -1;
-      break;
-    case Qt::Key_Down:
-      steps = 1;
-      break;
-    case Qt::Key_PageUp:
-      steps = -pageRows;
-      break;
-    case Qt::Key_PageDown:
-      steps = pageRows;
-      break;
-    case Qt::Key_Home:
-      steps = -RegisterPanel::rowCount;
-      break;
-    case Qt::Key_End:
-      steps = RegisterPanel::rowCount;
-      break;
-    default:
-      QScrollArea::keyPressEvent(event);
-      return;
-  }
-  const int row = Neighbour(panel_.LastSelectedRow(), steps);
-  if (row == panel_.LastSelectedRow()) return;
-  emit RowClicked(row);
-  ScrollTo(row);
-}
-
-void RegisterList::leaveEvent(QEvent* event) {
-  panel_.LeaveList();
-  unsetCursor();
-  ShowStates();
-  QScrollArea::leaveEvent(event);
+void RegisterList::SetWidth() {
+  // However wide it is now, a window may become narrow.
+  setMinimumWidth(table_->WidthOfColumns(false) + 2);
+  setMaximumWidth(table_->WidthOfColumns(!narrow_) + 2);
+  updateGeometry();
 }
 
 QSize RegisterList::sizeHint() const {
-  const QFontMetrics metrics = fontMetrics();
-  return {metrics.horizontalAdvance("Remote 2 Trange/PWM3 Freq.") + 6 * metrics.horizontalAdvance('m'),
-          metrics.height() * 20};
+  return {maximumWidth(), Card::sizeHint().height()};
 }
 
 }  // namespace krx

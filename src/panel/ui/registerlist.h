@@ -1,61 +1,55 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QLabel>
-#include <QScrollArea>
-#include <array>
+#include "controls/ui/card.h"
+#include "panel/ui/registertable.h"
 
-#include "panel/registerpanel.h"
+class QCheckBox;
+class QLineEdit;
+class QStackedWidget;
 
 namespace krx {
 
-/// One register in the list; its state is its text colour.
-class RegisterRow : public QLabel {
+/// The table of all registers under a box that finds them by name, address, or being changed.
+class RegisterList : public Card {
   Q_OBJECT
  public:
-  explicit RegisterRow(int row);
-  void ShowState(RowState state);
+  RegisterList(RegisterPanel& panel, Link& link);
 
- signals:
-  void Hovered(int row);
-  void Clicked(int row);
-
- protected:
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-
- private:
-  void ApplyColours();
-
-  int row_;
-  RowState state_ = RowState::Plain;
-};
-
-/// The scrolled list of all registers. The arrow keys move through it, each step like a click.
-class RegisterList : public QScrollArea {
-  Q_OBJECT
- public:
-  explicit RegisterList(RegisterPanel& panel);
-
-  void ShowStates();
-  void ScrollTo(int row);
-  /// Shows only the rows whose name or address contains the text; returns the first of them, 0 when there is none.
-  int Filter(const QString& text);
+  /// The pointer or a key has moved the panel's rows.
+  void ShowStates() { table_->ShowStates(); }
+  void ScrollTo(int row) { table_->ScrollTo(row); }
+  /// Where the window is narrow a changed register has its mark only.
+  void SetNarrow(bool narrow);
+  QSize sizeHint() const override;
 
  signals:
   void RowClicked(int row);
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
-  void leaveEvent(QEvent* event) override;
-  QSize sizeHint() const override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  /// The nth shown row after (or before) a row; the last one reached at the end of the list.
-  int Neighbour(int row, int steps) const;
+  QLayout* MakeSearch();
+  bool IsShown(int row) const;
+  /// The first shown row; 0 when there is none.
+  int FirstHit() const;
+  void Filter();
+  void FilterRow(int row);
+  void ShowCount();
+  void SetWidth();
 
   RegisterPanel& panel_;
-  std::array<RegisterRow*, RegisterPanel::rowCount + 1> rows_{};  ///< by row number; index 0 is unused
+  RegisterChanges changes_;
+  RegisterTableModel model_;
+  RegisterTable* table_;
+  QLineEdit* find_ = nullptr;
+  QCheckBox* changedOnly_ = nullptr;
+  QLabel* count_ = nullptr;
+  QLabel* noMatch_ = nullptr;
+  QStackedWidget* stack_ = nullptr;
+  int hits_ = RegisterPanel::rowCount;
+  bool narrow_ = false;
 };
 
 }  // namespace krx

@@ -59,7 +59,7 @@ TEST(MainForm, EachPageShowsItsTextsNamesTheMediumAndLeavesRoomForItsFrame) {
   }
   EXPECT_EQ(
       words,
-      "Simulated board · printer port 2Dh|Abo\nCompany ID|Revision|Configuration Reg. \n"
+      "Simulated board · printer port 2Dh|Abo\nChanged|90 of 90|Current Addr:|3E|Curre\n"
       "Fan Configuration|old|(Configure Temps.\nTEMPERATURES|Local|Remote 1|Remote 2|FANS|Fan 1|Fan 2|Fan 3|Fan 4|"
       "VOLTAGES|5V|12V|Vccp|Vcc|2.5V|Live|Pause|Fit|Traces|Export|LOCAL|–|not read yet|min – · max –|mean –|"
       "Reset|High limit|Low limit|Fan1 PWM|manual|–|Easy Setup|Setup Log...|Fan Test Setup|glitch test|"

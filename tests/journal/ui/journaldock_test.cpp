@@ -7,6 +7,7 @@
 #include "journal/ui/originfilter.h"
 #include "support/formbench.h"
 #include "support/fulldisk.h"
+#include "support/registerrows.h"
 #include "support/words.h"
 
 namespace krx {
@@ -23,7 +24,9 @@ struct JournalWindow : FormBench {
     Find<QDockWidget>("dockBusJournal")->show();
     if (!Find<QCheckBox>("chkJournalUser")->isChecked()) Press("chkJournalUser");
   }
-  void Press(const char* name) { QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton); }
+  void Press(const char* name) {
+    if (!krx::Press(*Form, name)) Find<QWidget>(name);
+  }
   void Key(const char* name, Qt::Key key) { QTest::keyClick(Find<QWidget>(name), key); }
   std::string Notice() const { return Find<QLabel>("lblNotice")->text().remove("|  ").toStdString(); }
   /// The rows of the table from `first`, updated like in the window: "Origin: write 64h 80h 10h, write ...".
@@ -137,6 +140,23 @@ TEST(JournalDock, AnUndoUpdatesTheWindows) {
   window.Press("cmdUndoMark");
   EXPECT_EQ(window.Chip.Traffic(), "W64:81");
   EXPECT_EQ(window.Find<QPushButton>("bit1")->text(), "0");
+  // The page's own history, newest first, and its undo, which goes the same way.
+  window.Press("bit3");
+  const auto history = [&] {
+    const QAbstractItemModel& model = *window.Find<QTableView>("tblRegisterHistory")->model();
+    QStringList rows;
+    for (int row = 0; row < 3; ++row)
+      rows << model.index(row, 1).data().toString() + ' ' + model.index(row, 2).data().toString();
+    return rows.join(", ").toStdString();
+  };
+  EXPECT_EQ(history(), "bit 3 89, Undo 81, bit 2 87");
+  EXPECT_EQ(window.Text("lblUndoOffer"), "Undoes \"Read/Write: bit 3\"");
+  window.Chip.Traffic();
+  window.Press("cmdUndoWrite");
+  EXPECT_EQ(window.Chip.Traffic(), "W64:81");
+  EXPECT_EQ(window.Notice(), "Undo of \"Read/Write: bit 3\": 64h = 81h");
+  EXPECT_EQ(window.Find<QPushButton>("bit3")->text() + window.Text("lblRegValHex").c_str(), "081");
+  EXPECT_EQ(history(), "Undo 81, bit 3 89, Undo 81");
   window.Form->SelectTab(MainForm::Control);
   window.Press("chkPROCHOT");
   window.Chip.BusTraffic();
