@@ -6,6 +6,7 @@
 #include <array>
 #include <limits>
 
+#include "board/switches.h"
 #include "console/pageparts.h"
 #include "link/commserror.h"
 #include "link/registeraccess.h"
@@ -89,6 +90,23 @@ TEST(ControlReadings, AHeaterTellsHowLongThisRunHasItOn) {
   bench.Model.Enter();
   EXPECT_EQ(words(), "on") << "somebody else switched it on";
   EXPECT_EQ(RunningText(3599.9) + " " + RunningText(3723), "59:59 1:02:03");
+}
+
+TEST(ControlModel, CountsTheClosedSwitchesAndComparesThoseOfADiode) {
+  ReadingsBench bench;
+  bench.Model.Enter();
+  Board& board = bench.Work.EvalBoard;
+  const auto words = [&](int u4) {
+    WriteSwitchDevice(board, 2, static_cast<std::uint8_t>(u4));
+    bench.Model.ShowSwitches();
+    const ControlState& state = bench.Model.State();
+    return DiodeWords(state, 0) + "|" + DiodeWords(state, 1) + "|" + SwitchesWords(state);
+  };
+  const int others[] = {0x01, 0x00, 0x3F, 0x80};  // U5, U6, U4, U3: the first switch of the map is U5A
+  for (int device = 0; device < 4; ++device)
+    WriteSwitchDevice(board, device, static_cast<std::uint8_t>(others[device]));
+  EXPECT_EQ(words(0x07), "U4A, U4B, U4C closed|U4D, U4E, U4F open|5 of 32 switches closed");
+  EXPECT_EQ(words(0x3B), "U4A, U4B, U4C differ|U4D, U4E, U4F closed|7 of 32 switches closed");
 }
 
 TEST(RecentTrend, TellsASlopeOnlyWhereTenSecondsKnowIt) {
