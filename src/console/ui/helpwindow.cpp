@@ -32,6 +32,7 @@ constexpr Shortcut shortcuts[] = {
     {"Anywhere", "Ctrl+Shift+S", "Save a picture of the window"},
     {"Anywhere", "Ctrl+Q", "Exit"},
     {"Anywhere", "Menu key or right click", "Copy a value or the selected rows of a table"},
+    {"Tables", "Ctrl+C", "Copy the selected rows"},
     {"Register list", "Up, Down, Page Up, Page Down, Home, End", "Select a register"},
     {"Register filter", "Down, Return", "Go to the first match, select it"},
     {"Register filter", "Escape", "Clear the filter"},

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/copymenu.h"
 
-#include <QAbstractItemView>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QTableView>
 #include <QTextDocumentFragment>
-#include <algorithm>
+
+#include "controls/ui/copyrows.h"
 
 namespace krx {
 namespace {
@@ -28,22 +28,6 @@ QString ShownText(const QWidget& widget) {
   }
   text = text.trimmed();
   return text == u"–"_s ? QString() : text;
-}
-
-/// The selected rows from top to bottom, in the order and with the columns that are shown.
-QString SelectedRows(const QAbstractItemView& view) {
-  if (view.selectionModel() == nullptr) return {};
-  QModelIndexList cells = view.selectionModel()->selectedIndexes();
-  std::ranges::sort(cells, [](const QModelIndex& left, const QModelIndex& right) {
-    return std::pair(left.row(), left.column()) < std::pair(right.row(), right.column());
-  });
-  QString text;
-  for (int place = 0; place < cells.size(); ++place) {
-    const bool rowBegins = place == 0 || cells[place].row() != cells[place - 1].row();
-    if (place > 0) text += rowBegins ? u'\n' : u'\t';
-    text += cells[place].data().toString();
-  }
-  return text;
 }
 
 QString Shortened(const QString& text) {
@@ -67,9 +51,9 @@ bool CopyMenu::eventFilter(QObject* watched, QEvent* event) {
   if (widget == nullptr || widget->contextMenuPolicy() != Qt::DefaultContextMenu) return false;
   const QPoint position = static_cast<const QContextMenuEvent*>(event)->globalPos();
   // A table's events come to its viewport, those of keys too.
-  const auto* const view = qobject_cast<const QAbstractItemView*>(widget->parentWidget());
-  if (view != nullptr && qobject_cast<const QHeaderView*>(view) == nullptr && widget == view->viewport()) {
-    const QString rows = SelectedRows(*view);
+  const auto* const table = qobject_cast<const QTableView*>(widget->parentWidget());
+  if (table != nullptr && widget == table->viewport()) {
+    const QString rows = RowsText(*table);
     if (rows.isEmpty()) return false;
     Offer(*widget, u"Copy selected rows"_s, rows, position);
     return true;

@@ -2,6 +2,7 @@
 #include "panel/ui/cardtable.h"
 
 #include <QHeaderView>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QTableView>
 

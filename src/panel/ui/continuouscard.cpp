@@ -25,8 +25,8 @@ ContinuousCard::ContinuousCard(ChipTurns& turns, std::function<void()> read)
                          rate_.Read();
                        }),
       switch_(new QPushButton(u"Continuous Reading"_s)),
-      label_(MakeLabel("continuous_reading_label", 1, false)),
-      rateLabel_(MakeLabel("lblReadingRate", 0.92, false, true)) {
+      label_(MakeLabel(u"continuous_reading_label"_s, 1, false)),
+      rateLabel_(MakeLabel(u"lblReadingRate"_s, 0.92, false, true)) {
   setAccessibleName(u"Continuous Reading"_s);
   switch_->setObjectName(u"SSRibbon5"_s);
   switch_->setCheckable(true);

@@ -17,7 +17,7 @@ EntryCard::EntryCard(bool readOnly) : Card(u"Write"_s) {
   decimal_ = AddEntry(*grid, u"Write (Dec)"_s, "Text7", "Command5");
   grid->setColumnStretch(4, 1);
   Body().addLayout(grid);
-  caution_ = MakeLabel("lblCaution", 0.92, false);
+  caution_ = MakeLabel(u"lblCaution"_s, 0.92, false);
   caution_->setWordWrap(true);
   Body().addWidget(caution_);
   connect(hex_.Box, &QLineEdit::textEdited, this, &EntryCard::HexTyped);
@@ -31,7 +31,7 @@ EntryCard::EntryCard(bool readOnly) : Card(u"Write"_s) {
 EntryCard::Entry EntryCard::AddEntry(QGridLayout& grid, const QString& caption, const char* boxName,
                                      const char* buttonName) {
   const int row = grid.rowCount();
-  Entry entry{new QLineEdit, new UpdateButton, new StateMark, MakeLabel("", 0.92, false, true)};
+  Entry entry{new QLineEdit, new UpdateButton, new StateMark, MakeLabel(u""_s, 0.92, false, true)};
   auto* const label = new QLabel(caption);
   label->setBuddy(entry.Box);
   entry.Box->setObjectName(QString::fromLatin1(boxName));

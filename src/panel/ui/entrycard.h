@@ -4,6 +4,7 @@
 #include "controls/ui/card.h"
 #include "panel/registerpanel.h"
 
+class QGridLayout;
 class QLineEdit;
 
 namespace krx {
@@ -33,7 +34,7 @@ class EntryCard : public Card {
     StateMark* State = nullptr;
     QLabel* Word = nullptr;
   };
-  Entry AddEntry(class QGridLayout& grid, const QString& caption, const char* box, const char* button);
+  Entry AddEntry(QGridLayout& grid, const QString& caption, const char* box, const char* button);
   static void ShowEntry(const Entry& entry, const std::string& text, EntryState state, const QString& written);
 
   Entry hex_;

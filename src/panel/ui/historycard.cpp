@@ -34,7 +34,7 @@ HistoryCard::HistoryCard(const Link& link, BusJournal& journal, bool readOnly)
       model_(history_, StartOf(journal)),
       table_(new QTableView),
       undo_(new QPushButton(u"Undo"_s)),
-      words_(MakeLabel("lblUndoOffer", 0.92, false, true)) {
+      words_(MakeLabel(u"lblUndoOffer"_s, 0.92, false, true)) {
   undo_->setObjectName(u"cmdUndoWrite"_s);
   undo_->setEnabled(false);
   Head().addWidget(undo_);

@@ -38,11 +38,11 @@ QString FooterText(const RegisterEntry& entry) {
 
 MeaningCard::MeaningCard()
     : Card(u"What the register means"_s),
-      purpose_(MakeLabel("lblPurpose", 1, false)),
+      purpose_(MakeLabel(u"lblPurpose"_s, 1, false)),
       fields_(new MeaningTable({u"Bits"_s, u"Field"_s, u"Value"_s, u"Meaning"_s})),
-      codesTitle_(MakeLabel("lblCodes", 0.92, false, true)),
+      codesTitle_(MakeLabel(u"lblCodes"_s, 0.92, false, true)),
       codes_(new MeaningTable({})),
-      footer_(MakeLabel("lblRegisterFacts", 0.92, false, true)) {
+      footer_(MakeLabel(u"lblRegisterFacts"_s, 0.92, false, true)) {
   purpose_->setWordWrap(true);
   fields_->setObjectName(u"tblFields"_s);
   fields_->setAccessibleName(u"Fields of the register"_s);

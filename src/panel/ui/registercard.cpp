@@ -30,7 +30,7 @@ class BitName : public QLabel {
   }
 };
 
-QLabel* MakeValue(const char* name, double scale) {
+QLabel* MakeValue(const QString& name, double scale) {
   QLabel* const label = MakeLabel(name, scale, true);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setFocusPolicy(Qt::NoFocus);
@@ -38,7 +38,7 @@ QLabel* MakeValue(const char* name, double scale) {
 }
 
 QLabel* MakeCaption(const QString& text) {
-  QLabel* const caption = MakeLabel("", 0.92, false, true);
+  QLabel* const caption = MakeLabel(u""_s, 0.92, false, true);
   caption->setText(text);
   return caption;
 }
@@ -57,10 +57,10 @@ RegisterCard::RegisterCard() : Card(QString()) {
 }
 
 QLayout* RegisterCard::MakeHead() {
-  address_ = MakeValue("current_reg_address_label", 2);
-  name_ = MakeValue("current_reg_type_label", 1.4);
-  hexValue_ = MakeValue("lblRegValHex", 2);
-  decimalValue_ = MakeValue("lblRegValDec", 2);
+  address_ = MakeValue(u"current_reg_address_label"_s, 2);
+  name_ = MakeValue(u"current_reg_type_label"_s, 1.4);
+  hexValue_ = MakeValue(u"lblRegValHex"_s, 2);
+  decimalValue_ = MakeValue(u"lblRegValDec"_s, 2);
   auto* const grid = new QGridLayout;
   grid->setVerticalSpacing(2);
   grid->setHorizontalSpacing(fontMetrics().height() / 3);

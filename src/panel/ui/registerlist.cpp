@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QStackedWidget>
 
+#include "controls/ui/accessibility.h"
 #include "controls/ui/labels.h"
 #include "panel/registerfilter.h"
 
@@ -20,7 +21,7 @@ RegisterList::RegisterList(RegisterPanel& panel, Link& link)
       model_(panel, changes_),
       table_(new RegisterTable(panel, model_)) {
   setAccessibleName(u"Register list"_s);
-  noMatch_ = MakeLabel("lblNoMatch", 1, false, true);
+  noMatch_ = MakeLabel(u"lblNoMatch"_s, 1, false, true);
   noMatch_->setAlignment(Qt::AlignCenter);
   stack_ = new QStackedWidget;
   stack_->addWidget(table_);
@@ -43,12 +44,12 @@ QLayout* RegisterList::MakeSearch() {
   find_->setObjectName(u"txtFindRegister"_s);
   find_->setAccessibleName(u"Find a register"_s);
   find_->setPlaceholderText(u"find by name or address"_s);
-  find_->setClearButtonEnabled(true);
+  AddClearButton(*find_);
   find_->installEventFilter(this);
   changedOnly_ = new QCheckBox(u"Changed"_s);
   changedOnly_->setObjectName(u"chkChangedOnly"_s);
   changedOnly_->setToolTip(u"Only registers that hold another byte than when they were first seen"_s);
-  count_ = MakeLabel("lblRegisterCount", 0.92, false, true);
+  count_ = MakeLabel(u"lblRegisterCount"_s, 0.92, false, true);
   row->addWidget(find_, 1);
   row->addWidget(changedOnly_);
   row->addWidget(count_);
