@@ -88,7 +88,9 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given, co
   }
   painter->save();
   painter->setFont(option.font);
-  painter->setPen(index.data(mutedRole).toBool() ? colours.mutedText : colours.text);
+  // On the ground of a selected row muted text would have too little contrast.
+  const bool muted = index.data(mutedRole).toBool() && !option.state.testFlag(QStyle::State_Selected);
+  painter->setPen(muted ? colours.mutedText : colours.text);
   const bool wraps = option.features.testFlag(QStyleOptionViewItem::WrapText);
   const QString text = wraps ? option.text : option.fontMetrics.elidedText(option.text, Qt::ElideRight, room.width());
   painter->drawText(room, static_cast<int>(option.displayAlignment | Qt::AlignVCenter) | (wraps ? Qt::TextWordWrap : 0),
