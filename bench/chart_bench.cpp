@@ -2,7 +2,6 @@
 // The strip chart against the plotting library drawing the same points by itself: the whole history of 9 traces on
 // 1200x600, and what a stored point costs. Compare the ratios of one run.
 #include <benchmark/benchmark.h>
-#include <qcustomplot.h>
 
 #include <QApplication>
 #include <array>
@@ -13,6 +12,7 @@
 
 #include "controls/tracehistory.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/stripchart.h"
 
 namespace {

@@ -7,8 +7,12 @@
 #include <QToolButton>
 #include <utility>
 
+#include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/stripchart.h"
+#include "controls/ui/tracecursor.h"
+#include "controls/ui/zoomarrows.h"
 
 namespace krx {
 
