@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -138,7 +137,7 @@ void AddMediaOptions(CLI::App& app, MediaOptions& options) {
   addNode("--printer-port", "linux: use the printer port /dev/parportN", options.PrinterPort);
   AddTextOption(app, "--wiring", "FILE", "linux: which printer-port line carries what",
                 [&](const std::string& text) { options.Wiring = text; });
-  app.add_flag("--force", options.Force, "linux: also use a chip that a kernel driver holds");
+  AddFlag(app, "--force", options.Force, "linux: also use a chip that a kernel driver holds");
   AddSimulatorOptions(app, options.Simulator);
   AddCheck(app, [&options] { CheckMedium(options); });
 }
