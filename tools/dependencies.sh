@@ -10,8 +10,9 @@ build_packages="g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-wayland libqc
 # What the tests need beyond that.
 test_packages="libgtest-dev i2c-tools xvfb"
 
-# What the checks need beyond the tests: the format, and that the benchmarks (preset bench) still compile.
-check_packages="clang-format-14 libbenchmark-dev"
+# What the checks need beyond the tests: a compile cache for those who check more than once, the format, clang-tidy, and
+# that the benchmarks still compile.
+check_packages="ccache clang-format-14 clang-tidy-14 git libbenchmark-dev"
 
 # Progress goes to standard error, so that standard output carries only what a program prints.
 say() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
