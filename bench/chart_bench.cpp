@@ -2,7 +2,6 @@
 // Compares the strip chart with the plotting library drawing the same points: the whole history of 9 traces at
 // 1200x600, and the memory per stored point. Compare the ratios of one run.
 #include <benchmark/benchmark.h>
-#include <qcustomplot.h>
 
 #include <QApplication>
 #include <array>
@@ -13,6 +12,7 @@
 
 #include "controls/tracehistory.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/stripchart.h"
 
 namespace {

@@ -10,8 +10,8 @@ build_packages="g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-wayland libqc
 # Additional packages for the tests.
 test_packages="libgtest-dev i2c-tools xvfb at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
 
-# Additional packages for the checks: formatting, and compiling the benchmarks (preset bench).
-check_packages="clang-format-14 libbenchmark-dev"
+# Additional packages for the checks: a compiler cache, formatting, clang-tidy, and compiling the benchmarks.
+check_packages="ccache clang-format-14 clang-tidy-14 git libbenchmark-dev"
 
 # Progress goes to standard error, so that standard output carries only the output of the program.
 say() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }

@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -140,7 +139,7 @@ void AddMediaOptions(CLI::App& app, MediaOptions& options) {
   addNode("--printer-port", "linux: use the printer port /dev/parportN", options.PrinterPort);
   AddTextOption(app, "--wiring", "FILE", "linux: file with the pin assignment of the printer port",
                 [&](const std::string& text) { options.Wiring = text; });
-  app.add_flag("--force", options.Force, "linux: use the chip even if a kernel driver is bound to it");
+  AddFlag(app, "--force", options.Force, "linux: use the chip even if a kernel driver is bound to it");
   AddSimulatorOptions(app, options.Simulator);
   AddCheck(app, [&options] { CheckMedium(options); });
 }

@@ -86,6 +86,10 @@ CLI::Option* AddTextsOption(CLI::App& app, const std::string& name, const std::s
       ->allow_extra_args(false);
 }
 
+void AddFlag(CLI::App& app, const std::string& name, bool& given, const std::string& description) {
+  app.add_flag(name, given, description);
+}
+
 void AddCheck(CLI::App& app, std::function<void()> check) {
   app.parse_complete_callback([check = std::move(check)] { AsParseError(check); });
 }

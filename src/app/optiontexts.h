@@ -53,6 +53,8 @@ CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::st
 /// The same for an option that may be repeated: `take` gets all texts at once.
 CLI::Option* AddTextsOption(CLI::App& app, const std::string& name, const std::string& type,
                             const std::string& description, std::function<void(const std::vector<std::string>&)> take);
+/// Adds an option without a value, which sets `given`.
+void AddFlag(CLI::App& app, const std::string& name, bool& given, const std::string& description);
 /// `check` runs when all options of `app` have been parsed. A UsageError thrown by it ends the parsing, too.
 void AddCheck(CLI::App& app, std::function<void()> check);
 

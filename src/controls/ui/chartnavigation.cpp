@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/chartnavigation.h"
 
-#include <qcustomplot.h>
-
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <cmath>
+
+#include "controls/ui/plotlibrary.h"
+#include "controls/ui/zoomarrows.h"
 
 namespace krx {
 

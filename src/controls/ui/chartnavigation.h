@@ -6,8 +6,6 @@
 #include <QRect>
 #include <optional>
 
-#include "controls/ui/zoomarrows.h"
-
 class QCPAbstractPlottable;
 class QCustomPlot;
 class QKeyEvent;
@@ -15,6 +13,9 @@ class QMouseEvent;
 class QWheelEvent;
 
 namespace krx {
+
+class ZoomArrows;
+enum class ChartEdge;
 
 /// Turns what mouse and keyboard do over a plot into wishes for the view. Knows neither times nor values.
 class ChartNavigation : public QObject {

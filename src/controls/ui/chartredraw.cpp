@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/chartredraw.h"
 
-#include <qcustomplot.h>
+#include <QWidget>
+#include <utility>
 
 namespace krx {
 
@@ -14,7 +15,8 @@ constexpr double kRedrawMargin = 1.3;  // of what the last redraw took
 
 }  // namespace
 
-ChartRedraw::ChartRedraw(QWidget& chart, QCustomPlot& plot) : QObject(&chart), chart_(chart), plot_(plot) {
+ChartRedraw::ChartRedraw(QWidget& chart, std::function<void()> draw)
+    : QObject(&chart), chart_(chart), draw_(std::move(draw)) {
   timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &ChartRedraw::Redraw);
   sinceRedraw_.start();
@@ -60,7 +62,7 @@ void ChartRedraw::Redraw() {
   ticks_ = 0;
   dirty_ = false;
   sinceRedraw_.restart();
-  plot_.replot(QCustomPlot::rpQueuedRefresh);
+  draw_();
   redrawSeconds_ = static_cast<double>(sinceRedraw_.nsecsElapsed()) * 1e-9;
   sinceRedraw_.restart();
 }

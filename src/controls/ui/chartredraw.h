@@ -4,10 +4,10 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <functional>
 
 #include "controls/waitbudget.h"
 
-class QCustomPlot;
 class QWidget;
 
 namespace krx {
@@ -18,8 +18,8 @@ class ChartRedraw : public QObject {
   Q_OBJECT
 
  public:
-  /// Belongs to the chart, which holds the plot.
-  ChartRedraw(QWidget& chart, QCustomPlot& plot);
+  /// Belongs to the chart, which `draw` draws at once.
+  ChartRedraw(QWidget& chart, std::function<void()> draw);
   ~ChartRedraw() override;
 
   /// None by default. It is to outlive the chart.
@@ -38,7 +38,7 @@ class ChartRedraw : public QObject {
   void Redraw();
 
   QWidget& chart_;
-  QCustomPlot& plot_;
+  std::function<void()> draw_;
   QElapsedTimer sinceRedraw_;
   QTimer timer_;
   WaitBudget* budget_ = nullptr;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "controls/ui/plotstyle.h"
+#include "controls/ui/tracecursor.h"
 #include "controls/ui/traceplottable.h"
 
 namespace krx {

@@ -9,14 +9,17 @@
 #include "controls/chartcsv.h"
 #include "controls/chartview.h"
 #include "controls/tracehistory.h"
-#include "controls/ui/tracecursor.h"
+#include "controls/ui/palette.h"
 
 class QAction;
+class QCPAbstractPlottable;
+class QCustomPlot;
 class QMenu;
 
 namespace krx {
 
 class TracePlottable;
+struct CursorRow;
 
 /// One trace of a chart. Its place in the list given to SetTraces is its channel number.
 struct ChartTrace {

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/plotstyle.h"
 
-#include <qcustomplot.h>
-
 #include <QFontMetrics>
 #include <QLocale>
 #include <algorithm>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 
 namespace krx {
 

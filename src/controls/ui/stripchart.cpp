@@ -10,8 +10,11 @@
 
 #include "controls/ui/chartnavigation.h"
 #include "controls/ui/chartredraw.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/plotstyle.h"
+#include "controls/ui/tracecursor.h"
 #include "controls/ui/traceplottable.h"
+#include "controls/ui/zoomarrows.h"
 
 namespace krx {
 
@@ -44,7 +47,7 @@ StripChart::StripChart(const TraceHistory& history, QWidget* parent)
   column->addWidget(plot_, 1);
   // The plot also redraws by itself, when it is resized: the axes are to be right then too.
   connect(plot_, &QCustomPlot::beforeReplot, this, &StripChart::PlaceAxes);
-  redraw_ = new ChartRedraw(*this, *plot_);
+  redraw_ = new ChartRedraw(*this, [this] { plot_->replot(QCustomPlot::rpQueuedRefresh); });
   connect(traces_, &ChartTraces::Changed, redraw_, &ChartRedraw::Request);
   connect(traces_, &ChartTraces::Toggled, this, &StripChart::TraceToggled);
   ConnectNavigation();

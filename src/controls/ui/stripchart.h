@@ -12,11 +12,10 @@
 #include "controls/chartview.h"
 #include "controls/tracehistory.h"
 #include "controls/ui/charttraces.h"
-#include "controls/ui/tracecursor.h"
-#include "controls/ui/zoomarrows.h"
 #include "controls/waitbudget.h"
 
 class QBoxLayout;
+class QCustomPlot;
 class QLabel;
 class QMenu;
 class QToolButton;
@@ -24,6 +23,10 @@ class QToolButton;
 namespace krx {
 
 class ChartRedraw;
+class TraceCursor;
+class ZoomArrows;
+enum class ChartEdge;
+struct Palette;
 
 enum class ChartFormat { Png, Pdf, Csv };
 

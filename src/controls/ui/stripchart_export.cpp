@@ -5,7 +5,11 @@
 #include <QPdfWriter>
 #include <QScopeGuard>
 
+#include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/stripchart.h"
+#include "controls/ui/tracecursor.h"
+#include "controls/ui/zoomarrows.h"
 
 namespace krx {
 

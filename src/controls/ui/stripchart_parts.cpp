@@ -8,8 +8,12 @@
 #include <utility>
 
 #include "controls/ui/focusring.h"
+#include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/plotstyle.h"
 #include "controls/ui/stripchart.h"
+#include "controls/ui/tracecursor.h"
+#include "controls/ui/zoomarrows.h"
 
 namespace krx {
 

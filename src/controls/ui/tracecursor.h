@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <qcustomplot.h>
-
 #include <QColor>
 #include <QString>
 #include <functional>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 
 namespace krx {
 
@@ -27,8 +26,6 @@ QString ElapsedText(std::int64_t microseconds);
 /// The measuring line and its box of values. The rows are asked for while drawing, so that they are right when the
 /// picture moves under a resting pointer.
 class TraceCursor : public QCPAbstractItem {
-  Q_OBJECT
-
  public:
   using RowSource = std::function<std::vector<CursorRow>(std::int64_t time)>;
 

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <qcustomplot.h>
-
 #include <QLineF>
 #include <QVector>
 #include <optional>
 #include <span>
 
 #include "controls/tracehistory.h"
+#include "controls/ui/plotlibrary.h"
 
 namespace krx {
 
@@ -36,8 +35,6 @@ TraceLines MakeTraceLines(std::span<const TraceColumn> columns, const TraceScale
 
 /// One trace of a history against elapsed seconds.
 class TracePlottable : public QCPAbstractPlottable {
-  Q_OBJECT
-
  public:
   TracePlottable(QCPAxis* keyAxis, QCPAxis* valueAxis, const TraceHistory& history, std::size_t trace);
 

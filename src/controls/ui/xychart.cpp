@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/ui/xychart.h"
 
-#include <qcustomplot.h>
-
 #include <QEvent>
 #include <QVBoxLayout>
 #include <cmath>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/plotstyle.h"
 
 namespace krx {

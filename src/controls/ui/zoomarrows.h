@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <qcustomplot.h>
-
 #include <QPolygonF>
 #include <array>
 #include <optional>
 
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 
 namespace krx {
 
@@ -16,8 +15,6 @@ enum class ChartEdge { Left, Right, Top, Bottom };
 /// A double arrow in the middle of each edge of the picture. Dragged outward it stretches the picture away from the
 /// opposite edge, dragged inward it compresses it.
 class ZoomArrows : public QCPAbstractItem {
-  Q_OBJECT
-
  public:
   explicit ZoomArrows(QCustomPlot* plot);
 

@@ -2,7 +2,6 @@
 #include "console/ui/mainform.h"
 
 #include <gtest/gtest.h>
-#include <qcustomplot.h>
 
 #include <functional>
 #include <regex>
@@ -13,6 +12,7 @@
 #include "controls/ui/indicator.h"
 #include "controls/ui/limitgauge.h"
 #include "controls/ui/palette.h"
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "link/registeraccess.h"

@@ -4,12 +4,13 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <qcustomplot.h>
 
 #include <QTest>
 #include <QToolButton>
 #include <cmath>
 
+#include "controls/ui/plotlibrary.h"
+#include "controls/ui/tracecursor.h"
 #include "controls/ui/traceplottable.h"
 #include "controls/ui/xychart.h"
 

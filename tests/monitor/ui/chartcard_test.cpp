@@ -6,8 +6,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
-#include <qcustomplot.h>
-
+#include "controls/ui/plotlibrary.h"
 #include "controls/ui/savingbar.h"
 #include "controls/ui/stripchart.h"
 #include "support/fulldisk.h"
