@@ -244,6 +244,7 @@ TEST(MainForm, ValuesAreOutOfDateWhileMonitoringIsOff) {
   EXPECT_TRUE(console.Wait([&] { return !console.Tile(0).IsOld(); }));
   console.Form->SelectTab(MainForm::ReadWrite);  // stops the cycle
   EXPECT_EQ(console.Text("lblCycle"), "|  Not reading, values are out of date");
+  EXPECT_TRUE(console.Text("lblAlarms").ends_with("(out of date)"));
   EXPECT_TRUE(console.Wait([&] { return console.Tile(0).IsOld(); }));
   EXPECT_TRUE(console.Find<Indicator>("SSPanel11_0")->IsStale());
   EXPECT_EQ(console.Text("lblSummary"), "value out of date");
