@@ -63,6 +63,9 @@ inline constexpr int Diode1Bit = 6;           ///< D1: Remote1's diode is open o
 // Bit in InterruptStatus1.
 inline constexpr int OutOfLimitBit = 7;  ///< OOL: a bit is set in InterruptStatus2
 
+/// The byte of a THERM limit that switches it off.
+inline constexpr std::uint8_t NoThermLimit = 0x80;
+
 /// A temperature zone: 0 Local, 1 Remote1, 2 Remote2. (On the chip their registers are in the order Remote1, Local,
 /// Remote2.) All temperatures are signed bytes in whole °C.
 struct Zone {
