@@ -31,8 +31,8 @@ std::uint8_t Routed(std::uint8_t states, const TachGroup& group, bool twoWire) {
   return static_cast<std::uint8_t>((states & ~group.Mask) | (twoWire ? group.TwoWire : group.ThreeWire));
 }
 
-bool Bit(std::uint8_t byte, int bit) {
-  return (byte >> bit & 1) != 0;
+bool Has(std::uint8_t byte, std::uint8_t mask) {
+  return (byte & mask) != 0;
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ void ProbeVidDrive(Board& board) {
   for (const bool closed : {false, true}) {
     u3.SetStatus(bitD, closed);
     u3.WriteSwitch();
-    bits[closed ? 1 : 0] = Bit(ReadByte(board.GetLink(), chip::Vid), 3);
+    bits[closed ? 1 : 0] = Has(ReadByte(board.GetLink(), chip::Vid), chip::Vid3);
   }
   board.State().VidProbeSteady = bits[0] == bits[1];
   board.State().VidProbed = !board.GetLink().WritesHeldBack;
@@ -53,8 +53,8 @@ void ProbeVidDrive(Board& board) {
 std::int16_t SyncTach4Switches(Board& board) {
   const Board::ReportScope report(board);
   Link& link = board.GetLink();
-  const bool enabled = Bit(ReadByte(link, chip::Configuration3), 1);
-  const bool on5v = enabled && Bit(ReadByte(link, chip::Configuration4), 1);
+  const bool enabled = Has(ReadByte(link, chip::Configuration3), chip::ThermEnabled);
+  const bool on5v = enabled && Has(ReadByte(link, chip::Configuration4), chip::ThermOn5V);
   const bool onTach4 = enabled && !on5v;
   Switch& u3 = board.Device(SwitchDevice::U3);
   u3.SetStatus(bitG, onTach4);
@@ -72,14 +72,14 @@ AlertModes SyncAlertSwitches(Board& board) {
   const Board::ReportScope report(board);
   Link& link = board.GetLink();
   AlertModes modes{};
-  const bool onPwm2 = Bit(ReadByte(link, chip::Configuration3), 0);
+  const bool onPwm2 = Has(ReadByte(link, chip::Configuration3), chip::AlertOnPwm2);
   modes.AlertPwm2Mode = onPwm2 ? 2 : 1;
   Switch& u5 = board.Device(SwitchDevice::U5);
   u5.SetStatus(bitE, !onPwm2);
   u5.SetStatus(bitD, onPwm2);
   u5.WriteSwitch();
   if (board.State().VidProbeSteady) {
-    const bool on25v = Bit(ReadByte(link, chip::Configuration4), 0);
+    const bool on25v = Has(ReadByte(link, chip::Configuration4), chip::AlertOn25V);
     modes.Alert25vMode = static_cast<std::int16_t>(on25v ? 2 : 1);
     Switch& u3 = board.Device(SwitchDevice::U3);
     u3.SetStatus(bitB, !on25v);
@@ -98,10 +98,10 @@ void RouteTach(Board& board, int tach, bool twoWire) {
 void RouteTachsFromChip(Board& board) {
   const Board::ReportScope report(board);
   const std::uint8_t sources = ReadByte(board.GetLink(), chip::Configuration2);
-  for (int tach = 0; tach < static_cast<int>(tachGroups.size()); ++tach) {
-    const TachGroup& group = tachGroups.at(static_cast<std::size_t>(tach));
+  for (std::size_t tach = 0; tach < tachGroups.size(); ++tach) {
+    const TachGroup& group = tachGroups[tach];
     Switch& device = board.Device(group.Device);
-    device.SetStatusByte(Routed(device.StatusByte(), group, Bit(sources, tach)));
+    device.SetStatusByte(Routed(device.StatusByte(), group, Has(sources, chip::Tachs[tach].TwoWire)));
     device.WriteSwitch();
   }
 }

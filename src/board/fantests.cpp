@@ -6,6 +6,7 @@
 #include "link/registeraccess.h"
 #include "registers/chip.h"
 #include "registers/chipreadings.h"
+#include "registers/codes.h"
 
 namespace krx {
 namespace {
@@ -13,8 +14,7 @@ namespace {
 constexpr const chip::Output& pwm1 = chip::Outputs[0];
 constexpr const chip::Output& pwm2 = chip::Outputs[1];
 constexpr const chip::Output& pwm3 = chip::Outputs[2];
-constexpr std::uint8_t manualControl = chip::BehaviourMask;
-constexpr std::uint8_t testBits = 0x30;
+constexpr std::uint8_t testBits = chip::Dc1 | chip::Dc2;
 
 constexpr int dutyStep = 25;
 constexpr int fullDuty = 255;

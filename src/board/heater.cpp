@@ -9,9 +9,8 @@ namespace krx {
 
 /// The heater's bit in the control byte and in the status byte; 0 for an invalid number.
 std::uint8_t Heater::Mask() const {
-  if (heaterNumber_ == 1) return 0x10;
-  if (heaterNumber_ == 2) return 0x20;
-  return 0;
+  const bool valid = heaterNumber_ >= 1 && heaterNumber_ <= heaterMasks.size();
+  return valid ? heaterMasks[heaterNumber_ - std::size_t{1}] : std::uint8_t{0};
 }
 
 void Heater::SetHeaterOn(bool on) {

@@ -18,8 +18,8 @@ void SendBoardByte(Link& link, std::uint8_t address, std::uint8_t data);
 /// Receives one byte; nothing without a board.
 std::optional<std::uint8_t> ReceiveBoardByte(Link& link, std::uint8_t address);
 
-/// Whole-byte access to the device at 0x90 + 2n (n = 0 is U5, 1 is U6, 2 is U4, 3 is U3). The device's Switch is
-/// updated as well, so that a later synchronisation does not undo this write.
+/// Whole-byte access to the device at 0x90 + 2n (n: a SwitchDevice as a number). The device's Switch is updated as
+/// well, so that a later synchronisation does not undo this write.
 void WriteSwitchDevice(Board& board, int n, std::uint8_t value);
 /// Without a board returns the last known states.
 std::uint8_t ReadSwitchDevice(Board& board, int n);

@@ -13,14 +13,13 @@ namespace {
 /// The values read by the reading cycle, which may be stopped.
 void RenewReadings(Workbench& bench, const UndoStep& step) {
   for (std::size_t i = 0; i < 3; ++i) {
-    if (step.Register == chip::Zones[i].Tmin) bench.Zones.ZoneTmin[i] = static_cast<std::int8_t>(step.Value);
-    if (step.Register == chip::Zones[i].OperatingPoint)
-      bench.Zones.ZoneOpPoint[i] = static_cast<std::int8_t>(step.Value);
+    const chip::Zone& zone = chip::Zones[i];
+    if (step.Register == zone.Tmin) bench.Zones.ZoneTmin[i] = SignedByte(step.Value);
+    if (step.Register == zone.OperatingPoint) bench.Zones.ZoneOpPoint[i] = SignedByte(step.Value);
+    if (step.Register == zone.Hysteresis)
+      bench.Measured.ZoneHysteresis[i] = step.Value >> zone.HysteresisShift & chip::HysteresisMask;
     if (step.Register == chip::Outputs[i].Duty) bench.Measured.DutyTexts[i] = DutyText(DutyToPercent(step.Value));
   }
-  std::array<int, 3>& hysteresis = bench.Measured.ZoneHysteresis;
-  if (step.Register == chip::Hysteresis1) hysteresis[0] = step.Value & 0x0F, hysteresis[1] = step.Value >> 4;
-  if (step.Register == chip::Hysteresis2) hysteresis[2] = step.Value >> 4;
 }
 
 void RenewFans(Workbench& bench, const UndoStep& step) {
@@ -32,11 +31,11 @@ void RenewFans(Workbench& bench, const UndoStep& step) {
 }
 
 void RouteChangedTachs(Board& board, const UndoStep& step) {
-  constexpr int tachs = 4;
-  const int changed = step.Replaced ? step.Value ^ *step.Replaced : 0x0F;
-  for (int tach = 0; tach < tachs; ++tach) {
+  const int changed = step.Replaced ? step.Value ^ *step.Replaced : 0xFF;
+  for (std::size_t tach = 0; tach < chip::Tachs.size(); ++tach) {
+    const std::uint8_t mask = chip::Tachs[tach].TwoWire;
     // The others may have been set by the user in the switch dialog.
-    if ((changed >> tach & 1) != 0) RouteTach(board, tach, (step.Value >> tach & 1) != 0);
+    if ((changed & mask) != 0) RouteTach(board, static_cast<int>(tach), (step.Value & mask) != 0);
   }
 }
 

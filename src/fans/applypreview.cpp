@@ -22,7 +22,7 @@ std::string PlaceOf(const RecordedWrite& write) {
 
 std::string PlannedWriteText(const PlannedWrite& write) {
   const std::string text =
-      fmt::format("{}: {} -> {:02X}h", write.Place, write.Old ? fmt::format("{:02X}h", *write.Old) : "?", write.New);
+      fmt::format("{}: {} → {:02X}h", write.Place, write.Old ? fmt::format("{:02X}h", *write.Old) : "?", write.New);
   return write.Change.empty() ? text : fmt::format("{} ({})", text, write.Change);
 }
 

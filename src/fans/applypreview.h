@@ -18,7 +18,7 @@ struct PlannedWrite {
   std::string Change = {};  ///< by field; empty for a switch device
 };
 
-/// "5Ch PWM1 Configuration Register: 62h -> E2h (PWM1 behaviour: Always On → Manual Control)"; "?" for an unknown old
+/// "5Ch PWM1 Configuration Register: 62h → E2h (PWM1 behaviour: Always On → Manual Control)"; "?" for an unknown old
 /// byte.
 std::string PlannedWriteText(const PlannedWrite& write);
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "registers/chip.h"
+
 namespace krx {
 
 /// The editable settings of one fan.
@@ -45,17 +47,22 @@ struct FanCommon {
   bool PulsesKnown = false;      ///< 0x7B was read; until then speeds and limits in RPM are unknown
   PendingChanges PendingChange;  ///< of the fan dialog
 
-  /// Takes the byte of 0x7B: two bits per fan, pulses minus one.
+  /// The pulses of a tach in the byte of 0x7B, which holds them minus one.
+  static float PulsesIn(std::uint8_t fields, std::size_t tach) {
+    return static_cast<float>((fields >> chip::Tachs.at(tach).PulsesShift & chip::PulsesMask) + 1);
+  }
+
+  /// Takes the byte of 0x7B.
   void TakePulses(std::uint8_t fields) {
     for (std::size_t tach = 0; tach < ProgrammedPulses.size(); ++tach) {
-      ProgrammedPulses[tach] = static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
+      ProgrammedPulses[tach] = PulsesIn(fields, tach);
     }
     PulsesKnown = true;
   }
 
   /// False when a byte of 0x7B holds other pulses for the tach than those used for the shown speeds.
   bool AgreesWith(std::uint8_t fields, std::size_t tach) const {
-    return ProgrammedPulses.at(tach) == static_cast<float>((fields >> (2 * tach) & 0x03) + 1);
+    return ProgrammedPulses.at(tach) == PulsesIn(fields, tach);
   }
 
   /// The shown RPM of a speed or limit, from the RPM of the count alone. Multiplies before dividing: forming the

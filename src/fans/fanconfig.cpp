@@ -16,7 +16,7 @@
 namespace krx {
 namespace {
 
-std::uint8_t Shifted(std::uint8_t field, std::size_t by) {
+std::uint8_t Shifted(std::uint8_t field, int by) {
   return static_cast<std::uint8_t>(field << by);
 }
 std::uint8_t AllBits(bool set) {
@@ -76,12 +76,12 @@ void FanConfig::LoadOutput(std::size_t k, FanFields& fields) {
 void FanConfig::LoadTach(std::size_t t, FanFields& fields) {
   const int high = ReadByte(link_, chip::Tachs.at(t).LimitHigh);
   const int count = high * 256 + ReadByte(link_, chip::Tachs.at(t).LimitLow);
-  fields.TwoWire = (ReadByte(link_, chip::Configuration2) >> t & 1) != 0;
+  fields.TwoWire = (ReadByte(link_, chip::Configuration2) & chip::Tachs.at(t).TwoWire) != 0;
   const std::uint8_t pulses = ReadByte(link_, chip::FanPulses);
   // If the start-up could not read them, this is the first reading.
   if (!fans_.PulsesKnown) fans_.TakePulses(pulses);
   fields.TachLimit = std::to_string(CInt(fans_.Corrected(TachToRPM(static_cast<float>(count)), t)));
-  fields.ProgrammedPulses = Item(pulseItems, pulses >> (2 * t) & 3);
+  fields.ProgrammedPulses = Item(pulseItems, pulses >> chip::Tachs.at(t).PulsesShift & chip::PulsesMask);
   fields.ActualPulses = std::to_string(CInt(fans_.ActualPulses.at(t)));
   fields.FanType = TypeOfLabel(fans_.FanLabel.at(t));
 }
@@ -147,9 +147,8 @@ void FanConfig::ApplyFanSettings(const AllFanFields& fields) {
     UpdateBits(link_, output.Acoustics, output.AcousticsEnable, AllBits(fan.EnhancedAcoustics));
   });
   forOutputs(FanSetting::RampRate, [&](const chip::Output& output, const FanFields& fan, std::size_t) {
-    const auto shift = static_cast<std::size_t>(output.RampShift);
     if (const auto code = RampRateCode(fan.RampRate)) {
-      UpdateBits(link_, output.Acoustics, Shifted(chip::RampMask, shift), Shifted(*code, shift));
+      UpdateBits(link_, output.Acoustics, Shifted(chip::RampMask, output.RampShift), Shifted(*code, output.RampShift));
     }
   });
   forTachs(FanSetting::ActualPulses, [&](const FanFields& fan, std::size_t t) {
@@ -170,14 +169,16 @@ void FanConfig::ApplyBehaviour(std::size_t k, const FanFields& fields) {
 void FanConfig::ApplyPulses(std::size_t t, const FanFields& fields) {
   const auto pulses = Pulses(fields.ProgrammedPulses);
   if (!pulses) return;
-  UpdateBits(link_, chip::FanPulses, Shifted(3, 2 * t), Shifted(static_cast<std::uint8_t>(*pulses - 1), 2 * t));
+  const int shift = chip::Tachs.at(t).PulsesShift;
+  UpdateBits(link_, chip::FanPulses, Shifted(chip::PulsesMask, shift),
+             Shifted(static_cast<std::uint8_t>(*pulses - 1), shift));
   // The byte holds all four fields, so the pulses of the other fans are known as well.
   if (const auto all = link_.Seen.Byte(chip::FanPulses); all && !fans_.PulsesKnown) fans_.TakePulses(*all);
   fans_.ProgrammedPulses.at(t) = static_cast<float>(*pulses);
 }
 
 void FanConfig::ApplyTachSource(std::size_t t, const FanFields& fields) {
-  UpdateBits(link_, chip::Configuration2, Shifted(1, t), AllBits(fields.TwoWire));
+  UpdateBits(link_, chip::Configuration2, chip::Tachs.at(t).TwoWire, AllBits(fields.TwoWire));
   RouteTach(board_, static_cast<int>(t), fields.TwoWire);
 }
 

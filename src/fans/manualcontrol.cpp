@@ -7,13 +7,9 @@
 
 #include "link/registeraccess.h"
 #include "registers/chipreadings.h"
+#include "registers/codes.h"
 
 namespace krx {
-namespace {
-
-constexpr std::uint8_t manualControl = chip::BehaviourMask;
-
-}  // namespace
 
 ManualControl::ManualControl(Link& link, OwedWrites& owed, std::size_t output, bool dutyChanges)
     : link_(link), owed_(owed), registers_(chip::Outputs.at(output)) {

@@ -35,8 +35,6 @@ constexpr double heatCheckSeconds = 1;
 
 constexpr std::uint8_t fullDuty = 0xFF;
 
-constexpr std::uint8_t noThermLimit = 0x80;
-
 std::string Rpm(float speed) {
   return FormatFixed(speed, 0) + " RPM";
 }
@@ -196,7 +194,7 @@ float MinimumPwm::SpeedOf(std::size_t index, std::uint16_t count) const {
 bool MinimumPwm::AtThermLimit() {
   return std::any_of(chip::Zones.begin(), chip::Zones.end(), [&](const chip::Zone& zone) {
     const std::uint8_t limit = Read(zone.Therm);
-    return limit != noThermLimit && TempFromByte(Read(zone.Value), 0) >= TempFromByte(limit, 0);
+    return limit != chip::NoThermLimit && TempFromByte(Read(zone.Value), 0) >= TempFromByte(limit, 0);
   });
 }
 

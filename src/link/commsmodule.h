@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,6 +15,9 @@ class BusHost;
 // no device answered at the address. The objects that the root and the adapter hand out are owned by the caller:
 // leaving the scope releases them.
 
+/// The bits of heaters 1 and 2 in the control byte and in the status byte.
+inline constexpr std::array<std::uint8_t, 2> heaterMasks{0x10, 0x20};
+
 /// The two-wire bus behind the printer-port adapter. Takes bus addresses in their 8-bit form (0x58, 0x90, ...).
 class BusDevice {
  public:
@@ -21,7 +25,7 @@ class BusDevice {
   virtual void SendByte(std::uint8_t address, std::uint8_t data) = 0;
   virtual std::uint8_t ReceiveByte(std::uint8_t address) = 0;
   virtual void SetControlByte(std::uint8_t value) = 0;
-  /// Heater 1 in bit 4, heater 2 in bit 5: these two bits mirror the control byte.
+  /// The heaters' bits mirror those of the control byte.
   virtual std::uint8_t ReadStatusByte() = 0;
   virtual void SetDeviceAddress(std::uint8_t address) = 0;
   virtual void SetBusMode(bool mode) = 0;

@@ -13,8 +13,8 @@ enum class AlarmState : std::uint8_t { Unread, Ok, Bad };
 
 using AlarmStates = std::array<AlarmState, channelCount>;
 
-/// Applies the bits of Interrupt Status 1 (0x41) and 2 (0x42) to the indicators, in the order of their numbers. A
-/// diode-fault bit can only set its indicator to bad: when clear, it keeps the state set by the temperature's own bit.
+/// Applies the bits of Interrupt Status 1 (0x41) and 2 (0x42) to the indicators; OOL and OVT have none. A diode-fault
+/// bit can only set its indicator to bad: when clear, it keeps the state set by the temperature's own bit.
 void ApplyAlarms(std::uint8_t status1, std::uint8_t status2, AlarmStates& alarms);
 
 }  // namespace krx

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "fans/fantables.h"
 #include "power/processorpower.h"
 #include "registers/chip.h"
 #include "registers/numerics.h"
@@ -22,7 +23,7 @@ std::string ChannelCaption(std::size_t channel, const FanCommon& fans, bool powe
   if (MeasuresCurrent(channel, powerMode)) return "Current";
   if (row.Kind == ChannelKind::Fan) {
     const std::string& label = fans.FanLabel.at(row.Slot);
-    if (std::ranges::find(fanPlaceLabels, label) != fanPlaceLabels.end()) return label;
+    if (std::ranges::find(fanTypes, label, &FanType::Label) != fanTypes.end()) return label;
   }
   return std::string(row.Caption);
 }

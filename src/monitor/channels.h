@@ -35,7 +35,7 @@ inline constexpr Quantity voltageQuantity{"V", "V", 3, 3};
 inline constexpr Quantity currentQuantity{"A", "A", 2, 2};
 
 struct Channel {
-  std::string_view Caption;  ///< for a fan: used unless its label is one of `fanPlaceLabels`
+  std::string_view Caption;  ///< for a fan: used unless its label is that of a fan type
   ChannelKind Kind;
   std::size_t Slot;                ///< index into Temperatures, FanSpeeds or Voltages
   std::uint8_t ValueRegister;      ///< for a fan: the low byte, the high byte follows
@@ -94,11 +94,7 @@ inline constexpr std::array<std::string_view, traceCount> traceNames{
     "Internal",        "External 1", "External 2", "Fan1", "Fan2", "Fan3", "Fan4",
     "Proc. Power (W)", "THERM= %",   "5V",         "12V",  "Vccp", "Vcc",  "2.5V"};
 
-/// The labels that describe a fan's position; with any other label the channel keeps its numbered caption.
-inline constexpr std::array<std::string_view, 5> fanPlaceLabels{"CPU Fan", "Fr. Chas.", "Rr. Chas.", "Int. Circ.",
-                                                                "Unused"};
-
-/// The channel's caption: a fan's place label, "Current" for channel 11 in power mode, else the table's.
+/// The channel's caption: the label of a fan's type, "Current" for channel 11 in power mode, else the table's.
 std::string ChannelCaption(std::size_t channel, const FanCommon& fans, bool powerMode);
 
 /// The gauge's scale; channel 11 in power mode has its own.

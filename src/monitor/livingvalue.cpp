@@ -102,7 +102,7 @@ LivingValue PowerNow(const LivingParts& parts, bool old) {
 std::string ZoneDegrees(const RegisterImage& seen, const ZoneState& zones, std::size_t zone, std::uint8_t reg) {
   if (!zones.ZoneOpEnable.at(zone)) return std::string(disabled);
   const auto byte = seen.Byte(reg);
-  return byte ? std::to_string(static_cast<std::int8_t>(*byte)) : "–";
+  return byte ? std::to_string(SignedByte(*byte)) : "–";
 }
 
 LivingValue TminNow(const LivingParts& parts, std::size_t zone, bool old) {

@@ -16,14 +16,18 @@ struct SeriesBits {
   std::uint8_t Mask;
 };
 
+constexpr SeriesBits PulsesOf(std::size_t channel, std::size_t tach) {
+  return {channel, chip::FanPulses, static_cast<std::uint8_t>(chip::PulsesMask << chip::Tachs[tach].PulsesShift)};
+}
+
 constexpr std::array<SeriesBits, 22> seriesBits{{
     {0, chip::Zones[0].Offset, 0xFF},
     {1, chip::Zones[1].Offset, 0xFF},
     {2, chip::Zones[2].Offset, 0xFF},
-    {3, chip::FanPulses, 0x03},
-    {4, chip::FanPulses, 0x0C},
-    {5, chip::FanPulses, 0x30},
-    {6, chip::FanPulses, 0xC0},
+    PulsesOf(3, 0),
+    PulsesOf(4, 1),
+    PulsesOf(5, 2),
+    PulsesOf(6, 3),
     {3, chip::Configuration2, chip::Tachs[0].TwoWire},
     {4, chip::Configuration2, chip::Tachs[1].TwoWire},
     {5, chip::Configuration2, chip::Tachs[2].TwoWire},

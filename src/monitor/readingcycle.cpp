@@ -40,10 +40,6 @@ std::size_t Next(std::int16_t& counter, std::int16_t wrap, int members) {
   return static_cast<std::size_t>(counter % members);
 }
 
-std::int16_t Signed(std::uint8_t byte) {
-  return static_cast<std::int16_t>(byte < 128 ? byte : byte - 256);
-}
-
 }  // namespace
 
 ReadingCycle::ReadingCycle(Link& link, ReadingCycleState state)
@@ -179,8 +175,8 @@ void ReadingCycle::TminOpPointStep() {
   const TminOpPointRow& row = tminOpPointRows[Next(Counters.TminOpPoint, wrapOfThree, 3)];
   const std::uint8_t tmin = ReadByte(link_, chip::Zones[row.TminZone].Tmin);
   const std::uint8_t opPoint = ReadByte(link_, chip::Zones[row.OpPointZone].OperatingPoint);
-  state_.Zones.ZoneTmin[row.TminZone] = Signed(tmin);
-  state_.Zones.ZoneOpPoint[row.OpPointZone] = Signed(opPoint);
+  state_.Zones.ZoneTmin[row.TminZone] = SignedByte(tmin);
+  state_.Zones.ZoneOpPoint[row.OpPointZone] = SignedByte(opPoint);
 }
 
 void ReadingCycle::ThermStep(Row& row) {

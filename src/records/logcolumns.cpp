@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "registers/chip.h"
 #include "registers/numerics.h"
 
 namespace krx {
@@ -30,7 +31,7 @@ constexpr int voltageDecimals = 4;
 /// The log's power column always uses the Scale/Offset equation, independent of the displays.
 float LoggedPower(const LogSources& sources) {
   const auto& volts = sources.Measured.Voltages;
-  return (volts[4] - sources.Power.SenseOffset) / sources.Power.SenseScale * volts[2];
+  return (volts[chip::CurrentSupply] - sources.Power.SenseOffset) / sources.Power.SenseScale * volts[chip::VccpSupply];
 }
 
 }  // namespace

@@ -12,9 +12,7 @@ namespace krx::chip {
 
 inline constexpr std::uint8_t DynamicTmin1 = 0x36;
 inline constexpr std::uint8_t DynamicTmin2 = 0x37;
-inline constexpr std::uint8_t DeviceId = 0x3D;
 inline constexpr std::uint8_t CompanyId = 0x3E;
-inline constexpr std::uint8_t Revision = 0x3F;
 inline constexpr std::uint8_t Configuration1 = 0x40;
 inline constexpr std::uint8_t InterruptStatus1 = 0x41;
 inline constexpr std::uint8_t InterruptStatus2 = 0x42;
@@ -45,12 +43,19 @@ inline constexpr std::uint8_t FullSpeed = 0x08;     ///< FSPD
 inline constexpr std::uint8_t CurrentInput = 0x10;  ///< V*I: the 2.5V input measures the processor's current
 inline constexpr std::uint8_t DisableSpinUp = 0x20;
 
+// Masks in Vid.
+inline constexpr std::uint8_t Vid3 = 0x08;       ///< the input that switch U3D drives on boards made for it
+inline constexpr std::uint8_t VidInputs = 0x3F;  ///< VID5 to VID0
+
 // Mask in Configuration2, besides those of the tachometers below.
 inline constexpr std::uint8_t Attenuators = 0x20;  ///< ATTN, of the supply inputs
 
 // Masks in Configuration3.
 inline constexpr std::uint8_t AlertOnPwm2 = 0x01;   ///< ALERT: the SMBus alert output is on the PWM2 pin
 inline constexpr std::uint8_t ThermEnabled = 0x02;  ///< PHOT: the THERM input is in use
+inline constexpr std::uint8_t FastTachs = 0x08;     ///< FAST: the tachometers are measured four times as often
+inline constexpr std::uint8_t Dc1 = 0x10;
+inline constexpr std::uint8_t Dc2 = 0x20;
 
 // Masks in Configuration4.
 inline constexpr std::uint8_t AlertOn25V = 0x01;  ///< AL2.5V: the SMBus alert output is on the 2.5V pin
@@ -62,6 +67,9 @@ inline constexpr int Diode1Bit = 6;           ///< D1: Remote1's diode is open o
 
 // Bit in InterruptStatus1.
 inline constexpr int OutOfLimitBit = 7;  ///< OOL: a bit is set in InterruptStatus2
+
+/// The byte of a THERM limit that switches it off.
+inline constexpr std::uint8_t NoThermLimit = 0x80;
 
 /// A temperature zone: 0 Local, 1 Remote1, 2 Remote2. (On the chip their registers are in the order Remote1, Local,
 /// Remote2.) All temperatures are signed bytes in whole °C.
@@ -78,13 +86,23 @@ struct Zone {
   std::uint8_t Trange;  ///< bits 7:4; the lower half is an output's frequency
   std::uint8_t OperatingPoint;
   std::uint8_t Hysteresis;
-  int HysteresisShift;  ///< of its four bits
+  int HysteresisShift;       ///< of its four bits
+  std::uint8_t DynamicTmin;  ///< mask in DynamicTmin1: dynamic Tmin is on
+  std::uint8_t Prochot;      ///< mask in DynamicTmin1: PROCHOT acts on the zone
+  int CycleShift;            ///< of the three bits of its cycle code in DynamicTmin1 × 256 + DynamicTmin2
 };
 inline constexpr std::array<Zone, 3> Zones{{
-    {"Local", 0x26, 4, 0x50, 0x51, 5, 0x68, 0x6B, 0x71, 0x60, 0x34, Hysteresis1, 0},
-    {"Remote1", 0x25, 2, 0x4E, 0x4F, 4, 0x67, 0x6A, 0x70, 0x5F, 0x33, Hysteresis1, 4},
-    {"Remote2", 0x27, 6, 0x52, 0x53, 6, 0x69, 0x6C, 0x72, 0x61, 0x35, Hysteresis2, 4},
+    {"Local", 0x26, 4, 0x50, 0x51, 5, 0x68, 0x6B, 0x71, 0x60, 0x34, Hysteresis1, 0, 0x40, 0x08, 3},
+    {"Remote1", 0x25, 2, 0x4E, 0x4F, 4, 0x67, 0x6A, 0x70, 0x5F, 0x33, Hysteresis1, 4, 0x20, 0x04, 6},
+    {"Remote2", 0x27, 6, 0x52, 0x53, 6, 0x69, 0x6C, 0x72, 0x61, 0x35, Hysteresis2, 4, 0x80, 0x10, 0},
 }};
+
+// Fields of a zone's registers, before shifting by its shifts.
+inline constexpr std::uint8_t HysteresisMask = 0x0F;
+inline constexpr std::uint8_t CycleMask = 0x07;
+inline constexpr int TrangeShift = 4;
+/// The two lower bits of a temperature or supply in ExtendedResolution1 and 2.
+inline constexpr std::uint8_t ExtensionMask = 0x03;
 
 /// A PWM output: 0..2 for PWM1..PWM3.
 struct Output {
@@ -127,6 +145,8 @@ inline constexpr std::array<Tach, 4> Tachs{{
     {0x2C, 0x2D, 0x58, 0x59, 0x04, 4, 4},
     {0x2E, 0x2F, 0x5A, 0x5B, 0x08, 6, 5},
 }};
+
+inline constexpr std::uint8_t PulsesMask = 0x03;  ///< before shifting by PulsesShift
 
 /// A supply input, in the order shown by the console.
 struct Supply {

@@ -21,14 +21,14 @@ constexpr std::array<FractionRow, 4> fractions{{{" ", 0.0F}, {".25", 0.25F}, {".
 
 TempFractionReading TempFraction(Link& link, int channel) {
   const chip::Zone& row = chip::Zones.at(static_cast<std::size_t>(channel));
-  const int bits = (ReadByte(link, chip::ExtendedResolution2) >> row.FractionShift) & 0x03;
+  const int bits = (ReadByte(link, chip::ExtendedResolution2) >> row.FractionShift) & chip::ExtensionMask;
   const FractionRow& fraction = fractions[static_cast<std::size_t>(bits)];
   return {fraction.Text, fraction.Value};
 }
 
 int VoltageExtension(Link& link, int channel) {
   const chip::Supply& row = chip::Supplies.at(static_cast<std::size_t>(channel));
-  return (ReadByte(link, row.Extension) >> row.ExtensionShift) & 0x03;
+  return (ReadByte(link, row.Extension) >> row.ExtensionShift) & chip::ExtensionMask;
 }
 
 std::string SeenDuty(const Link& link, std::size_t output) {
@@ -38,7 +38,7 @@ std::string SeenDuty(const Link& link, std::size_t output) {
 
 int HysteresisOf(Link& link, int zone) {
   const chip::Zone& row = chip::Zones.at(static_cast<std::size_t>(zone));
-  return (ReadByte(link, row.Hysteresis) >> row.HysteresisShift) & 0x0F;
+  return (ReadByte(link, row.Hysteresis) >> row.HysteresisShift) & chip::HysteresisMask;
 }
 
 void TachLimitWrite(Link& link, const FanCommon& fans, int fan, float rpm) {

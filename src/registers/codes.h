@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "registers/chip.h"
+
 namespace krx {
 
 // The texts of the codes in register fields; the index of an item is its code.
@@ -12,7 +14,12 @@ namespace krx {
 inline constexpr std::array<std::string_view, 8> behaviourItems{
     "Remote1 Control", "Local Control",         "Remote2 Control",      "Always On",
     "Always Off",      "Fastest of Remote 1,2", "Fastest of all Temps", "Manual Control"};
+inline constexpr std::uint8_t alwaysOnBehaviour = 3;
+inline constexpr std::uint8_t alwaysOffBehaviour = 4;
 inline constexpr std::uint8_t manualBehaviour = 7;
+/// The same in an output's configuration register.
+inline constexpr std::uint8_t manualControl = manualBehaviour << chip::BehaviourShift;
+static_assert(manualControl == chip::BehaviourMask, "setting these bits needs no others cleared");
 
 inline constexpr std::array<std::string_view, 8> spinUpItems{"None",   "100 ms", "250 ms", "400 ms",
                                                              "667 ms", "1 sec",  "2 sec",  "4 sec"};

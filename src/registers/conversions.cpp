@@ -27,7 +27,8 @@ const chip::Supply* FindChannel(int channel) {
 }  // namespace
 
 float TempFromByte(std::uint8_t byte, float fraction) {
-  return byte < 128 ? static_cast<float>(byte) + fraction : static_cast<float>(byte - 256) - fraction;
+  const auto degrees = static_cast<float>(SignedByte(byte));
+  return degrees < 0 ? degrees - fraction : degrees + fraction;
 }
 
 std::uint8_t TempToByte(int degrees) {

@@ -10,6 +10,11 @@ namespace krx {
 
 // Conversion between register bytes and engineering units, in single precision.
 
+/// The whole °C of a signed byte.
+constexpr std::int8_t SignedByte(std::uint8_t byte) {
+  return static_cast<std::int8_t>(byte);
+}
+
 /// °C of a signed value byte. The fraction increases the magnitude: 0xF6 with 0.25 is -10.25.
 float TempFromByte(std::uint8_t byte, float fraction);
 

@@ -4,12 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include <fmt/format.h>
-
-#include "registers/chip.h"
 #include "registers/codes.h"
-#include "registers/conversions.h"
-#include "registers/numerics.h"
 
 namespace krx {
 namespace {
@@ -26,12 +21,13 @@ constexpr Items2 therm{"below its limit", "above its limit"};
 constexpr Items2 diode{"connected", "open or shorted"};
 constexpr Items2 masked{"enabled", "masked"};
 constexpr Items2 polarity{"active low", "active high"};
-constexpr Items2 belowTmin{"off", "minimum duty"};
+constexpr Items2 hysteresis{"on", "off"};  // off: the fan keeps its minimum duty below Tmin
 constexpr Items2 tachSource{"three-wire fan", "two-wire fan"};
-constexpr Items2 pwm2Pin{"PWM2 output", "SMBALERT output"};
+constexpr Items2 pwm2Pin{"PWM2 output", "SMBus alert output"};
 constexpr Items2 thermPin{"Tach4 pin", "5V pin"};
-constexpr Items2 pin25V{"2.5V input", "SMBALERT output"};
-constexpr std::array<std::string_view, 4> quarters{".00", ".25", ".50", ".75"};
+constexpr Items2 pin25V{"2.5V input", "SMBus alert output"};
+/// Without a sign: the fraction increases the magnitude.
+constexpr std::array<std::string_view, 4> fractions{"0.00 °C", "0.25 °C", "0.50 °C", "0.75 °C"};
 /// How often Tmin can be lowered and raised.
 constexpr std::array<std::string_view, 8> cycles{"0.5 s down, 1 s up", "1 s down, 2 s up",   "2 s down, 4 s up",
                                                  "4 s down, 8 s up",   "8 s down, 16 s up",  "16 s down, 32 s up",
@@ -46,14 +42,14 @@ constexpr RegisterField fields[] = {
     {0x25, 7, 0, "Remote1 temperature, whole degrees", FieldScale::Celsius},
     {0x26, 7, 0, "Local temperature, whole degrees", FieldScale::Celsius},
     {0x27, 7, 0, "Remote2 temperature, whole degrees", FieldScale::Celsius},
-    {0x28, 7, 0, "Tach1 count, lower half", FieldScale::TachLow},
-    {0x29, 7, 0, "Tach1 count, upper half", FieldScale::TachHigh},
-    {0x2A, 7, 0, "Tach2 count, lower half", FieldScale::TachLow},
-    {0x2B, 7, 0, "Tach2 count, upper half", FieldScale::TachHigh},
-    {0x2C, 7, 0, "Tach3 count, lower half", FieldScale::TachLow},
-    {0x2D, 7, 0, "Tach3 count, upper half", FieldScale::TachHigh},
-    {0x2E, 7, 0, "Tach4 count, lower half", FieldScale::TachLow},
-    {0x2F, 7, 0, "Tach4 count, upper half", FieldScale::TachHigh},
+    {0x28, 7, 0, "Tach1 Low Byte", FieldScale::Counts},
+    {0x29, 7, 0, "Tach1 High Byte", FieldScale::TachHigh},
+    {0x2A, 7, 0, "Tach2 Low Byte", FieldScale::Counts},
+    {0x2B, 7, 0, "Tach2 High Byte", FieldScale::TachHigh},
+    {0x2C, 7, 0, "Tach3 Low Byte", FieldScale::Counts},
+    {0x2D, 7, 0, "Tach3 High Byte", FieldScale::TachHigh},
+    {0x2E, 7, 0, "Tach4 Low Byte", FieldScale::Counts},
+    {0x2F, 7, 0, "Tach4 High Byte", FieldScale::TachHigh},
     {0x30, 7, 0, "PWM1 duty", FieldScale::Percent},
     {0x31, 7, 0, "PWM2 duty", FieldScale::Percent},
     {0x32, 7, 0, "PWM3 duty", FieldScale::Percent},
@@ -66,8 +62,8 @@ constexpr RegisterField fields[] = {
     {0x36, 4, 4, "PROCHOT acts on Remote2", FieldScale::Code, yesNo},
     {0x36, 3, 3, "PROCHOT acts on Local", FieldScale::Code, yesNo},
     {0x36, 2, 2, "PROCHOT acts on Remote1", FieldScale::Code, yesNo},
-    {0x36, 0, 0, "Remote1 cycle, upper bit", FieldScale::Number},
-    {0x37, 7, 6, "Remote1 cycle, lower two bits", FieldScale::Number},
+    {0x36, 0, 0, "Remote1 cycle, code bit 2", FieldScale::Bits},
+    {0x37, 7, 6, "Remote1 cycle, code bits 1:0", FieldScale::Bits},
     {0x37, 5, 3, "Local cycle", FieldScale::Code, cycles},
     {0x37, 2, 0, "Remote2 cycle", FieldScale::Code, cycles},
     {0x3D, 7, 0, "Device ID", FieldScale::Byte},
@@ -100,7 +96,7 @@ constexpr RegisterField fields[] = {
     {0x42, 0, 0, "12V", FieldScale::Code, limits},
     {0x43, 7, 7, "VIDSEL", FieldScale::Code, bit},
     {0x43, 6, 6, "THLD", FieldScale::Code, bit},
-    {0x43, 5, 0, "VID inputs", FieldScale::Number},
+    {0x43, 5, 0, "VID5 to VID0", FieldScale::Bits},
     {0x44, 7, 0, "2.5V low limit", FieldScale::Volts},
     {0x45, 7, 0, "2.5V high limit", FieldScale::Volts},
     {0x46, 7, 0, "Vccp low limit", FieldScale::Volts},
@@ -117,14 +113,14 @@ constexpr RegisterField fields[] = {
     {0x51, 7, 0, "Local high limit", FieldScale::Celsius},
     {0x52, 7, 0, "Remote2 low limit", FieldScale::Celsius},
     {0x53, 7, 0, "Remote2 high limit", FieldScale::Celsius},
-    {0x54, 7, 0, "Tach1 count limit, lower half", FieldScale::TachLow},
-    {0x55, 7, 0, "Tach1 count limit, upper half", FieldScale::TachHigh},
-    {0x56, 7, 0, "Tach2 count limit, lower half", FieldScale::TachLow},
-    {0x57, 7, 0, "Tach2 count limit, upper half", FieldScale::TachHigh},
-    {0x58, 7, 0, "Tach3 count limit, lower half", FieldScale::TachLow},
-    {0x59, 7, 0, "Tach3 count limit, upper half", FieldScale::TachHigh},
-    {0x5A, 7, 0, "Tach4 count limit, lower half", FieldScale::TachLow},
-    {0x5B, 7, 0, "Tach4 count limit, upper half", FieldScale::TachHigh},
+    {0x54, 7, 0, "Tach1 Minimum Low Byte", FieldScale::Counts},
+    {0x55, 7, 0, "Tach1 Minimum High Byte", FieldScale::TachHigh},
+    {0x56, 7, 0, "Tach2 Minimum Low Byte", FieldScale::Counts},
+    {0x57, 7, 0, "Tach2 Minimum High Byte", FieldScale::TachHigh},
+    {0x58, 7, 0, "Tach3 Minimum Low Byte", FieldScale::Counts},
+    {0x59, 7, 0, "Tach3 Minimum High Byte", FieldScale::TachHigh},
+    {0x5A, 7, 0, "Tach4 Minimum Low Byte", FieldScale::Counts},
+    {0x5B, 7, 0, "Tach4 Minimum High Byte", FieldScale::TachHigh},
     {0x5C, 7, 5, "PWM1 behaviour", FieldScale::Code, behaviourItems},
     {0x5C, 4, 4, "PWM1 polarity", FieldScale::Code, polarity},
     {0x5C, 3, 3, "PWM1 SLOW", FieldScale::Code, bit},
@@ -138,17 +134,17 @@ constexpr RegisterField fields[] = {
     {0x5E, 3, 3, "PWM3 SLOW", FieldScale::Code, bit},
     {0x5E, 2, 0, "PWM3 spin-up", FieldScale::Code, spinUpItems},
     {0x5F, 7, 4, "Remote1 Trange", FieldScale::Code, rangeItems},
-    {0x5F, 3, 3, "PWM1 THRM", FieldScale::Code, bit},
+    {0x5F, 3, 3, "THRM", FieldScale::Code, bit},
     {0x5F, 2, 0, "PWM1 frequency", FieldScale::Code, frequencyItems},
     {0x60, 7, 4, "Local Trange", FieldScale::Code, rangeItems},
-    {0x60, 3, 3, "PWM2 THRM", FieldScale::Code, bit},
+    {0x60, 3, 3, "THRM", FieldScale::Code, bit},
     {0x60, 2, 0, "PWM2 frequency", FieldScale::Code, frequencyItems},
     {0x61, 7, 4, "Remote2 Trange", FieldScale::Code, rangeItems},
-    {0x61, 3, 3, "PWM3 THRM", FieldScale::Code, bit},
+    {0x61, 3, 3, "THRM", FieldScale::Code, bit},
     {0x61, 2, 0, "PWM3 frequency", FieldScale::Code, frequencyItems},
-    {0x62, 7, 7, "PWM3 below Tmin", FieldScale::Code, belowTmin},
-    {0x62, 6, 6, "PWM2 below Tmin", FieldScale::Code, belowTmin},
-    {0x62, 5, 5, "PWM1 below Tmin", FieldScale::Code, belowTmin},
+    {0x62, 7, 7, "PWM3 hysteresis", FieldScale::Code, hysteresis},
+    {0x62, 6, 6, "PWM2 hysteresis", FieldScale::Code, hysteresis},
+    {0x62, 5, 5, "PWM1 hysteresis", FieldScale::Code, hysteresis},
     {0x62, 4, 4, "SYNC", FieldScale::Code, bit},
     {0x62, 3, 3, "PWM1 enhanced acoustics", FieldScale::Code, onOff},
     {0x62, 2, 0, "PWM1 ramp rate", FieldScale::Code, rampRateItems},
@@ -162,19 +158,20 @@ constexpr RegisterField fields[] = {
     {0x67, 7, 0, "Remote1 Tmin", FieldScale::Celsius},
     {0x68, 7, 0, "Local Tmin", FieldScale::Celsius},
     {0x69, 7, 0, "Remote2 Tmin", FieldScale::Celsius},
-    {0x6A, 7, 0, "Remote1 THERM limit", FieldScale::Celsius},
-    {0x6B, 7, 0, "Local THERM limit", FieldScale::Celsius},
-    {0x6C, 7, 0, "Remote2 THERM limit", FieldScale::Celsius},
+    {0x6A, 7, 0, "Remote1 THERM limit", FieldScale::ThermLimit},
+    {0x6B, 7, 0, "Local THERM limit", FieldScale::ThermLimit},
+    {0x6C, 7, 0, "Remote2 THERM limit", FieldScale::ThermLimit},
     {0x6D, 7, 4, "Remote1 hysteresis", FieldScale::Degrees},
     {0x6D, 3, 0, "Local hysteresis", FieldScale::Degrees},
     {0x6E, 7, 4, "Remote2 hysteresis", FieldScale::Degrees},
     {0x6F, 0, 0, "XOR tree test", FieldScale::Code, onOff},
+    // Nothing states the unit of the offsets: signed whole degrees, like the temperatures they shift, is our reading.
     {0x70, 7, 0, "Remote1 offset", FieldScale::Celsius},
     {0x71, 7, 0, "Local offset", FieldScale::Celsius},
     {0x72, 7, 0, "Remote2 offset", FieldScale::Celsius},
     {0x73, 7, 7, "SHDN", FieldScale::Code, bit},
     {0x73, 6, 6, "CONV", FieldScale::Code, bit},
-    {0x73, 5, 5, "ATTN", FieldScale::Code, bit},
+    {0x73, 5, 5, "Supply attenuators (ATTN)", FieldScale::Code, bit},  // not known which state removes them
     {0x73, 4, 4, "AVG", FieldScale::Code, bit},
     {0x73, 3, 3, "Tach4 source", FieldScale::Code, tachSource},
     {0x73, 2, 2, "Tach3 source", FieldScale::Code, tachSource},
@@ -196,41 +193,35 @@ constexpr RegisterField fields[] = {
     {0x75, 2, 2, "Fan 1 interrupt", FieldScale::Code, masked},
     {0x75, 1, 1, "THERM temperature interrupt", FieldScale::Code, masked},
     {0x75, 0, 0, "12V interrupt", FieldScale::Code, masked},
-    {0x76, 7, 6, "5V input, lower two bits", FieldScale::LowerBits},
-    {0x76, 5, 4, "Vcc input, lower two bits", FieldScale::LowerBits},
-    {0x76, 3, 2, "Vccp input, lower two bits", FieldScale::LowerBits},
-    {0x76, 1, 0, "2.5V input, lower two bits", FieldScale::LowerBits},
-    {0x77, 7, 6, "Remote2 temperature, quarters", FieldScale::Code, quarters},
-    {0x77, 5, 4, "Local temperature, quarters", FieldScale::Code, quarters},
-    {0x77, 3, 2, "Remote1 temperature, quarters", FieldScale::Code, quarters},
-    {0x77, 1, 0, "12V input, lower two bits", FieldScale::LowerBits},
+    {0x76, 7, 6, "5V input, lower two bits", FieldScale::LowerVolts},
+    {0x76, 5, 4, "Vcc input, lower two bits", FieldScale::LowerVolts},
+    {0x76, 3, 2, "Vccp input, lower two bits", FieldScale::LowerVolts},
+    {0x76, 1, 0, "2.5V input, lower two bits", FieldScale::LowerVolts},
+    {0x77, 7, 6, "Remote2 temperature, fraction", FieldScale::Code, fractions},
+    {0x77, 5, 4, "Local temperature, fraction", FieldScale::Code, fractions},
+    {0x77, 3, 2, "Remote1 temperature, fraction", FieldScale::Code, fractions},
+    {0x77, 1, 0, "12V input, lower two bits", FieldScale::LowerVolts},
     {0x78, 7, 7, "DC4", FieldScale::Code, bit},
     {0x78, 6, 6, "DC3", FieldScale::Code, bit},
     {0x78, 5, 5, "DC2", FieldScale::Code, bit},
     {0x78, 4, 4, "DC1", FieldScale::Code, bit},
-    {0x78, 3, 3, "FAST", FieldScale::Code, bit},
+    {0x78, 3, 3, "Fast tachometers (FAST)", FieldScale::Code, onOff},
     {0x78, 2, 2, "BOOST", FieldScale::Code, bit},
     {0x78, 1, 1, "THERM input", FieldScale::Code, onOff},
     {0x78, 0, 0, "PWM2 pin", FieldScale::Code, pwm2Pin},
-    {0x79, 7, 0, "THERM timer", FieldScale::ThermTime},
-    {0x7A, 7, 0, "THERM timer limit", FieldScale::Number},
+    {0x79, 7, 0, "PROCHOT Status (THERM timer)", FieldScale::ThermTime},
+    {0x7A, 7, 0, "PROCHOT Limit (THERM timer)", FieldScale::Counts},
     {0x7B, 7, 6, "Tach4 pulses per revolution", FieldScale::Code, pulseItems},
     {0x7B, 5, 4, "Tach3 pulses per revolution", FieldScale::Code, pulseItems},
     {0x7B, 3, 2, "Tach2 pulses per revolution", FieldScale::Code, pulseItems},
     {0x7B, 1, 0, "Tach1 pulses per revolution", FieldScale::Code, pulseItems},
-    {0x7D, 3, 2, "AINL", FieldScale::Number},
+    {0x7D, 3, 2, "AinL", FieldScale::Number},
     {0x7D, 1, 1, "THERM pin", FieldScale::Code, thermPin},
     {0x7D, 0, 0, "2.5V pin", FieldScale::Code, pin25V},
-    {0x7E, 7, 0, "Test register", FieldScale::Byte},
-    {0x7F, 7, 0, "Test register", FieldScale::Byte},
+    {0x7E, 7, 0, "Test Register 1", FieldScale::Byte},
+    {0x7F, 7, 0, "Test Register 2", FieldScale::Byte},
 };
 static_assert(std::ranges::is_sorted(fields, {}, &RegisterField::Register));
-
-const chip::Supply& SupplyOf(std::uint8_t reg) {
-  return *std::ranges::find_if(chip::Supplies, [&](const chip::Supply& row) {
-    return reg == row.Value || reg == row.LowLimit || reg == row.HighLimit;
-  });
-}
 
 }  // namespace
 
@@ -245,46 +236,6 @@ std::span<const RegisterField> FieldsOf(int address) {
 
 int FieldValue(const RegisterField& field, std::uint8_t byte) {
   return (byte & field.Mask()) >> field.Low;
-}
-
-std::string FieldText(const RegisterField& field, std::uint8_t byte) {
-  const int value = FieldValue(field, byte);
-  switch (field.Scale) {
-    case FieldScale::Number:
-    case FieldScale::LowerBits:
-      return std::to_string(value);
-    case FieldScale::Byte:
-      return fmt::format("{:02X}h", value);
-    case FieldScale::Code:
-      return std::string(field.Items[static_cast<std::size_t>(value)]);
-    case FieldScale::Celsius:
-      return FormatFixed(TempFromByte(byte, 0), 0) + " °C";
-    case FieldScale::Degrees:
-      return fmt::format("{} °C", value);
-    case FieldScale::Percent:
-      return FormatFixed(DutyToPercent(byte), 1) + " %";
-    case FieldScale::Volts:
-      return FormatFixed(static_cast<float>(value) * SupplyOf(field.Register).ByteScale, 3) + " V";
-    case FieldScale::ThermTime:
-      return FormatFixed(ThermTime(byte), 0) + " ms";
-    case FieldScale::TachLow:
-      return fmt::format("{} of the count", value);
-    case FieldScale::TachHigh:
-      return fmt::format("{} × 256 of the count", value);
-  }
-  return {};
-}
-
-std::string ChangeText(int address, std::optional<std::uint8_t> from, std::uint8_t to) {
-  const auto rows = FieldsOf(address);
-  std::string text;
-  if (!from && rows.size() > 1) return text;
-  for (const RegisterField& field : rows) {
-    if (from && FieldValue(field, *from) == FieldValue(field, to)) continue;
-    text += fmt::format("{}{}: {} → {}", text.empty() ? "" : "; ", field.Name, from ? FieldText(field, *from) : "?",
-                        FieldText(field, to));
-  }
-  return text;
 }
 
 }  // namespace krx

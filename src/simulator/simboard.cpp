@@ -3,10 +3,13 @@
 
 #include <cstddef>
 
+#include "registers/boarddevices.h"
+
 namespace krx {
 namespace {
 
-constexpr int u5 = 0, u6 = 1, u4 = 2, u3 = 3;
+constexpr auto u5 = static_cast<std::size_t>(SwitchDevice::U5), u6 = static_cast<std::size_t>(SwitchDevice::U6),
+               u4 = static_cast<std::size_t>(SwitchDevice::U4), u3 = static_cast<std::size_t>(SwitchDevice::U3);
 
 /// The three switches of a fan group, closed, open, closed for a two-wire fan. Both orders of reading the group's
 /// bits give the same pattern.
@@ -19,8 +22,10 @@ ChipPins::TachWiring Wiring(int threeSwitches) {
 }  // namespace
 
 std::uint8_t* SimBoard::Device(std::uint8_t address) {
-  if (address < u5Address || address > u3Address || address % 2 != 0) return nullptr;
-  return &devices_[static_cast<std::size_t>((address - u5Address) / 2)];
+  for (const SwitchDevice device : {SwitchDevice::U5, SwitchDevice::U6, SwitchDevice::U4, SwitchDevice::U3}) {
+    if (SwitchDeviceAddress(device) == address) return &devices_[static_cast<std::size_t>(device)];
+  }
+  return nullptr;
 }
 
 std::uint8_t SimBoard::SwitchByte(std::uint8_t address) const {

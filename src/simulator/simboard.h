@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "link/commsmodule.h"
+
 namespace krx {
 
 /// The signals at the pins of one chip besides the measured quantities. The defaults describe a chip on the SMBus,
@@ -22,11 +24,6 @@ struct ChipPins {
 /// The evaluation board: four switch devices, and the two heaters in the control byte.
 class SimBoard {
  public:
-  static constexpr std::uint8_t u5Address = 0x90;
-  static constexpr std::uint8_t u6Address = 0x92;
-  static constexpr std::uint8_t u4Address = 0x94;
-  static constexpr std::uint8_t u3Address = 0x96;
-
   /// The device's byte, or null when no device is at this (8-bit) address.
   std::uint8_t* Device(std::uint8_t address);
 
@@ -34,9 +31,9 @@ class SimBoard {
   std::uint8_t SwitchByte(std::uint8_t address) const;
 
   void SetControlByte(std::uint8_t value) { control_ = value; }
-  /// Heater 1 in bit 4, heater 2 in bit 5, all others 0.
-  std::uint8_t StatusByte() const { return control_ & 0x30; }
-  bool HeaterOn(int heater) const { return (control_ & (heater == 1 ? 0x10 : 0x20)) != 0; }
+  /// The heaters' bits, all others 0.
+  std::uint8_t StatusByte() const { return control_ & (heaterMasks[0] | heaterMasks[1]); }
+  bool HeaterOn(int heater) const { return (control_ & heaterMasks[heater == 1 ? 0 : 1]) != 0; }
 
   /// The chip's pin signals with the present switch settings.
   ChipPins Pins(bool vidFollowsU3) const;
@@ -44,7 +41,7 @@ class SimBoard {
   bool BusMode = false;
 
  private:
-  std::array<std::uint8_t, 4> devices_ = {0x00, 0x00, 0x3F, 0x00};  // by address: U5, U6, U4, U3
+  std::array<std::uint8_t, 4> devices_ = {0x00, 0x00, 0x3F, 0x00};  // by SwitchDevice
   std::uint8_t control_ = 0;
 };
 

@@ -67,7 +67,7 @@ void SimChip::Write(std::uint8_t reg, std::uint8_t value) {
 
 std::uint8_t SimChip::Peek(std::uint8_t reg) const {
   const std::uint8_t value = registers_[reg];
-  if (reg == chip::Vid) return static_cast<std::uint8_t>((value & 0xC0) | pins_.Vid);
+  if (reg == chip::Vid) return static_cast<std::uint8_t>((value & ~chip::VidInputs) | pins_.Vid);
   const bool ready = reg == chip::Configuration1 && registers_.Monitoring() && measure_.Measured();
   return ready ? static_cast<std::uint8_t>(value | chip::Ready) : value;
 }

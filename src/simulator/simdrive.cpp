@@ -5,12 +5,12 @@
 #include <cmath>
 #include <utility>
 
+#include "registers/codes.h"
+
 namespace krx {
 namespace {
 
 using Reg = SimRegisters;
-
-constexpr int alwaysOn = 3, alwaysOff = 4, manual = 7;
 
 /// By Trange code, % per °C.
 constexpr std::array<double, 16> slopes{33.5, 26.8, 20.12, 16.75, 13.4, 10.04, 8.38, 6.7,
@@ -32,7 +32,7 @@ bool DrivenBy(const Reg& registers, std::size_t pwm, std::size_t zone) {
 double RampPerStep(const Reg& registers, std::size_t pwm) {
   const chip::Output& row = chip::Outputs[pwm];
   if (!registers.Has(row.Acoustics, row.AcousticsEnable)) return 255;
-  const auto code = static_cast<std::size_t>((registers[row.Acoustics] >> row.RampShift) & 7);
+  const auto code = static_cast<std::size_t>((registers[row.Acoustics] >> row.RampShift) & chip::RampMask);
   return 8.0 * rampRates[code] * SimPlant::stepSeconds;
 }
 
@@ -56,9 +56,9 @@ bool SimDrive::SettleOutput(const SimRegisters& registers, std::size_t pwm, bool
   if (automatic && registers.Monitoring() && measured) return false;
   Output& output = outputs_[pwm];
   // An automatic output without valid temperatures runs at full duty.
-  if (automatic || behaviour == alwaysOn) output.Duty = 255;
-  if (behaviour == alwaysOff) output.Duty = 0;
-  if (behaviour == manual) output.Duty = std::exchange(output.Written, std::nullopt).value_or(output.Duty);
+  if (automatic || behaviour == alwaysOnBehaviour) output.Duty = 255;
+  if (behaviour == alwaysOffBehaviour) output.Duty = 0;
+  if (behaviour == manualBehaviour) output.Duty = std::exchange(output.Written, std::nullopt).value_or(output.Duty);
   output.Ramp = output.Duty;
   output.On.fill(output.Duty > 0);
   output.SpinUpSteps = 0;
@@ -92,7 +92,7 @@ void SimDrive::StepAutomatic(const SimRegisters& registers, const SimMeasure& me
   if (target <= 0) {
     output.SpinUpSteps = 0;
   } else if (duty == 0) {
-    output.SpinUpSteps = spinUpSteps[registers[chip::Outputs[pwm].Configuration] & 7u];
+    output.SpinUpSteps = spinUpSteps[registers[chip::Outputs[pwm].Configuration] & chip::SpinUpMask];
     // Not below the present ramp value: a slow ramp takes several steps to its first whole count.
     output.Ramp = std::max(output.Ramp, std::min<double>(target, registers[chip::Outputs[pwm].MinimumDuty]));
   }
@@ -114,7 +114,7 @@ double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::si
   bool& on = outputs_[pwm].On[zone];
   if (celsius >= tmin) {
     on = true;
-    const double slope = slopes[registers[row.Trange] >> 4];
+    const double slope = slopes[registers[row.Trange] >> chip::TrangeShift];
     return std::min(255.0, minimum + slope * 2.55 * (celsius - tmin));
   }
   if (celsius < tmin - registers.HysteresisOf(row)) on = false;
@@ -123,16 +123,11 @@ double SimDrive::ZoneDuty(const SimRegisters& registers, double celsius, std::si
 }
 
 void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, const std::array<bool, 3>& fanRunning) {
-  // By zone: its bits in 0x36. The cycle code of Remote1 is spread over both registers.
-  constexpr std::array<int, 3> enableBits{6, 5, 7};
-  constexpr std::array<int, 3> prochotBits{3, 2, 4};
-  const int low = registers[chip::DynamicTmin2];
-  const std::array<int, 3> codes{(low >> 3) & 7, ((registers[chip::DynamicTmin1] & 1) << 2) | (low >> 6), low & 7};
-
+  const int cycles = registers[chip::DynamicTmin1] * 256 + registers[chip::DynamicTmin2];
   for (std::size_t z = 0; z < zones_.size(); ++z) {
     const chip::Zone& row = chip::Zones[z];
     const int opPoint = registers.Signed(row.OperatingPoint);
-    const bool prochot = measure.Prochot() && registers.Bit(chip::DynamicTmin1, prochotBits[z]);
+    const bool prochot = measure.Prochot() && registers.Has(chip::DynamicTmin1, row.Prochot);
     const auto running = [&] {
       for (std::size_t pwm = 0; pwm < fanRunning.size(); ++pwm) {
         if (DrivenBy(registers, pwm, z) && fanRunning[pwm]) return true;
@@ -142,7 +137,7 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
     int direction = 0;
     // With an open diode the temperature is unknown.
     const bool known = measure.Measured() && !measure.DiodeOpen(z);
-    if (registers.Monitoring() && known && registers.Bit(chip::DynamicTmin1, enableBits[z])) {
+    if (registers.Monitoring() && known && registers.Has(chip::DynamicTmin1, row.DynamicTmin)) {
       if (prochot || measure.Celsius(z) > opPoint) {
         direction = -1;
       } else if (measure.Celsius(z) < opPoint && running()) {
@@ -152,7 +147,8 @@ void SimDynamicTmin::Step(SimRegisters& registers, const SimMeasure& measure, co
     Zone& zone = zones_[z];
     if (direction != zone.Direction) zone = {direction, 0};
     if (direction == 0) continue;
-    const int period = (direction < 0 ? 50 : 100) << codes[z];  // 0.5 s and 1 s, doubled by each code
+    const int code = cycles >> row.CycleShift & chip::CycleMask;
+    const int period = (direction < 0 ? 50 : 100) << code;  // 0.5 s and 1 s, doubled by each code
     if (++zone.Steps < period) continue;
     zone.Steps = 0;
     const int tmin = registers.Signed(row.Tmin);

@@ -23,7 +23,7 @@ constexpr double voltageNoise = 0.001;
 constexpr unsigned temperatureChannel = 4;  // after the four fans
 constexpr unsigned voltageChannel = 7;
 
-constexpr std::size_t channel5V = 0, channel25V = 4;
+constexpr std::size_t supply5V = 0;
 
 bool ThermEnabled(const Reg& registers) {
   return registers.Has(chip::Configuration3, chip::ThermEnabled);
@@ -48,13 +48,15 @@ int Count(const Reg& registers, std::size_t low) {
 
 bool PulsesArrive(const Reg& registers, const ChipPins& pins, int tach) {
   if (tach == 3 && ThermOnTach4(registers)) return false;
-  switch (pins.Tach[static_cast<std::size_t>(tach)]) {
+  const auto t = static_cast<std::size_t>(tach);
+  const bool twoWire = registers.Has(chip::Configuration2, chip::Tachs[t].TwoWire);
+  switch (pins.Tach[t]) {
     case ChipPins::TachWiring::Always:
       return true;
     case ChipPins::TachWiring::ThreeWire:
-      return !registers.Bit(chip::Configuration2, tach);
+      return !twoWire;
     case ChipPins::TachWiring::TwoWire:
-      return registers.Bit(chip::Configuration2, tach);
+      return twoWire;
     case ChipPins::TachWiring::None:
       return false;
   }
@@ -67,7 +69,7 @@ void ConvertVoltage(Reg& registers, const chip::Supply& row, double volts, bool 
           ? 0
           : static_cast<int>(std::clamp(std::floor(volts / static_cast<double>(row.CodeScale) + 0.5), 0.0, 1023.0));
   registers[row.Value] = static_cast<std::uint8_t>(code >> 2);
-  PutBits(registers, row.Extension, row.ExtensionShift, 3, code);
+  PutBits(registers, row.Extension, row.ExtensionShift, chip::ExtensionMask, code);
   const int byte = code >> 2;
   const bool outside = byte < registers[row.LowLimit] || byte > registers[row.HighLimit];
   PutBits(registers, row.Status, row.StatusBit, 1, outside && !pinInUse);
@@ -83,9 +85,9 @@ void CompareFans(Reg& registers) {
   }
 }
 
-/// Set at the limit, cleared below limit - hysteresis. The lowest limit, 0x80, disables it.
+/// Set at the limit, cleared below limit - hysteresis.
 bool Overheats(const Reg& registers, const chip::Zone& zone, double celsius, bool before) {
-  if (registers[zone.Therm] == 0x80) return false;
+  if (registers[zone.Therm] == chip::NoThermLimit) return false;
   return celsius >= registers.Signed(zone.Therm) - (before ? registers.HysteresisOf(zone) : 0);
 }
 
@@ -105,7 +107,7 @@ double DecodeTemperature(TemperatureCode code) {
 }
 
 void SimMeasure::Step(SimRegisters& registers, const PlantState& plant, const ChipPins& pins, std::int64_t step) {
-  const int tachPeriod = registers.Bit(chip::Configuration3, 3) ? fastTachPeriodSteps : tachPeriodSteps;
+  const int tachPeriod = registers.Has(chip::Configuration3, chip::FastTachs) ? fastTachPeriodSteps : tachPeriodSteps;
   NoticePulses(registers, plant, pins, step);
   if (++tachSteps_ >= tachPeriod) {
     tachSteps_ = 0;
@@ -139,14 +141,15 @@ void SimMeasure::NoticePulses(SimRegisters& registers, const PlantState& plant, 
 void SimMeasure::MeasureTach(SimRegisters& registers, const PlantState& plant, int tach, bool arriving,
                              std::int64_t step) const {
   const auto t = static_cast<std::size_t>(tach);
-  const int programmed = ((registers[chip::FanPulses] >> (2 * tach)) & 3) + 1;
+  const chip::Tach& row = chip::Tachs[t];
+  const int programmed = ((registers[chip::FanPulses] >> row.PulsesShift) & chip::PulsesMask) + 1;
   const double rpm = plant.Rpm[t] * (1 + noise_.At(step, static_cast<unsigned>(tach), fanRipple));
   int count = 0xFFFF;
   if (arriving && rpm > 1) {
     count = static_cast<int>(std::min(tachClock * programmed / (realPulses_[t] * rpm), 65535.0));
   }
-  registers[0x28 + 2 * t] = static_cast<std::uint8_t>(count & 0xFF);
-  registers[0x29 + 2 * t] = static_cast<std::uint8_t>(count >> 8);
+  registers[row.Low] = static_cast<std::uint8_t>(count & 0xFF);
+  registers[row.High] = static_cast<std::uint8_t>(count >> 8);
 }
 
 void SimMeasure::CountProchot(SimRegisters& registers, const PlantState& plant, const ChipPins& pins) {
@@ -167,7 +170,7 @@ void SimMeasure::Convert(SimRegisters& registers, const PlantState& plant, const
     const unsigned noiseChannel = voltageChannel + static_cast<unsigned>(channel);
     const double volts = plant.Volts[channel] * (1 + noise_.At(step, noiseChannel, voltageNoise));
     const bool pinInUse =
-        (channel == channel5V && ThermOn5V(registers)) || (channel == channel25V && AlertOn25V(registers));
+        (channel == supply5V && ThermOn5V(registers)) || (channel == chip::CurrentSupply && AlertOn25V(registers));
     ConvertVoltage(registers, chip::Supplies[channel], volts, pinInUse);
   }
   CompareFans(registers);
@@ -188,7 +191,7 @@ void SimMeasure::ConvertTemperatures(SimRegisters& registers, const PlantState& 
     const TemperatureCode code = EncodeTemperature(celsius);
     celsius_[zone] = DecodeTemperature(code);
     registers[row.Value] = code.Byte;
-    PutBits(registers, chip::ExtendedResolution2, row.FractionShift, 3, code.Fraction);
+    PutBits(registers, chip::ExtendedResolution2, row.FractionShift, chip::ExtensionMask, code.Fraction);
     const bool outside =
         celsius_[zone] < registers.Signed(row.LowLimit) || celsius_[zone] > registers.Signed(row.HighLimit);
     PutBits(registers, chip::InterruptStatus1, row.StatusBit, 1, outside);

@@ -10,7 +10,8 @@ struct Range {
   std::uint8_t Value;
 };
 
-/// Registers that are not 0 after power-on.
+/// Registers that are not 0 after power-on. Written out, like the constants of the conversions in simmeasure.cpp,
+/// without the console's own names: a wrong one there then shows as a wrong reading.
 constexpr Range resetRows[] = {
     {0x25, 0x27, 0x80},  // temperatures: not measured
     {0x28, 0x2F, 0xFF},  // tachometers: stopped
@@ -29,10 +30,13 @@ constexpr Range resetRows[] = {
 };
 
 constexpr Range writableRows[] = {
-    {0x30, 0x37, 0xFF}, {0x40, 0x40, static_cast<std::uint8_t>(~chip::Ready)},
-    {0x43, 0x43, 0xC0},  // VID5 to VID0 are inputs
-    {0x44, 0x75, 0xFF}, {0x78, 0x78, 0xFF},
-    {0x7A, 0x7B, 0xFF}, {0x7D, 0x7F, 0xFF},
+    {0x30, 0x37, 0xFF},
+    {0x40, 0x40, static_cast<std::uint8_t>(~chip::Ready)},
+    {0x43, 0x43, static_cast<std::uint8_t>(~chip::VidInputs)},
+    {0x44, 0x75, 0xFF},
+    {0x78, 0x78, 0xFF},
+    {0x7A, 0x7B, 0xFF},
+    {0x7D, 0x7F, 0xFF},
 };
 
 }  // namespace

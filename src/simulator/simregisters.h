@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "registers/chip.h"
+#include "registers/conversions.h"
 
 namespace krx {
 
@@ -15,15 +16,14 @@ struct SimRegisters {
 
   std::uint8_t& operator[](std::size_t reg) { return Bytes[reg]; }
   std::uint8_t operator[](std::size_t reg) const { return Bytes[reg]; }
-  int Signed(std::size_t reg) const { return static_cast<std::int8_t>(Bytes[reg]); }
-  bool Bit(std::size_t reg, int bit) const { return ((Bytes[reg] >> bit) & 1) != 0; }
+  int Signed(std::size_t reg) const { return SignedByte(Bytes[reg]); }
   bool Has(std::size_t reg, std::uint8_t mask) const { return (Bytes[reg] & mask) != 0; }
   int HysteresisOf(const chip::Zone& zone) const;  ///< °C
   bool Monitoring() const { return Has(chip::Configuration1, chip::Start); }
 };
 
 inline int SimRegisters::HysteresisOf(const chip::Zone& zone) const {
-  return (Bytes[zone.Hysteresis] >> zone.HysteresisShift) & 0x0F;
+  return (Bytes[zone.Hysteresis] >> zone.HysteresisShift) & chip::HysteresisMask;
 }
 
 /// The zones that control an output, by behaviour code: bit 0 Local, bit 1 Remote1, bit 2 Remote2. No zone: the

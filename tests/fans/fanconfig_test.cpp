@@ -167,11 +167,12 @@ TEST(ApplyPreview, ListsEveryWriteOfAnApplyAndMakesOnlyItsReads) {
   for (const PlannedWrite& write : preview.Writes) planned += fmt::format("{:02X} ", write.New);
   EXPECT_EQ(planned, "E2 E2 C0 C0 E0 E0 4C 4C 55 55 20 60 F0 E0 01 05 09 A0 2A 30 2A 30 68 80 6F F0 ");
   const std::pair<std::size_t, const char*> texts[] = {
-      {0, "5Ch PWM1 Configuration Register: 62h -> E2h (PWM1 behaviour: Always On → Manual Control)"},
-      {6, "64h PWM1 Min. Duty Cycle: 80h -> 4Ch (PWM1 minimum duty: 50.2 % → 29.8 %)"},
-      {7, "65h PWM2 Min. Duty Cycle: ? -> 4Ch (PWM2 minimum duty: ? → 29.8 %)"},
-      {15, "90h switches U5: 00h -> 05h"},
-      {17, "92h switches U6: 00h -> A0h"}};
+      {0, "5Ch PWM1 Configuration Register: 62h → E2h (PWM1 behaviour: Always On → Manual Control)"},
+      {6, "64h PWM1 Min. Duty Cycle: 80h → 4Ch (PWM1 minimum duty: 50.2 % → 29.8 %)"},
+      {7, "65h PWM2 Min. Duty Cycle: ? → 4Ch (PWM2 minimum duty: ? → 29.8 %)"},
+      {10, "62h Enhance Acoustics Reg 1: 00h → 20h (PWM1 hysteresis: on → off)"},
+      {15, "90h switches U5: 00h → 05h"},
+      {17, "92h switches U6: 00h → A0h"}};
   for (const auto& [write, text] : texts) EXPECT_EQ(PlannedWriteText(preview.Writes.at(write)), text);
   bench.Edit(0, {{MinimumDuty, "200"}});
   EXPECT_EQ(PreviewApply(bench.Bus, bench.Fans, bench.Fields).Refusal->Message, "Invalid Min PWM Value");

@@ -146,9 +146,8 @@ void ConsoleRun::ShowMainForm() {
 /// A simulated chip comes up without monitoring, as a real one does, and a first look would show nothing move. Only
 /// there is it started unasked: hardware is left as it was found.
 void ConsoleRun::StartSimulatedMonitoring() {
-  constexpr std::uint8_t start = 0x01;
   const Link::MayGiveUp unlessEnding(link_);
-  UpdateBits(link_, chip::Configuration1, start, start);
+  UpdateBits(link_, chip::Configuration1, chip::Start, chip::Start);
   mainForm_->ShowNotice(u"Monitoring was started on the simulated chip"_s);
 }
 

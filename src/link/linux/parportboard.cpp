@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "link/commserror.h"
+#include "link/commsmodule.h"
 
 namespace krx {
 
@@ -19,8 +20,8 @@ struct HeaterLines {
   std::optional<PortLine> PortLines::*In;
 };
 
-constexpr std::array heaters{HeaterLines{0x10, &PortLines::Heater1Out, &PortLines::Heater1In},
-                             HeaterLines{0x20, &PortLines::Heater2Out, &PortLines::Heater2In}};
+constexpr std::array heaters{HeaterLines{heaterMasks[0], &PortLines::Heater1Out, &PortLines::Heater1In},
+                             HeaterLines{heaterMasks[1], &PortLines::Heater2Out, &PortLines::Heater2In}};
 
 /// Releases the port however the transaction ends.
 class Claimed {
