@@ -50,7 +50,8 @@ std::vector<double> GaugeScale::Ticks(int most) const {
   const auto first = [&] { return std::ceil(Minimum / step - 1e-9); };
   const auto last = [&] { return std::floor(Maximum / step + 1e-9); };
   while (last() - first() + 1 > most) step = RoundStep(step * 1.5);
-  for (double index = first(); index <= last(); ++index) ticks.push_back(index * step);
+  const int count = static_cast<int>(last() - first()) + 1;
+  for (int index = 0; index < count; ++index) ticks.push_back((first() + index) * step);
   return ticks;
 }
 

@@ -52,8 +52,9 @@ TraceHistory::Run TraceHistory::NewEntry(std::size_t level) {
   const std::uint64_t size = ChunkSize(level);
   if (store.Count % size == 0) {
     const std::uint64_t columns = level == 0 ? 1 : 2;
-    store.Chunks.push_back({std::make_unique_for_overwrite<std::int64_t[]>(size * columns),
-                            std::make_unique_for_overwrite<float[]>(size * columns * traceCount_)});
+    Chunk& chunk = store.Chunks.emplace_back();
+    chunk.Times = std::make_unique_for_overwrite<std::int64_t[]>(size * columns);
+    chunk.Values = std::make_unique_for_overwrite<float[]>(size * columns * traceCount_);
   }
   return RunAt(level, store.Count++);
 }

@@ -230,8 +230,8 @@ std::uint8_t RegisterField::Mask() const {
 }
 
 std::span<const RegisterField> FieldsOf(int address) {
-  const auto rows = std::ranges::equal_range(fields, address, {}, &RegisterField::Register);
-  return {rows.begin(), rows.end()};
+  return {std::ranges::lower_bound(fields, address, {}, &RegisterField::Register),
+          std::ranges::upper_bound(fields, address, {}, &RegisterField::Register)};
 }
 
 int FieldValue(const RegisterField& field, std::uint8_t byte) {

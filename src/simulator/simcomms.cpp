@@ -10,7 +10,7 @@
 namespace krx {
 namespace {
 
-constexpr std::int64_t longestGapSteps = 3600 * 100;
+constexpr std::int64_t longestGapSteps = std::int64_t{3600} * 100;
 
 double ClockSeconds(Clock& clock) {
   const std::int64_t frequency = clock.Frequency();
