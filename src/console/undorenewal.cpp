@@ -13,9 +13,9 @@ namespace {
 /// What the reading cycle reads again and again: it may be standing still.
 void RenewReadings(Workbench& bench, const UndoStep& step) {
   for (std::size_t i = 0; i < 3; ++i) {
-    if (step.Register == chip::Zones[i].Tmin) bench.Zones.ZoneTmin[i] = static_cast<std::int8_t>(step.Value);
-    if (step.Register == chip::Zones[i].OperatingPoint)
-      bench.Zones.ZoneOpPoint[i] = static_cast<std::int8_t>(step.Value);
+    const auto celsius = static_cast<std::int16_t>(TempFromByte(step.Value, 0));
+    if (step.Register == chip::Zones[i].Tmin) bench.Zones.ZoneTmin[i] = celsius;
+    if (step.Register == chip::Zones[i].OperatingPoint) bench.Zones.ZoneOpPoint[i] = celsius;
     if (step.Register == chip::Outputs[i].Duty) bench.Measured.DutyTexts[i] = DutyText(DutyToPercent(step.Value));
   }
   std::array<int, 3>& hysteresis = bench.Measured.ZoneHysteresis;

@@ -18,7 +18,7 @@ namespace krx {
 namespace {
 
 // A wiring has ten lines; a longer file is another one, or a device that never ends.
-constexpr std::size_t mostBytes = 64 * 1024;
+constexpr std::size_t mostBytes = std::size_t{64} * 1024;
 
 struct RegisterPins {
   const char* Name;
