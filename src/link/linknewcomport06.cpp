@@ -120,7 +120,9 @@ void LinkNewComPort06::Delay(double seconds) {
   const auto now = [&] { return counting ? ElapsedSeconds() : clock_.FallbackSeconds(); };
   const double end = (counting ? start : clock_.FallbackSeconds()) + seconds;
   const PumpMode mode = TransferInProgress() ? PumpMode::HoldUserInput : PumpMode::Everything;
-  for (double left = end - now(); left > 0; left = end - now()) {
+  while (true) {
+    const double left = end - now();
+    if (!(left > 0)) return;
     // A wait no longer than the busy loop would otherwise handle no events at all.
     if (left > spinSeconds || seconds <= spinSeconds) pump_->Pump(std::max(left - spinSeconds, 0.0), mode);
   }

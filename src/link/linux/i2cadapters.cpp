@@ -86,7 +86,7 @@ std::string ChipsetReportOf(const std::optional<I2cAdapter>& adapter, std::optio
     return number ? fmt::format("No adapter i2c-{} found", *number)
                   : "Unsupported and unrecognised: no SMBus adapter found";
   }
-  const std::string where = AdapterLabel(*adapter);
+  std::string where = AdapterLabel(*adapter);
   if (adapter->Vendor == intelVendor) {
     for (const IchId& id : ichIds) {
       if (id.Device == adapter->Device) return fmt::format("{} ({})", id.Generation, where);

@@ -18,7 +18,7 @@ namespace krx {
 namespace {
 
 // A wiring file has about ten lines; a longer one is a different file or an endless device.
-constexpr std::size_t mostBytes = 64 * 1024;
+constexpr std::size_t mostBytes = std::size_t{64} * 1024;
 
 struct RegisterPins {
   const char* Name;
