@@ -127,7 +127,7 @@ UndoOffer RegisterHistory::OfferUndo(std::optional<std::size_t> chosen) const {
   const HistoryRow* row = chosen && *chosen < rows_.size() ? &rows_[*chosen] : nullptr;
   if (row == nullptr) {
     const auto found = std::ranges::find_if(rows_, undoable);
-    if (found == rows_.end()) return {false, "No write of yours to undo"};
+    if (found == rows_.end()) return {false, "Nothing to undo"};
     row = &*found;
   }
   if (!row->Write) return {false, "A reading changes nothing"};

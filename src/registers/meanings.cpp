@@ -30,9 +30,9 @@ struct Kind {
 constexpr Kind kinds[] = {
     {0x20, 1, inputsBut12V, "Measured {} voltage, upper 8 of 10 bits. Extended Resolution 1 holds the lower two."},
     {0x24, 1, input12V, "Measured {} voltage, upper 8 of 10 bits. Extended Resolution 2 holds the lower two."},
-    {0x25, 1, zones, "Measured {} temperature in whole degrees. Extended Resolution 2 holds the quarters."},
-    {0x28, 2, tachs, "Lower half of the {} count: 5,400,000 divided by the whole count is the speed in RPM."},
-    {0x29, 2, tachs, "Upper half of the {} count: 5,400,000 divided by the whole count is the speed in RPM."},
+    {0x25, 1, zones, "Measured {} temperature in whole degrees. Extended Resolution 2 holds the fraction."},
+    {0x28, 2, tachs, "Low byte of the {} count: 5,400,000 divided by the whole count is the speed in RPM."},
+    {0x29, 2, tachs, "High byte of the {} count: 5,400,000 divided by the whole count is the speed in RPM."},
     {0x30, 1, outputs, "Present duty of output {}. A write sets it while the output is in manual control."},
     {0x33, 1, zones, "Temperature with respect to which dynamic Tmin control moves the {} zone's Tmin."},
     {0x36, 1, none, "Switches dynamic Tmin control on per zone, and says on which zones PROCHOT acts."},
@@ -51,8 +51,8 @@ constexpr Kind kinds[] = {
     {0x45, 2, inputs, "Highest {} voltage without an alarm."},
     {0x4E, 2, zones, "Lowest {} temperature without an alarm."},
     {0x4F, 2, zones, "Highest {} temperature without an alarm."},
-    {0x54, 2, tachs, "Lower half of the highest {} count without an alarm, which stands for the lowest speed."},
-    {0x55, 2, tachs, "Upper half of the highest {} count without an alarm, which stands for the lowest speed."},
+    {0x54, 2, tachs, "Low byte of the highest {} count without an alarm, which stands for the lowest speed."},
+    {0x55, 2, tachs, "High byte of the highest {} count without an alarm, which stands for the lowest speed."},
     {0x5C, 1, outputs,
      "Decides what drives output {}: one temperature zone, the hottest of several, a fixed level, or the duty written "
      "by "

@@ -108,9 +108,9 @@ TEST(RegisterHistory, IsWhatPassedOfTheRegisterNewestFirstWithAnActionsReadingsI
 
 TEST(RegisterHistory, OffersTheUndoOfTheNewestActionOnly) {
   HistoryBench bench;
-  EXPECT_EQ(bench.Offer(), "-No write of yours to undo");
+  EXPECT_EQ(bench.Offer(), "-Nothing to undo");
   bench.Do("*Start-up", "r5C r5D w5C:61");
-  EXPECT_EQ(bench.Offer(), "-No write of yours to undo");
+  EXPECT_EQ(bench.Offer(), "-Nothing to undo");
   EXPECT_EQ(bench.Offer(0), "-Written by the console itself");
   EXPECT_EQ(bench.Offer(1), "-A reading changes nothing");
   bench.Do("A", "w5C:C2");
