@@ -51,6 +51,7 @@ void ControlModel::Enter() {
   state_.Alert25vOffered = parts_.BoardFlags.VidProbeSteady;
   state_.VidShown = parts_.BoardFlags.VidProbed && !parts_.BoardFlags.VidProbeSteady;
   state_.VidProbed = parts_.BoardFlags.VidProbed;
+  state_.HeatersRead = {};
   RefreshTherm();
   RefreshAlert();
   // The Temp switches are closed at power-up and are not read elsewhere: without this, a click on one diode would open
@@ -117,6 +118,8 @@ void ControlModel::SetVid(std::size_t input, bool closed) {
 }
 
 void ControlModel::SetHeater(std::size_t heater, bool on) {
+  // A transfer that fails may have switched it or not.
+  state_.HeatersRead.at(heater) = false;
   parts_.EvalBoard.SetHeater(heater, on);
   state_.Heaters.at(heater) = on;
   state_.HeatersRead.at(heater) = true;

@@ -64,7 +64,7 @@ std::string Hex(std::uint8_t byte) {
 }  // namespace
 
 std::optional<std::uint8_t> RegisterView::Shown() const {
-  if (HexValue.empty()) return std::nullopt;
+  if (!BitsKnown) return std::nullopt;
   unsigned byte = 0;
   for (std::size_t bit = 0; bit < Bits.size(); ++bit) byte |= (Bits.at(bit) ? 1U : 0U) << bit;
   return static_cast<std::uint8_t>(byte);
@@ -128,7 +128,9 @@ void RegisterPanel::ShowRegister(int row) {
   view_.Address = Hex(entry.Address);
   view_.HexValue.clear();
   view_.DecimalValue.clear();
+  lastRead_.reset();
   ShowBits(0);
+  view_.BitsKnown = false;
   Read(entry.Address);
 }
 
@@ -141,12 +143,14 @@ void RegisterPanel::Read(std::uint8_t address) {
 
 void RegisterPanel::ShowBits(std::uint8_t byte) {
   for (std::size_t bit = 0; bit < view_.Bits.size(); ++bit) view_.Bits.at(bit) = (byte >> bit & 1) != 0;
+  view_.BitsKnown = true;
 }
 
 void RegisterPanel::UpdateRegisterInfo() {
-  ShowBits(lastRead_);
-  view_.HexValue = Hex(lastRead_);
-  view_.DecimalValue = std::to_string(lastRead_);
+  if (!lastRead_) return;
+  ShowBits(*lastRead_);
+  view_.HexValue = Hex(*lastRead_);
+  view_.DecimalValue = std::to_string(*lastRead_);
 }
 
 void RegisterPanel::ShowWrittenElsewhere(std::uint8_t address, std::uint8_t byte) {
@@ -193,6 +197,7 @@ void RegisterPanel::RejectEntries(std::string_view why) {
 void RegisterPanel::WriteDecimalEntry() {
   if (const auto why = WhyRefused(decimalEntry_, 10); !why.empty()) return RejectEntries(why);
   if (!view_.Editable) return;
+  decimalButton_ = EntryState::Unwritten;  // until it has succeeded
   const std::uint8_t byte = decimalEntry_.empty() ? 0 : *ByteOf(decimalEntry_, 10);
   const std::uint8_t address = SelectedRegister().Address;
   WriteByte(link_, address, byte);
@@ -207,6 +212,7 @@ void RegisterPanel::WriteHexEntry() {
   // The register whose address is shown, which is the selected one.
   const auto address = ByteOf(view_.Address, 16);
   if (!address) return;
+  hexButton_ = EntryState::Unwritten;
   const std::uint8_t byte = *ByteOf(hexEntry_, 16);
   WriteByte(link_, *address, byte);
   ShowWritten(*address, byte);

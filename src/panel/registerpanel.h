@@ -23,7 +23,8 @@ struct RegisterView {
   std::uint8_t Register = 0;  ///< 0: none was selected yet
   std::string Address;        ///< hexadecimal without prefix; the target of the hexadecimal write
   std::string Name;
-  std::string HexValue;  ///< of the last read
+  bool BitsKnown = false;  ///< read or written since the register was selected
+  std::string HexValue;    ///< of the last read
   std::string DecimalValue;
   std::array<bool, 8> Bits{};  ///< of the last read, or of the byte just written; b0 first
   std::array<std::string_view, 8> BitNames{};
@@ -98,7 +99,7 @@ class RegisterPanel {
   std::array<RowState, rowCount + 1> rows_{};  ///< by row number; index 0 is unused
   int currentRow_ = 1;
   int lastSelectedRow_ = 1;
-  std::uint8_t lastRead_ = 0;
+  std::optional<std::uint8_t> lastRead_;  ///< of the selected register
   std::uint8_t lastWritten_ = 0;
   std::string hexEntry_;
   std::string decimalEntry_;

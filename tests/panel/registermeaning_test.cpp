@@ -62,7 +62,7 @@ TEST(RegisterMeaning, EveryRegisterHasAPurposeOfItsOwnSubject) {
   EXPECT_EQ(
       RegisterMeaning(0x60),
       "Range of the Local zone's temperature over which its fans go up to full speed, and the frequency of PWM2.");
-  EXPECT_TRUE(RegisterMeaning(0x2D).starts_with("Upper half of the Tach3 count"));
+  EXPECT_TRUE(RegisterMeaning(0x2D).starts_with("High byte of the Tach3 count"));
 }
 
 }  // namespace

@@ -150,6 +150,18 @@ TEST(RegisterPanel, AfterAFailedTransferNoValueOfAnotherRegisterIsShown) {
       EXPECT_EQ(bench.Shown(), row.Shown);
     }
   }
+  PanelBench bench;
+  bench.Poke(0x7D, 0x81);
+  bench.Do("c90");
+  bench.FailTransfer(1);
+  EXPECT_THROW(bench.Do("c66"), CommsError);
+  EXPECT_EQ(bench.Panel.View().Shown(), std::nullopt);
+  bench.Do("H22");
+  EXPECT_EQ(bench.Shown(), "30   00100010") << "written, but never read";
+  EXPECT_EQ(bench.Boxes(), "22w 34w");
+  bench.FailTransfer(1);
+  EXPECT_THROW(bench.Do("H22"), CommsError);
+  EXPECT_EQ(bench.Boxes(), "22u 34w") << "the same byte once more, and it is not known to have arrived";
 }
 
 }  // namespace

@@ -52,6 +52,7 @@ FrmSwitchAccess::FrmSwitchAccess(Board& board, UserDialogs& dialogs, bool readOn
   for (const Tab& tab : Tabs()) tabs->addTab(MakeTab(tab.Groups, !readOnly), tab.Caption);
   auto* const readAll = new QPushButton(u"ReadAll"_s);
   readAll->setObjectName(u"cmdReadAll"_s);
+  readAll->setDefault(true);
   layout->addWidget(readAll, 0, Qt::AlignLeft);
   connect(readAll, &QPushButton::clicked, this, [this] { Act([this] { board_.ReadAll(); }); });
 }
@@ -92,6 +93,7 @@ QWidget* FrmSwitchAccess::MakeGroup(std::string_view group, bool settable) {
     auto* const button = new QPushButton(designator);
     button->setObjectName(u"cmdSwitch"_s + designator);
     button->setEnabled(settable);
+    button->setAutoDefault(false);  // Return writes nothing
     button->setFixedWidth(fontMetrics().horizontalAdvance(widestDesignator.toString()) +
                           fontMetrics().height() * 7 / 4);
     auto* const word = new QLabel;

@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "console/ui/resources.h"
+#include "controls/ui/copyrows.h"
 #include "controls/ui/texts.h"
 
 namespace krx {
@@ -31,7 +32,7 @@ constexpr Shortcut shortcuts[] = {
     {"Anywhere", "Ctrl+J", "Show or hide the bus journal"},
     {"Anywhere", "Ctrl+Shift+S", "Save a picture of the window"},
     {"Anywhere", "Ctrl+Q", "Exit"},
-    {"Anywhere", "Menu key or right click", "Copy a value or the selected rows of a table"},
+    {"A value, rows of a table", "Right click", "Copy"},
     {"Tables", "Ctrl+C", "Copy the selected rows"},
     {"Register list", "Up, Down, Page Up, Page Down, Home, End", "Select a register"},
     {"Register filter", "Down, Return", "Go to the first match, select it"},
@@ -71,6 +72,7 @@ QTableWidget* MakeShortcutTable() {
   table->horizontalHeader()->setStretchLastSection(true);
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table->resizeColumnsToContents();
+  MakeRowsCopyable(*table);
   return table;
 }
 

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "controls/ui/filesaving.h"
+#include "controls/ui/userdialogs.h"
 
 namespace krx {
 
@@ -19,7 +20,10 @@ QString SaveWindowPicture(QWidget& window, UserDialogs& dialogs) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
-  picture.save(&buffer, "PNG");
+  if (!picture.save(&buffer, "PNG")) {
+    dialogs.Critical(NotSavedText(u"The picture"_s, u"it could not be encoded"_s));
+    return {};
+  }
   return SaveAndTell(dialogs, u"The picture"_s, *name, bytes);
 }
 

@@ -106,6 +106,7 @@ HeaterSection::HeaterSection(const ControlAccess& access)
     words_[i] = MakeLabel({}, noteScale, false, true);
     words_[i]->setObjectName(u"lblHeater%1"_s.arg(zone));
     lines_[i] = new Sparkline(channels[zone].Trace);
+    lines_[i]->setAccessibleName(ZoneName(zone) + u", last 60 s"_s);
     values_[i] = new ReadingLabel(u"lblHeaterZone%1"_s.arg(zone), ZoneName(zone), valueScale);
     trends_[i] = MakeLabel({}, noteScale, false, true);
     trends_[i]->setObjectName(u"lblTrend%1"_s.arg(zone));

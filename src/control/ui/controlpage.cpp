@@ -193,6 +193,7 @@ void ControlPage::Act(const std::function<void()>& action) {
 }
 
 void ControlPage::ShowState() {
+  model_.ShowPins();  // a failed transfer may have made the pins unknown
   const ControlState& state = model_.State();
   therm_->ShowState(state);
   alert_->ShowState(state);

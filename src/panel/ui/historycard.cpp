@@ -109,10 +109,13 @@ void HistoryCard::OfferUndo() {
 }
 
 void HistoryCard::Undo() {
-  // What was offered may be old by a moment.
+  // What was offered may be old by a moment; then the new offer is shown instead of being carried out unread.
+  const QString offered = words_->text();
   Refresh();
-  if (undo_->isEnabled()) emit UndoRequested();
+  OfferUndo();
+  if (undo_->isEnabled() && words_->text() == offered) emit UndoRequested();
   Refresh();
+  OfferUndo();
 }
 
 }  // namespace krx

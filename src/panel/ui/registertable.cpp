@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <cstdlib>
+#include <utility>
 
 #include "controls/ui/copyrows.h"
 #include "controls/ui/palette.h"
@@ -72,8 +73,10 @@ int RegisterTable::WidthOfColumns(bool roomy) const {
 
 void RegisterTable::ShowStates() {
   rows_.ShowStates();
-  const QModelIndex current = rows_.index(panel_.LastSelectedRow() - 1, RegisterTableModel::Name);
-  if (panel_.State(panel_.LastSelectedRow()) == RowState::Plain || current == currentIndex()) return;
+  // Only when another row is selected: between two readings, the keyboard's row is the user's.
+  const int selected = panel_.LastSelectedRow();
+  if (panel_.State(selected) == RowState::Plain || std::exchange(shownSelected_, selected) == selected) return;
+  const QModelIndex current = rows_.index(selected - 1, RegisterTableModel::Name);
   selectionModel()->setCurrentIndex(current, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 

@@ -47,6 +47,7 @@ class RegisterTable : public QTableView {
 
   RegisterPanel& panel_;
   RegisterTableModel& rows_;
+  int shownSelected_ = 0;
 };
 
 }  // namespace krx

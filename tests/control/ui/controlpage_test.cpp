@@ -72,6 +72,9 @@ TEST(ControlPage, EachControlDrivesItsOwnBitOrSwitchAndShowsWhatTheChipThenHolds
   bench.FailTransfer(2);
   bench.Button("chkPROCHOT").click();
   EXPECT_TRUE(!bench.Button("chkPROCHOT").isChecked() && bench.Dialogs.Shown.size() == 1U);
+  bench.FailTransfer(2);
+  bench.Button("chkHeater2").click();
+  EXPECT_EQ(bench.Page.findChild<QLabel*>("lblHeater2")->text(), "not read") << "it may be on";
   QTest::keyClicks(bench.Page.findChild<QLineEdit*>("txtProcTime"), "0");
   EXPECT_EQ(bench.Work.Cycle.ThermPeriod, 10);
 }

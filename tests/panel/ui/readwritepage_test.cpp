@@ -207,6 +207,7 @@ TEST(ReadWritePage, KeysAndTheSearchMoveThroughTheListAndTheMouseLightsItsRow) {
     const bool leads =
         row.Leave != Qt::Key_Escape && row.Leave != Qt::Key_A && bench.Text("lblRegisterCount")[0] != '0';
     EXPECT_EQ(bench.Page.focusWidget() == &list, leads);
+    bench.Page.ShowWrittenElsewhere(0x00, 0);  // any renewal of the page, as a reading brings
     QTest::keyClick(&list, row.Key);
     EXPECT_EQ(bench.Traffic(), row.Traffic);
     EXPECT_EQ(bench.Text("current_reg_type_label"), row.Selected);
