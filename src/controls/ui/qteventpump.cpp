@@ -116,7 +116,7 @@ bool QtEventPump::eventFilter(QObject* watched, QEvent* event) {
 }
 
 double QtEventPump::SecondsLeft() const {
-  return holdEnd_ == never ? never : std::max(holdEnd_ - Now(), 0.0);
+  return std::max(holdEnd_ - Now(), 0.0);
 }
 
 void QtEventPump::CallAfterwards(const void* owner, std::function<void()> work) {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The strip chart's visible part for a file.
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QScopeGuard>
+#include <algorithm>
 
 #include "controls/ui/palette.h"
 #include "controls/ui/plotlibrary.h"
