@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QTest>
 #include <QToolButton>
 #include <cmath>
