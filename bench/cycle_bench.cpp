@@ -17,6 +17,7 @@
 
 #include "console/ui/mainform.h"
 #include "console/workbench.h"
+#include "controls/ui/chiptimer.h"
 #include "controls/ui/qteventpump.h"
 #include "controls/ui/userdialogs.h"
 #include "journal/busjournal.h"
